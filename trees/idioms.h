@@ -1,0 +1,115 @@
+#pragma once
+
+/// What recurs across the trees, each under one name. Every function returns a fresh copy of its nodes.
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "description/tree.h"
+
+namespace vemra::trees {
+
+// --- build options ------------------------------------------------------------------------------
+
+/// A build option that is on in this product.
+inline Node switched_on()
+{
+    return StringMatch{"true", "true"};
+}
+
+/// A build option that is off in this product; what it guards stays in the tree.
+inline Node switched_off()
+{
+    return StringMatch{"false", "true"};
+}
+
+// --- keys ---------------------------------------------------------------------------------------
+
+/// Sets a flag key: its presence is the whole meaning.
+inline Node set_flag(const std::string& key)
+{
+    return SetBlackboard{key, ""};
+}
+
+inline Node erase(const std::string& key)
+{
+    return EraseBlackboard{key};
+}
+
+inline Node present(const std::string& key)
+{
+    return BlackboardContains{key};
+}
+
+inline Node absent(const std::string& key)
+{
+    return Inverter(BlackboardContains{key});
+}
+
+/// The text under `key` is `text`.
+inline Node key_is(const std::string& key, const std::string& text)
+{
+    return StringMatch{"${" + key + "}", text};
+}
+
+inline Node key_is_true(const std::string& key)
+{
+    return key_is(key, "true");
+}
+
+// --- modes --------------------------------------------------------------------------------------
+
+inline Node in_mode(const char* mode)
+{
+    return RobotModeAdjugement{mode};
+}
+
+/// The first of several tests that passes decides.
+inline Node any_of(std::vector<Node> tests)
+{
+    return {"FallbackStar", {{"reset_on_failure", "true"}}, std::move(tests)};
+}
+
+inline Node in_any_mode(std::initializer_list<const char*> modes)
+{
+    std::vector<Node> tests;
+    for (const char* mode : modes)
+        tests.push_back(in_mode(mode));
+    return any_of(std::move(tests));
+}
+
+/// The text under `key` is one of `texts`.
+inline Node key_is_any(const std::string& key, std::initializer_list<const char*> texts)
+{
+    std::vector<Node> tests;
+    for (const char* text : texts)
+        tests.push_back(key_is(key, text));
+    return any_of(std::move(tests));
+}
+
+// --- steps --------------------------------------------------------------------------------------
+
+/// Runs the steps in order when all before them pass, and succeeds in any case.
+template <NodeLike... Steps>
+Node optionally(Steps&&... steps)
+{
+    return ForceSuccess(SequenceStar(std::forward<Steps>(steps)...));
+}
+
+inline Node trace(const std::string& message)
+{
+    return Log{"trace", message};
+}
+
+// --- sound --------------------------------------------------------------------------------------
+
+/// Asks for music `number`; "true" in `interrupt` cuts off what plays.
+inline Node music(const char* number, const char* interrupt)
+{
+    return SetMusicPlayPara{.Interrupt_En = interrupt, .MusicNumber = number};
+}
+
+}  // namespace vemra::trees
+
+using namespace vemra::trees;  // NOLINT(google-global-names-in-headers, google-build-using-namespace)
