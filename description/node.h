@@ -23,7 +23,9 @@ struct PortText
 template <class L>
 concept Leaf = requires(const L& leaf)
 {
-    { L::id } -> std::convertible_to<const char*>;
+    {
+        L::id
+        } -> std::convertible_to<const char*>;
     leaf.each_port([](const char*, const leaf::Port&) {});
 };
 
@@ -34,11 +36,11 @@ struct Node
     std::string name;  ///< label for logs and viewers; the identifier unless `Named`
     std::vector<PortText> ports;
     std::vector<Node> children;
+    bool stands_for_no_tree = false;  ///< a reference that is known to lead nowhere
 
     Node(std::string identifier, std::vector<PortText> port_texts, std::vector<Node> below)
         : id(std::move(identifier)), name(id), ports(std::move(port_texts)), children(std::move(below))
-    {
-    }
+    {}
 
     // Implicit on purpose: a leaf stands wherever a node may stand.
     template <Leaf L>

@@ -88,7 +88,8 @@ requires(sizeof...(Children) >= 2) Node DoWhile(Children&&... children)
 template <NodeLike... Children>
 requires(sizeof...(Children) >= 2) Node ParallelNode(const Port& threshold, Children&&... children)
 {
-    return detail::control("ParallelNode", {{"threshold", threshold.text()}}, std::forward<Children>(children)...);
+    return detail::control("ParallelNode", {{"threshold", threshold.text()}},
+                           std::forward<Children>(children)...);
 }
 
 template <NodeLike C, NodeLike T, NodeLike E>
@@ -109,8 +110,8 @@ Node IfThenElseWithoutHalt(C&& condition, T&& then_branch, E&& else_branch)
 template <NodeLike C, NodeLike T, NodeLike E>
 Node IfThenElseStar(C&& condition, T&& then_branch, E&& else_branch)
 {
-    return detail::resettable("IfThenElseStar", "true", std::forward<C>(condition), std::forward<T>(then_branch),
-                              std::forward<E>(else_branch));
+    return detail::resettable("IfThenElseStar", "true", std::forward<C>(condition),
+                              std::forward<T>(then_branch), std::forward<E>(else_branch));
 }
 
 /// `final_child` runs on every way out of `main_child`, a halt included.
@@ -151,7 +152,8 @@ Node ActionDecorator(C&& child)
 template <NodeLike C>
 Node RetryUntilSuccesful(const Port& num_attempts, C&& child)
 {
-    return detail::control("RetryUntilSuccesful", {{"num_attempts", num_attempts.text()}}, std::forward<C>(child));
+    return detail::control("RetryUntilSuccesful", {{"num_attempts", num_attempts.text()}},
+                           std::forward<C>(child));
 }
 
 template <NodeLike C>
@@ -182,7 +184,8 @@ Node Timeout(const Port& msec, C&& child)
 template <NodeLike C>
 Node BB_Precondition(const Port& key, C&& child)
 {
-    return detail::control("BB_Precondition", {{"key", key.text()}, {"expected", "false"}}, std::forward<C>(child));
+    return detail::control("BB_Precondition", {{"key", key.text()}, {"expected", "false"}},
+                           std::forward<C>(child));
 }
 
 // --- trees within trees -------------------------------------------------------------------------
@@ -191,7 +194,8 @@ Node BB_Precondition(const Port& key, C&& child)
 template <NodeLike C>
 Node SubTree(const char* name, C&& body)
 {
-    Node node = detail::control("SubTree", {{"name", name}, {"display_name", "SubTree"}}, std::forward<C>(body));
+    Node node =
+        detail::control("SubTree", {{"name", name}, {"display_name", "SubTree"}}, std::forward<C>(body));
     node.name = name;
     return node;
 }
@@ -211,6 +215,14 @@ struct SubtreeCondition
         f("expand_in_logger", expand_in_logger);
     }
 };
+
+/// A reference to a tree that does not exist, kept as it is in a place that is never ticked.
+inline Node StandsForNoTree(const SubtreeCondition& reference)
+{
+    Node node(reference);
+    node.stands_for_no_tree = true;
+    return node;
+}
 
 /// Gives a node a label of its own.
 template <NodeLike C>

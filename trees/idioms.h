@@ -102,6 +102,15 @@ inline Node trace(const std::string& message)
     return Log{"trace", message};
 }
 
+/// A gate before a motion, open while nobody asks for a check of the cliffs. When asked, the robot stands
+/// still for `pause` until the sensors have settled, and the motion is then given up, unless `pause` ends in
+/// failure.
+inline Node stop_for_cliff_sensors(const Node& pause = Delay{"10"})
+{
+    return Inverter(
+        Sequence(present("stop_to_check_clif"), SaySomething{"停下来检测悬崖传感器！"}, Stop{}, pause));
+}
+
 // --- sound --------------------------------------------------------------------------------------
 
 /// Asks for music `number`; "true" in `interrupt` cuts off what plays.

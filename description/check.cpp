@@ -1,0 +1,311 @@
+#include "description/check.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <optional>
+#include <set>
+#include <stdexcept>
+
+#include "behaviortree_cpp/bt_factory.h"
+#include "behaviortree_cpp/port_value.h"
+#include "leaves/contract.h"
+
+namespace vemra::description {
+
+namespace {
+
+/// What a control node or a reference takes.
+struct Shape
+{
+    std::string_view id;
+    std::size_t least_children;
+    std::size_t most_children;
+    std::vector<std::string_view> ports;
+};
+
+constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
+
+const std::vector<Shape>& shapes()
+{
+    static const std::vector<Shape> kShapes{
+        {"Sequence", 1, kAnyNumber, {}},
+        {"SequenceStar", 1, kAnyNumber, {"reset_on_failure"}},
+        {"Fallback", 1, kAnyNumber, {}},
+        {"FallbackStar", 1, kAnyNumber, {"reset_on_failure"}},
+        {"IfThenElse", 3, 3, {"halt_on_switch"}},
+        {"IfThenElseStar", 3, 3, {"reset_on_failure"}},
+        {"DoWhile", 2, kAnyNumber, {}},
+        {"ParallelNode", 2, kAnyNumber, {"threshold"}},
+        {"PostProcess", 2, 2, {"tick_on_halt"}},
+        {"ForceSuccess", 1, 1, {}},
+        {"ForceFailure", 1, 1, {}},
+        {"Inverter", 1, 1, {}},
+        {"ActionDecorator", 1, 1, {}},
+        {"RetryUntilSuccesful", 1, 1, {"num_attempts"}},
+        {"Repeat", 1, 1, {"num_cycles"}},
+        {"Loop", 1, 1, {"num_cycles"}},
+        {"Frameout", 1, 1, {"frames"}},
+        {"Timeout", 1, 1, {"msec"}},
+        {"BB_Precondition", 1, 1, {"key", "expected"}},
+        {"SubTree", 1, 1, {"name", "display_name"}},
+        {"SubtreeCondition", 0, 0, {"subtree_file_path", "expand_in_logger"}},
+    };
+    return kShapes;
+}
+
+const Shape* shapeOf(std::string_view id)
+{
+    const auto found =
+        std::find_if(shapes().begin(), shapes().end(), [id](const Shape& s) { return s.id == id; });
+    return found == shapes().end() ? nullptr : &*found;
+}
+
+/// The type of a control node's port, where it is checked.
+leaf::PortType typeOfControlPort(std::string_view port)
+{
+    if (port == "num_attempts" || port == "num_cycles" || port == "frames" || port == "msec" ||
+        port == "threshold")
+        return leaf::PortType::Int;
+    if (port == "reset_on_failure" || port == "halt_on_switch" || port == "tick_on_halt")
+        return leaf::PortType::Bool;
+    return leaf::PortType::Text;
+}
+
+bool readsAs(leaf::PortType type, std::string_view literal)
+{
+    std::int64_t integer = 0;
+    double real = 0;
+    bool truth = false;
+    switch (type) {
+        case leaf::PortType::Int:
+            return BT::parseInteger(literal, integer);
+        case leaf::PortType::Float:
+            return BT::parseReal(literal, real);
+        case leaf::PortType::Bool:
+            return BT::parseBoolean(literal, truth);
+        default:
+            return true;
+    }
+}
+
+const char* nameOf(leaf::PortType type)
+{
+    return type == leaf::PortType::Int     ? "an integer"
+           : type == leaf::PortType::Float ? "a number"
+                                           : "a truth value";
+}
+
+bool isNumeric(leaf::PortType type)
+{
+    return type == leaf::PortType::Int || type == leaf::PortType::Float || type == leaf::PortType::Bool;
+}
+
+class Checker
+{
+public:
+    Checker(const std::vector<NamedTree>& trees, const std::vector<std::string>& registry)
+        : trees_(trees), registry_(registry.begin(), registry.end())
+    {}
+
+    std::vector<Fault> run()
+    {
+        std::set<std::string_view> seen;
+        for (const NamedTree& tree : trees_) {
+            tree_ = &tree;
+            inner_.clear();
+            if (!registry_.contains(tree.name))
+                report("", "is not in the registry of trees");
+            if (!seen.insert(tree.name).second)
+                report("", "is told twice");
+            walk(tree.root, tree.root.id);
+        }
+        findCircles();
+        return std::move(faults_);
+    }
+
+private:
+    void report(const std::string& path, std::string message)
+    {
+        faults_.push_back({tree_->name, path, std::move(message)});
+    }
+
+    void walk(const Node& node, const std::string& path)
+    {
+        const leaf::LeafContract* contract = leaf::find(node.id);
+        const Shape* shape = shapeOf(node.id);
+        if (contract == nullptr && shape == nullptr)
+            report(path, "no node type '" + node.id + "'");
+        else {
+            checkChildren(node, shape, path);
+            checkPorts(node, shape, contract, path);
+        }
+        if (node.id == "SubtreeCondition")
+            checkReference(node, path);
+        if (node.id == "SubTree")
+            checkInner(node, path);
+        for (std::size_t i = 0; i < node.children.size(); ++i)
+            walk(node.children[i], path + "/" + std::to_string(i) + ":" + labelOf(node.children[i]));
+    }
+
+    static std::string labelOf(const Node& node)
+    {
+        return node.name == node.id ? node.id : node.id + "(" + node.name + ")";
+    }
+
+    void checkChildren(const Node& node, const Shape* shape, const std::string& path)
+    {
+        const std::size_t least = shape != nullptr ? shape->least_children : 0;
+        const std::size_t most = shape != nullptr ? shape->most_children : 0;
+        const std::size_t have = node.children.size();
+        if (have < least || have > most)
+            report(path, node.id + " takes " +
+                             (least == most        ? "exactly " + std::to_string(least)
+                              : most == kAnyNumber ? "at least " + std::to_string(least)
+                                                   : std::to_string(least) + " to " + std::to_string(most)) +
+                             (least == 1 && most <= 1 ? " child" : " children") + ", has " +
+                             std::to_string(have));
+    }
+
+    void checkPorts(const Node& node, const Shape* shape, const leaf::LeafContract* contract,
+                    const std::string& path)
+    {
+        std::set<std::string_view> seen;
+        for (const PortText& port : node.ports) {
+            if (!seen.insert(port.name).second)
+                report(path, "port " + port.name + " is given twice");
+            if (shape != nullptr) {
+                if (std::find(shape->ports.begin(), shape->ports.end(), port.name) == shape->ports.end())
+                    report(path, node.id + " has no port " + port.name);
+                else
+                    checkText(port, typeOfControlPort(port.name), {}, path);
+                continue;
+            }
+            const auto known =
+                std::find_if(contract->ports.begin(), contract->ports.end(),
+                             [&port](const leaf::PortContract& p) { return p.name == port.name; });
+            if (known == contract->ports.end())
+                report(path, node.id + " has no port " + port.name);
+            else
+                checkText(port, known->type, known->values, path);
+        }
+        if (shape != nullptr)
+            for (const std::string_view needed : shape->ports)
+                if (node.port(needed) == nullptr)
+                    report(path, node.id + " lacks port " + std::string(needed));
+    }
+
+    void checkText(const PortText& port, leaf::PortType type, std::span<const std::string_view> values,
+                   const std::string& path)
+    {
+        const std::string shown = "port " + port.name + "=\"" + port.text + "\": ";
+        BT::PortForm form{};
+        try {
+            form = BT::classifyPortText(port.text);
+        } catch (const std::invalid_argument& fault) {
+            report(path, shown + fault.what());
+            return;
+        }
+        if (form == BT::PortForm::Template && isNumeric(type))
+            report(path,
+                   shown + "expected " + nameOf(type) + ", a reference or an expression that can be read");
+        if (form != BT::PortForm::Literal)
+            return;
+        if (!values.empty() && !port.text.empty() &&
+            std::find(values.begin(), values.end(), port.text) == values.end()) {
+            std::string list;
+            for (const std::string_view value : values)
+                list += (list.empty() ? "" : ", ") + std::string(value);
+            report(path, shown + "expected one of: " + list);
+        } else if (isNumeric(type) && !readsAs(type, port.text) && !isKeyWithoutReference(type, port.text))
+            report(path, shown + "expected " + nameOf(type) + ", a reference or an expression");
+    }
+
+    /// A bare word in a truth port stands for a branch that is off: the word is not true.
+    static bool isKeyWithoutReference(leaf::PortType type, std::string_view text)
+    {
+        return type == leaf::PortType::Bool && !text.empty() &&
+               std::all_of(text.begin(), text.end(),
+                           [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; });
+    }
+
+    void checkReference(const Node& node, const std::string& path)
+    {
+        const std::string* text = node.port("subtree_file_path");
+        if (text == nullptr || text->find("${") != std::string::npos)
+            return;
+        const std::string name(BT::treeNameOfPath(*text));
+        if (node.stands_for_no_tree) {
+            if (registry_.contains(name))
+                report(path, "'" + *text + "' is said to stand for no tree, but there is one");
+        } else if (!registry_.contains(name))
+            report(path, "there is no tree '" + name + "' (path \"" + *text + "\")");
+        else
+            edges_[tree_->name].push_back({name, path});
+    }
+
+    void checkInner(const Node& node, const std::string& path)
+    {
+        const auto [at, added] = inner_.try_emplace(node.name, &node, path);
+        if (!added && !(at->second.first->children == node.children))
+            report(path, "inner tree '" + node.name + "' has another body than at " + at->second.second);
+    }
+
+    void findCircles()
+    {
+        enum class Mark
+        {
+            Open,
+            Done
+        };
+        std::map<std::string, Mark> marks;
+        std::vector<std::string> way;
+        const std::function<void(const std::string&)> visit = [&](const std::string& name) {
+            marks[name] = Mark::Open;
+            way.push_back(name);
+            for (const auto& [target, path] : edges_[name]) {
+                const auto mark = marks.find(target);
+                if (mark == marks.end())
+                    visit(target);
+                else if (mark->second == Mark::Open) {
+                    std::string circle;
+                    for (auto from = std::find(way.begin(), way.end(), target); from != way.end(); ++from)
+                        circle += *from + " -> ";
+                    faults_.push_back({name, path, "trees enter each other in a circle: " + circle + target});
+                }
+            }
+            way.pop_back();
+            marks[name] = Mark::Done;
+        };
+        for (const NamedTree& tree : trees_)
+            if (!marks.contains(tree.name))
+                visit(tree.name);
+    }
+
+    struct Edge
+    {
+        std::string target;
+        std::string path;
+    };
+
+    const std::vector<NamedTree>& trees_;
+    std::set<std::string, std::less<>> registry_;
+    const NamedTree* tree_ = nullptr;
+    std::map<std::string, std::pair<const Node*, std::string>> inner_;
+    std::map<std::string, std::vector<Edge>> edges_;
+    std::vector<Fault> faults_;
+};
+
+}  // namespace
+
+std::vector<Fault> check(const std::vector<NamedTree>& trees, const std::vector<std::string>& registry)
+{
+    return Checker(trees, registry).run();
+}
+
+std::string toText(const Fault& fault)
+{
+    return fault.tree + ": " + (fault.path.empty() ? "" : fault.path + ": ") + fault.message;
+}
+
+}  // namespace vemra::description

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "behaviortree_cpp/action_node.h"
+#include "behaviortree_cpp/blackboard/blackboard_local.h"
+#include "behaviortree_cpp/condition_node.h"
+#include "behaviortree_cpp/control_node.h"
+#include "behaviortree_cpp/decorator_node.h"
+#include "behaviortree_cpp/exceptions.h"
+#include "behaviortree_cpp/tree_node.h"
+
+#include "behaviortree_cpp/actions/always_failure_node.h"
+#include "behaviortree_cpp/actions/always_success_node.h"
+#include "behaviortree_cpp/actions/set_blackboard_node.h"
+#include "behaviortree_cpp/controls/fallback_node.h"
+#include "behaviortree_cpp/controls/fallback_star_node.h"
+#include "behaviortree_cpp/controls/parallel_node.h"
+#include "behaviortree_cpp/controls/sequence_node.h"
+#include "behaviortree_cpp/controls/sequence_star_node.h"
+#include "behaviortree_cpp/decorators/force_failure_node.h"
+#include "behaviortree_cpp/decorators/force_success_node.h"
+#include "behaviortree_cpp/decorators/inverter_node.h"
+#include "behaviortree_cpp/decorators/repeat_node.h"
+#include "behaviortree_cpp/decorators/retry_node.h"
+#include "behaviortree_cpp/decorators/subtree_node.h"
+#include "behaviortree_cpp/decorators/timeout_node.h"
+
+namespace BT {
+
+/// A built tree. It owns its nodes through the vector alone, root first, in creation order; links between
+/// nodes own nothing.
+struct Tree
+{
+    TreeNode* root_node = nullptr;
+    std::vector<TreeNode::Ptr> nodes;
+};
+
+/// Calls `visitor` for `root` and each node below it, parents first. Trees entered while ticking are no
+/// part of it.
+void applyRecursiveVisitor(const TreeNode* root, const std::function<void(const TreeNode*)>& visitor);
+void applyRecursiveVisitor(TreeNode* root, const std::function<void(TreeNode*)>& visitor);
+
+/// Writes the names of the nodes to standard output, indented.
+void printTreeRecursively(const TreeNode* root);
+
+/// Halts `root` and all below it.
+void haltAllActions(TreeNode* root);
+
+/// The kind of node that class T makes.
+template <class T>
+constexpr NodeType getType()
+{
+    if constexpr (std::is_base_of_v<ActionNodeBase, T>)
+        return NodeType::ACTION;
+    else if constexpr (std::is_base_of_v<ConditionNode, T>)
+        return NodeType::CONDITION;
+    else if constexpr (std::is_base_of_v<DecoratorSubtreeNode, T>)
+        return NodeType::SUBTREE;
+    else if constexpr (std::is_base_of_v<ControlNode, T>)
+        return NodeType::CONTROL;
+    else if constexpr (std::is_base_of_v<DecoratorNode, T>)
+        return NodeType::DECORATOR;
+    else
+        return NodeType::UNDEFINED;
+}
+
+}  // namespace BT

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "behaviortree_cpp/blackboard/safe_any.hpp"
+#include "behaviortree_cpp/clock.h"
+
+namespace BT {
+
+class TreeNode;
+
+/// Sees each status change of every node that works on a blackboard, nodes of trees entered later included.
+class StatusObserver
+{
+public:
+    virtual ~StatusObserver() = default;
+    virtual void onStatusChange(const TreeNode& node, NodeStatus before, NodeStatus now) = 0;
+};
+
+/// The one store that trees and leaf services share, by key. A key exists from its first write to its
+/// erasure and may change the type of its value. A slot stays where it is for the life of the blackboard,
+/// so that a node looks its keys up by name once. Not locked: all ticks and all writes happen on one
+/// thread (an AsyncActionNode reads its ports through a copy made on that thread).
+class Blackboard
+{
+public:
+    using Ptr = std::shared_ptr<Blackboard>;
+    using Slot = Any;  ///< empty while the key does not exist
+
+    Blackboard() : clock_(std::make_shared<SteadyClock>()) {}
+    Blackboard(const Blackboard&) = delete;
+    Blackboard& operator=(const Blackboard&) = delete;
+
+    template <class Impl, class... Args>
+    static Ptr create(Args&&... args)
+    {
+        static_assert(std::is_base_of_v<Blackboard, Impl>, "a blackboard derives from BT::Blackboard");
+        return std::make_shared<Impl>(std::forward<Args>(args)...);
+    }
+    static Ptr create() { return std::make_shared<Blackboard>(); }
+
+    /// False when the key does not exist or its value is no T.
+    template <class T>
+    bool get(std::string_view key, T& out) const
+    {
+        const Any* value = getAny(key);
+        return value != nullptr && value->tryCast(out);
+    }
+
+    /// Throws std::runtime_error when the key does not exist or its value is no T.
+    template <class T>
+    [[nodiscard]] T get(std::string_view key) const
+    {
+        T out{};
+        if (!get(key, out))
+            throw std::runtime_error("Blackboard::get: no such key or another type: " + std::string(key));
+        return out;
+    }
+
+    template <class T>
+    void set(std::string_view key, const T& value)
+    {
+        slot(key).set(value);
+    }
+
+    [[nodiscard]] bool contains(std::string_view key) const { return getAny(key) != nullptr; }
+    /// The value, or nullptr when the key does not exist.
+    [[nodiscard]] const Any* getAny(std::string_view key) const;
+    /// Takes the key away; true when it was there.
+    bool erase(std::string_view key);
+    /// The place of `key`, made if need be; valid as long as the blackboard.
+    [[nodiscard]] Slot& slot(std::string_view key);
+    /// The keys that exist, sorted.
+    [[nodiscard]] std::vector<std::string> keys() const;
+
+    void setClock(std::shared_ptr<const Clock> clock) { clock_ = std::move(clock); }
+    [[nodiscard]] const Clock& clock() const { return *clock_; }
+
+    /// Not owned; nullptr takes it away. One observer at a time.
+    void setStatusObserver(StatusObserver* observer) { observer_ = observer; }
+    [[nodiscard]] StatusObserver* statusObserver() const { return observer_; }
+
+private:
+    struct Hash
+    {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+    };
+
+    // A node-based map: its elements stay in place while it grows.
+    std::unordered_map<std::string, Slot, Hash, std::equal_to<>> slots_;
+    std::shared_ptr<const Clock> clock_;
+    StatusObserver* observer_ = nullptr;
+};
+
+}  // namespace BT

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "behaviortree_cpp/bt_factory.h"
+
+namespace BT {
+
+class TreePool;
+
+/// Enters the registered tree that `subtree_file_path` names ("Escape", "Escape.xml", "reuse/Escape",
+/// "reuse/Escape.xml", "tidemark_pro/Escape.xml" are all `Escape`) on the same blackboard. Its result is
+/// that tree's; a halt halts it. The tree is made, or taken from those that wait, when the node is first
+/// ticked, and goes back when it ends or is halted. `expand_in_logger` is for viewers; only "true" counts
+/// as true. FAILURE when no tree of that name is registered. What a builder throws comes out of the tick:
+/// a tree that cannot be built is a fault of the program.
+class SubtreeConditionNode : public LeafNode
+{
+public:
+    SubtreeConditionNode(const std::string& name, const NodeParameters& parameters,
+                         std::weak_ptr<TreeRegistry> trees);
+    ~SubtreeConditionNode() override;
+
+    static const NodeParameters& requiredNodeParameters();
+
+    void halt() override;
+    [[nodiscard]] NodeType type() const override { return NodeType::CONDITION; }
+    /// The tree being run, or nullptr.
+    [[nodiscard]] const Tree* entered() const { return entered_.get(); }
+    [[nodiscard]] bool expandInLogger() const;
+
+protected:
+    NodeStatus tick() override;
+
+private:
+    bool enter();
+    void leave();
+
+    std::weak_ptr<TreeRegistry> trees_;
+    std::shared_ptr<TreePool> pool_;
+    std::unique_ptr<Tree> entered_;
+};
+
+}  // namespace BT

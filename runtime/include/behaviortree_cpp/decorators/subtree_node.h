@@ -1,0 +1,24 @@
+#pragma once
+
+#include "behaviortree_cpp/decorator_node.h"
+
+namespace BT {
+
+/// `SubTree`: a stretch of a tree under a name of its own. Transparent.
+class DecoratorSubtreeNode : public DecoratorNode
+{
+public:
+    explicit DecoratorSubtreeNode(const std::string& name) : DecoratorNode(name) {}
+    DecoratorSubtreeNode(const std::string& name, const NodeParameters& parameters)
+        : DecoratorNode(name, parameters)
+    {}
+
+    static const NodeParameters& requiredNodeParameters();
+
+    [[nodiscard]] NodeType type() const override { return NodeType::SUBTREE; }
+
+protected:
+    NodeStatus tick() override { return child_node_->executeTick(); }
+};
+
+}  // namespace BT

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace BT::detail {
+
+/// Equality of texts that are short more often than not: port names and values, compared in every tick.
+inline bool sameText(std::string_view a, std::string_view b)
+{
+    const std::size_t size = a.size();
+    if (size != b.size())
+        return false;
+    const auto differ = [&a, &b]<class Word>(Word, std::size_t at) {
+        Word x;
+        Word y;
+        std::memcpy(&x, a.data() + at, sizeof(Word));
+        std::memcpy(&y, b.data() + at, sizeof(Word));
+        return x != y;
+    };
+    // Two words that overlap cover all of a text between one and two words long.
+    if (size > 16)
+        return std::memcmp(a.data(), b.data(), size) == 0;
+    if (size >= 8)
+        return !differ(std::uint64_t{}, 0) && !differ(std::uint64_t{}, size - 8);
+    if (size >= 4)
+        return !differ(std::uint32_t{}, 0) && !differ(std::uint32_t{}, size - 4);
+    if (size >= 2)
+        return !differ(std::uint16_t{}, 0) && !differ(std::uint16_t{}, size - 2);
+    return size == 0 || a.front() == b.front();
+}
+
+}  // namespace BT::detail

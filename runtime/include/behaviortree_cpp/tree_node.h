@@ -1,0 +1,258 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "behaviortree_cpp/basic_types.h"
+#include "behaviortree_cpp/blackboard/blackboard.h"
+#include "behaviortree_cpp/exceptions.h"
+#include "behaviortree_cpp/port_value.h"
+
+namespace BT {
+
+class TreeNode;
+
+/// Where a node stands: the name of its tree and its index in creation order, the root at 0. Unlike UID()
+/// it is the same in every run.
+struct TreePlace
+{
+    std::string_view tree;
+    std::uint32_t index = 0;
+};
+
+/// Base of all nodes. A tick gives RUNNING, SUCCESS or FAILURE; IDLE is the state of a node that was not
+/// ticked or was halted. Whoever is IDLE has nothing but IDLE nodes below.
+class TreeNode
+{
+    /// Called once by the factory, right after the blackboard is set.
+    virtual void onInit() {}
+
+public:
+    using Ptr = std::shared_ptr<TreeNode>;
+    using StatusChangeCallback =
+        std::function<void(TimePoint, const TreeNode&, NodeStatus before, NodeStatus now)>;
+    using StatusChangeSubscriber = std::shared_ptr<StatusChangeCallback>;
+
+    TreeNode(const std::string& name, const NodeParameters& parameters);
+    virtual ~TreeNode();
+    TreeNode(const TreeNode&) = delete;
+    TreeNode& operator=(const TreeNode&) = delete;
+
+    /// Ticks the node and takes over the result as its status.
+    virtual NodeStatus executeTick();
+    /// Stops the node: it and all below come back to IDLE.
+    virtual void halt() = 0;
+    [[nodiscard]] virtual NodeType type() const = 0;
+
+    [[nodiscard]] bool isHalted() const { return status() == NodeStatus::IDLE; }
+    [[nodiscard]] NodeStatus status() const { return status_.load(std::memory_order_relaxed); }
+    void setStatus(NodeStatus now)
+    {
+        const NodeStatus before = status();
+        if (before == now)
+            return;
+        status_.store(now, std::memory_order_relaxed);
+        if (isWatched()) [[unlikely]]
+            notifyStatusChange(before, now);
+    }
+
+    void setBlackboard(const Blackboard::Ptr& blackboard);
+    [[nodiscard]] const Blackboard::Ptr& blackboard() const { return blackboard_; }
+
+    /// A label; the registration name unless another was given.
+    [[nodiscard]] const std::string& name() const { return name_; }
+    /// Unique among the nodes that are alive.
+    [[nodiscard]] std::uint64_t UID() const
+    {
+        return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(this));
+    }
+    /// The identifier under which the factory made the node; empty for one made by hand.
+    [[nodiscard]] const std::string& registrationName() const;
+    [[nodiscard]] TreePlace place() const { return {tree_ ? *tree_ : std::string_view{}, index_in_tree_}; }
+    /// The ports as they were given.
+    [[nodiscard]] const NodeParameters& initializationParameters() const;
+
+    /// The callback is told of each status change until the returned subscriber is dropped.
+    [[nodiscard]] StatusChangeSubscriber subscribeToStatusChange(StatusChangeCallback callback);
+
+    /// The value of port `key` as it is now; nothing when there is no such port, when it refers to a key
+    /// that is not on the blackboard, or when the value is no T. Never throws.
+    template <class T>
+    [[nodiscard]] optional<T> getParam(std::string_view key) const
+    {
+        T out{};
+        if (!getParam(key, out))
+            return std::nullopt;
+        return out;
+    }
+
+    template <class T>
+    bool getParam(std::string_view key, T& out) const;
+
+    /// The compiled port, or nullptr; valid until the node goes or gets another blackboard.
+    [[nodiscard]] const Port* findPort(std::string_view key) const
+    {
+        for (const Port& port : ports_.all())
+            if (detail::sameText(port.name(), key))
+                return &port;
+        return nullptr;
+    }
+    [[nodiscard]] std::span<const Port> ports() const { return ports_.all(); }
+
+    // How a node above treats this one.
+    /// A finished one is not started again within a run of a memory-less composite.
+    [[nodiscard]] bool countsAsAction() const { return counts_as_action_; }
+
+    // For the factory alone.
+    /// Gives ports to a node whose class takes none; they are kept for who looks at the tree.
+    void setParameters(const NodeParameters& parameters);
+    void setRegistrationName(const std::string& id);
+    void setPlace(std::shared_ptr<const std::string> tree, std::uint32_t index)
+    {
+        tree_ = std::move(tree);
+        index_in_tree_ = index;
+    }
+    void initialize() { onInit(); }
+
+protected:
+    virtual NodeStatus tick() = 0;
+
+    void setCountsAsAction() { counts_as_action_ = true; }
+    /// Whether nodes below may be other than IDLE once this one has ended.
+    void setLiveBelowAfterEnd(bool live) { live_below_after_end_ = live; }
+
+    /// A copy of the ports' values as they are now, for a tick on another thread.
+    void takePortSnapshot();
+
+private:
+    friend void haltNode(TreeNode& node);
+
+    [[nodiscard]] bool isWatched() const
+    {
+        return has_listeners_ || (blackboard_ != nullptr && blackboard_->statusObserver() != nullptr);
+    }
+    void notifyStatusChange(NodeStatus before, NodeStatus now);
+
+    /// What few nodes have: listeners, a snapshot, a name apart from the identifier.
+    struct Extras;
+    Extras& extras() const;
+
+    std::string name_;
+    std::shared_ptr<const std::string> tree_;
+    Blackboard::Ptr blackboard_;
+    PortList ports_;
+    mutable std::unique_ptr<Extras> extras_;
+    std::uint32_t index_in_tree_ = 0;
+    std::atomic<NodeStatus> status_ = NodeStatus::IDLE;
+    bool registered_ = false;
+    bool counts_as_action_ = false;
+    bool live_below_after_end_ = false;
+    bool has_listeners_ = false;
+    bool has_snapshot_ = false;
+
+    [[nodiscard]] const Any* snapshotValue(std::string_view key) const;
+};
+
+/// Brings a node and all below it to IDLE; does nothing to one that is IDLE.
+inline void haltNode(TreeNode& node)
+{
+    const NodeStatus status = node.status();
+    if (status == NodeStatus::IDLE)
+        return;
+    if (status == NodeStatus::RUNNING || node.live_below_after_end_)
+        node.halt();
+    node.setStatus(NodeStatus::IDLE);
+}
+
+namespace detail {
+
+template <class T>
+bool readPort(const Port& port, T& out)
+{
+    if constexpr (std::is_same_v<T, bool>)
+        return port.toBoolean(out);
+    else if constexpr (std::is_integral_v<T>) {
+        std::int64_t value = 0;
+        return port.toInteger(value) && fitInteger(value, out);
+    } else if constexpr (std::is_floating_point_v<T>) {
+        double value = 0;
+        if (!port.toReal(value))
+            return false;
+        out = static_cast<T>(value);
+        return true;
+    } else if constexpr (std::is_same_v<T, std::string>)
+        return port.toText(out);
+    else if constexpr (std::is_same_v<T, Any>)
+        return port.toAny(out);
+    else {
+        if (const Any* value = port.reference())
+            return !value->empty() && value->tryCast(out);
+        if (port.form() == PortForm::Literal)
+            return convertText(port.raw(), out);
+        std::string text;
+        return port.toText(text) && convertText(text, out);
+    }
+}
+
+}  // namespace detail
+
+template <class T>
+bool TreeNode::getParam(std::string_view key, T& out) const
+{
+    if (has_snapshot_) {
+        const Any* value = snapshotValue(key);
+        return value != nullptr && value->tryCast(out);
+    }
+    const Port* port = findPort(key);
+    return port != nullptr && detail::readPort(*port, out);
+}
+
+/// A port of a built-in node, looked for by name once.
+class PortRef
+{
+public:
+    explicit constexpr PortRef(const char* name) : name_(name) {}
+
+    /// nullptr when the node has no such port.
+    [[nodiscard]] const Port* of(const TreeNode& node)
+    {
+        if (port_ == nullptr)
+            port_ = node.findPort(name_);
+        return port_;
+    }
+
+private:
+    const char* name_;
+    const Port* port_ = nullptr;
+};
+
+/// A port that names a key: the slot is looked up once when the name is literal, and by its present text
+/// when the name is itself read from the blackboard.
+class KeyPort
+{
+public:
+    explicit constexpr KeyPort(const char* port_name) : port_name_(port_name) {}
+
+    /// The slot named, or nullptr when the port is missing, empty or unreadable.
+    [[nodiscard]] Any* resolve(const TreeNode& node)
+    {
+        if (slot_ != nullptr && owner_ == node.blackboard().get())
+            return slot_;
+        return lookUp(node);
+    }
+
+private:
+    [[nodiscard]] Any* lookUp(const TreeNode& node);
+
+    const char* port_name_;
+    Any* slot_ = nullptr;
+    const Blackboard* owner_ = nullptr;
+};
+
+}  // namespace BT

@@ -1,0 +1,80 @@
+#include "behaviortree_cpp/behavior_tree.h"
+
+#include <iostream>
+
+#include "behaviortree_cpp/loggers/abstract_logger.h"
+#include "behaviortree_cpp/loggers/bt_cout_logger.h"
+
+namespace BT {
+
+namespace {
+
+void visit(TreeNode* node, std::size_t depth, const std::function<void(TreeNode*, std::size_t)>& visitor)
+{
+    if (node == nullptr)
+        return;
+    visitor(node, depth);
+    if (auto* control = dynamic_cast<ControlNode*>(node))
+        for (TreeNode* child : control->children())
+            visit(child, depth + 1, visitor);
+    else if (auto* decorator = dynamic_cast<DecoratorNode*>(node))
+        visit(decorator->child(), depth + 1, visitor);
+}
+
+}  // namespace
+
+void applyRecursiveVisitor(TreeNode* root, const std::function<void(TreeNode*)>& visitor)
+{
+    visit(root, 0, [&visitor](TreeNode* node, std::size_t) { visitor(node); });
+}
+
+void applyRecursiveVisitor(const TreeNode* root, const std::function<void(const TreeNode*)>& visitor)
+{
+    // The walk changes nothing; the visitor sees constant nodes.
+    visit(const_cast<TreeNode*>(root), 0,  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+          [&visitor](TreeNode* node, std::size_t) { visitor(node); });
+}
+
+void printTreeRecursively(const TreeNode* root)
+{
+    std::cout << "----------------\n";
+    visit(const_cast<TreeNode*>(root), 0,  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+          [](TreeNode* node, std::size_t depth) {
+              std::cout << std::string(depth * 3, ' ') << node->name() << '\n';
+          });
+    std::cout << "----------------" << std::endl;
+}
+
+void haltAllActions(TreeNode* root)
+{
+    if (root != nullptr)
+        haltNode(*root);
+}
+
+StatusChangeLogger::StatusChangeLogger(TreeNode* root)
+{
+    applyRecursiveVisitor(root, [this](TreeNode* node) {
+        subscribers_.push_back(node->subscribeToStatusChange(
+            [this](TimePoint time, const TreeNode& changed, NodeStatus before, NodeStatus now) {
+                if (!started_) {
+                    start_ = time;
+                    started_ = true;
+                }
+                if (enabled_ && (show_idle_ || now != NodeStatus::IDLE))
+                    callback(time - start_, changed, before, now);
+            }));
+    });
+}
+
+void StdCoutLogger::callback(Duration timestamp, const TreeNode& node, NodeStatus previous, NodeStatus now)
+{
+    const double seconds = std::chrono::duration<double>(timestamp).count();
+    std::cout << '[' << seconds << "]: " << node.name() << "  " << previous << " -> " << now << '\n';
+}
+
+void StdCoutLogger::flush()
+{
+    std::cout << std::flush;
+}
+
+}  // namespace BT

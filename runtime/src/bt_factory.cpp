@@ -1,0 +1,186 @@
+#include "behaviortree_cpp/bt_factory.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+
+#include "behaviortree_cpp/actions/arithmetic_nodes.h"
+#include "behaviortree_cpp/actions/blackboard_nodes.h"
+#include "behaviortree_cpp/actions/comparison_nodes.h"
+#include "behaviortree_cpp/actions/timing_nodes.h"
+#include "behaviortree_cpp/controls/do_while_node.h"
+#include "behaviortree_cpp/controls/if_then_else_node.h"
+#include "behaviortree_cpp/controls/post_process_node.h"
+#include "behaviortree_cpp/decorators/action_decorator_node.h"
+#include "behaviortree_cpp/decorators/bb_precondition_node.h"
+#include "behaviortree_cpp/decorators/frameout_node.h"
+#include "behaviortree_cpp/decorators/loop_node.h"
+#include "behaviortree_cpp/decorators/subtree_condition_node.h"
+#include "tree_registry.h"
+
+namespace BT {
+
+BehaviorTreeFactory::BehaviorTreeFactory() : trees_(std::make_shared<TreeRegistry>(*this))
+{
+    registerNodeType<SequenceNode>("Sequence");
+    registerNodeType<SequenceStarNode>("SequenceStar");
+    registerNodeType<FallbackNode>("Fallback");
+    registerNodeType<FallbackStarNode>("FallbackStar");
+    registerNodeType<IfThenElseNode>("IfThenElse");
+    registerNodeType<IfThenElseStarNode>("IfThenElseStar");
+    registerNodeType<DoWhileNode>("DoWhile");
+    registerNodeType<ParallelNode>("ParallelNode");
+    registerNodeType<PostProcessNode>("PostProcess");
+
+    registerNodeType<ForceSuccessDecorator>("ForceSuccess");
+    registerNodeType<ForceFailureDecorator>("ForceFailure");
+    registerNodeType<InverterNode>("Inverter");
+    registerNodeType<RetryNode>("RetryUntilSuccesful");
+    registerNodeType<RepeatNode>("Repeat");
+    registerNodeType<LoopNode>("Loop");
+    registerNodeType<FrameoutNode>("Frameout");
+    registerNodeType<TimeoutNode>("Timeout");
+    registerNodeType<BBPreconditionNode>("BB_Precondition");
+    registerNodeType<ActionDecoratorNode>("ActionDecorator");
+    registerNodeType<DecoratorSubtreeNode>("SubTree");
+
+    registerNodeType<AlwaysSuccessNode>("AlwaysSuccess");
+    registerNodeType<AlwaysFailureNode>("AlwaysFailure");
+    registerNodeType<ForceRunningNode>("ForceRunning");
+    registerNodeType<DelayNode>("Delay");
+    registerNodeType<SetBlackboardNode>("SetBlackboard");
+    registerNodeType<SetBlackboardWithTypeNode>("SetBlackboardWithType");
+    registerNodeType<EraseBlackboardNode>("EraseBlackboard");
+    registerNodeType<BlackboardContainsNode>("BlackboardContains");
+    registerNodeType<BlackboardCopyNode>("BlackboardCopy");
+    registerNodeType<StackBlackboardNode>("StackBlackboard");
+    registerNodeType<StringMatchNode>("StringMatch");
+    registerNodeType<BoolMatchNode>("BoolMatch");
+    registerNodeType<IsAGreaterThanBIntNode>("IsAGreaterThanBInt");
+    registerNodeType<IsAGreaterThanBFloatNode>("IsAGreaterThanBFloat");
+    registerNodeType<IntAddNode>("IntAdd");
+    registerNodeType<FloatAddNode>("FloatAdd");
+    registerNodeType<FloatModulusNode>("FloatModulus");
+    registerNodeType<ConditionTimerFramesNode>("ConditionTimerFrames");
+    registerNodeType<ConditionTimerSecsNode>("ConditionTimerSecs");
+
+    const std::weak_ptr<TreeRegistry> trees = trees_;
+    registerBuilder({NodeType::CONDITION, "SubtreeCondition", SubtreeConditionNode::requiredNodeParameters()},
+                    [trees](const std::string& name, const NodeParameters& parameters) {
+                        return std::make_unique<SubtreeConditionNode>(name, parameters, trees);
+                    });
+}
+
+BehaviorTreeFactory::~BehaviorTreeFactory()
+{
+    // Waiting trees may hold nodes whose code is in the libraries.
+    clearTreePools();
+    trees_.reset();
+    builders_.clear();
+}
+
+void BehaviorTreeFactory::registerBuilder(const TreeNodeManifest& manifest, const NodeBuilder& builder)
+{
+    if (!builders_.try_emplace(manifest.registration_ID, builder).second)
+        throw BehaviorTreeException("node type '" + manifest.registration_ID + "' is already registered");
+    manifests_.push_back(manifest);
+}
+
+bool BehaviorTreeFactory::unregisterBuilder(const std::string& ID)
+{
+    std::erase_if(manifests_,
+                  [&ID](const TreeNodeManifest& manifest) { return manifest.registration_ID == ID; });
+    return builders_.erase(ID) > 0;
+}
+
+void BehaviorTreeFactory::registerSimpleAction(const std::string& ID,
+                                               const SimpleActionNode::TickFunctor& functor)
+{
+    registerBuilder({NodeType::ACTION, ID, {}},
+                    [functor](const std::string& name, const NodeParameters& parameters) {
+                        return std::make_unique<SimpleActionNode>(name, functor, parameters);
+                    });
+}
+
+void BehaviorTreeFactory::registerSimpleCondition(const std::string& ID,
+                                                  const SimpleConditionNode::TickFunctor& functor)
+{
+    registerBuilder({NodeType::CONDITION, ID, {}},
+                    [functor](const std::string& name, const NodeParameters& parameters) {
+                        return std::make_unique<SimpleConditionNode>(name, functor, parameters);
+                    });
+}
+
+void BehaviorTreeFactory::registerSimpleDecorator(const std::string& ID,
+                                                  const SimpleDecoratorNode::TickFunctor& functor)
+{
+    registerBuilder({NodeType::DECORATOR, ID, {}},
+                    [functor](const std::string& name, const NodeParameters& parameters) {
+                        return std::make_unique<SimpleDecoratorNode>(name, functor, parameters);
+                    });
+}
+
+void BehaviorTreeFactory::registerFromPlugin(const std::string& file_path)
+{
+    void* handle = dlopen(file_path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (handle == nullptr) {
+        const char* why = dlerror();
+        throw BehaviorTreeException("cannot open plug-in '" + file_path +
+                                    "': " + (why != nullptr ? why : "unknown"));
+    }
+    std::shared_ptr<void> library(handle, [](void* open) { dlclose(open); });
+    using EntryPoint = void (*)(BehaviorTreeFactory&);
+    const auto entry = reinterpret_cast<EntryPoint>(dlsym(handle, "BT_RegisterNodesFromPlugin"));
+    if (entry == nullptr)
+        throw BehaviorTreeException("plug-in '" + file_path + "' has no function BT_RegisterNodesFromPlugin");
+    // Kept first: what the entry point registers before it throws stays registered.
+    libraries_.push_back(std::move(library));
+    entry(*this);
+}
+
+std::unique_ptr<TreeNode> BehaviorTreeFactory::instantiateTreeNode(
+    const std::string& ID, const std::string& name, const NodeParameters& parameters,
+    const std::shared_ptr<Blackboard>& blackboard) const
+{
+    const auto found = builders_.find(ID);
+    if (found == builders_.end())
+        throw BehaviorTreeException("no node type '" + ID + "' is registered (node '" + name + "')");
+    std::unique_ptr<TreeNode> node = found->second(name, parameters);
+    if (!parameters.empty() && node->ports().empty())
+        node->setParameters(parameters);
+    node->setRegistrationName(ID);
+    node->setBlackboard(blackboard);
+    node->initialize();
+    return node;
+}
+
+void BehaviorTreeFactory::registerTreeBuilder(const std::string& name, const TreeBuilder& builder)
+{
+    trees_->add(name, builder);
+}
+
+bool BehaviorTreeFactory::hasTree(std::string_view name) const
+{
+    return trees_->has(name);
+}
+
+std::vector<std::string> BehaviorTreeFactory::treeNames() const
+{
+    return trees_->names();
+}
+
+Tree BehaviorTreeFactory::createTree(const std::string& name,
+                                     const std::shared_ptr<Blackboard>& blackboard) const
+{
+    const auto tree = trees_->make(name, blackboard);
+    if (tree == nullptr)
+        throw BehaviorTreeException("no tree '" + name + "' is registered");
+    return std::move(*tree);
+}
+
+void BehaviorTreeFactory::clearTreePools()
+{
+    trees_->clearPools();
+}
+
+}  // namespace BT

@@ -1,0 +1,13 @@
+#include "trees/idioms.h"
+
+// A guarded straight run to a near point, without a plan. The dock's field does not stop it. Every frame the
+// gates are passed anew before the wheels get their next order: escape, bump or cliff, cliff stop.
+TREE(NaviOnePointProc)
+{
+    return DoWhile(TemporarilyDisableSensor{.lock_status = "false", .sensor = "DockField"},
+                   Sequence(SubtreeCondition{"Escape.xml"},
+                            // Something was hit: back off first, then give the run up.
+                            FallbackStar(Inverter(CheckClifBump{.out_bump_dir = "bump_dir"}),
+                                         ForceFailure(SubtreeCondition{"Back2cm.xml"})),
+                            stop_for_cliff_sensors(), NaviOnePoint{.target_point = "${navi_target_point}"}));
+}

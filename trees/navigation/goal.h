@@ -1,0 +1,16 @@
+#pragma once
+
+/// Where the robot stands against the goal of its navigation, `navi_target_point`.
+
+#include "description/tree.h"
+
+namespace vemra::trees {
+
+/// The robot stands within `distance_mm` of the goal.
+inline Node goal_within(const char* distance_mm)
+{
+    return ArePointsTooClose{
+        .distance_mm = distance_mm, .point_mm_a = "${current_pose}", .point_mm_b = "${navi_target_point}"};
+}
+
+}  // namespace vemra::trees
