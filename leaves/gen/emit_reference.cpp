@@ -1,0 +1,111 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "leaves/gen/emit.h"
+
+namespace vemra::leafgen {
+namespace {
+
+/// In a table a bar would open a new column.
+std::string cell(std::string_view text)
+{
+    std::string out;
+    for (const char c : text) {
+        if (c == '|')
+            out += '\\';
+        out += c;
+    }
+    return out;
+}
+
+std::string codeList(const std::vector<std::string>& texts)
+{
+    std::string out;
+    for (const std::string& text : texts)
+        out += fmt::format("{}`{}`", out.empty() ? "" : ", ", cell(text));
+    return out;
+}
+
+std::string portText(const PortEntry& port)
+{
+    std::string out = fmt::format("`{}` *{}*: {}", port.name, leaf::toText(port.type), cell(port.about));
+    // The two truth values go without saying.
+    if (!port.values.empty() && port.type != leaf::PortType::Bool)
+        out += fmt::format(". One of {}", codeList(port.values));
+    if (!port.examples.empty())
+        out += fmt::format(". Such as {}", codeList(port.examples));
+    if (port.default_text)
+        out += fmt::format(". Default `{}`", *port.default_text);
+    return out;
+}
+
+/// The anchor under which the page's heading can be reached.
+std::string anchor(std::string_view heading)
+{
+    std::string out;
+    for (const char c : heading) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (std::isalnum(byte) != 0)
+            out += static_cast<char>(std::tolower(byte));
+        else if (c == ' ' || c == '-')
+            out += '-';
+    }
+    return out;
+}
+
+std::size_t conditionsOf(const Family& family)
+{
+    return static_cast<std::size_t>(
+        std::count_if(family.leaves.begin(), family.leaves.end(),
+                      [](const LeafEntry& leaf) { return leaf.kind == leaf::LeafKind::Condition; }));
+}
+
+}  // namespace
+
+std::string referenceText(const std::vector<Family>& families)
+{
+    std::size_t leaves = 0;
+    std::size_t conditions = 0;
+    std::string overview;
+    std::string body;
+    for (const Family& family : families) {
+        const std::size_t tests = conditionsOf(family);
+        leaves += family.leaves.size();
+        conditions += tests;
+        overview += fmt::format("| [{}](#{}) | {} | {} | {} |\n", family.name, anchor(family.name),
+                                family.leaves.size(), tests, family.leaves.size() - tests);
+        body += fmt::format("\n## {}\n\n{}\n\n| Leaf | Kind | What it does | Ports |\n|---|---|---|---|\n",
+                            family.name, family.about);
+        for (const LeafEntry& leaf : family.leaves) {
+            std::string ports;
+            for (const PortEntry& port : leaf.ports)
+                ports += (ports.empty() ? "" : "<br>") + portText(port);
+            body += fmt::format("| `{}` | {} | {} | {} |\n", leaf.id, leaf::toText(leaf.kind),
+                                cell(leaf.about), ports);
+        }
+    }
+    return fmt::format(R"(# The leaves
+
+<!-- Made by leafgen from leaves/catalogue; changes belong there. -->
+
+A tree acts on the robot through leaves alone. Whoever answers the trees gives each of them an
+implementation, as a condition (it succeeds or fails at once) or as an action (it may run for many ticks and
+stops when halted).
+
+A port is text. `${{key}}` in it is filled in from the blackboard each time the leaf reads it, and numbers and
+truth values may be expressions such as `${{turn_angle}} / 2`. The type says what the text stands for then:
+*text*, *int*, *float*, *bool*; *key*, the name of a key to read or to test; *out_key*, the name of a key to
+write (left empty, nothing is written); *value*, anything the blackboard can hold. A port that is not given
+is not there for the leaf.
+
+| Family | Leaves | Conditions | Actions |
+|---|---|---|---|
+{}| **All** | **{}** | **{}** | **{}** |
+{})",
+                       overview, leaves, conditions, leaves - conditions, body);
+}
+
+}  // namespace vemra::leafgen
