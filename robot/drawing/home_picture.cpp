@@ -1,0 +1,202 @@
+#include "robot/drawing/home_picture.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "robot/drawing/pen.h"
+
+namespace vemra::robot {
+namespace {
+
+constexpr Colour kPaper{0xffffff};
+constexpr Colour kUnknown{0xd9dde1};
+constexpr Colour kFloor{0xfbf8f1};
+constexpr Colour kSolid{0x46505c};
+constexpr Colour kMetreLine{0xe9e3d6};
+constexpr Colour kInk{0x2a323b};
+constexpr Colour kFaint{0x6d7782};
+constexpr Colour kTrack{0x2f7ed8, 0.75};
+constexpr Colour kDock{0x2c9a57};
+constexpr Colour kRobot{0xe4572e};
+
+constexpr double kRim = 24;
+constexpr double kHead = 34;
+constexpr double kFoot = 30;
+constexpr double kLongSide = 1000;
+
+class HomeDrawing
+{
+public:
+    HomeDrawing(const Home& home, const HomeMarks& marks, cairo_t* context, double scale)
+        : home_(home), marks_(marks), pen_(context), scale_(scale)
+    {}
+
+    void draw(double width, double height)
+    {
+        pen_.box(0, 0, width, height, kPaper);
+        pen_.text(kRim, kRim, marks_.title, 16, kInk, Pen::Anchor::Left, true);
+        pen_.box(x(home_.origin()), y(home_.farCorner()), home_.columns() * Home::kCellMm * scale_,
+                 home_.rows() * Home::kCellMm * scale_, kUnknown);
+        cells(CellState::Free, kFloor);
+        metreLines();
+        cells(CellState::Occupied, kSolid);
+        track();
+        dock();
+        robot();
+        foot(height);
+    }
+
+private:
+    double x(PointMm p) const { return kRim + (p.x - home_.origin().x) * scale_; }
+    double y(PointMm p) const { return kHead + (home_.farCorner().y - p.y) * scale_; }
+
+    // Runs of equal cells as one box each, without smoothing, so that no seams show between them.
+    void cells(CellState state, Colour fill)
+    {
+        cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_NONE);
+        for (int row = 0; row < home_.rows(); ++row) {
+            for (int column = 0; column < home_.columns();) {
+                int end = column;
+                while (end < home_.columns() && home_.at(CellIndex{end, row}) == state) {
+                    ++end;
+                }
+                if (end > column) {
+                    const PointMm corner =
+                        home_.origin() + Home::kCellMm * PointMm{double(column), double(row + 1)};
+                    pen_.box(x(corner), y(corner), (end - column) * Home::kCellMm * scale_,
+                             Home::kCellMm * scale_, fill);
+                }
+                column = end + 1;
+            }
+        }
+        cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_DEFAULT);
+    }
+
+    static int ceilMetre(double mm) { return static_cast<int>(std::ceil(mm / 1e3)); }
+
+    // Only over floor: solid cells are drawn later, and what is unknown stays blank.
+    void metreLines()
+    {
+        const PointMm low = home_.origin();
+        const PointMm high = home_.farCorner();
+        for (int metre = ceilMetre(low.x); 1e3 * metre <= high.x; ++metre) {
+            metreLine({1e3 * metre, low.y}, {0, 1}, home_.rows());
+        }
+        for (int metre = ceilMetre(low.y); 1e3 * metre <= high.y; ++metre) {
+            metreLine({low.x, 1e3 * metre}, {1, 0}, home_.columns());
+        }
+    }
+
+    void metreLine(PointMm from, PointMm step, int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            const PointMm start = from + (i * Home::kCellMm) * step;
+            const PointMm end = start + Home::kCellMm * step;
+            if (home_.at(start + (Home::kCellMm / 2) * step) == CellState::Free) {
+                pen_.line(x(start), y(start), x(end), y(end), 1, kMetreLine);
+            }
+        }
+    }
+
+    void track()
+    {
+        if (marks_.track.size() < 2) {
+            return;
+        }
+        cairo_t* const context = pen_.context();
+        cairo_new_path(context);
+        for (const PointMm& point : marks_.track) {
+            cairo_line_to(context, x(point), y(point));
+        }
+        pen_.colour(kTrack);
+        cairo_set_line_width(context, 1.6);
+        cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
+        cairo_stroke(context);
+    }
+
+    void dock()
+    {
+        if (!marks_.dock) {
+            return;
+        }
+        // A plate of the robot's width at the wall, and its axis into the room.
+        const PoseMm face = marks_.dock->face;
+        const PointMm ahead = direction(face.yaw);
+        const PointMm side{-ahead.y, ahead.x};
+        const PointMm left = face.at + 150 * side;
+        const PointMm right = face.at - 150 * side;
+        pen_.line(x(left), y(left), x(right), y(right), std::max(80 * scale_, 4.0), kDock);
+        const PointMm tip = face.at + 520 * ahead;
+        cairo_save(pen_.context());
+        const double dashes[] = {3, 3};
+        cairo_set_dash(pen_.context(), dashes, 2, 0);
+        pen_.line(x(face.at), y(face.at), x(tip), y(tip), 1.5, kDock);
+        cairo_restore(pen_.context());
+    }
+
+    void robot()
+    {
+        if (!marks_.robot) {
+            return;
+        }
+        const PoseMm pose = *marks_.robot;
+        const double radius = kRobotRadiusMm * scale_;
+        pen_.disc(x(pose.at), y(pose.at), radius, {kRobot.rgb, 0.9});
+        const PointMm nose = pose.at + (0.9 * kRobotRadiusMm) * direction(pose.yaw);
+        pen_.line(x(pose.at), y(pose.at), x(nose), y(nose), std::max(radius * 0.16, 1.5), kPaper);
+        pen_.disc(x(pose.at), y(pose.at), std::max(radius * 0.16, 1.5), kPaper);
+    }
+
+    void foot(double height)
+    {
+        const double base = height - kFoot / 2 + 4;
+        const double metre = 1e3 * scale_;
+        pen_.box(kRim, base - 6, metre, 4, kInk);
+        pen_.text(kRim + metre + 8, base, "1 m", 12, kInk);
+        double at = kRim + metre + 60;
+        at = key(at, base, kSolid, "walls and furniture");
+        at = key(at, base, kUnknown, "unknown");
+        if (marks_.dock) {
+            at = key(at, base, kDock, "dock");
+        }
+        if (marks_.robot) {
+            at = key(at, base, kRobot, "robot");
+        }
+        if (!marks_.track.empty()) {
+            key(at, base, kTrack, "track");
+        }
+    }
+
+    double key(double at, double base, Colour fill, const char* text)
+    {
+        pen_.box(at, base - 9, 10, 10, fill);
+        pen_.text(at + 15, base, text, 12, kFaint);
+        return at + 15 + pen_.textWidth(text, 12) + 20;
+    }
+
+    const Home& home_;
+    const HomeMarks& marks_;
+    Pen pen_;
+    double scale_;
+};
+
+}  // namespace
+
+Picture homePicture(const Home& home, HomeMarks marks)
+{
+    const double wide = home.columns() * Home::kCellMm;
+    const double high = home.rows() * Home::kCellMm;
+    const double scale = kLongSide / std::max(wide, high);
+    Picture picture;
+    // The foot has its own least width: a narrow home is not to cut it off.
+    picture.width = std::ceil(std::max(wide * scale, 560.0) + 2 * kRim);
+    picture.height = std::ceil(high * scale + kHead + kFoot);
+    picture.draw = [&home, marks = std::move(marks), scale, w = picture.width, h = picture.height](
+                       cairo_t* context) { HomeDrawing(home, marks, context, scale).draw(w, h); };
+    return picture;
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "robot/drawing/picture.h"
+#include "robot/events/event_log.h"
+
+namespace vemra::robot {
+
+/// The time line of a run, from frame 0 to `frames`: bands for mode, task state, light, station light and the
+/// dock; marks for what the scenario did, for errors and for music; the battery as a curve.
+Picture runPicture(const std::vector<LogEntry>& entries, std::uint64_t frames, std::string title);
+
+}  // namespace vemra::robot

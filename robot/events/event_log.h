@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vemra::robot {
+
+enum class LogKind : std::uint8_t
+{
+    Mode,
+    TaskState,
+    RobotStatus,
+    Light,
+    Music,
+    StationLight,
+    Message,
+    User,  ///< what the scenario does
+    Body,  ///< on or off the dock ("on_dock"), the battery in percent ("battery")
+    Error,
+    Custom
+};
+
+/// "mode", "task_state", "robot_status", ...
+const char* toText(LogKind kind);
+std::optional<LogKind> logKindOfText(std::string_view text);
+
+struct LogEntry
+{
+    std::uint64_t frame = 0;
+    LogKind kind = LogKind::Custom;
+    std::string text;
+    nlohmann::ordered_json fields;  ///< an object, or null
+};
+
+/// Somebody who follows a run.
+class LogSink
+{
+public:
+    virtual ~LogSink() = default;
+    virtual void take(const LogEntry& entry) = 0;
+    /// The run is over.
+    virtual void finish(const nlohmann::ordered_json& report) = 0;
+};
+
+/// All that happened in a run, in the order in which it did. The time line, the pictures and the report are
+/// made from it and from nothing else.
+class EventLog
+{
+public:
+    /// The sink gets all later entries; it must outlive the log.
+    void addSink(LogSink& sink) { sinks_.push_back(&sink); }
+
+    /// Frames never go back. Fields must not be named frame, ms, event or text. Throws std::logic_error
+    /// otherwise.
+    void record(std::uint64_t frame, LogKind kind, std::string text, nlohmann::ordered_json fields = {});
+    void finish(const nlohmann::ordered_json& report);
+
+    const std::vector<LogEntry>& entries() const { return entries_; }
+
+private:
+    std::vector<LogEntry> entries_;
+    std::vector<LogSink*> sinks_;
+};
+
+}  // namespace vemra::robot

@@ -1,0 +1,114 @@
+#include "robot/events/timeline_printer.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdlib>
+
+#include "robot/clock.h"
+
+namespace vemra::robot {
+namespace {
+
+const char* colourOf(LogKind kind)
+{
+    switch (kind) {
+        case LogKind::Mode:
+            return "\033[1;34m";
+        case LogKind::TaskState:
+        case LogKind::RobotStatus:
+            return "\033[36m";
+        case LogKind::User:
+            return "\033[1;32m";
+        case LogKind::Error:
+            return "\033[1;31m";
+        case LogKind::Light:
+        case LogKind::StationLight:
+            return "\033[33m";
+        case LogKind::Music:
+            return "\033[35m";
+        case LogKind::Message:
+            return "\033[2m";
+        default:
+            return "";
+    }
+}
+
+// A message is one line, whatever is in it.
+std::string oneLine(const std::string& text)
+{
+    std::string line = text;
+    for (char& c : line) {
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') {
+            c = ' ';
+        }
+    }
+    return line;
+}
+
+std::optional<double> batteryOf(const LogEntry& entry)
+{
+    if (entry.kind == LogKind::Body && entry.fields.is_object() && entry.fields.contains("battery") &&
+        entry.fields["battery"].is_number()) {
+        return entry.fields["battery"].get<double>();
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+void TimelinePrinter::take(const LogEntry& entry)
+{
+    if (const auto battery = batteryOf(entry)) {
+        if (told_battery_ && std::abs(*battery - *told_battery_) < 10) {
+            return;
+        }
+        told_battery_ = battery;
+    }
+    if (pending_ && pending_->kind == entry.kind && pending_->text == entry.text &&
+        entry.frame <= last_frame_ + 1) {
+        ++times_;
+        last_frame_ = entry.frame;
+        return;
+    }
+    print();
+    pending_ = entry;
+    last_frame_ = entry.frame;
+    times_ = 1;
+}
+
+void TimelinePrinter::finish(const nlohmann::ordered_json&)
+{
+    print();
+    pending_.reset();
+    out_.flush();
+}
+
+void TimelinePrinter::print()
+{
+    if (!headed_) {
+        out_ << fmt::format("{:>8}  {:>11}  what\n", "frame", "time");
+        headed_ = true;
+    }
+    if (!pending_) {
+        return;
+    }
+    const char* colour = colour_ ? colourOf(pending_->kind) : "";
+    out_ << fmt::format("{:>8}  {:>11}  {}{:<13}  {}{}{}\n", pending_->frame, timeOfFrame(pending_->frame),
+                        colour, toText(pending_->kind), oneLine(pending_->text),
+                        times_ > 1 ? fmt::format("  x{}", times_) : "", *colour != '\0' ? "\033[0m" : "");
+}
+
+std::string timeOfFrame(std::uint64_t frame)
+{
+    const std::uint64_t ms = frame * kFrameMs;
+    return fmt::format("{}:{:02}:{:02}.{:03}", ms / 3'600'000, ms / 60'000 % 60, ms / 1000 % 60, ms % 1000);
+}
+
+bool isColourTerminal(int descriptor)
+{
+    return ::isatty(descriptor) == 1 && std::getenv("NO_COLOR") == nullptr;
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <ostream>
+#include <string>
+
+#include "robot/events/event_log.h"
+
+namespace vemra::robot {
+
+/// The time line for people: frame, time, kind, text. The same thing said in frame after frame is printed
+/// once, with how often it was said; of the battery, each tenth percent.
+class TimelinePrinter : public LogSink
+{
+public:
+    enum class Colour : bool
+    {
+        Off,
+        On
+    };
+
+    /// out must outlive the sink.
+    TimelinePrinter(std::ostream& out, Colour colour) : out_(out), colour_(colour == Colour::On) {}
+
+    void take(const LogEntry& entry) override;
+    void finish(const nlohmann::ordered_json& report) override;
+
+private:
+    void print();
+
+    std::ostream& out_;
+    bool colour_;
+    bool headed_ = false;
+    std::optional<LogEntry> pending_;  ///< may be said again
+    std::uint64_t last_frame_ = 0;     ///< in which it was said last
+    int times_ = 0;
+    std::optional<double> told_battery_;
+};
+
+/// h:mm:ss.mmm from the start of the run.
+std::string timeOfFrame(std::uint64_t frame);
+
+/// Whether a stream of the process (1, 2) is a terminal that wants colour.
+bool isColourTerminal(int descriptor);
+
+}  // namespace vemra::robot

@@ -1,0 +1,408 @@
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <span>
+
+#include "robot/clock.h"
+#include "robot/scenario/health_codes.h"
+#include "robot/scenario/scenario.h"
+#include "robot/yaml_fields.h"
+
+namespace vemra::robot {
+namespace {
+
+template <typename Value>
+struct Word
+{
+    std::string_view text;
+    Value value;
+};
+
+constexpr Word<PanelKey> kKeys[] = {
+    {"start", PanelKey::Key1}, {"home", PanelKey::Key2},          {"key1", PanelKey::Key1},
+    {"key2", PanelKey::Key2},  {"key1_long", PanelKey::Key1Long}, {"key2_long", PanelKey::Key2Long},
+    {"wifi", PanelKey::SetUp}, {"reset", PanelKey::Reset},
+};
+
+constexpr Word<AppMode> kAppModes[] = {
+    {"pause", AppMode::Pause},
+    {"standby", AppMode::Standby},
+    {"auto", AppMode::Auto},
+    {"back_home", AppMode::BackHome},
+    {"remote", AppMode::Remote},
+    {"ota", AppMode::Ota},
+    {"select_area", AppMode::SelectArea},
+    {"draw_area", AppMode::DrawArea},
+    {"select_point", AppMode::SelectPoint},
+    {"fast_map", AppMode::FastMap},
+};
+
+constexpr Word<StationPart> kStationParts[] = {
+    {"cap", StationPart::Cap},   {"bag", StationPart::Bag},   {"block", StationPart::Block},
+    {"lock", StationPart::Lock}, {"link", StationPart::Link}, {"full", StationPart::Full},
+};
+
+constexpr Word<bool> kWheels[] = {{"dropped", true}, {"raised", false}};
+constexpr Word<bool> kFitting[] = {{"installed", true}, {"removed", false}};
+constexpr int kKeyValues[] = {3, 6, 9, 12};
+
+template <typename Value, std::size_t Count>
+Value wordOf(const YamlFields& fields, std::string_view name, const Word<Value> (&words)[Count])
+{
+    const std::string text = fields.text(name);
+    std::vector<std::string_view> known;
+    for (const Word<Value>& word : words) {
+        if (word.text == text) {
+            return word.value;
+        }
+        known.push_back(word.text);
+    }
+    fields.fail(name, fmt::format("one of {}, not \"{}\"", fmt::join(known, ", "), text));
+}
+
+std::uint64_t framesOf(const YamlFields& fields, std::string_view name)
+{
+    const std::string text = fields.text(name);
+    const auto frames = framesOfText(text);
+    if (!frames) {
+        fields.fail(name,
+                    fmt::format("a count of frames or a time that falls on one ({} ms), as in 500, 20ms, "
+                                "12s, 3m, 2h, not \"{}\"",
+                                kFrameMs, text));
+    }
+    return *frames;
+}
+
+// [x, y, degrees] in metres.
+PoseMm poseOf(const YamlFields& fields, std::string_view name)
+{
+    const std::vector<double> at = fields.numbers(name, 3);
+    return {{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})};
+}
+
+Happening readKey(const YamlFields& event)
+{
+    KeyPress press{wordOf(event, "key", kKeys), {}};
+    if (event.has("key_value")) {
+        press.value = event.integer("key_value", 0, 255);
+        if (std::find(std::begin(kKeyValues), std::end(kKeyValues), *press.value) == std::end(kKeyValues)) {
+            event.fail("key_value", fmt::format("one of {}", fmt::join(kKeyValues, ", ")));
+        }
+    }
+    return press;
+}
+
+Happening readApp(const YamlFields& event)
+{
+    AppCommand command;
+    command.mode = wordOf(event, "app", kAppModes);
+    command.timed_order = event.has("order") && event.flag("order");
+    for (const YAML::Node& area : event.list("areas")) {
+        switch (command.mode) {
+            case AppMode::SelectArea:
+                if (int room = 0; YAML::convert<int>::decode(area, room) && room >= 0) {
+                    command.rooms.push_back(room);
+                    break;
+                }
+                event.failAt(area, "\"areas\": expected numbers of rooms, as in [1, 3]");
+            case AppMode::DrawArea: {
+                const std::vector<double> edges = event.numbers(area, "areas", 4);
+                if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
+                    event.failAt(area, "\"areas\": expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1");
+                }
+                command.areas.push_back({{1e3 * edges[0], 1e3 * edges[1]}, {1e3 * edges[2], 1e3 * edges[3]}});
+                break;
+            }
+            case AppMode::SelectPoint: {
+                const std::vector<double> point = event.numbers(area, "areas", 2);
+                command.points.push_back({1e3 * point[0], 1e3 * point[1]});
+                break;
+            }
+            default:
+                event.fail("areas", "it only with select_area, draw_area or select_point");
+        }
+    }
+    return command;
+}
+
+template <FaultKind kind, bool raised>
+Happening readFault(const YamlFields& event, std::string_view name)
+{
+    constexpr std::string_view prefix = "OLO_HEALTH_STATUS_TYPE_";
+    std::string code = event.text(name);
+    if (code.starts_with(prefix)) {
+        code.erase(0, prefix.size());
+    }
+    const auto known = kind == FaultKind::Error          ? robotErrorCodes()
+                       : kind == FaultKind::Warning      ? robotWarningCodes()
+                       : kind == FaultKind::StationError ? stationErrorCodes()
+                                                         : stationWarningCodes();
+    if (std::find(known.begin(), known.end(), code) == known.end()) {
+        event.fail(name, fmt::format("one of {}, not \"{}\"", fmt::join(known, ", "), code));
+    }
+    return Fault{kind, code, raised};
+}
+
+Happening readSet(const YamlFields& event)
+{
+    SetKeys set;
+    const YAML::Node keys = event.node("set");
+    if (!keys.IsMap() || keys.size() == 0) {
+        event.fail("set", "blackboard keys with their values, as in {task_state: cleaning}");
+    }
+    for (const auto& key : keys) {
+        if (!key.first.IsScalar() || !(key.second.IsScalar() || key.second.IsNull())) {
+            event.failAt(key.first, "\"set\": expected a key with a text or a number");
+        }
+        set.values.emplace_back(key.first.Scalar(), key.second.IsNull() ? "" : key.second.Scalar());
+    }
+    return set;
+}
+
+Happening readErase(const YamlFields& event)
+{
+    EraseKeys erase;
+    if (event.node("erase").IsScalar()) {
+        erase.keys.push_back(event.text("erase"));
+        return erase;
+    }
+    for (const YAML::Node& key : event.list("erase")) {
+        if (!key.IsScalar()) {
+            event.failAt(key, "\"erase\": expected a key or a list of keys");
+        }
+        erase.keys.push_back(key.Scalar());
+    }
+    return erase;
+}
+
+Happening readStation(const YamlFields& event)
+{
+    const YamlFields parts = event.fields("station");
+    std::vector<std::string_view> known;
+    for (const auto& part : kStationParts) {
+        known.push_back(part.text);
+    }
+    parts.allowOnly(known);
+    StationChange change;
+    for (const auto& part : kStationParts) {
+        if (parts.has(part.text)) {
+            change.parts.emplace_back(part.value, parts.flag(part.text));
+        }
+    }
+    if (change.parts.empty()) {
+        event.fail("station", fmt::format("at least one of {}", fmt::join(known, ", ")));
+    }
+    return change;
+}
+
+// A field that says what happens, the fields that may go with it, and how they are read.
+struct Action
+{
+    std::string_view name;
+    std::vector<std::string_view> extras;
+    Happening (*read)(const YamlFields& event, std::string_view name);
+};
+
+const std::vector<Action>& actions()
+{
+    using Fields = const YamlFields&;
+    using Name = std::string_view;
+    // Fields that only ever say "now": false would mean nothing.
+    static const auto now = [](Fields e, Name n) {
+        if (!e.flag(n)) {
+            e.fail(n, "true");
+        }
+    };
+    static const std::vector<Action> all{
+        {"key", {"key_value"}, [](Fields e, Name) { return readKey(e); }},
+        {"app", {"order", "areas"}, [](Fields e, Name) { return readApp(e); }},
+        {"battery", {}, [](Fields e, Name n) -> Happening { return SetBattery{e.number(n, 0, 100)}; }},
+        {"lift", {}, [](Fields e, Name n) -> Happening { return Lift{e.flag(n)}; }},
+        {"carry_to", {}, [](Fields e, Name n) -> Happening { return CarryTo{poseOf(e, n)}; }},
+        {"put_on_dock", {}, [](Fields e, Name n) -> Happening { return now(e, n), PutOnDock{}; }},
+        {"error", {}, readFault<FaultKind::Error, true>},
+        {"clear_error", {}, readFault<FaultKind::Error, false>},
+        {"warning", {}, readFault<FaultKind::Warning, true>},
+        {"clear_warning", {}, readFault<FaultKind::Warning, false>},
+        {"station_error", {}, readFault<FaultKind::StationError, true>},
+        {"clear_station_error", {}, readFault<FaultKind::StationError, false>},
+        {"station_warning", {}, readFault<FaultKind::StationWarning, true>},
+        {"clear_station_warning", {}, readFault<FaultKind::StationWarning, false>},
+        {"set", {}, [](Fields e, Name) { return readSet(e); }},
+        {"erase", {}, [](Fields e, Name) { return readErase(e); }},
+        {"station", {}, [](Fields e, Name) { return readStation(e); }},
+        {"child_lock", {}, [](Fields e, Name n) -> Happening { return ChildLock{e.flag(n)}; }},
+        {"annoy", {}, [](Fields e, Name n) -> Happening { return Annoy{e.flag(n)}; }},
+        {"find_robot", {}, [](Fields e, Name n) -> Happening { return now(e, n), FindRobot{}; }},
+        {"wheels", {}, [](Fields e, Name n) -> Happening { return Wheels{wordOf(e, n, kWheels)}; }},
+        {"box",
+         {},
+         [](Fields e, Name n) -> Happening {
+             return FittingChange{Fitting::DustBox, wordOf(e, n, kFitting)};
+         }},
+        {"water_box",
+         {},
+         [](Fields e, Name n) -> Happening {
+             return FittingChange{Fitting::WaterBox, wordOf(e, n, kFitting)};
+         }},
+        {"mop",
+         {},
+         [](Fields e, Name n) -> Happening {
+             return FittingChange{Fitting::Mop, wordOf(e, n, kFitting)};
+         }},
+    };
+    return all;
+}
+
+// A field as one line of text, less what a time line has no use for.
+std::string asText(const YAML::Node& value)
+{
+    if (value.IsSequence()) {
+        std::vector<std::string> parts;
+        for (const auto& element : value) {
+            parts.push_back(asText(element));
+        }
+        return fmt::format("[{}]", fmt::join(parts, ", "));
+    }
+    if (value.IsMap()) {
+        std::vector<std::string> parts;
+        for (const auto& field : value) {
+            parts.push_back(asText(field.first) + ": " + asText(field.second));
+        }
+        return fmt::format("{{{}}}", fmt::join(parts, ", "));
+    }
+    return value.IsScalar() ? value.Scalar() : "";
+}
+
+ScenarioEvent readEvent(const YamlFields& event)
+{
+    std::vector<std::string_view> known{"at"};
+    std::vector<const Action*> found;
+    for (const Action& action : actions()) {
+        known.push_back(action.name);
+        if (event.has(action.name)) {
+            found.push_back(&action);
+        }
+    }
+    if (found.size() == 1) {
+        std::vector<std::string_view> allowed{"at", found.front()->name};
+        allowed.insert(allowed.end(), found.front()->extras.begin(), found.front()->extras.end());
+        // Other actions can't be there, so what is left over is a stranger or an extra out of its place.
+        event.allowOnly(allowed);
+    } else if (found.empty()) {
+        event.allowOnly(known);
+        event.failAt(event.node("at"),
+                     fmt::format("the event says nothing: expected, beside \"at\", one of {}",
+                                 fmt::join(known.begin() + 1, known.end(), ", ")));
+    } else {
+        event.fail(
+            found[1]->name,
+            fmt::format("an event of its own: an event says one thing, here it is \"{}\"", found[0]->name));
+    }
+
+    ScenarioEvent read;
+    read.frame = framesOf(event, "at");
+    read.what = found.front()->read(event, found.front()->name);
+    read.line = event.line();
+    read.text = fmt::format("{}: {}", found.front()->name, asText(event.node(found.front()->name)));
+    for (const std::string_view extra : found.front()->extras) {
+        if (event.has(extra)) {
+            read.text += fmt::format(", {}: {}", extra, asText(event.node(extra)));
+        }
+    }
+    return read;
+}
+
+AnnoyTime readAnnoy(const YamlFields& annoy)
+{
+    annoy.allowOnly({"from", "to"});
+    const AnnoyTime time{framesOf(annoy, "from"), framesOf(annoy, "to")};
+    if (time.to <= time.from) {
+        annoy.fail("to", "a time after \"from\"");
+    }
+    return time;
+}
+
+StoredMap readStoredMap(const YamlFields& map)
+{
+    map.allowOnly({"present", "check"});
+    StoredMap stored;
+    if (map.has("present")) {
+        stored.present = map.flag("present");
+    }
+    if (map.has("check")) {
+        stored.check = map.number("check");
+        if (stored.check != 0 && stored.check != 0.5 && stored.check != -1) {
+            map.fail("check", "0, 0.5 or -1");
+        }
+    }
+    return stored;
+}
+
+ScenarioStart readStart(const YamlFields& start)
+{
+    start.allowOnly({"on_dock", "pose", "battery", "child_lock", "charge_rate", "drain_rate",
+                     "breakpoint_resume", "annoy", "parameters_confirmed_after", "map"});
+    ScenarioStart read;
+    if (start.has("on_dock")) {
+        read.on_dock = start.flag("on_dock");
+    }
+    if (start.has("pose")) {
+        if (read.on_dock) {
+            start.fail("pose", "it only with \"on_dock: false\"");
+        }
+        read.pose = poseOf(start, "pose");
+    }
+    if (start.has("battery")) {
+        read.battery = start.number("battery", 0, 100);
+    }
+    if (start.has("child_lock")) {
+        read.child_lock = start.flag("child_lock");
+    }
+    if (start.has("charge_rate")) {
+        read.charge_rate = start.number("charge_rate", 0, 1e6);
+    }
+    if (start.has("drain_rate")) {
+        read.drain_rate = start.number("drain_rate", 0, 1e6);
+    }
+    if (start.has("breakpoint_resume")) {
+        read.breakpoint_resume = start.flag("breakpoint_resume");
+    }
+    if (start.has("annoy")) {
+        read.annoy = readAnnoy(start.fields("annoy"));
+    }
+    if (start.has("parameters_confirmed_after")) {
+        read.parameters_confirmed_after = framesOf(start, "parameters_confirmed_after");
+    }
+    if (start.has("map")) {
+        read.map = readStoredMap(start.fields("map"));
+    }
+    return read;
+}
+
+}  // namespace
+
+Scenario readScenario(const std::filesystem::path& file)
+{
+    const YamlFields top(readYaml(file), file.string(), "a scenario");
+    top.allowOnly({"name", "about", "start", "frames", "events"});
+    Scenario scenario;
+    scenario.name = top.text("name");
+    scenario.about = top.has("about") ? top.text("about") : "";
+    scenario.frames = framesOf(top, "frames");
+    if (scenario.frames == 0) {
+        top.fail("frames", "at least one frame");
+    }
+    if (top.has("start")) {
+        scenario.start = readStart(top.fields("start"));
+    }
+    for (const YAML::Node& event : top.list("events")) {
+        scenario.events.push_back(readEvent({event, top.file(), "an event"}));
+    }
+    std::stable_sort(scenario.events.begin(), scenario.events.end(),
+                     [](const ScenarioEvent& a, const ScenarioEvent& b) { return a.frame < b.frame; });
+    return scenario;
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "leaves/host/host.h"
+#include "robot/services/report.h"
+
+namespace vemra::robot {
+
+/// A request for a music, as `SetMusicPlayPara` leaves it on the blackboard. Number 0 is silence.
+struct MusicRequest
+{
+    int number = 0;
+    bool interrupt = false;
+    int times = 0;
+    std::uint64_t serial = 0;  ///< tells two requests for the same music apart
+
+    friend std::ostream& operator<<(std::ostream& out, const MusicRequest& request);
+};
+
+/// The loudspeaker, the button light and what the robot says. A music lasts two seconds; a request that
+/// does not interrupt waits for its end, and a later request takes the place of one that waits.
+class SoundAndLightService
+{
+public:
+    SoundAndLightService(BT::Blackboard& blackboard, Report report);
+
+    void install(leaf::LeafHost& host);
+
+    [[nodiscard]] const std::string& light() const { return light_; }
+    [[nodiscard]] const std::string& stationLight() const { return station_light_; }
+
+private:
+    void play(const MusicRequest& request);
+    void setLight(std::string& light, const std::string& mode, const char* kind);
+
+    BT::Blackboard& blackboard_;
+    Report report_;
+    std::uint64_t requests_ = 0;
+    std::uint64_t heard_ = 0;
+    std::int64_t busy_until_ms_ = 0;
+    std::string light_;
+    std::string station_light_;
+};
+
+}  // namespace vemra::robot

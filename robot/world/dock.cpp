@@ -1,0 +1,129 @@
+#include "robot/world/dock.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+#include "robot/input_error.h"
+#include "robot/world/reach.h"
+#include "robot/world/walls.h"
+
+namespace vemra::robot {
+namespace {
+
+constexpr double kWayOutMm = 500;
+
+PointMm before(const Dock& dock, double distance_mm)
+{
+    return dock.face.at + distance_mm * direction(dock.face.yaw);
+}
+
+// An offer that helps where a dock is refused.
+std::string proposal(const Home& home)
+{
+    const auto place = placeDock(home);
+    return place ? fmt::format("; --dock {} would do", toText(*place)) : "";
+}
+
+}  // namespace
+
+PoseMm dockedPose(const Dock& dock)
+{
+    return {before(dock, kRobotRadiusMm), wrapped({dock.face.yaw.value + 180})};
+}
+
+void checkDock(const Home& home, const Dock& dock, const std::string& file, int line)
+{
+    const auto refuse = [&](const std::string& fault) {
+        throw InputError(file, line, fmt::format("the dock at {} {}{}", toText(dock), fault, proposal(home)));
+    };
+    if (!home.contains(home.cellOf(before(dock, Home::kCellMm / 2)))) {
+        const PointMm low = home.origin();
+        const PointMm high = home.farCorner();
+        refuse(
+            fmt::format("lies outside the map: expected x from {:.2f} to {:.2f} m, y from {:.2f} to {:.2f} m",
+                        low.x / 1e3, high.x / 1e3, low.y / 1e3, high.y / 1e3));
+    }
+    if (home.at(before(dock, Home::kCellMm / 2)) == CellState::Occupied) {
+        refuse(
+            "stands inside a wall or looks into one: expected its face at the wall, looking into the room");
+    }
+    if (!home.isDiscFree(dockedPose(dock).at, kRobotRadiusMm - Home::kCellMm)) {
+        refuse(fmt::format("has no room for the robot: expected {:.0f} mm of free floor before it",
+                           2 * kRobotRadiusMm));
+    }
+    for (int step = 2; step * Home::kCellMm <= kWayOutMm; ++step) {
+        if (!home.isDiscFree(before(dock, kRobotRadiusMm + step * Home::kCellMm), kRobotRadiusMm)) {
+            refuse(fmt::format("has no way out: expected {:.0f} mm of free floor before the docked robot",
+                               kWayOutMm));
+        }
+    }
+}
+
+std::optional<Dock> placeDock(const Home& home)
+{
+    // The last steps are for homes whose walls stand aslant in the map: the dock then stands at a corner of
+    // the jagged line.
+    constexpr std::array<WallNeeds, 5> steps{{
+        {600, 1000, 0},
+        {600, 1000, 1},
+        {600, 1000, 3},
+        {400, 700, 3},
+        {400, 700, 12},
+    }};
+    const Reach reach(home, kRobotRadiusMm);
+    const int floor = reach.largest();
+    if (floor == Reach::kNone) {
+        return std::nullopt;
+    }
+    for (const WallNeeds& needs : steps) {
+        std::optional<Dock> best;
+        double longest = 0;
+        for (const WallStretch& wall : freeWalls(home, needs)) {
+            const Dock dock{{wall.middle, wrapped(wall.looks)}};
+            if (wall.length_mm > longest &&
+                reach.regionOf(home.cellOf(before(dock, kRobotRadiusMm + kWayOutMm / 2))) == floor) {
+                best = dock;
+                longest = wall.length_mm;
+            }
+        }
+        if (best) {
+            return best;
+        }
+    }
+    return std::nullopt;
+}
+
+Dock parseDock(const std::string& text)
+{
+    std::array<double, 3> values{};
+    const char* at = text.data();
+    const char* const end = text.data() + text.size();
+    bool good = true;
+    for (std::size_t i = 0; i < values.size() && good; ++i) {
+        const auto [rest, fault] = std::from_chars(at, end, values[i]);
+        const bool last = i + 1 == values.size();
+        good = fault == std::errc{} && std::isfinite(values[i]) &&
+               (last ? rest == end : rest != end && *rest == ',');
+        at = rest + (last ? 0 : 1);
+    }
+    if (!good) {
+        throw InputError(
+            "--dock", 0,
+            fmt::format("\"{}\": expected X,Y,DEG in metres and degrees, as in 1.25,-0.4,90", text));
+    }
+    return {{{values[0] * 1e3, values[1] * 1e3}, wrapped({values[2]})}};
+}
+
+std::string toText(const Dock& dock)
+{
+    // Millimetres and hundredths of a degree are as much as is ever said; zeros at the end are not.
+    const auto round = [](double value, double unit) { return std::round(value / unit) * unit + 0.0; };
+    return fmt::format("{:.10g},{:.10g},{:.10g}", round(dock.face.at.x / 1e3, 1e-3),
+                       round(dock.face.at.y / 1e3, 1e-3), round(dock.face.yaw.value, 1e-2));
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,166 @@
+#include "robot/world/dock.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "robot/files.h"
+#include "robot/sketch.h"
+#include "robot/world/map_file.h"
+#include "robot/world/walls.h"
+
+namespace vemra::robot {
+namespace {
+
+using testing::HasSubstr;
+
+std::string check(const Home& home, const Dock& dock)
+{
+    return faultOf([&] { checkDock(home, dock, "map.yaml", 7); });
+}
+
+TEST(Dock, TheDockedRobotTouchesTheFaceAndLooksAtIt)
+{
+    const PoseMm pose = dockedPose({{{1000, 50}, {90}}});
+    EXPECT_NEAR(pose.at.x, 1000, 1e-9);
+    EXPECT_NEAR(pose.at.y, 225, 1e-9);
+    EXPECT_EQ(pose.yaw, Degrees{-90});
+}
+
+TEST(Dock, BadPlacesAreRefusedWithTheirReasonAndAnOffer)
+{
+    // 3 x 2 m inside.
+    auto lines = room(62, 42);
+    const Home home = sketch(lines);
+    EXPECT_EQ(check(home, {{{1500, 50}, {90}}}), "nothing thrown");
+    EXPECT_EQ(check(home, {{{1500, 80}, {90}}}), "nothing thrown") << "a little before the wall";
+
+    EXPECT_THAT(check(home, {{{1500, 20}, {90}}}),
+                HasSubstr("map.yaml:7: the dock at 1.5,0.02,90 stands inside a wall"));
+    EXPECT_THAT(check(home, {{{1500, 50}, {-90}}}), HasSubstr("looks into one"));
+    EXPECT_THAT(check(home, {{{1500, -2000}, {90}}}),
+                HasSubstr("outside the map: expected x from 0.00 to 3.10 m"));
+    EXPECT_THAT(check(home, {{{1500, 20}, {90}}}), HasSubstr("--dock "));
+    EXPECT_THAT(check(home, {{{110, 50}, {90}}}), HasSubstr("no room for the robot"));
+
+    lines[25] = "#" + std::string(60, '#') + "#";  // 800 to 850 mm: room to stand, none to back out
+    EXPECT_THAT(check(sketch(lines), {{{1500, 50}, {90}}}), HasSubstr("no way out"));
+}
+
+TEST(Dock, AutomaticPlaceIsTheMiddleOfTheLongestFreeWall)
+{
+    auto lines = room(62, 42);
+    EXPECT_EQ(placeDock(sketch(lines)), (Dock{{{1550, 50}, {90}}}));
+
+    // A pillar before the lower wall at 1.5 to 1.55 m, another before the upper one at 0.5 m: the upper
+    // wall's longer half is the longest now.
+    lines[41 - 5][30] = '#';
+    lines[5][10] = '#';
+    EXPECT_EQ(placeDock(sketch(lines)), (Dock{{{1800, 2050}, {-90}}}));
+}
+
+TEST(Dock, AutomaticPlaceIsNotOnAnIslandTheRobotCannotLeave)
+{
+    // Left a room without a door whose walls are longer; right, larger on the whole, the one to live in.
+    auto lines = room(120, 62);
+    for (std::size_t row = 1; row < 61; ++row) {
+        lines[row][30] = '#';
+    }
+    for (std::size_t row = 10; row < 52; row += 12) {  // clutter, so that the right room's walls are broken
+        lines[row][118] = lines[row][31] = '#';
+    }
+    for (std::size_t column = 40; column < 118; column += 14) {
+        lines[1][column] = lines[60][column] = '#';
+    }
+    const auto dock = placeDock(sketch(lines));
+    ASSERT_TRUE(dock);
+    EXPECT_GT(dock->face.at.x, 1550);
+}
+
+// A room of 4 x 3 m turned by some angle, its walls 100 mm thick.
+Home turnedRoom(double angle)
+{
+    const PointMm along = direction({angle});
+    const int side = 120;
+    std::vector<CellState> cells;
+    for (int row = 0; row < side; ++row) {
+        for (int column = 0; column < side; ++column) {
+            const PointMm p{(column + 0.5 - side / 2) * 50, (row + 0.5 - side / 2) * 50};
+            const double u = std::abs(p.x * along.x + p.y * along.y) - 2000;
+            const double v = std::abs(p.y * along.x - p.x * along.y) - 1500;
+            const double out = std::max(u, v);
+            cells.push_back(out < 0 ? CellState::Free : out < 100 ? CellState::Occupied : CellState::Unknown);
+        }
+    }
+    return {side, side, {0, 0}, cells};
+}
+
+TEST(Dock, AnyRoomGetsADockThatPassesTheCheck)
+{
+    for (double angle = 0; angle < 90; angle += 2.5) {
+        const Home home = turnedRoom(angle);
+        const auto dock = placeDock(home);
+        ASSERT_TRUE(dock) << angle;
+        EXPECT_EQ(check(home, *dock), "nothing thrown") << angle;
+        EXPECT_TRUE(home.isDiscFree(dockedPose(*dock).at, kRobotRadiusMm)) << angle;
+        EXPECT_EQ(placeDock(home), dock) << "the same again";
+    }
+    EXPECT_EQ(placeDock(sketch({"....", "...."})), std::nullopt) << "no room for a robot";
+}
+
+TEST(Dock, AnOptionOverrulesTheMapAndTheMapTheSearch)
+{
+    HomeFile file{sketch(room(62, 42)), Dock{{{0, 0}, {0}}}, "map.yaml", 7};
+    const Dock given{{{1000, 50}, {90}}};
+    const ChosenDock chosen = chooseDock(file, given);
+    EXPECT_EQ(chosen.dock, given);
+    EXPECT_EQ(chosen.source, DockSource::Given) << "the map's bad dock does not matter";
+    EXPECT_THAT(faultOf([&] { chooseDock(file, {}); }), HasSubstr("map.yaml:7: "));
+    EXPECT_THAT(faultOf([&] { chooseDock(file, Dock{{{1000, 10}, {90}}}); }), HasSubstr("--dock: "));
+    file.dock = given;
+    EXPECT_EQ(chooseDock(file, {}).source, DockSource::Map);
+    file.dock.reset();
+    EXPECT_EQ(chooseDock(file, {}).source, DockSource::Placed);
+}
+
+TEST(Dock, OptionTextIsMetresAndDegrees)
+{
+    EXPECT_EQ(parseDock("1.25,-0.4,270"), (Dock{{{1250, -400}, {-90}}}));
+    EXPECT_EQ(toText(parseDock("1.25,-0.4,270")), "1.25,-0.4,-90");
+    for (const char* bad : {"", "1,2", "1,2,3,4", "1;2;3", "1,2,x", "1,2,3 ", "a,2,3", "nan,0,0", "1,,3"}) {
+        EXPECT_THAT(faultOf([&] { parseDock(bad); }), HasSubstr("expected X,Y,DEG")) << bad;
+    }
+}
+
+TEST(Walls, StretchesEndWhereWallOrFloorDo)
+{
+    // The lower wall is 1000 mm; a pillar 10 cells above it takes 50 mm out, leaving 600 and 350.
+    auto lines = room(22, 22);
+    lines[21 - 10][13] = '#';
+    std::vector<WallStretch> up;
+    for (const WallStretch& wall : freeWalls(sketch(lines), {600, 600, 0})) {
+        if (wall.looks.value == 90 && wall.middle.y == 50) {
+            up.push_back(wall);
+        }
+    }
+    ASSERT_EQ(up.size(), 1U);
+    EXPECT_EQ(up[0].length_mm, 600);
+    EXPECT_EQ(up[0].middle, (PointMm{350, 50}));
+}
+
+TEST(Walls, UnevenWallsCountAsOneAndOpenFloorAsNone)
+{
+    auto lines = room(22, 22);
+    lines[20] =
+        "#" + std::string(7, '#') + std::string(13, '.') + "#";  // a step of one cell in the lower wall
+    std::vector<PointMm> up;
+    for (const WallStretch& wall : freeWalls(sketch(lines), {1000, 600, 2})) {
+        if (wall.looks.value == 90) {
+            up.push_back(wall.middle);
+        }
+    }
+    EXPECT_THAT(up, testing::ElementsAre(PointMm{550, 100}));
+}
+
+}  // namespace
+}  // namespace vemra::robot

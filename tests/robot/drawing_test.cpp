@@ -1,0 +1,105 @@
+#include <cairo.h>
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <memory>
+
+#include "robot/drawing/home_picture.h"
+#include "robot/drawing/run_picture.h"
+#include "robot/files.h"
+#include "robot/sketch.h"
+
+// The font library keeps what it has read for the whole process.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:libfontconfig";
+}
+
+namespace vemra::robot {
+namespace {
+
+using testing::HasSubstr;
+
+// The colour of the pixel under a point of the home, in a picture whose long side is 1000 points beside a rim
+// of 24 and a head of 34.
+class Pixels
+{
+public:
+    explicit Pixels(const std::filesystem::path& png)
+        : surface_(cairo_image_surface_create_from_png(png.c_str()), cairo_surface_destroy)
+    {}
+
+    std::uint32_t at(int x, int y) const
+    {
+        const unsigned char* row =
+            cairo_image_surface_get_data(surface_.get()) + y * cairo_image_surface_get_stride(surface_.get());
+        return reinterpret_cast<const std::uint32_t*>(row)[x] & 0xffffff;
+    }
+    bool good() const { return cairo_surface_status(surface_.get()) == CAIRO_STATUS_SUCCESS; }
+
+private:
+    std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface_;
+};
+
+TEST(HomePicture, WallsFloorDockAndRobotStandWhereTheyAre)
+{
+    const Folder folder;
+    auto lines = room(40, 40);  // 25 points a cell
+    lines[0][39] = '?';
+    const Home home = sketch(lines);
+    HomeMarks marks;
+    marks.dock = Dock{{{1000, 50}, {90}}};
+    marks.robot = PoseMm{{500, 1500}, {0}};
+    writePng(folder / "home.png", homePicture(home, marks));
+    const Pixels pixels(folder / "home.png");
+    ASSERT_TRUE(pixels.good());
+    const auto at = [&](double x, double y) {
+        return pixels.at(24 + static_cast<int>(x / 2), 34 + 1000 - static_cast<int>(y / 2));
+    };
+    const std::uint32_t wall = at(25, 1000);
+    const std::uint32_t floor = at(1530, 510);
+    EXPECT_NE(wall, floor);
+    EXPECT_EQ(at(1000, 1975), wall);
+    EXPECT_NE(at(1975, 1975), wall) << "unknown, in the upper right corner";
+    EXPECT_NE(at(1975, 1975), floor);
+    EXPECT_NE(at(500, 1600), floor) << "the robot";
+    EXPECT_NE(at(900, 60), floor) << "the dock";
+    EXPECT_EQ(at(500, 1400 - 100), floor) << "beside the robot";
+}
+
+TEST(RunPicture, ShowsTheRunTheSameEachTimeAndSurvivesOddOnes)
+{
+    const Folder folder;
+    EventLog log;
+    log.record(0, LogKind::Mode, "ChargingMode");
+    log.record(0, LogKind::Body, "on", {{"on_dock", true}});
+    log.record(0, LogKind::Body, "battery", {{"battery", 120}});
+    log.record(10, LogKind::Body, "odd", {{"battery", "full"}});
+    for (std::uint64_t i = 0; i < 200; ++i) {
+        log.record(20 + i, LogKind::Mode, "mode number " + std::to_string(i));
+        log.record(20 + i, LogKind::User, "something that takes its room");
+    }
+    writeSvg(folder / "a.svg", runPicture(log.entries(), 100, "a"));
+    writePng(folder / "a.png", runPicture(log.entries(), 100, "a"));
+    writePng(folder / "b.png", runPicture(log.entries(), 100, "a"));
+    EXPECT_THAT(bytesOf(folder / "a.svg"), HasSubstr("</svg>"));
+    EXPECT_TRUE(bytesOf(folder / "a.png") == bytesOf(folder / "b.png"));
+    EXPECT_GT(runPicture(log.entries(), 100, "a").height, runPicture({}, 0, "nothing").height + 100);
+    writePng(folder / "nothing.png", runPicture({}, 0, "nothing"));
+    EXPECT_TRUE(Pixels(folder / "nothing.png").good());
+}
+
+TEST(Pictures, AFileThatCannotBeWrittenLeavesNothing)
+{
+    const Folder folder;
+    const Picture picture = runPicture({}, 0, "nothing");
+    EXPECT_THAT(faultOf([&] { writePng(folder / "none" / "a.png", picture); }),
+                HasSubstr("a.png: cannot be written"));
+    std::filesystem::create_directories(folder / "taken.svg");
+    EXPECT_THAT(faultOf([&] { writeSvg(folder / "taken.svg", picture); }), HasSubstr("cannot be written"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "taken.svg.part"));
+}
+
+}  // namespace
+}  // namespace vemra::robot

@@ -1,0 +1,99 @@
+#include <gmock/gmock.h>
+
+#include <sstream>
+#include <stdexcept>
+
+#include "robot/events/json_lines.h"
+#include "robot/events/timeline_printer.h"
+
+namespace vemra::robot {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+void shortRun(EventLog& log)
+{
+    log.record(0, LogKind::Body, "battery 80 %", {{"battery", 80}});
+    log.record(9, LogKind::Mode, "ChargingMode", {{"from", ""}, {"to", "ChargingMode"}});
+    for (std::uint64_t frame = 10; frame < 13; ++frame) {
+        log.record(frame, LogKind::Message, "charging");
+    }
+    log.record(14, LogKind::Message, "charging");
+    log.record(14, LogKind::Message, "two\nlines \"quoted\" \xff");
+    log.record(20, LogKind::Body, "battery 79 %", {{"battery", 79}});
+    log.record(180001, LogKind::Body, "battery 70 %", {{"battery", 70}});
+    log.finish({{"frames", 180002}});
+}
+
+TEST(JsonLines, BytesAreFixedAndNothingIsFolded)
+{
+    std::ostringstream out;
+    JsonLines json(out);
+    EventLog log;
+    log.addSink(json);
+    shortRun(log);
+    EXPECT_EQ(
+        out.str(),
+        "{\"frame\":0,\"ms\":0,\"event\":\"body\",\"text\":\"battery 80 %\",\"battery\":80}\n"
+        "{\"frame\":9,\"ms\":180,\"event\":\"mode\",\"text\":\"ChargingMode\",\"from\":\"\",\"to\":"
+        "\"ChargingMode\"}\n"
+        "{\"frame\":10,\"ms\":200,\"event\":\"message\",\"text\":\"charging\"}\n"
+        "{\"frame\":11,\"ms\":220,\"event\":\"message\",\"text\":\"charging\"}\n"
+        "{\"frame\":12,\"ms\":240,\"event\":\"message\",\"text\":\"charging\"}\n"
+        "{\"frame\":14,\"ms\":280,\"event\":\"message\",\"text\":\"charging\"}\n"
+        "{\"frame\":14,\"ms\":280,\"event\":\"message\",\"text\":\"two\\nlines \\\"quoted\\\" "
+        "\xEF\xBF\xBD\"}\n"
+        "{\"frame\":20,\"ms\":400,\"event\":\"body\",\"text\":\"battery 79 %\",\"battery\":79}\n"
+        "{\"frame\":180001,\"ms\":3600020,\"event\":\"body\",\"text\":\"battery 70 %\",\"battery\":70}\n"
+        "{\"report\":{\"frames\":180002}}\n");
+}
+
+TEST(TimelinePrinter, FoldsWhatIsSaidFrameAfterFrameAndSkipsSingleBatteryPercents)
+{
+    std::ostringstream out;
+    TimelinePrinter printer(out, TimelinePrinter::Colour::Off);
+    EventLog log;
+    log.addSink(printer);
+    shortRun(log);
+    EXPECT_EQ(out.str(),
+              "   frame         time  what\n"
+              "       0  0:00:00.000  body           battery 80 %\n"
+              "       9  0:00:00.180  mode           ChargingMode\n"
+              "      10  0:00:00.200  message        charging  x3\n"
+              "      14  0:00:00.280  message        charging\n"
+              "      14  0:00:00.280  message        two lines \"quoted\" \xff\n"
+              "  180001  1:00:00.020  body           battery 70 %\n");
+}
+
+TEST(TimelinePrinter, ColourOnlyWhereItIsAskedFor)
+{
+    const auto printed = [](TimelinePrinter::Colour colour) {
+        std::ostringstream out;
+        TimelinePrinter printer(out, colour);
+        EventLog log;
+        log.addSink(printer);
+        log.record(0, LogKind::Mode, "a \033[31m trick");
+        log.finish({});
+        return out.str();
+    };
+    EXPECT_THAT(printed(TimelinePrinter::Colour::Off), Not(HasSubstr("\033")));
+    EXPECT_THAT(printed(TimelinePrinter::Colour::On), HasSubstr("\033[1;34mmode"));
+}
+
+TEST(EventLog, RefusesTimeGoingBackAndFieldsThatHideItsOwn)
+{
+    EventLog log;
+    log.record(5, LogKind::Custom, "a");
+    EXPECT_THROW(log.record(4, LogKind::Custom, "b"), std::logic_error);
+    EXPECT_THROW(log.record(5, LogKind::Custom, "b", {{"frame", 1}}), std::logic_error);
+    EXPECT_THROW(log.record(5, LogKind::Custom, "b", 3), std::logic_error);
+    EXPECT_EQ(log.entries().size(), 1U);
+    for (const LogKind kind : {LogKind::Mode, LogKind::StationLight, LogKind::Custom}) {
+        EXPECT_EQ(logKindOfText(toText(kind)), kind);
+    }
+    EXPECT_EQ(logKindOfText("moods"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace vemra::robot

@@ -1,0 +1,177 @@
+#include "robot/scenario/scenario.h"
+
+#include <gmock/gmock.h>
+
+#include "robot/files.h"
+
+namespace vemra::robot {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Optional;
+using testing::Pair;
+
+class ScenarioFile : public testing::Test
+{
+protected:
+    Scenario read(const std::string& text) const { return readScenario(folder_.write("day.yaml", text)); }
+
+    // A scenario of one event, which stands on line 4.
+    Scenario readEvent(const std::string& event) const
+    {
+        return read("name: one\nframes: 100\nevents:\n  - {" + event + "}\n");
+    }
+
+    template <typename What>
+    What what(const std::string& event) const
+    {
+        return std::get<What>(readEvent(event).events.at(0).what);
+    }
+
+    std::string fault(const std::string& event) const
+    {
+        return faultOf([&] { readEvent(event); });
+    }
+
+    Folder folder_;
+};
+
+TEST(ScenarioTime, CountsOfFramesAndTimesWithUnits)
+{
+    EXPECT_THAT(framesOfText("500"), Optional(500));
+    EXPECT_THAT(framesOfText("0"), Optional(0));
+    EXPECT_THAT(framesOfText("20ms"), Optional(1));
+    EXPECT_THAT(framesOfText("12s"), Optional(600));
+    EXPECT_THAT(framesOfText("1.5s"), Optional(75));
+    EXPECT_THAT(framesOfText("3m"), Optional(9000));
+    EXPECT_THAT(framesOfText("2h"), Optional(360000));
+    EXPECT_THAT(framesOfText("1h30m"), Optional(270000));
+    for (const char* bad : {"", "-1", "-0s", "1.5", "30ms", "12 s", "12x", "s", "1m30", "1e3", "nan", "inf",
+                            "999999999h", "0s5"}) {
+        EXPECT_EQ(framesOfText(bad), std::nullopt) << bad;
+    }
+}
+
+TEST_F(ScenarioFile, EventsComeByTimeAndWithinATimeByTheFile)
+{
+    const Scenario scenario = read(
+        "name: order\nframes: 1m\nevents:\n"
+        "  - {at: 10s, battery: 3}\n"
+        "  - {at: 500, battery: 1}\n"
+        "  - {at: 20ms, battery: 0}\n"
+        "  - {at: 10s, battery: 2}\n");
+    std::vector<std::pair<std::uint64_t, double>> seen;
+    std::vector<int> lines;
+    for (const ScenarioEvent& event : scenario.events) {
+        seen.emplace_back(event.frame, std::get<SetBattery>(event.what).percent);
+        lines.push_back(event.line);
+    }
+    EXPECT_THAT(seen, ElementsAre(Pair(1, 0), Pair(500, 3), Pair(500, 1), Pair(500, 2)));
+    EXPECT_THAT(lines, ElementsAre(6, 4, 5, 7));
+    EXPECT_EQ(scenario.frames, 3000U);
+}
+
+TEST_F(ScenarioFile, EachKindOfEventKeepsWhatItSays)
+{
+    EXPECT_EQ(what<KeyPress>("at: 1, key: home").key, PanelKey::Key2);
+    EXPECT_THAT(what<KeyPress>("at: 1, key: key2_long, key_value: 12").value, Optional(12));
+    const auto order = what<AppCommand>("at: 1, app: select_area, order: true, areas: [1, 3]");
+    EXPECT_TRUE(order.timed_order);
+    EXPECT_THAT(order.rooms, ElementsAre(1, 3));
+    const auto draw = what<AppCommand>("at: 1, app: draw_area, areas: [[0, -1, 1.5, 2]]");
+    ASSERT_EQ(draw.areas.size(), 1U);
+    EXPECT_EQ(draw.areas[0].low, (PointMm{0, -1000}));
+    EXPECT_EQ(draw.areas[0].high, (PointMm{1500, 2000}));
+    EXPECT_THAT(what<AppCommand>("at: 1, app: select_point, areas: [[1, 2]]").points,
+                ElementsAre(PointMm{1000, 2000}));
+    EXPECT_EQ(what<CarryTo>("at: 1, carry_to: [1, 2, 270]").pose, (PoseMm{{1000, 2000}, {-90}}));
+    EXPECT_FALSE(what<Lift>("at: 1, lift: false").up);
+
+    const auto cleared = what<Fault>("at: 1, clear_station_error: OLO_HEALTH_STATUS_TYPE_DUST_BLOCK");
+    EXPECT_EQ(cleared.kind, FaultKind::StationError);
+    EXPECT_EQ(cleared.code, "DUST_BLOCK");
+    EXPECT_FALSE(cleared.raised);
+    const auto warning = what<Fault>("at: 1, warning: I_LDS_ERROR");
+    EXPECT_EQ(warning.kind, FaultKind::Warning);
+    EXPECT_TRUE(warning.raised);
+
+    EXPECT_THAT(what<SetKeys>("at: 1, set: {z: 1, a: cleaning, flag: }").values,
+                ElementsAre(Pair("z", "1"), Pair("a", "cleaning"), Pair("flag", "")));
+    EXPECT_THAT(what<EraseKeys>("at: 1, erase: [a, b]").keys, ElementsAre("a", "b"));
+    EXPECT_THAT(what<StationChange>("at: 1, station: {bag: false, full: true}").parts,
+                ElementsAre(Pair(StationPart::Bag, false), Pair(StationPart::Full, true)));
+    EXPECT_FALSE(what<Wheels>("at: 1, wheels: raised").dropped);
+    const auto mop = what<FittingChange>("at: 1, mop: removed");
+    EXPECT_EQ(mop.fitting, Fitting::Mop);
+    EXPECT_FALSE(mop.installed);
+    EXPECT_EQ(readEvent("at: 1, app: select_area, areas: [1, 3]").events[0].text,
+              "app: select_area, areas: [1, 3]");
+}
+
+TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
+{
+    const ScenarioStart open = read("name: a\nframes: 1\n").start;
+    EXPECT_TRUE(open.on_dock);
+    EXPECT_EQ(open.charge_rate, std::nullopt);
+
+    const ScenarioStart start =
+        read(
+            "name: a\nframes: 1\nstart: {on_dock: false, pose: [1, 2, 90], battery: 14.5, "
+            "child_lock: true, drain_rate: 20, breakpoint_resume: false, annoy: {from: 1s, "
+            "to: 2s}, parameters_confirmed_after: 30, map: {present: false, check: -1}}\n")
+            .start;
+    EXPECT_FALSE(start.on_dock);
+    EXPECT_THAT(start.pose, Optional(PoseMm{{1000, 2000}, {90}}));
+    EXPECT_EQ(start.battery, 14.5);
+    EXPECT_TRUE(start.child_lock);
+    EXPECT_THAT(start.drain_rate, Optional(20));
+    EXPECT_THAT(start.breakpoint_resume, Optional(false));
+    ASSERT_TRUE(start.annoy);
+    EXPECT_EQ(start.annoy->from, 50U);
+    EXPECT_EQ(start.annoy->to, 100U);
+    EXPECT_THAT(start.parameters_confirmed_after, Optional(30));
+    EXPECT_FALSE(start.map.present);
+    EXPECT_EQ(start.map.check, -1);
+}
+
+TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
+{
+    const auto here = [](const std::string& expected) {
+        return AllOf(HasSubstr("day.yaml:4: "), HasSubstr(expected));
+    };
+    EXPECT_THAT(fault("at: 1, key: go"), here("one of start, home, key1, key2"));
+    EXPECT_THAT(fault("at: 1, app: dance"), here("one of pause, standby, auto"));
+    EXPECT_THAT(fault("at: 1, key: start, key_value: 4"), here("one of 3, 6, 9, 12"));
+    EXPECT_THAT(fault("at: 1, error: DUST_BLOCK"), here("one of DROP")) << "a code of the station";
+    EXPECT_THAT(fault("at: -1, key: start"), here("not \"-1\""));
+    EXPECT_THAT(fault("at: soon, key: start"), here("a count of frames"));
+    EXPECT_THAT(fault("key: start"), here("lacks the field \"at\""));
+    EXPECT_THAT(fault("at: 1"), here("says nothing"));
+    EXPECT_THAT(fault("at: 1, key: start, battery: 3"), here("an event says one thing"));
+    EXPECT_THAT(fault("at: 1, bettery: 3"), here("no field \"bettery\""));
+    EXPECT_THAT(fault("at: 1, key: start, order: true"), here("no field \"order\"")) << "belongs to app";
+    EXPECT_THAT(fault("at: 1, battery: 101"), here("from 0 to 100"));
+    EXPECT_THAT(fault("at: 1, battery: much"), here("expected a number"));
+    EXPECT_THAT(fault("at: 1, lift: up"), here("true or false"));
+    EXPECT_THAT(fault("at: 1, carry_to: [1, 2]"), here("a list of 3 numbers"));
+    EXPECT_THAT(fault("at: 1, app: auto, areas: [1]"), here("only with select_area"));
+    EXPECT_THAT(fault("at: 1, app: draw_area, areas: [[1, 1, 0, 2]]"), here("x0 < x1"));
+    EXPECT_THAT(fault("at: 1, station: {lid: true}"), here("no field \"lid\": expected one of cap, bag"));
+    EXPECT_THAT(fault("at: 1, put_on_dock: false"), here("expected true"));
+    EXPECT_THAT(fault("at: 1, set: task_state"), here("blackboard keys"));
+
+    const auto whole = [&](const std::string& text) { return faultOf([&] { read(text); }); };
+    EXPECT_THAT(whole("name: a\nframes: 0\n"), HasSubstr("day.yaml:2: \"frames\": expected at least one"));
+    EXPECT_THAT(whole("name: a\nframes: 9\nevent: []\n"),
+                HasSubstr("day.yaml:3: a scenario has no field \"event\""));
+    EXPECT_THAT(whole("name: a\nframes: 9\nstart: {pose: [1, 2, 3]}\n"), HasSubstr("on_dock: false"));
+    EXPECT_THAT(whole("name: a\nframes: 9\nstart: {map: {check: 2}}\n"), HasSubstr("0, 0.5 or -1"));
+    EXPECT_THAT(whole("name: a\nframes: 9\nevents:\n - [1]\n"), HasSubstr("day.yaml:4: expected an event"));
+    EXPECT_THAT(whole("name: {a\n"), HasSubstr("not YAML"));
+    EXPECT_THAT(whole(""), HasSubstr("expected a scenario"));
+}
+
+}  // namespace
+}  // namespace vemra::robot
