@@ -191,7 +191,7 @@ private:
         }
         if (shape != nullptr)
             for (const std::string_view needed : shape->ports)
-                if (node.port(needed) == nullptr)
+                if (typeOfControlPort(needed) != leaf::PortType::Bool && node.port(needed) == nullptr)
                     report(path, node.id + " lacks port " + std::string(needed));
     }
 

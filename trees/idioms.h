@@ -97,6 +97,12 @@ Node optionally(Steps&&... steps)
     return ForceSuccess(SequenceStar(std::forward<Steps>(steps)...));
 }
 
+/// A `SequenceStar` of steps that are put together one by one.
+inline Node in_order(std::vector<Node> steps)
+{
+    return {"SequenceStar", {{"reset_on_failure", "true"}}, std::move(steps)};
+}
+
 inline Node trace(const std::string& message)
 {
     return Log{"trace", message};
@@ -109,6 +115,23 @@ inline Node stop_for_cliff_sensors(const Node& pause = Delay{"10"})
 {
     return Inverter(
         Sequence(present("stop_to_check_clif"), SaySomething{"停下来检测悬崖传感器！"}, Stop{}, pause));
+}
+
+/// A gate before a motion, open while nothing touches. On a bump or a cliff the robot backs off, and the
+/// motion is then given up.
+inline Node back_off_on_contact()
+{
+    return FallbackStar(Inverter(CheckClifBump{.out_bump_dir = "bump_dir"}),
+                        ForceFailure(SubtreeCondition{"Back2cm.xml"}));
+}
+
+/// A turn by `angle_deg` from where the robot looks now. An escape on the way ends it in failure.
+inline Node guarded_turn(const Port& angle_deg, const Port& deg_s)
+{
+    return RetryUntilSuccesful(
+        1, Sequence(SubtreeCondition{"Escape"}, Rotate{.angle_deg = angle_deg,
+                                                       .angular_velocity_deg_s = deg_s,
+                                                       .false_relative_true_absolute = "false"}));
 }
 
 // --- sound --------------------------------------------------------------------------------------

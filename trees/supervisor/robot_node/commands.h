@@ -2,12 +2,38 @@
 
 /// What the user asks of the robot: its keys and the commands of the app.
 
+#include <initializer_list>
+
 #include "description/tree.h"
 
 namespace vemra::trees::robot_node {
 
 /// Takes a key or an app command; a tick that brings neither goes to `health_check`.
 Node commands(Node health_check);
+
+/// The step of `commands` that deals with the robot's own keys.
+Node key_process();
+
+/// The step of `commands` that deals with a command of the app.
+Node app_mode_switch();
+
+/// Takes up the kind of task that is open, or starts a cleaning of the whole home.
+Node dual_clean_mode_select();
+
+/// A task of one kind is open, in one of `task_states` or on its way to the first of them.
+Node open_or_starting(std::initializer_list<const char*> task_states, const char* task_type);
+
+/// The child lock is on: keys may stop the robot, and nothing else.
+inline Node child_lock_is_on()
+{
+    return IsAGreaterThanBInt{.A = "${RobotChildLockStatus}", .B = "0"};
+}
+
+/// The battery is too low to start a task.
+inline Node too_low_to_start()
+{
+    return RobotPowerGetLowerThan{"15"};
+}
 
 /// A command from the user ends the silencing of the charge voice.
 Node revert_charge_music();

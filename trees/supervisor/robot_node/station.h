@@ -3,6 +3,8 @@
 /// The base station as the supervisor drives it beside the running mode: emptying the dust box into it,
 /// watching its health, and the washing of the mop, which this product's station does not have.
 
+#include <string>
+
 #include "description/tree.h"
 
 namespace vemra::trees::robot_node {
@@ -12,18 +14,27 @@ namespace vemra::trees::robot_node {
 /// Gives up whatever emptying is under way and puts the station at rest.
 Node dust_init_subtree();
 
-/// The emptying that the user asked for.
+/// The emptying that the user asked for; it runs on the charger alone.
 Node manual_dust();
 
-/// The emptying that a cleaning has made due.
+/// The emptying that a cleaning has made due; it runs while charging or asleep alone.
 Node auto_dust();
 
+/// The station's light while its fan runs: steady once the battery is full, else breathing.
+Node dust_light();
+
 // --- health -------------------------------------------------------------------------------------
+
+/// The station reports the fault `code`.
+inline Node station_error(const std::string& code)
+{
+    return DoesHappenStationErr{"OLO_HEALTH_STATUS_TYPE_" + code};
+}
 
 /// Stops the robot, tells what ails the station and goes to the error mode.
 Node station_status_detect();
 
-/// Watches the station while the robot itself is well, and takes up an emptying that an error cut short.
+/// Watches the station, and takes up an emptying that an error cut short.
 Node station_health_check();
 
 // --- wash ---------------------------------------------------------------------------------------
@@ -31,6 +42,12 @@ Node station_health_check();
 Node station_base_handle();
 Node auto_wash();
 Node manual_wash();
+
+/// The station is washing or drying the mop.
+Node wash_or_dry_runs();
+
+/// Breaks off the washing or drying, which may be taken up again later.
+Node interrupt_wash();
 
 /// Watches the wash station for errors, and takes up a wash that one cut short.
 Node wash_station_err_check();

@@ -1,0 +1,7 @@
+#include "trees/idioms.h"
+
+// Stands still for as long as a calibration of the inertial sensor has asked for.
+TREE(IMUCalib)
+{
+    return optionally(present("IMUCaliEn"), Stop{}, Delay{"${IMUCaliStopTicks}"}, erase("IMUCaliEn"));
+}

@@ -1,0 +1,10 @@
+#include "trees/idioms.h"
+
+// One step along the wall, with a look at what the laser suspects beside it. A review that has moved the
+// robot leaves a token: the robot then rests in place of the next step.
+TREE(FollowWallDeal)
+{
+    return Sequence(SubtreeCondition{"AlwaysSuccess.xml"}, SubtreeCondition{"LaserReviewAction.xml"},
+                    IfThenElse(present("review_halt_token"),
+                               SequenceStar(erase("review_halt_token"), Delay{50}), SensorConsole{}));
+}
