@@ -2,9 +2,12 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "behaviortree_cpp/bt_factory.h"
+#include "plugin/tree_table.h"
 
 namespace vemra::bench {
 
@@ -83,6 +86,45 @@ private:
         else
             make(factory, "KeyIsPositive", {{"value", "${" + key + "}"}}, parent);
     }
+};
+
+/// A built tree as the tables from which the plug-in makes its trees.
+class TableOf
+{
+public:
+    explicit TableOf(const BT::Tree& tree)
+    {
+        std::unordered_map<const BT::TreeNode*, std::uint16_t> index;
+        std::unordered_map<const BT::TreeNode*, std::uint16_t> parent;
+        for (const auto& node : tree.nodes)
+        {
+            const auto self = static_cast<std::uint16_t>(index.size());
+            index.emplace(node.get(), self);
+            if (const auto* control = dynamic_cast<const BT::ControlNode*>(node.get()))
+                for (const BT::TreeNode* child : control->children())
+                    parent.emplace(child, self);
+            const auto first_port = static_cast<std::uint32_t>(ports_.size());
+            for (const BT::Port& port : node->ports())
+                ports_.push_back({text(port.name()), text(port.raw())});
+            const std::uint16_t id = text(node->registrationName());
+            nodes_.push_back({id, id, parent[node.get()],
+                              static_cast<std::uint16_t>(ports_.size() - first_port), first_port});
+        }
+    }
+
+    [[nodiscard]] plugin::TreeTable view() const { return {texts_, ports_, nodes_}; }
+
+private:
+    std::uint16_t text(std::string_view text)
+    {
+        texts_.push_back(text);
+        return static_cast<std::uint16_t>(texts_.size() - 1);
+    }
+
+    // Views into the tree that the tables were made from.
+    std::vector<std::string_view> texts_;
+    std::vector<plugin::PortRow> ports_;
+    std::vector<plugin::NodeRow> nodes_;
 };
 
 }  // namespace vemra::bench
