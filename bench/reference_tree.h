@@ -96,8 +96,7 @@ public:
     {
         std::unordered_map<const BT::TreeNode*, std::uint16_t> index;
         std::unordered_map<const BT::TreeNode*, std::uint16_t> parent;
-        for (const auto& node : tree.nodes)
-        {
+        for (const auto& node : tree.nodes) {
             const auto self = static_cast<std::uint16_t>(index.size());
             index.emplace(node.get(), self);
             if (const auto* control = dynamic_cast<const BT::ControlNode*>(node.get()))

@@ -7,6 +7,13 @@ namespace {
 
 using vemra::bench::ReferenceTree;
 
+/// The time that falls on one node, which the library prints with its unit.
+benchmark::Counter perNode(const benchmark::State& state)
+{
+    return {static_cast<double>(state.iterations()) * ReferenceTree::kNodes,
+            benchmark::Counter::kIsRate | benchmark::Counter::kInvert};
+}
+
 void tickReferenceTree(benchmark::State& state, ReferenceTree::Leaves leaves)
 {
     BT::BehaviorTreeFactory factory;
@@ -14,9 +21,7 @@ void tickReferenceTree(benchmark::State& state, ReferenceTree::Leaves leaves)
     const ReferenceTree reference(factory, leaves);
     for (auto _ : state)
         benchmark::DoNotOptimize(reference.tree.root_node->executeTick());
-    state.counters["ns_per_node"] =
-        benchmark::Counter(static_cast<double>(state.iterations()) * ReferenceTree::kNodes * 1e-9,
-                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["per_node"] = perNode(state);
 }
 BENCHMARK_CAPTURE(tickReferenceTree, mixed, ReferenceTree::Leaves::Mixed);
 BENCHMARK_CAPTURE(tickReferenceTree, constant_leaves, ReferenceTree::Leaves::Constant);
@@ -30,9 +35,7 @@ void buildReferenceTree(benchmark::State& state)
     const auto blackboard = BT::Blackboard::create<BT::BlackboardLocal>();
     for (auto _ : state)
         benchmark::DoNotOptimize(vemra::plugin::buildTree(table.view(), factory, blackboard));
-    state.counters["us_per_node"] =
-        benchmark::Counter(static_cast<double>(state.iterations()) * ReferenceTree::kNodes * 1e-6,
-                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["per_node"] = perNode(state);
 }
 BENCHMARK(buildReferenceTree);
 
@@ -43,8 +46,7 @@ void readPort(benchmark::State& state, const char* text)
     blackboard->set("b", 4);
     BT::Port port("value", text);
     port.compile(*blackboard);
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         double value = 0;
         benchmark::DoNotOptimize(port.toReal(value));
         benchmark::DoNotOptimize(value);
