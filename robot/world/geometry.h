@@ -27,6 +27,19 @@ struct PoseMm
     bool operator==(const PoseMm&) const = default;
 };
 
+/// An upright rectangle.
+struct BoxMm
+{
+    PointMm low;
+    PointMm high;
+    bool operator==(const BoxMm&) const = default;
+};
+
+inline bool contains(const BoxMm& box, PointMm p)
+{
+    return p.x >= box.low.x && p.x <= box.high.x && p.y >= box.low.y && p.y <= box.high.y;
+}
+
 inline PointMm operator+(PointMm a, PointMm b)
 {
     return {a.x + b.x, a.y + b.y};

@@ -10,13 +10,6 @@
 
 namespace vemra::robot {
 
-/// An upright rectangle on the plan.
-struct BoxMm
-{
-    PointMm low;
-    PointMm high;
-};
-
 /// A home as a person writes it down: YAML, metres. Fields: `name`; `floor` [x0, y0, x1, y1], the free floor
 /// before anything stands on it; `margin`, the unknown rim around it; `walls`, a list of boxes; `doors`,
 /// boxes cut free again; `furniture`, each with a `name` and either `box`, solid, or `legs`, a box with a 50
