@@ -50,6 +50,14 @@ CellState Home::at(CellIndex cell) const
                   static_cast<std::size_t>(cell.column)];
 }
 
+void Home::set(CellIndex cell, CellState state)
+{
+    if (contains(cell)) {
+        cells_[static_cast<std::size_t>(cell.row) * static_cast<std::size_t>(columns_) +
+               static_cast<std::size_t>(cell.column)] = state;
+    }
+}
+
 bool Home::isDiscFree(PointMm centre, double radius_mm) const
 {
     // A micrometre of slack: a disc laid exactly against a wall touches it and no more.

@@ -48,6 +48,9 @@ public:
     CellState at(CellIndex cell) const;
     CellState at(PointMm point) const { return at(cellOf(point)); }
 
+    /// Cells outside the grid are left alone.
+    void set(CellIndex cell, CellState state);
+
     /// Whether a disc stands on free cells alone. Touching the edge of a wall is allowed.
     bool isDiscFree(PointMm centre, double radius_mm) const;
 

@@ -1,0 +1,52 @@
+#include "robot/world/world.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vemra::robot {
+
+World::World(Home home) : bare_(std::move(home)), solid_(bare_), visible_(bare_)
+{}
+
+World::ThingId World::putDown(const BoxMm& box, Height height)
+{
+    things_.push_back({next_id_, box, height});
+    enter(things_.back());
+    return next_id_++;
+}
+
+void World::takeAway(ThingId id)
+{
+    if (std::erase_if(things_, [id](const Thing& thing) { return thing.id == id; }) == 0) {
+        return;
+    }
+    solid_ = bare_;
+    visible_ = bare_;
+    for (const Thing& thing : things_) {
+        enter(thing);
+    }
+}
+
+bool World::isCliff(PointMm point) const
+{
+    return std::any_of(cliffs_.begin(), cliffs_.end(),
+                       [point](const BoxMm& cliff) { return contains(cliff, point); });
+}
+
+void World::enter(const Thing& thing)
+{
+    // An edge that lies on a border between cells does not reach into the next one.
+    const double inside = 1e-6;
+    const CellIndex low = solid_.cellOf(thing.box.low + PointMm{inside, inside});
+    const CellIndex high = solid_.cellOf(thing.box.high - PointMm{inside, inside});
+    for (int row = low.row; row <= high.row; ++row) {
+        for (int column = low.column; column <= high.column; ++column) {
+            solid_.set({column, row}, CellState::Occupied);
+            if (thing.height == Height::Tall) {
+                visible_.set({column, row}, CellState::Occupied);
+            }
+        }
+    }
+}
+
+}  // namespace vemra::robot
