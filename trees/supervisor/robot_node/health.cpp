@@ -1,0 +1,93 @@
+// The health of the robot: telling what ails it, and the error mode.
+
+#include <string>
+
+#include "trees/idioms.h"
+#include "trees/supervisor/robot_node/commands.h"
+#include "trees/supervisor/robot_node/watchers.h"
+
+namespace vemra::trees::robot_node {
+
+namespace {
+
+Node error(const std::string& code)
+{
+    return DoesHappenThisErr{"OLO_HEALTH_STATUS_TYPE_" + code};
+}
+
+Node tell(const Node& fault, const char* number)
+{
+    return SequenceStar(fault, music(number, "true"));
+}
+
+// The robot cannot get to where it has to clean. A product without these melodies has a common one.
+Node stuck_music(const char* number)
+{
+    return IfThenElse(switched_off(), music("69", "true"), music(number, "false"));
+}
+
+// Being stuck, and what has no entry of its own.
+Node other_error_music()
+{
+    return IfThenElse(
+        FallbackStar(error("TURN_SUFFOCATE"), error("FORWARD_SUFFOCATE")), music("40", "true"),
+        IfThenElse(error("PATH_CLOSEDOORSTUCK"), stuck_music("151"),
+                   IfThenElse(error("CANNOTREACH_OUTRANGSTUCK"), stuck_music("152"),
+                              IfThenElse(error("CANNOTOUT_INVIRTUALWALLSTUCK"), stuck_music("153"),
+                                         IfThenElse(IsError_BatteryVeryLow{}, music("20", "true"),
+                                                    music("44", "true"))))));
+}
+
+// Of several faults the first is told, and no other.
+Node error_music()
+{
+    return SubTree(
+        "ErrorMusic",
+        Fallback(
+            SequenceStar(IsError_Drop{}, SetBlackboard{"robot_status", "clean_drop"}, music("41", "true")),
+            tell(error("MOP_CHECK"), "111"), tell(IsError_Cliff{}, "39"), tell(error("I_LDS_ERROR"), "71"),
+            tell(error("I_LDS_BUMPER"), "72"), tell(error("I_FAN_SPEED"), "42"),
+            tell(error("CHARGE_FAULT"), "50"), tell(error("BATTERY_FAULT"), "51"), tell(IsError_Box{}, "34"),
+            tell(error("HEAP_CHECK"), "75"),
+            tell(FallbackStar(error("I_LEFTWHELL_SPEED"), error("LEFT_WHEEL_MOTOR")), "38"),
+            tell(FallbackStar(error("I_RIGHTWHELL_SPEED"), error("RIGHT_WHEEL_MOTOR")), "37"),
+            tell(IsError_Bumper{}, "43"), tell(error("GESTURE"), "52"), tell(error("STRONG_MAGNET"), "49"),
+            tell(error("FOLLOWSIDE"), "73"), tell(IsError_Trap{}, "40"), tell(IsError_Brush{}, "35"),
+            tell(IsError_SideBrush{}, "36"), tell(IsError_TankBox{}, "24"),
+            tell(error("CARPET_WATEBOX_START"), "77"), tell(error("TOF_OFFLINE"), "74"),
+            tell(FallbackStar(error("CAMERA_FAULT"), IsError_ChargeFault{}, IsError_Heart{}), "44"),
+            other_error_music()));
+}
+
+// The child lock was changed in the app.
+Node tell_child_lock()
+{
+    return Sequence(present("ChildLockAppButtonClick"), erase("ChildLockAppButtonClick"),
+                    IfThenElse(child_lock_is_on(), music("116", "true"), music("117", "true")));
+}
+
+}  // namespace
+
+// An error is told once, on the way into the error mode, and not at all where the robot is at rest anyway. It
+// ends a timed order and an automatic mapping.
+Node health_check()
+{
+    return FallbackStar(
+        ForceFailure(SequenceStar(present("clear_map_while_standby"), erase("clear_map_while_standby"),
+                                  SubtreeCondition{"SearchChargeEnding"})),
+
+        // A command that has just been handled gets the time to take effect.
+        ForceFailure(SequenceStar(present("HealthDelay"), Delay{"4"}, erase("HealthDelay"))),
+        ForceFailure(tell_child_lock()),
+
+        IsRobotHealthy{},
+        in_any_mode({"ErrRepotMode", "ChargingMode", "SleepMode", "WIFISetMode", "StandbyMode"}),
+
+        ForceFailure(SequenceStar(present("OrderAutoClean"), erase("OrderAutoClean"))),
+        ForceFailure(SequenceStar(present("AutoMappingClean"), erase("AutoMappingClean"))),
+        ForceFailure(revert_charge_music()),
+        SubTree("Healthy_Detect",
+                SequenceStar(Stop{}, error_music(), ChangeRobotModeTo{.IsAimMode_ErrReport = "true"})));
+}
+
+}  // namespace vemra::trees::robot_node
