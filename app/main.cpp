@@ -1,6 +1,8 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "app/completion/commands.h"
+#include "app/leaves/commands.h"
 #include "app/near_names.h"
 #include "app/trees/commands.h"
 #include "app/user_error.h"
@@ -65,11 +67,19 @@ int main(int argc, char** argv)
     program.set_version_flag("--version", vemra::version(), "Print the version and exit");
     program.set_help_flag("-h,--help", "Print this help and exit");
     program.require_subcommand(1);
+    program.footer(
+        "Examples:\n"
+        "  vemra trees show Escape --expand | less -R\n"
+        "  vemra trees export RobotNode --format xml --out robot.xml\n"
+        "  vemra leaves show Rotate\n"
+        "Exit codes: 0 done, 2 what was given cannot be used.");
     int exit_code = kDone;
 #ifdef VEMRA_HAS_RUN
     addRunCommand(program, exit_code);
 #endif
     addTreesCommand(program);
+    addLeavesCommand(program);
+    addCompletionCommand(program);
 
     try {
         program.parse(argc, argv);

@@ -141,7 +141,7 @@ void addTreesCommand(CLI::App& program)
     show_command.add_option("tree", options->tree, "Name of the tree")->required()->type_name("TREE");
     show_command.add_option("--depth", options->depth, "Show so many levels; 1 is the root alone")
         ->type_name("N")
-        ->check(CLI::Range(std::size_t{1}, std::numeric_limits<std::size_t>::max(), "N"));
+        ->check(CLI::Range(std::size_t{1}, std::numeric_limits<std::size_t>::max(), ""));
     show_command.add_flag(
         "--expand", options->expand,
         "Go on into the trees that are entered, into each at the first place that enters it");
@@ -152,7 +152,8 @@ void addTreesCommand(CLI::App& program)
     addPlugin(show_command, *options);
     show_command.callback([options] { show(*options); });
 
-    CLI::App& export_command = *trees.add_subcommand("export", "Trees for other programs");
+    CLI::App& export_command =
+        *trees.add_subcommand("export", "Trees as JSON, as XML for tree editors, or as a graph");
     export_command.add_option("tree", options->trees, "Names of trees; none: all trees")->type_name("TREE");
     export_command
         .add_option("--format", options->format,

@@ -1,6 +1,7 @@
 #include "app/trees/tree_model.h"
 
 #include <algorithm>
+#include <limits>
 #include <unordered_map>
 
 #include "behaviortree_cpp/bt_factory.h"
@@ -19,6 +20,9 @@ std::vector<std::pair<std::string, std::string>> orderedPorts(const BT::TreeNode
     std::vector<std::pair<std::string, std::string>> ports(given.begin(), given.end());
     const leaf::LeafContract* contract = leaf::find(node.registrationName());
     const auto place = [contract](const std::string& port) {
+        // What is for viewers comes behind what the node works with.
+        if (port == "expand_in_logger" || port == "display_name")
+            return std::numeric_limits<std::size_t>::max();
         std::size_t at = 0;
         if (contract != nullptr)
             while (at < contract->ports.size() && contract->ports[at].name != port)

@@ -1,0 +1,19 @@
+#include "app/completion/commands.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "app/completion/bash.h"
+
+namespace vemra::app {
+
+void addCompletionCommand(CLI::App& program)
+{
+    CLI::App& completion = *program.add_subcommand("completion", "Completion of this command in a shell");
+    completion.require_subcommand(1);
+    CLI::App& bash = *completion.add_subcommand("bash", "Print the script for bash");
+    bash.footer("To use it in this shell: source <(vemra completion bash)");
+    bash.callback([&program] { writeBashCompletion(std::cout, program); });
+}
+
+}  // namespace vemra::app
