@@ -40,8 +40,8 @@ TREE(NavigateTree)
     return SequenceStar(
         SequenceStar(erase("cross_bridge_success"), erase("navi_to_target"),
                      BridgePathTrans{.bridge = "${navigation_bridge}", .o_path = "navi_path_cp"},
-                     IfThenElseStar(SequenceStar(narrow_path_navi(), present("navi_to_target")),
-                                    report_crossed(), report_failed())),
+                     IfThenElseStar(narrow_path_navi(), report_crossed(), report_failed()),
+                     present("navi_to_target")),
         BoolMatch{.bool_a = "${navi_to_target}", .bool_b = "true"}, erase("bridges_crossing"),
         set_flag("cross_bridge_success"));
 }

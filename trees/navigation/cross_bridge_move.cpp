@@ -51,21 +51,25 @@ Node to_far_end()
         Fallback(SequenceStar(bridge_is("HISTORY"), InCurrentArea{}), SubtreeCondition{"NavigateTree"}));
 }
 
+// A trial begins with a straight run, and nothing hangs on how it ends.
+Node begin_trial()
+{
+    return IfThenElseStar(present("tmp_cross_trial_bridge_token"), ForceSuccess(run_straight()),
+                          AlwaysSuccess{});
+}
+
 // The point clouds would see nothing but the obstacle that the map already knows. What is driven over freely
-// is cleared on the map. A trial begins with a straight run, and nothing hangs on how it ends.
+// is cleared on the map.
 Node navi()
 {
-    return SubTree(
-        "Navi",
-        DoWhile(without_sensor("LaserTofPointcloud"), without_sensor("SideBrushPointcloud"),
-                PostProcess(FallbackStar(ForceFailure(set_flag("when_bridge_navi")),
-                                         SequenceStar(to_near_end(), aim_at("bridge_to_point"),
-                                                      SetMapDrawMode{.draw_mode = "ClearOnly"},
-                                                      optionally(present("tmp_cross_trial_bridge_token"),
-                                                                 run_straight()),
-                                                      to_far_end()),
-                                         ForceFailure(count_trap())),
-                            erase("when_bridge_navi"))));
+    return SubTree("Navi",
+                   DoWhile(without_sensor("LaserTofPointcloud"), without_sensor("SideBrushPointcloud"),
+                           PostProcess(FallbackStar(ForceFailure(set_flag("when_bridge_navi")),
+                                                    SequenceStar(to_near_end(), aim_at("bridge_to_point"),
+                                                                 SetMapDrawMode{.draw_mode = "ClearOnly"},
+                                                                 begin_trial(), to_far_end()),
+                                                    ForceFailure(count_trap())),
+                                       erase("when_bridge_navi"))));
 }
 
 // --- along the wall ------------------------------------------------------------------------------
