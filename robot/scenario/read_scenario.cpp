@@ -20,23 +20,40 @@ struct Word
 };
 
 constexpr Word<PanelKey> kKeys[] = {
-    {"start", PanelKey::Key1}, {"home", PanelKey::Key2},          {"key1", PanelKey::Key1},
-    {"key2", PanelKey::Key2},  {"key1_long", PanelKey::Key1Long}, {"key2_long", PanelKey::Key2Long},
-    {"wifi", PanelKey::SetUp}, {"reset", PanelKey::Reset},
+    {"start", PanelKey::Start},
+    {"home", PanelKey::Home},
+    {"key1", PanelKey::Start},
+    {"key2", PanelKey::Home},
+    {"key1_long", PanelKey::StartLong},
+    {"key2_long", PanelKey::HomeLong},
+    {"wifi", PanelKey::SetUp},
+    {"reset", PanelKey::Reset},
+    {"key2_very_long", PanelKey::HomeVeryLong},
 };
 
-constexpr Word<AppMode> kAppModes[] = {
-    {"pause", AppMode::Pause},
-    {"standby", AppMode::Standby},
-    {"auto", AppMode::Auto},
-    {"back_home", AppMode::BackHome},
-    {"remote", AppMode::Remote},
-    {"ota", AppMode::Ota},
-    {"select_area", AppMode::SelectArea},
-    {"draw_area", AppMode::DrawArea},
-    {"select_point", AppMode::SelectPoint},
-    {"fast_map", AppMode::FastMap},
+constexpr Word<Mode> kAppModes[] = {
+    {"pause", Mode::PauseAndStop},
+    {"standby", Mode::Standby},
+    {"auto", Mode::AutoClean},
+    {"back_home", Mode::BackHome},
+    {"remote", Mode::RemoteCtrl},
+    {"ota", Mode::Ota},
+    {"select_area", Mode::SelectAreaClean},
+    {"draw_area", Mode::DrawAreaClean},
+    {"select_point", Mode::SelectPointClean},
+    {"fast_map", Mode::FastMapBuild},
 };
+
+// Modes that no tree asks for.
+constexpr Word<Mode> kOutsideModes[] = {
+    {"follow_wall", Mode::FollowWall},       {"wifi", Mode::WifiSet},           {"factory", Mode::Factory},
+    {"factory_test", Mode::FactoryFuncTest}, {"factory_run", Mode::FactoryRun}, {"self_test", Mode::SelfTest},
+};
+
+constexpr Word<SelfTestStep> kSelfTests[] = {
+    {"board", SelfTestStep::Board}, {"app", SelfTestStep::App}, {"stop", SelfTestStep::Stop}};
+
+constexpr Word<bool> kWifi[] = {{"joined", true}, {"refused", false}};
 
 constexpr Word<StationPart> kStationParts[] = {
     {"cap", StationPart::Cap},   {"bag", StationPart::Bag},   {"block", StationPart::Block},
@@ -45,7 +62,6 @@ constexpr Word<StationPart> kStationParts[] = {
 
 constexpr Word<bool> kWheels[] = {{"dropped", true}, {"raised", false}};
 constexpr Word<bool> kFitting[] = {{"installed", true}, {"removed", false}};
-constexpr int kKeyValues[] = {3, 6, 9, 12};
 
 template <typename Value, std::size_t Count>
 Value wordOf(const YamlFields& fields, std::string_view name, const Word<Value> (&words)[Count])
@@ -81,18 +97,6 @@ PoseMm poseOf(const YamlFields& fields, std::string_view name)
     return {{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})};
 }
 
-Happening readKey(const YamlFields& event)
-{
-    KeyPress press{wordOf(event, "key", kKeys), {}};
-    if (event.has("key_value")) {
-        press.value = event.integer("key_value", 0, 255);
-        if (std::find(std::begin(kKeyValues), std::end(kKeyValues), *press.value) == std::end(kKeyValues)) {
-            event.fail("key_value", fmt::format("one of {}", fmt::join(kKeyValues, ", ")));
-        }
-    }
-    return press;
-}
-
 Happening readApp(const YamlFields& event)
 {
     AppCommand command;
@@ -100,13 +104,13 @@ Happening readApp(const YamlFields& event)
     command.timed_order = event.has("order") && event.flag("order");
     for (const YAML::Node& area : event.list("areas")) {
         switch (command.mode) {
-            case AppMode::SelectArea:
+            case Mode::SelectAreaClean:
                 if (int room = 0; YAML::convert<int>::decode(area, room) && room >= 0) {
                     command.rooms.push_back(room);
                     break;
                 }
                 event.failAt(area, "\"areas\": expected numbers of rooms, as in [1, 3]");
-            case AppMode::DrawArea: {
+            case Mode::DrawAreaClean: {
                 const std::vector<double> edges = event.numbers(area, "areas", 4);
                 if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
                     event.failAt(area, "\"areas\": expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1");
@@ -114,7 +118,7 @@ Happening readApp(const YamlFields& event)
                 command.areas.push_back({{1e3 * edges[0], 1e3 * edges[1]}, {1e3 * edges[2], 1e3 * edges[3]}});
                 break;
             }
-            case AppMode::SelectPoint: {
+            case Mode::SelectPointClean: {
                 const std::vector<double> point = event.numbers(area, "areas", 2);
                 command.points.push_back({1e3 * point[0], 1e3 * point[1]});
                 break;
@@ -144,16 +148,16 @@ Happening readFault(const YamlFields& event, std::string_view name)
     return Fault{kind, code, raised};
 }
 
-Happening readSet(const YamlFields& event)
+SetKeys readKeys(const YamlFields& fields, std::string_view name)
 {
     SetKeys set;
-    const YAML::Node keys = event.node("set");
+    const YAML::Node keys = fields.node(name);
     if (!keys.IsMap() || keys.size() == 0) {
-        event.fail("set", "blackboard keys with their values, as in {task_state: cleaning}");
+        fields.fail(name, "blackboard keys with their values, as in {task_state: cleaning}");
     }
     for (const auto& key : keys) {
         if (!key.first.IsScalar() || !(key.second.IsScalar() || key.second.IsNull())) {
-            event.failAt(key.first, "\"set\": expected a key with a text or a number");
+            fields.failAt(key.first, fmt::format("\"{}\": expected a key with a text or a number", name));
         }
         set.values.emplace_back(key.first.Scalar(), key.second.IsNull() ? "" : key.second.Scalar());
     }
@@ -215,7 +219,7 @@ const std::vector<Action>& actions()
         }
     };
     static const std::vector<Action> all{
-        {"key", {"key_value"}, [](Fields e, Name) { return readKey(e); }},
+        {"key", {}, [](Fields e, Name n) -> Happening { return KeyPress{wordOf(e, n, kKeys)}; }},
         {"app", {"order", "areas"}, [](Fields e, Name) { return readApp(e); }},
         {"battery", {}, [](Fields e, Name n) -> Happening { return SetBattery{e.number(n, 0, 100)}; }},
         {"lift", {}, [](Fields e, Name n) -> Happening { return Lift{e.flag(n)}; }},
@@ -229,11 +233,18 @@ const std::vector<Action>& actions()
         {"clear_station_error", {}, readFault<FaultKind::StationError, false>},
         {"station_warning", {}, readFault<FaultKind::StationWarning, true>},
         {"clear_station_warning", {}, readFault<FaultKind::StationWarning, false>},
-        {"set", {}, [](Fields e, Name) { return readSet(e); }},
+        {"set", {}, [](Fields e, Name n) -> Happening { return readKeys(e, n); }},
         {"erase", {}, [](Fields e, Name) { return readErase(e); }},
         {"station", {}, [](Fields e, Name) { return readStation(e); }},
         {"child_lock", {}, [](Fields e, Name n) -> Happening { return ChildLock{e.flag(n)}; }},
         {"annoy", {}, [](Fields e, Name n) -> Happening { return Annoy{e.flag(n)}; }},
+        {"app_child_lock", {}, [](Fields e, Name n) -> Happening { return AppChildLock{e.flag(n)}; }},
+        {"empty_now", {}, [](Fields e, Name n) -> Happening { return now(e, n), EmptyNow{}; }},
+        {"enter_mode",
+         {},
+         [](Fields e, Name n) -> Happening { return EnterMode{wordOf(e, n, kOutsideModes)}; }},
+        {"self_test", {}, [](Fields e, Name n) -> Happening { return wordOf(e, n, kSelfTests); }},
+        {"wifi", {}, [](Fields e, Name n) -> Happening { return WifiAnswer{wordOf(e, n, kWifi)}; }},
         {"find_robot", {}, [](Fields e, Name n) -> Happening { return now(e, n), FindRobot{}; }},
         {"wheels", {}, [](Fields e, Name n) -> Happening { return Wheels{wordOf(e, n, kWheels)}; }},
         {"box",
@@ -343,7 +354,7 @@ StoredMap readStoredMap(const YamlFields& map)
 ScenarioStart readStart(const YamlFields& start)
 {
     start.allowOnly({"on_dock", "pose", "battery", "child_lock", "charge_rate", "drain_rate",
-                     "breakpoint_resume", "annoy", "parameters_confirmed_after", "map"});
+                     "breakpoint_resume", "annoy", "parameters_confirmed_after", "map", "keys"});
     ScenarioStart read;
     if (start.has("on_dock")) {
         read.on_dock = start.flag("on_dock");
@@ -378,6 +389,9 @@ ScenarioStart readStart(const YamlFields& start)
     if (start.has("map")) {
         read.map = readStoredMap(start.fields("map"));
     }
+    if (start.has("keys")) {
+        read.keys = readKeys(start, "keys");
+    }
     return read;
 }
 
@@ -388,6 +402,7 @@ Scenario readScenario(const std::filesystem::path& file)
     const YamlFields top(readYaml(file), file.string(), "a scenario");
     top.allowOnly({"name", "about", "start", "frames", "events"});
     Scenario scenario;
+    scenario.file = file.string();
     scenario.name = top.text("name");
     scenario.about = top.has("about") ? top.text("about") : "";
     scenario.frames = framesOf(top, "frames");

@@ -8,38 +8,15 @@
 #include <variant>
 #include <vector>
 
+#include "robot/mode.h"
+#include "robot/panel.h"
 #include "robot/world/geometry.h"
 
 namespace vemra::robot {
 
-enum class PanelKey : std::uint8_t
-{
-    Key1,  ///< start
-    Key2,  ///< home
-    Key1Long,
-    Key2Long,
-    SetUp,
-    Reset  ///< held down
-};
-
 struct KeyPress
 {
-    PanelKey key = PanelKey::Key1;
-    std::optional<int> value;  ///< the value that the panel reports, where it is not the key's usual one
-};
-
-enum class AppMode : std::uint8_t
-{
-    Pause,
-    Standby,
-    Auto,
-    BackHome,
-    Remote,
-    Ota,
-    SelectArea,
-    DrawArea,
-    SelectPoint,
-    FastMap
+    PanelKey key = PanelKey::Start;
 };
 
 struct AreaMm
@@ -50,11 +27,40 @@ struct AreaMm
 
 struct AppCommand
 {
-    AppMode mode = AppMode::Standby;
-    bool timed_order = false;
-    std::vector<int> rooms;       ///< of SelectArea
-    std::vector<AreaMm> areas;    ///< of DrawArea
-    std::vector<PointMm> points;  ///< of SelectPoint
+    Mode mode = Mode::Standby;
+    bool timed_order = false;     ///< from the app's timetable, not from a person
+    std::vector<int> rooms;       ///< of SelectAreaClean
+    std::vector<AreaMm> areas;    ///< of DrawAreaClean
+    std::vector<PointMm> points;  ///< of SelectPointClean
+};
+
+/// An emptying asked for in the app or at the station's button.
+struct EmptyNow
+{};
+
+/// The app locks or unlocks the panel.
+struct AppChildLock
+{
+    bool on = true;
+};
+
+/// The answer of the network to a robot that is being set up.
+struct WifiAnswer
+{
+    bool joined = true;
+};
+
+/// A mode entered from outside the trees, by the board or a tester.
+struct EnterMode
+{
+    Mode mode = Mode::SelfTest;
+};
+
+enum class SelfTestStep : std::uint8_t
+{
+    Board,  ///< the next self-test runs by itself
+    App,    ///< the app leads the next self-test
+    Stop    ///< the app ends it
 };
 
 struct SetBattery
@@ -122,6 +128,7 @@ struct ChildLock
     bool on = true;
 };
 
+/// Do-not-disturb time.
 struct Annoy
 {
     bool on = true;
@@ -148,8 +155,9 @@ struct FittingChange
     bool installed = true;
 };
 
-using Happening = std::variant<KeyPress, AppCommand, SetBattery, Lift, CarryTo, PutOnDock, Fault, SetKeys,
-                               EraseKeys, StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
+using Happening = std::variant<KeyPress, AppCommand, EmptyNow, AppChildLock, WifiAnswer, EnterMode,
+                               SelfTestStep, SetBattery, Lift, CarryTo, PutOnDock, Fault, SetKeys, EraseKeys,
+                               StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
 
 struct ScenarioEvent
 {
@@ -185,11 +193,13 @@ struct ScenarioStart
     std::optional<AnnoyTime> annoy;
     std::optional<std::uint64_t> parameters_confirmed_after;  ///< frames
     StoredMap map;
+    SetKeys keys;  ///< on the blackboard from the beginning
 };
 
 /// What happens when.
 struct Scenario
 {
+    std::string file;
     std::string name;
     std::string about;
     ScenarioStart start;

@@ -6,30 +6,67 @@
 
 namespace vemra::robot {
 
-CommandService::CommandService(BT::Blackboard& blackboard, Report report, ModeService& modes)
-    : blackboard_(blackboard), report_(std::move(report)), modes_(modes)
-{}
+namespace {
+
+constexpr std::uint64_t kPatienceFrames = 600;
+
+}  // namespace
+
+CommandService::CommandService(const RobotParts& parts, const ScenarioStart& start)
+    : parts_(parts), quiet_time_(start.annoy)
+{
+    setChildLock(start.child_lock);
+}
+
+bool CommandService::stillDealtWith() const
+{
+    return parts_.state.frame - dealt_with_since_ < kPatienceFrames;
+}
 
 void CommandService::setChildLock(bool on)
 {
-    blackboard_.set("RobotChildLockStatus", on ? 1 : 0);
+    parts_.blackboard.set("RobotChildLockStatus", on ? 1 : 0);
 }
 
-void CommandService::clickChildLock(bool on)
+bool CommandService::take(const Happening& what)
 {
-    setChildLock(on);
-    blackboard_.set("ChildLockAppButtonClick", "");
+    if (const auto* press = std::get_if<KeyPress>(&what))
+        keys_.push_back(press->key);
+    else if (const auto* command = std::get_if<AppCommand>(&what))
+        app_.push_back(*command);
+    else if (const auto* lock = std::get_if<ChildLock>(&what))
+        setChildLock(lock->on);
+    else if (const auto* click = std::get_if<AppChildLock>(&what)) {
+        setChildLock(click->on);
+        parts_.blackboard.set("ChildLockAppButtonClick", "");
+    } else if (const auto* quiet = std::get_if<Annoy>(&what)) {
+        quiet_ = quiet->on;
+    } else if (std::holds_alternative<FindRobot>(what)) {
+        find_robot_ = true;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void CommandService::update()
+{
+    if (quiet_time_ && parts_.state.frame == quiet_time_->from)
+        quiet_ = true;
+    if (quiet_time_ && parts_.state.frame == quiet_time_->to)
+        quiet_ = false;
 }
 
 void CommandService::install(leaf::LeafHost& host)
 {
-    setChildLock(false);
     installKeys(host);
     installApp(host);
-    host.condition("IsRobotInAnnoyMode", [this](BT::TreeNode&) { return passed(annoy_); });
-    // The lights are out in quiet hours but for the time that somebody uses the keys: never kept from a person.
+    host.condition("IsRobotInAnnoyMode", [this](BT::TreeNode&) { return passed(quiet_); });
+    // The lights are out in quiet hours but for the time that somebody uses the keys: never kept from a
+    // person.
     host.condition("IsRobotInAnnoyModeLedOff", [](BT::TreeNode&) { return BT::NodeStatus::FAILURE; });
-    host.condition("DoesReceiveFindRobot", [this](BT::TreeNode&) { return passed(std::exchange(find_robot_, false)); });
+    host.condition("DoesReceiveFindRobot",
+                   [this](BT::TreeNode&) { return passed(std::exchange(find_robot_, false)); });
 }
 
 void CommandService::installKeys(leaf::LeafHost& host)
@@ -40,37 +77,51 @@ void CommandService::installKeys(leaf::LeafHost& host)
                                                  return false;
                                              key_ = keys_.front();
                                              keys_.pop_front();
-                                             blackboard_.set("OloButton", static_cast<int>(*key_));
-                                             dealt_with_since_ = frame_;
+                                             parts_.blackboard.set("OloButton", static_cast<int>(*key_));
+                                             dealt_with_since_ = parts_.state.frame;
                                              return true;
                                          },
                                          [this] { return key_.has_value() && stillDealtWith(); },
                                          [this] { key_.reset(); }}));
-    const auto is = [this](Key key) { return [this, key](BT::TreeNode&) { return passed(key_ == key); }; };
-    host.condition("Is_Key1_Click", is(Key::Start));
-    host.condition("Is_Key1_LongPressed", is(Key::StartLong));
-    host.condition("Is_Key2_Click", is(Key::Home));
+    const auto is = [this](PanelKey key) {
+        return [this, key](BT::TreeNode&) { return passed(key_ == key); };
+    };
+    host.condition("Is_Key1_Click", is(PanelKey::Start));
+    host.condition("Is_Key1_LongPressed", is(PanelKey::StartLong));
+    host.condition("Is_Key2_Click", is(PanelKey::Home));
     host.condition("Is_Key2_LongPressed", [this](BT::TreeNode&) {
-        return passed(key_ == Key::HomeLong || key_ == Key::HomeVeryLong);
+        return passed(key_ == PanelKey::HomeLong || key_ == PanelKey::HomeVeryLong);
     });
-    host.condition("Is_SetWIFIKey_Click", is(Key::SetUp));
-    host.condition("Is_ResetKey_LongPress", is(Key::Reset));
+    host.condition("Is_SetWIFIKey_Click", is(PanelKey::SetUp));
+    host.condition("Is_ResetKey_LongPress", is(PanelKey::Reset));
     host.condition("DoesKeyValueIs", [this](BT::TreeNode& node) {
         int value = 0;
         return passed(key_ && node.getParam("button_value", value) && value == static_cast<int>(*key_));
     });
     host.action("EraseKeyValue", [this](BT::TreeNode&) {
-        blackboard_.erase("OloButton");
+        parts_.blackboard.erase("OloButton");
         return BT::NodeStatus::SUCCESS;
     });
     host.action("SetWIFIKey_Click_Process", [this](BT::TreeNode&) {
-        modes_.request(Mode::WifiSet);
+        parts_.state.modes.request(Mode::WifiSet);
         return BT::NodeStatus::SUCCESS;
     });
     host.action("ResetKey_LongPress_Process", [this](BT::TreeNode&) {
-        report_("custom", "settings reset", {{"what", "reset"}});
+        parts_.report("custom", "settings reset", {{"what", "reset"}});
         return BT::NodeStatus::SUCCESS;
     });
+}
+
+void CommandService::showToTrees(const AppCommand& command)
+{
+    if (command.timed_order)
+        parts_.blackboard.set("OrderAutoClean", "");
+    if (!command.rooms.empty())
+        parts_.blackboard.set("Areas_Clean_Set_List_Ping", command.rooms);
+    if (!command.areas.empty())
+        parts_.blackboard.set("Draw_Area_Set_Ping", command.areas);
+    if (!command.points.empty())
+        parts_.blackboard.set("Select_Point_Set_Ping", command.points);
 }
 
 void CommandService::installApp(leaf::LeafHost& host)
@@ -81,9 +132,8 @@ void CommandService::installApp(leaf::LeafHost& host)
                                                  return false;
                                              command_ = app_.front();
                                              app_.pop_front();
-                                             if (command_->order)
-                                                 blackboard_.set("OrderAutoClean", "");
-                                             dealt_with_since_ = frame_;
+                                             showToTrees(*command_);
+                                             dealt_with_since_ = parts_.state.frame;
                                              return true;
                                          },
                                          [this] { return stillDealtWith(); }, [this] { command_.reset(); }}));

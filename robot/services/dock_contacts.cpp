@@ -4,27 +4,25 @@
 
 namespace vemra::robot {
 
-void DockContactService::update(bool touching)
+void DockContactService::update()
 {
-    // A robot that comes up on its dock has not just landed there.
-    before_ = first_ ? touching : touching_;
-    touching_ = touching;
-    first_ = false;
-    if (justTouched())
-        report_("body", "on the dock", {{"on_dock", true}});
-    if (justLost())
-        report_("body", "off the dock", {{"on_dock", false}});
+    const DockContacts& contacts = parts_.state.contacts;
+    if (contacts.justTouched() || (contacts.touching() && parts_.state.frame == 0))
+        parts_.report("body", "on the dock", {{"on_dock", true}});
+    if (contacts.justLost())
+        parts_.report("body", "off the dock", {{"on_dock", false}});
 }
 
 void DockContactService::install(leaf::LeafHost& host)
 {
+    const DockContacts& contacts = parts_.state.contacts;
     for (const char* leaf : {"DoesRobotGetCharger", "GotCharger"})
-        host.condition(leaf, [this](BT::TreeNode&) { return passed(touching_); });
-    host.condition("DoesChargerGetOn", [this](BT::TreeNode&) { return passed(justTouched()); });
-    host.condition("DoesChargerDrop", [this](BT::TreeNode&) { return passed(justLost()); });
-    host.condition("DoesRobotChargerStateChange",
-                   [this](BT::TreeNode&) { return passed(justTouched() || justLost()); });
-    host.condition("DoesGetRobotChargeWarnning", [this](BT::TreeNode&) { return passed(charge_warning_); });
+        host.condition(leaf, [&contacts](BT::TreeNode&) { return passed(contacts.touching()); });
+    host.condition("DoesChargerGetOn", [&contacts](BT::TreeNode&) { return passed(contacts.justTouched()); });
+    host.condition("DoesChargerDrop", [&contacts](BT::TreeNode&) { return passed(contacts.justLost()); });
+    host.condition("DoesRobotChargerStateChange", [&contacts](BT::TreeNode&) {
+        return passed(contacts.justTouched() || contacts.justLost());
+    });
 }
 
 }  // namespace vemra::robot

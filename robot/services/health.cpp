@@ -39,53 +39,42 @@ std::string_view bareCode(std::string_view code)
     return code;
 }
 
-HealthService::HealthService(Report report) : report_(std::move(report)) {}
-
-bool HealthService::hasError(std::string_view code) const
+void HealthService::put(Codes& codes, const std::string& code, bool raised, bool warning)
 {
-    return errors_.contains(code);
+    if (raised ? !codes.insert(code).second : codes.erase(code) == 0)
+        return;
+    parts_.report("error", (warning ? "warning " : "") + code + (raised ? " raised" : " cleared"),
+                  {{"code", code}, {"warning", warning}, {"raised", raised}});
 }
 
-bool HealthService::hasWarning(std::string_view code) const
+bool HealthService::take(const Happening& what)
 {
-    return warnings_.contains(code);
-}
-
-void HealthService::raiseError(const std::string& code)
-{
-    if (errors_.insert(code).second)
-        report_("error", code + " raised", {{"code", code}, {"raised", true}});
-}
-
-void HealthService::clearError(const std::string& code)
-{
-    if (errors_.erase(code) > 0)
-        report_("error", code + " cleared", {{"code", code}, {"raised", false}});
-}
-
-void HealthService::raiseWarning(const std::string& code)
-{
-    if (warnings_.insert(code).second)
-        report_("error", "warning " + code + " raised", {{"code", code}, {"warning", true}, {"raised", true}});
-}
-
-void HealthService::clearWarning(const std::string& code)
-{
-    if (warnings_.erase(code) > 0)
-        report_("error", "warning " + code + " cleared", {{"code", code}, {"warning", true}, {"raised", false}});
+    if (const auto* fault = std::get_if<Fault>(&what)) {
+        if (fault->kind == FaultKind::Error)
+            put(errors_, fault->code, fault->raised, false);
+        else if (fault->kind == FaultKind::Warning)
+            put(warnings_, fault->code, fault->raised, true);
+        else
+            return false;
+        return true;
+    }
+    if (const auto* change = std::get_if<FittingChange>(&what); change && change->fitting == Fitting::DustBox)
+        put(errors_, "BOX", !change->installed, false);
+    return false;  // others want to know of the box too
 }
 
 void HealthService::install(leaf::LeafHost& host)
 {
-    host.condition("IsRobotHealthy", [this](BT::TreeNode&) { return passed(healthy()); });
+    host.condition("IsRobotHealthy", [this](BT::TreeNode&) { return passed(errors_.empty()); });
     host.condition("DoesHappenThisErr", [this](BT::TreeNode& node) {
-        return passed(hasError(bareCode(textOf(node, "ErrCode"))));
+        return passed(errors_.contains(bareCode(textOf(node, "ErrCode"))));
     });
     host.condition("DoesHappenThisWarning", [this](BT::TreeNode& node) {
-        return passed(hasWarning(bareCode(textOf(node, "ErrCode"))));
+        return passed(warnings_.contains(bareCode(textOf(node, "ErrCode"))));
     });
     for (const NamedTest& test : kTests)
-        host.condition(test.leaf, [this, code = test.code](BT::TreeNode&) { return passed(hasError(code)); });
+        host.condition(test.leaf,
+                       [this, code = test.code](BT::TreeNode&) { return passed(errors_.contains(code)); });
 }
 
 }  // namespace vemra::robot

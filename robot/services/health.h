@@ -4,34 +4,29 @@
 #include <string>
 #include <string_view>
 
-#include "leaves/host/host.h"
-#include "robot/services/report.h"
+#include "robot/services/service.h"
 
 namespace vemra::robot {
 
-/// What is wrong with the robot and with its station, by health codes without their common prefix
-/// ("I_LDS_ERROR", "DUST_BLOCK"). An error makes the robot unhealthy until it is cleared; a warning only
-/// answers those who ask for it.
-class HealthService
+/// What is wrong with the robot, by health codes without their common prefix ("I_LDS_ERROR"). An error makes
+/// the robot unhealthy until it is cleared; a warning only answers those who ask for it.
+class HealthService final : public Service
 {
 public:
-    explicit HealthService(Report report);
+    explicit HealthService(const RobotParts& parts) : parts_(parts) {}
 
-    void install(leaf::LeafHost& host);
-
-    void raiseError(const std::string& code);
-    void clearError(const std::string& code);
-    void raiseWarning(const std::string& code);
-    void clearWarning(const std::string& code);
-
-    [[nodiscard]] bool healthy() const { return errors_.empty(); }
-    [[nodiscard]] bool hasError(std::string_view code) const;
-    [[nodiscard]] bool hasWarning(std::string_view code) const;
+    void install(leaf::LeafHost& host) override;
+    /// Faults of the robot; a dust box taken out is one.
+    bool take(const Happening& what) override;
 
 private:
-    Report report_;
-    std::set<std::string, std::less<>> errors_;
-    std::set<std::string, std::less<>> warnings_;
+    using Codes = std::set<std::string, std::less<>>;
+
+    void put(Codes& codes, const std::string& code, bool raised, bool warning);
+
+    RobotParts parts_;
+    Codes errors_;
+    Codes warnings_;
 };
 
 /// A health code as the ports carry it, less its prefix; a code without the prefix stays as it is.

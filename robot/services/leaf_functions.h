@@ -73,13 +73,11 @@ public:
     BT::NodeStatus executeTick() override
     {
         // Brought back to IDLE from above: the run is over.
-        if (on_ && (isHalted() || !source_.hold()))
-        {
+        if (on_ && (isHalted() || !source_.hold())) {
             on_ = false;
             source_.finish();
             // One tick of failure, so that a branch left running is halted.
-            if (!isHalted())
-            {
+            if (!isHalted()) {
                 setStatus(BT::NodeStatus::FAILURE);
                 return BT::NodeStatus::FAILURE;
             }

@@ -2,63 +2,81 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
+#include <string>
 
+#include "robot/clock.h"
 #include "robot/services/leaf_functions.h"
 
 namespace vemra::robot {
+namespace {
 
-PowerService::PowerService(BT::Blackboard& blackboard, Report report, const Config& config)
-    : blackboard_(blackboard),
-      report_(std::move(report)),
-      config_(config),
-      percent_(std::clamp(config.percent, 0.0, 100.0)),
-      told_percent_(static_cast<int>(percent_))
-{}
+constexpr double kChargePerHour = 60;
+constexpr double kDrainPerHour = 12;
+constexpr std::uint64_t kConfirmedAfterFrames = 5;
+constexpr int kResumePercent = 80;  // to which a task waits for the charge
+constexpr double kFramesPerHour = 3600.0 * 1000 / kFrameMs;
 
-void PowerService::setPercent(double percent)
+}  // namespace
+
+PowerService::PowerService(const RobotParts& parts, const ScenarioStart& start)
+    : parts_(parts),
+      charge_per_hour_(start.charge_rate.value_or(kChargePerHour)),
+      drain_per_hour_(start.drain_rate.value_or(kDrainPerHour)),
+      resume_after_recharge_(start.breakpoint_resume.value_or(true)),
+      confirmed_after_(start.parameters_confirmed_after.value_or(kConfirmedAfterFrames))
 {
-    percent_ = std::clamp(percent, 0.0, 100.0);
+    parts_.state.battery_percent = start.battery;
 }
 
-void PowerService::update(double seconds, bool on_contacts)
+bool PowerService::take(const Happening& what)
 {
-    ++frame_;
-    const double rate = on_contacts ? config_.charge_per_hour : -config_.drain_per_hour;
-    setPercent(percent_ + rate * seconds / 3600);
-    // Each ten percent, and the first below them, is worth a line.
-    const int whole = static_cast<int>(std::floor(percent_));
-    if (whole / 10 == told_percent_ / 10)
+    const auto* set = std::get_if<SetBattery>(&what);
+    if (set == nullptr)
+        return false;
+    parts_.state.battery_percent = set->percent;
+    return true;
+}
+
+void PowerService::update()
+{
+    const double rate = parts_.state.contacts.touching() ? charge_per_hour_ : -drain_per_hour_;
+    parts_.state.battery_percent = std::clamp(percent() + rate / kFramesPerHour, 0.0, 100.0);
+    tell();
+}
+
+// Each ten percent is worth a line.
+void PowerService::tell()
+{
+    const int whole = static_cast<int>(std::floor(percent()));
+    if (told_tenth_ == whole / 10)
         return;
-    told_percent_ = whole;
-    report_("body", "battery " + std::to_string(whole) + " %", {{"battery", whole}});
+    told_tenth_ = whole / 10;
+    parts_.report("body", "battery " + std::to_string(whole) + " %", {{"battery", whole}});
 }
 
 void PowerService::install(leaf::LeafHost& host)
 {
-    const auto limit = [](const BT::TreeNode& node, double& out) { return node.getParam("capability", out); };
-    host.condition("RobotPowerGetLowerThan", [this, limit](BT::TreeNode& node) {
-        double percent = 0;
-        return passed(limit(node, percent) && percent_ < percent);
+    host.condition("RobotPowerGetLowerThan", [this](BT::TreeNode& node) {
+        const auto limit = node.getParam<double>("capability");
+        return passed(limit && percent() < *limit);
     });
-    host.condition("RobotPowerGetHigherThan", [this, limit](BT::TreeNode& node) {
-        double percent = 0;
-        return passed(limit(node, percent) && percent_ >= percent);
+    host.condition("RobotPowerGetHigherThan", [this](BT::TreeNode& node) {
+        const auto limit = node.getParam<double>("capability");
+        return passed(limit && percent() >= *limit);
     });
     host.condition("DoesRobotBreakPointEnable",
-                   [this](BT::TreeNode&) { return passed(config_.resume_after_recharge); });
+                   [this](BT::TreeNode&) { return passed(resume_after_recharge_); });
     host.action("BreakPointElecCalculate", [this](BT::TreeNode&) {
-        blackboard_.set("Elec_BreakPoint", static_cast<int>(config_.resume_percent));
+        parts_.blackboard.set("Elec_BreakPoint", kResumePercent);
         return BT::NodeStatus::SUCCESS;
     });
-    for (ParameterSet& set : sets_)
-    {
+    for (ParameterSet& set : sets_) {
         host.condition(set.check, [this, &set](BT::TreeNode&) {
-            return passed(set.sent_at && frame_ >= *set.sent_at + config_.confirm_after_frames);
+            return passed(set.sent_at && parts_.state.frame >= *set.sent_at + confirmed_after_);
         });
         host.action(set.send, [this, &set](BT::TreeNode&) {
             if (!set.sent_at)
-                set.sent_at = frame_;
+                set.sent_at = parts_.state.frame;
             return BT::NodeStatus::SUCCESS;
         });
     }

@@ -1,7 +1,6 @@
 #include "robot/services/sound_and_light.h"
 
 #include <ostream>
-#include <utility>
 
 #include "robot/services/leaf_functions.h"
 
@@ -18,22 +17,19 @@ std::ostream& operator<<(std::ostream& out, const MusicRequest& request)
     return out << "music " << request.number;
 }
 
-SoundAndLightService::SoundAndLightService(BT::Blackboard& blackboard, Report report)
-    : blackboard_(blackboard), report_(std::move(report))
-{}
-
 void SoundAndLightService::play(const MusicRequest& request)
 {
     if (request.serial == heard_)
         return;
-    const std::int64_t now = blackboard_.clock().milliseconds();
+    const std::int64_t now = parts_.blackboard.clock().milliseconds();
     if (!request.interrupt && now < busy_until_ms_)
         return;
     heard_ = request.serial;
     if (request.number == 0)
         return;
     busy_until_ms_ = now + kMusicMs;
-    report_("music", std::to_string(request.number), {{"number", request.number}, {"interrupt", request.interrupt}});
+    parts_.report("music", std::to_string(request.number),
+                  {{"number", request.number}, {"interrupt", request.interrupt}});
 }
 
 void SoundAndLightService::setLight(std::string& light, const std::string& mode, const char* kind)
@@ -41,7 +37,7 @@ void SoundAndLightService::setLight(std::string& light, const std::string& mode,
     if (light == mode)
         return;
     light = mode;
-    report_(kind, mode, {});
+    parts_.report(kind, mode, {});
 }
 
 void SoundAndLightService::install(leaf::LeafHost& host)
@@ -49,11 +45,12 @@ void SoundAndLightService::install(leaf::LeafHost& host)
     host.action("SetMusicPlayPara", [this](BT::TreeNode& node) {
         MusicRequest request;
         const std::string output = textOf(node, "Output");
-        if (!node.getParam("MusicNumber", request.number) || !node.getParam("Interrupt_En", request.interrupt) ||
+        if (!node.getParam("MusicNumber", request.number) ||
+            !node.getParam("Interrupt_En", request.interrupt) ||
             !node.getParam("MusicPlayTimes", request.times) || output.empty())
             return BT::NodeStatus::FAILURE;
         request.serial = ++requests_;
-        blackboard_.set(output, request);
+        parts_.blackboard.set(output, request);
         return BT::NodeStatus::SUCCESS;
     });
     host.action("RobotMusicPlay", [this](BT::TreeNode& node) {
@@ -72,11 +69,11 @@ void SoundAndLightService::install(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.action("SaySomething", [this](BT::TreeNode& node) {
-        report_("message", textOf(node, "message"), {});
+        parts_.report("message", textOf(node, "message"), {});
         return BT::NodeStatus::SUCCESS;
     });
     host.action("Log", [this](BT::TreeNode& node) {
-        report_("message", textOf(node, "message"), {{"level", textOf(node, "level")}});
+        parts_.report("message", textOf(node, "message"), {{"level", textOf(node, "level")}});
         return BT::NodeStatus::SUCCESS;
     });
 }

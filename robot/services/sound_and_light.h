@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <iosfwd>
 #include <string>
 
-#include "leaves/host/host.h"
-#include "robot/services/report.h"
+#include "robot/services/service.h"
 
 namespace vemra::robot {
 
@@ -22,22 +21,18 @@ struct MusicRequest
 
 /// The loudspeaker, the button light and what the robot says. A music lasts two seconds; a request that
 /// does not interrupt waits for its end, and a later request takes the place of one that waits.
-class SoundAndLightService
+class SoundAndLightService final : public Service
 {
 public:
-    SoundAndLightService(BT::Blackboard& blackboard, Report report);
+    explicit SoundAndLightService(const RobotParts& parts) : parts_(parts) {}
 
-    void install(leaf::LeafHost& host);
-
-    [[nodiscard]] const std::string& light() const { return light_; }
-    [[nodiscard]] const std::string& stationLight() const { return station_light_; }
+    void install(leaf::LeafHost& host) override;
 
 private:
     void play(const MusicRequest& request);
     void setLight(std::string& light, const std::string& mode, const char* kind);
 
-    BT::Blackboard& blackboard_;
-    Report report_;
+    RobotParts parts_;
     std::uint64_t requests_ = 0;
     std::uint64_t heard_ = 0;
     std::int64_t busy_until_ms_ = 0;

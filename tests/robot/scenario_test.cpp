@@ -75,8 +75,8 @@ TEST_F(ScenarioFile, EventsComeByTimeAndWithinATimeByTheFile)
 
 TEST_F(ScenarioFile, EachKindOfEventKeepsWhatItSays)
 {
-    EXPECT_EQ(what<KeyPress>("at: 1, key: home").key, PanelKey::Key2);
-    EXPECT_THAT(what<KeyPress>("at: 1, key: key2_long, key_value: 12").value, Optional(12));
+    EXPECT_EQ(what<KeyPress>("at: 1, key: home").key, PanelKey::Home);
+    EXPECT_EQ(what<KeyPress>("at: 1, key: key2_very_long").key, PanelKey::HomeVeryLong);
     const auto order = what<AppCommand>("at: 1, app: select_area, order: true, areas: [1, 3]");
     EXPECT_TRUE(order.timed_order);
     EXPECT_THAT(order.rooms, ElementsAre(1, 3));
@@ -143,7 +143,7 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     };
     EXPECT_THAT(fault("at: 1, key: go"), here("one of start, home, key1, key2"));
     EXPECT_THAT(fault("at: 1, app: dance"), here("one of pause, standby, auto"));
-    EXPECT_THAT(fault("at: 1, key: start, key_value: 4"), here("one of 3, 6, 9, 12"));
+    EXPECT_THAT(fault("at: 1, enter_mode: auto"), here("one of follow_wall, wifi"));
     EXPECT_THAT(fault("at: 1, error: DUST_BLOCK"), here("one of DROP")) << "a code of the station";
     EXPECT_THAT(fault("at: -1, key: start"), here("not \"-1\""));
     EXPECT_THAT(fault("at: soon, key: start"), here("a count of frames"));

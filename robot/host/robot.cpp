@@ -1,0 +1,210 @@
+#include "robot/host/robot.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "robot/clock.h"
+#include "robot/host/services.h"
+#include "robot/input_error.h"
+
+namespace vemra::robot {
+namespace {
+
+// The contacts touch within this of the docked pose.
+constexpr double kContactMm = 30;
+constexpr double kContactDeg = 10;
+constexpr double kBeforeDockMm = 500;
+
+bool isAway(const PoseMm& a, const PoseMm& b, double mm, double degrees)
+{
+    return distance(a.at, b.at) > mm || std::abs(wrapped({a.yaw.value - b.yaw.value}).value) > degrees;
+}
+
+PoseMm startPose(const RobotSetup& setup)
+{
+    const PoseMm docked = dockedPose(setup.dock);
+    if (setup.scenario.start.on_dock)
+        return docked;
+    if (setup.scenario.start.pose)
+        return *setup.scenario.start.pose;
+    return {docked.at - kBeforeDockMm * direction(docked.yaw), docked.yaw};
+}
+
+}  // namespace
+
+/// The time of a run is its frames.
+class Robot::FrameClock final : public BT::Clock
+{
+public:
+    explicit FrameClock(const RobotState& state) : state_(state) {}
+    [[nodiscard]] std::int64_t milliseconds() const override
+    {
+        return static_cast<std::int64_t>(state_.frame) * kFrameMs;
+    }
+
+private:
+    const RobotState& state_;
+};
+
+Robot::Robot(RobotSetup setup)
+    : setup_(std::move(setup)),
+      chance_(setup_.seed),
+      world_(setup_.home),
+      body_(world_, startPose(setup_), chance_.branch()),
+      clock_(std::make_shared<FrameClock>(state_)),
+      blackboard_(BT::Blackboard::create()),
+      keys_{{"task_state", LogKind::TaskState, {}}, {"robot_status", LogKind::RobotStatus, {}}}
+{
+    checkPlaces();
+    blackboard_->setClock(clock_);
+    setup_.load_trees(factory_);
+    if (!factory_.hasTree(setup_.tree))
+        throw InputError("--tree", 0, fmt::format("there is no tree \"{}\"", setup_.tree));
+
+    const Report report = [this](const std::string& kind, const std::string& text,
+                                 nlohmann::ordered_json fields) {
+        record(logKindOfText(kind).value_or(LogKind::Custom), text, std::move(fields));
+    };
+    services_ = makeServices({*blackboard_, report, chance_, state_, body_}, setup_.scenario.start);
+    leaf::LeafHost host(factory_);
+    host.use_runtime_builtin();
+    for (const auto& service : services_)
+        service->install(host);
+    host.register_defaults([this](std::string_view id) {
+        if (const auto met = defaults_met_.find(id); met != defaults_met_.end())
+            ++met->second;
+        else
+            defaults_met_.emplace(id, 1);
+    });
+    tree_ = factory_.createTree(setup_.tree, blackboard_);
+}
+
+Robot::~Robot()
+{
+    // Nodes of trees that wait to be entered again refer to services.
+    tree_ = {};
+    factory_.clearTreePools();
+}
+
+void Robot::checkPlaces() const
+{
+    const auto expectRoom = [this](const PoseMm& pose, int line, const char* what) {
+        if (!world_.solid().isDiscFree(pose.at, kRobotRadiusMm))
+            throw InputError(
+                setup_.scenario.file, line,
+                fmt::format("\"{}\": expected a place where the robot has room ({} mm around it), "
+                            "not [{}, {}]",
+                            what, kRobotRadiusMm, pose.at.x / 1000, pose.at.y / 1000));
+    };
+    if (setup_.scenario.start.pose)
+        expectRoom(*setup_.scenario.start.pose, 0, "pose");
+    for (const ScenarioEvent& event : setup_.scenario.events) {
+        if (const auto* carry = std::get_if<CarryTo>(&event.what))
+            expectRoom(carry->pose, event.line, "carry_to");
+    }
+}
+
+void Robot::record(LogKind kind, const std::string& text, nlohmann::ordered_json fields)
+{
+    log_.record(state_.frame, kind, text, std::move(fields));
+}
+
+bool Robot::isDocked() const
+{
+    return !body_.lifted() && !isAway(body_.truePose(), dockedPose(setup_.dock), kContactMm, kContactDeg);
+}
+
+bool Robot::moveBody(const Happening& what)
+{
+    if (const auto* lift = std::get_if<Lift>(&what)) {
+        lift->up ? body_.lift() : body_.setDown(body_.truePose());
+    } else if (const auto* wheels = std::get_if<Wheels>(&what)) {
+        wheels->dropped ? body_.lift() : body_.setDown(body_.truePose());
+    } else if (const auto* carry = std::get_if<CarryTo>(&what)) {
+        body_.carryTo(carry->pose);
+    } else if (std::holds_alternative<PutOnDock>(what)) {
+        body_.carryTo(dockedPose(setup_.dock));
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void Robot::happen(const ScenarioEvent& event)
+{
+    record(LogKind::User, event.text);
+    bool taken = moveBody(event.what);
+    for (const auto& service : services_)
+        taken |= service->take(event.what);
+    if (!taken)
+        record(LogKind::Custom, event.text + ": nothing on this robot feels it");
+}
+
+void Robot::beginFrame()
+{
+    const Mode before = state_.modes.current();
+    if (state_.modes.update(blackboard_->contains("RobotModeSwitchLock"))) {
+        const Mode now = state_.modes.current();
+        record(LogKind::Mode, toText(now), {{"from", toText(before)}, {"to", toText(now)}});
+    }
+    ++frames_in_mode_[toText(state_.modes.current())];
+    state_.contacts.update(isDocked());
+}
+
+void Robot::showKeys()
+{
+    for (WatchedKey& watched : keys_) {
+        std::string text;
+        blackboard_->get(watched.key, text);
+        if (text == watched.text)
+            continue;
+        record(watched.kind, text, {{"from", watched.text}});
+        watched.text = std::move(text);
+    }
+}
+
+void Robot::step()
+{
+    if (over())
+        return;
+    const auto& events = setup_.scenario.events;
+    for (; next_event_ < events.size() && events[next_event_].frame <= state_.frame; ++next_event_)
+        happen(events[next_event_]);
+    body_.step(kFrameMs / 1000.0);
+    beginFrame();
+    for (const auto& service : services_)
+        service->update();
+    tree_.root_node->executeTick();
+    showKeys();
+    ++state_.frame;
+}
+
+nlohmann::ordered_json Robot::report() const
+{
+    nlohmann::ordered_json modes = nlohmann::ordered_json::object();
+    for (const auto& [mode, frames] : frames_in_mode_)
+        modes[mode.empty() ? "none" : mode] = frames;
+    nlohmann::ordered_json defaults = nlohmann::ordered_json::object();
+    for (const auto& [leaf, ticks] : defaults_met_)
+        defaults[leaf] = ticks;
+    return {{"scenario", setup_.scenario.name},
+            {"tree", setup_.tree},
+            {"seed", setup_.seed},
+            {"dock", toText(setup_.dock)},
+            {"frames", state_.frame},
+            {"ms", state_.frame * kFrameMs},
+            {"powered_off", state_.powered_off},
+            {"mode", toText(state_.modes.current())},
+            {"task_state", keys_[0].text},
+            {"robot_status", keys_[1].text},
+            {"battery", std::round(state_.battery_percent * 100) / 100},
+            {"on_dock", state_.contacts.touching()},
+            {"run_mm", std::round(body_.runMm())},
+            {"frames_in_mode", modes},
+            {"leaves_without_service", defaults}};
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "behaviortree_cpp/bt_factory.h"
+#include "robot/body/body.h"
+#include "robot/events/event_log.h"
+#include "robot/scenario/scenario.h"
+#include "robot/services/robot_state.h"
+#include "robot/services/service.h"
+#include "robot/world/dock.h"
+#include "robot/world/world.h"
+
+namespace vemra::robot {
+
+/// What a run needs. The same setup gives the same run, event by event.
+struct RobotSetup
+{
+    /// Registers the trees, as the plug-in does.
+    std::function<void(BT::BehaviorTreeFactory&)> load_trees;
+    Home home;
+    Dock dock;
+    Scenario scenario;
+    std::uint64_t seed = 1;
+    std::string tree = "RobotNode";  ///< the root
+};
+
+/// The simulated robot in its home: the trees of the plug-in, ticked once a frame, and the services that
+/// answer their leaves. A leaf that no service answers does nothing; report() says which of them the run met.
+class Robot
+{
+public:
+    /// Throws InputError when the tree is unknown or a place in the scenario leaves the robot no room, and
+    /// what load_trees throws.
+    explicit Robot(RobotSetup setup);
+    ~Robot();
+    Robot(const Robot&) = delete;
+    Robot& operator=(const Robot&) = delete;
+
+    /// Gets all that is logged from now on; must outlive the robot.
+    void addSink(LogSink& sink) { log_.addSink(sink); }
+
+    /// One frame: what the scenario lets happen, the body's step, the services, one tick of the trees.
+    void step();
+    /// Frames done.
+    [[nodiscard]] std::uint64_t frame() const { return state_.frame; }
+    /// The robot has switched itself off; it does nothing any more.
+    [[nodiscard]] bool over() const { return state_.powered_off; }
+    /// Closes the log with the report.
+    void finish() { log_.finish(report()); }
+
+    [[nodiscard]] const EventLog& log() const { return log_; }
+    [[nodiscard]] const RobotState& state() const { return state_; }
+    [[nodiscard]] const Body& body() const { return body_; }
+    [[nodiscard]] const Home& home() const { return world_.solid(); }
+    [[nodiscard]] const Dock& dock() const { return setup_.dock; }
+    [[nodiscard]] BT::Blackboard& blackboard() { return *blackboard_; }
+
+    /// What came of the run, in figures.
+    [[nodiscard]] nlohmann::ordered_json report() const;
+
+private:
+    class FrameClock;
+    /// A key of the blackboard that is shown on the time line.
+    struct WatchedKey
+    {
+        const char* key;
+        LogKind kind;
+        std::string text;
+    };
+
+    void record(LogKind kind, const std::string& text, nlohmann::ordered_json fields = {});
+    void checkPlaces() const;
+    void happen(const ScenarioEvent& event);
+    bool moveBody(const Happening& what);
+    [[nodiscard]] bool isDocked() const;
+    void beginFrame();
+    void showKeys();
+
+    RobotSetup setup_;
+    EventLog log_;
+    RobotState state_;
+    Chance chance_;
+    World world_;
+    Body body_;
+    std::shared_ptr<FrameClock> clock_;
+    BT::Blackboard::Ptr blackboard_;
+    BT::BehaviorTreeFactory factory_;
+    std::vector<std::unique_ptr<Service>> services_;
+    BT::Tree tree_;
+    std::size_t next_event_ = 0;
+    std::vector<WatchedKey> keys_;
+    std::map<std::string, std::uint64_t, std::less<>> defaults_met_;  ///< leaf without service: ticks
+    std::map<std::string, std::uint64_t> frames_in_mode_;
+};
+
+}  // namespace vemra::robot

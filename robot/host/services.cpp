@@ -1,0 +1,34 @@
+#include "robot/host/services.h"
+
+#include "robot/services/commands.h"
+#include "robot/services/dock_contacts.h"
+#include "robot/services/fittings.h"
+#include "robot/services/health.h"
+#include "robot/services/maps.h"
+#include "robot/services/modes.h"
+#include "robot/services/power.h"
+#include "robot/services/settings.h"
+#include "robot/services/sound_and_light.h"
+#include "robot/services/station.h"
+#include "robot/services/timers.h"
+
+namespace vemra::robot {
+
+std::vector<std::unique_ptr<Service>> makeServices(const RobotParts& parts, const ScenarioStart& start)
+{
+    std::vector<std::unique_ptr<Service>> services;
+    services.push_back(std::make_unique<CommandService>(parts, start));
+    services.push_back(std::make_unique<DockContactService>(parts));
+    services.push_back(std::make_unique<FittingService>(parts));
+    services.push_back(std::make_unique<HealthService>(parts));
+    services.push_back(std::make_unique<MapService>(parts, start));
+    services.push_back(std::make_unique<ModeService>(parts));
+    services.push_back(std::make_unique<PowerService>(parts, start));
+    services.push_back(std::make_unique<SettingsService>(parts, start));
+    services.push_back(std::make_unique<SoundAndLightService>(parts));
+    services.push_back(std::make_unique<StationService>(parts));
+    services.push_back(std::make_unique<TimerService>(parts));
+    return services;
+}
+
+}  // namespace vemra::robot
