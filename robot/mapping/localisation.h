@@ -1,0 +1,49 @@
+#pragma once
+
+#include "robot/body/body.h"
+#include "robot/body/pose_source.h"
+
+namespace vemra::robot {
+
+/// Stands in for SLAM: while localised, the body's pose in the frame of the map with a small error that
+/// drifts to and fro as the robot runs; else the last such pose carried on by the odometry. Services see it
+/// as a PoseSource. The same run gives the same errors.
+class Localisation final : public PoseSource
+{
+public:
+    struct Config
+    {
+        double place_error_mm = 8;  ///< the most in x and in y
+        Degrees yaw_error{0.3};     ///< the most
+    };
+
+    /// At first localised, the frame of the map being that of the world. The body must outlive it.
+    explicit Localisation(const Body& body) : Localisation(body, Config{}) {}
+    Localisation(const Body& body, const Config& config);
+
+    [[nodiscard]] PoseMm pose() const override;
+    [[nodiscard]] bool localised() const { return localised_; }
+
+    /// The robot no longer knows where it is: odometry alone carries the pose on.
+    void lose();
+    /// The robot has found itself on the map.
+    void find() { localised_ = true; }
+    /// A new map begins: from now on the present place counts as `pose`.
+    void restart(const PoseMm& pose);
+
+    /// A place of the map in the frame of the world: for pictures and figures, not for services.
+    [[nodiscard]] PointMm inWorld(PointMm on_map) const;
+
+private:
+    [[nodiscard]] PoseMm onMap() const;
+
+    const Body& body_;
+    Config config_;
+    bool localised_ = true;
+    Degrees turned_{0};  ///< of the map against the world
+    PointMm shifted_;    ///< of the map against the turned world
+    PoseMm lost_at_;     ///< believed pose when it was lost
+    PoseMm lost_odometry_;
+};
+
+}  // namespace vemra::robot

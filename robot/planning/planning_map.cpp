@@ -1,0 +1,120 @@
+#include "robot/planning/planning_map.h"
+
+#include "robot/world/dock.h"
+
+namespace vemra::robot {
+namespace {
+
+constexpr int kFitsFrom = 16;   // 4 cells, squared: half a cell less is the robot's radius
+constexpr int kKnownToFit = 9;  // 3 cells
+
+void forbid(PlanningMap& map, const BoxMm& around, const std::function<bool(PointMm)>& touches)
+{
+    const CellWindow window = intersection(cellsOf({around.low - PointMm{kRobotRadiusMm, kRobotRadiusMm},
+                                                    around.high + PointMm{kRobotRadiusMm, kRobotRadiusMm}}),
+                                           map.window());
+    for (int row = window.low.row; row < window.end.row; ++row) {
+        for (int column = window.low.column; column < window.end.column; ++column) {
+            const CellIndex cell{column, row};
+            const Ground ground = map.at(cell);
+            if ((ground == Ground::Open || ground == Ground::Unknown) && touches(centreOf(cell))) {
+                map.ground.set(cell, Ground::Forbidden);
+            }
+        }
+    }
+}
+
+void enterVirtualWalls(PlanningMap& map, const VirtualWalls& walls)
+{
+    for (const SegmentMm& line : walls.lines) {
+        const BoxMm around{{std::min(line.from.x, line.to.x), std::min(line.from.y, line.to.y)},
+                           {std::max(line.from.x, line.to.x), std::max(line.from.y, line.to.y)}};
+        forbid(map, around, [&](PointMm p) { return distance(nearestOn(line, p), p) < kRobotRadiusMm; });
+    }
+    for (const PolygonMm& area : walls.areas) {
+        BoxMm around{area.front(), area.front()};
+        for (const PointMm corner : area) {
+            around.low = {std::min(around.low.x, corner.x), std::min(around.low.y, corner.y)};
+            around.high = {std::max(around.high.x, corner.x), std::max(around.high.y, corner.y)};
+        }
+        forbid(map, around, [&](PointMm p) {
+            return isInside(area, p) || distance(nearestOn(area, p), p) < kRobotRadiusMm;
+        });
+    }
+}
+
+}  // namespace
+
+double PlanningMap::clearanceMm(CellIndex cell) const
+{
+    return std::max(0.0, (std::sqrt(static_cast<double>(room.at(cell))) - 0.5) * kCellMm);
+}
+
+Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, int far)
+{
+    const CellWindow& window = cells.window();
+    const int columns = window.columns();
+    const int rows = window.rows();
+    const auto farthest = static_cast<std::uint8_t>(far * far);
+    Grid<std::uint8_t> out(window, farthest, 0);
+    if (window.empty()) {
+        return out;
+    }
+    const auto width = static_cast<std::size_t>(columns);
+    // Along each column: how far to the nearest obstacle, upwards and downwards.
+    std::vector<int> along(window.cells(), far);
+    for (int column = 0; column < columns; ++column) {
+        int away = far;
+        for (int row = 0; row < rows; ++row) {
+            const std::size_t at = static_cast<std::size_t>(row) * width + static_cast<std::size_t>(column);
+            away = cells.cells()[at] == CellState::Occupied ? 0 : std::min(away + 1, far);
+            along[at] = away;
+        }
+        away = far;
+        for (int row = rows - 1; row >= 0; --row) {
+            const std::size_t at = static_cast<std::size_t>(row) * width + static_cast<std::size_t>(column);
+            away = along[at] == 0 ? 0 : std::min(away + 1, far);
+            along[at] = std::min(along[at], away);
+        }
+    }
+    for (int row = 0; row < rows; ++row) {
+        const std::size_t start = static_cast<std::size_t>(row) * width;
+        for (int column = 0; column < columns; ++column) {
+            const int first = std::max(0, column - far);
+            const int last = std::min(columns - 1, column + far);
+            int best = far * far;
+            for (int other = first; other <= last; ++other) {
+                const int a = along[start + static_cast<std::size_t>(other)];
+                best = std::min(best, a * a + (other - column) * (other - column));
+            }
+            out.cells()[start + static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(best);
+        }
+    }
+    return out;
+}
+
+PlanningMap makePlanningMap(const Grid<CellState>& cells, const PlanningSources& sources)
+{
+    Grid<CellState> obstacles = cells;
+    for (const PointMm contact : sources.contacts) {
+        obstacles.set(cellAt(contact), CellState::Occupied);
+    }
+    PlanningMap map;
+    map.room = squaredDistances(obstacles, PlanningMap::kFarCells);
+    map.ground = Grid<Ground>(cells.window(), Ground::Open, Ground::Solid);
+    for (std::size_t i = 0; i < map.ground.cells().size(); ++i) {
+        const int room = map.room.cells()[i];
+        const bool fits = room >= kFitsFrom ||
+                          (room >= kKnownToFit && sources.passed && sources.passed(cells.window().cellOf(i)));
+        map.ground.cells()[i] = room == 0                                    ? Ground::Solid
+                                : !fits                                      ? Ground::Tight
+                                : obstacles.cells()[i] == CellState::Unknown ? Ground::Unknown
+                                                                             : Ground::Open;
+    }
+    if (sources.virtual_walls != nullptr) {
+        enterVirtualWalls(map, *sources.virtual_walls);
+    }
+    return map;
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+
+#include "robot/mapping/grid.h"
+#include "robot/world/virtual_walls.h"
+
+namespace vemra::robot {
+
+/// What the middle of the robot may do on a cell.
+enum class Ground : std::uint8_t
+{
+    Open,       ///< stand there
+    Unknown,    ///< perhaps
+    Tight,      ///< the body would touch something, as far as the map knows
+    Forbidden,  ///< nothing but a virtual wall is in the way
+    Solid       ///< there is something
+};
+
+/// The map as a search sees it: obstacles grown by the robot's radius.
+struct PlanningMap
+{
+    /// Distances are looked at up to this many cells.
+    static constexpr int kFarCells = 10;
+
+    Grid<Ground> ground{Ground::Solid};
+    /// Square of the distance to the middle of the nearest obstacle cell, in cells; at most kFarCells
+    /// squared.
+    Grid<std::uint8_t> room{0};
+
+    const CellWindow& window() const { return ground.window(); }
+    Ground at(CellIndex cell) const { return ground.at(cell); }
+    /// From the middle of the cell to the nearest edge of an obstacle, about; at most 475 mm.
+    double clearanceMm(CellIndex cell) const;
+};
+
+struct PlanningSources
+{
+    std::span<const PointMm> contacts = {};       ///< things that only the bumper met
+    const VirtualWalls* virtual_walls = nullptr;  ///< none if they are switched off
+    /// Cells that the robot has stood on: there it fits even if the map says that it just does not.
+    std::function<bool(CellIndex)> passed = {};
+};
+
+/// The window of `cells` as a planning map; beyond it everything counts as solid. The disc of the robot fits
+/// on a cell when the nearest obstacle cell is four or more cells away, middle to middle; where it has stood
+/// before three will do.
+PlanningMap makePlanningMap(const Grid<CellState>& cells, const PlanningSources& sources);
+
+/// For each cell the square of the distance to the nearest cell that is occupied, at most `far` cells.
+/// Two passes, column by column and row by row (Rosenfeld and Pfaltz 1968; exact within `far`).
+Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, int far);
+
+}  // namespace vemra::robot
