@@ -1,0 +1,352 @@
+#include "support/scripted_robot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <map>
+#include <stdexcept>
+
+#include "behaviortree_cpp/actions/always_success_node.h"
+#include "leaves/host/host.h"
+#include "robot/clock.h"
+
+namespace vemra::test {
+namespace {
+
+/// Leaves that go on until they are halted: they hold something for the time, or drive without an end.
+bool runsUntilHalted(std::string_view id)
+{
+    return id == "TemporarilyDisableSensor" || id == "TemporarilyEnableSensor" || id == "TraceLogger" ||
+           id == "OpenCloseMove" || id == "GoBackwards";
+}
+
+}  // namespace
+
+class ScriptedRobot::FrameClock final : public BT::Clock
+{
+public:
+    explicit FrameClock(const int& frame) : frame_(frame) {}
+    [[nodiscard]] std::int64_t milliseconds() const override
+    {
+        return std::int64_t{frame_} * robot::kFrameMs;
+    }
+
+private:
+    const int& frame_;
+};
+
+/// What one leaf, or one tree that is replaced, answers.
+class ScriptedRobot::LeafScript
+{
+public:
+    LeafScript(std::string who, bool is_condition, NodeStatus otherwise, const leaf::LeafContract* contract)
+        : who_(std::move(who)), is_condition_(is_condition), otherwise_(otherwise), contract_(contract)
+    {}
+
+    Answer& add() { return answers_.emplace_back(who_, is_condition_); }
+
+    NodeStatus give(const Moment& now) const
+    {
+        const auto fitting = std::find_if(answers_.rbegin(), answers_.rend(),
+                                          [&now](const Answer& answer) { return answer.fits(now); });
+        return fitting != answers_.rend() ? fitting->give(now) : otherwise_;
+    }
+
+    [[nodiscard]] const std::string& who() const { return who_; }
+    [[nodiscard]] bool hasPort(std::string_view name) const
+    {
+        return contract_ != nullptr &&
+               std::any_of(contract_->ports.begin(), contract_->ports.end(),
+                           [name](const leaf::PortContract& port) { return port.name == name; });
+    }
+
+private:
+    std::string who_;
+    bool is_condition_;
+    NodeStatus otherwise_;
+    const leaf::LeafContract* contract_;
+    std::deque<Answer> answers_;  // references to its elements stay good
+};
+
+template <class Base>
+class ScriptedRobot::ScriptedNode final : public Base
+{
+public:
+    ScriptedNode(const std::string& name, const BT::NodeParameters& ports, ScriptedRobot& robot,
+                 const LeafScript& script)
+        : Base(name, ports), robot_(robot), script_(script)
+    {}
+
+    void halt() override
+    {
+        if (this->status() == NodeStatus::RUNNING)
+            robot_.transcript_.halt(*this, robot_.frame_);
+        this->setStatus(NodeStatus::IDLE);
+    }
+
+private:
+    NodeStatus tick() override
+    {
+        const bool starts = this->status() != NodeStatus::RUNNING;
+        tick_of_run_ = starts ? 0 : tick_of_run_ + 1;
+        const Moment now{*this, *robot_.keys_, robot_.frame_, tick_of_run_};
+        // Told first of all, with the ports as they are before the answer changes keys.
+        robot_.transcript_.ask(*this, script_.who(), robot_.frame_, starts);
+        const NodeStatus result = script_.give(now);
+        robot_.transcript_.settle(*this, result);
+        return result;
+    }
+
+    ScriptedRobot& robot_;
+    const LeafScript& script_;
+    int tick_of_run_ = 0;
+};
+
+ScriptedRobot::ScriptedRobot()
+    : clock_(std::make_shared<FrameClock>(frame_)), keys_(BT::Blackboard::create<BT::BlackboardLocal>())
+{
+    keys_->setClock(clock_);
+    registerLeaves();
+    factory_.registerFromPlugin(VEMRA_LIB_DIR "/libvemra_tree.so");
+}
+
+ScriptedRobot::~ScriptedRobot() = default;
+
+void ScriptedRobot::registerLeaves()
+{
+    leaf::LeafHost host(factory_);
+    host.use_runtime_builtin();
+    for (const leaf::LeafContract& contract : leaf::all()) {
+        const std::string id(contract.id);
+        if (host.implemented(id))
+            continue;
+        const bool condition = contract.kind == leaf::LeafKind::Condition;
+        const NodeStatus otherwise = condition             ? NodeStatus::FAILURE
+                                     : runsUntilHalted(id) ? NodeStatus::RUNNING
+                                                           : NodeStatus::SUCCESS;
+        const auto& script =
+            scripts_.emplace(id, std::make_unique<LeafScript>(id, condition, otherwise, &contract))
+                .first->second;
+        host.builder(
+            id,
+            [this, condition, script = script.get()](
+                const std::string& name, const BT::NodeParameters& ports) -> std::unique_ptr<BT::TreeNode> {
+                if (condition)
+                    return std::make_unique<ScriptedNode<BT::ConditionNode>>(name, ports, *this, *script);
+                return std::make_unique<ScriptedNode<BT::ActionNodeBase>>(name, ports, *this, *script);
+            });
+    }
+}
+
+Answer& ScriptedRobot::leaf(const std::string& id)
+{
+    const auto found = scripts_.find(id);
+    if (found == scripts_.end())
+        throw std::invalid_argument("no leaf '" + id + "' that a script could answer");
+    return found->second->add();
+}
+
+Answer& ScriptedRobot::tree(const std::string& name)
+{
+    if (!factory_.hasTree(name))
+        throw std::invalid_argument("no tree '" + name + "'");
+    const auto [at, added] = scripts_.try_emplace(name);
+    if (added) {
+        at->second = std::make_unique<LeafScript>(name, false, NodeStatus::SUCCESS, nullptr);
+        factory_.registerTreeBuilder(
+            name, [this, script = at->second.get()](const BT::BehaviorTreeFactory&,
+                                                    const BT::Blackboard::Ptr& blackboard) {
+                auto node = std::make_shared<ScriptedNode<BT::ActionNodeBase>>(
+                    script->who(), BT::NodeParameters{}, *this, *script);
+                node->setBlackboard(blackboard);
+                BT::Tree tree;
+                tree.root_node = node.get();
+                tree.nodes.push_back(std::move(node));
+                return tree;
+            });
+    }
+    return at->second->add();
+}
+
+void ScriptedRobot::pointsOnALine()
+{
+    const auto apart = [](const Moment& now) {
+        return std::abs(std::stod(now.port("point_mm_a")) - std::stod(now.port("point_mm_b")));
+    };
+    leaf("ArePointsTooClose").decides([apart](const Moment& now) {
+        return apart(now) < std::stod(now.port("distance_mm")) ? SUCCESS : FAILURE;
+    });
+    leaf("PointToPointDist").decides([apart](const Moment& now) {
+        now.set(now.port("dist_mm"), apart(now));
+        return SUCCESS;
+    });
+}
+
+std::vector<std::string> ScriptedRobot::nodesOf(const std::string& tree) const
+{
+    std::vector<std::string> nodes;
+    for (const auto& node : factory_.createTree(tree, keys_).nodes) {
+        std::map<std::string, std::string> ports(node->initializationParameters().begin(),
+                                                 node->initializationParameters().end());
+        std::string text = node->registrationName();
+        for (const auto& [port, value] : ports)
+            text.append(" ").append(port).append("=").append(value);
+        nodes.push_back(std::move(text));
+    }
+    return nodes;
+}
+
+std::optional<std::string> ScriptedRobot::key(std::string_view key) const
+{
+    const BT::Any* value = keys_->getAny(key);
+    if (value == nullptr)
+        return std::nullopt;
+    std::string text;
+    value->appendText(text);
+    return text;
+}
+
+void ScriptedRobot::begin(BT::Tree tree)
+{
+    halt();
+    transcript_ = {};
+    factory_.clearTreePools();
+    root_ = std::move(tree);
+}
+
+void ScriptedRobot::start(const std::string& tree)
+{
+    begin(factory_.createTree(tree, keys_));
+}
+
+void ScriptedRobot::startGuarded(const std::vector<std::string>& trees)
+{
+    BT::Tree tree;
+    const auto add = [&](const std::string& id, const std::string& name, const BT::NodeParameters& ports) {
+        tree.nodes.push_back(factory_.instantiateTreeNode(id, name, ports, keys_));
+        return tree.nodes.back().get();
+    };
+    tree.root_node = add("Sequence", "task", {});
+    for (const std::string& name : trees) {
+        if (!factory_.hasTree(name))
+            throw std::invalid_argument("no tree '" + name + "'");
+        dynamic_cast<BT::ControlNode&>(*tree.root_node)
+            .addChild(add("SubtreeCondition", name, {{"subtree_file_path", name}}));
+    }
+    begin(std::move(tree));
+}
+
+NodeStatus ScriptedRobot::tick(int frames)
+{
+    if (root_.root_node == nullptr)
+        throw std::logic_error("no tree was started");
+    NodeStatus result = NodeStatus::IDLE;
+    for (int i = 0; i < frames; ++i) {
+        ++frame_;
+        result = root_.root_node->executeTick();
+        if (result != NodeStatus::RUNNING)
+            BT::haltNode(*root_.root_node);
+    }
+    return result;
+}
+
+NodeStatus ScriptedRobot::finish(int at_most)
+{
+    NodeStatus result = NodeStatus::RUNNING;
+    for (int i = 0; i < at_most && result == NodeStatus::RUNNING; ++i)
+        result = tick();
+    return result;
+}
+
+void ScriptedRobot::tickUntil(const std::string& who, const PortValues& values, int at_most)
+{
+    known(who, values);
+    for (int i = 0; i < at_most; ++i) {
+        tick();
+        if (askedNow(who, values))
+            return;
+    }
+    ADD_FAILURE() << who << " was not asked within " << at_most << " frames:\n" << transcript_.print(who);
+}
+
+void ScriptedRobot::halt()
+{
+    if (root_.root_node != nullptr)
+        BT::haltNode(*root_.root_node);
+}
+
+const std::string& ScriptedRobot::known(const std::string& who) const
+{
+    if (!scripts_.contains(who))
+        throw std::invalid_argument("nothing is recorded of '" + who +
+                                    "': no scripted leaf, and no tree that the script replaces");
+    return who;
+}
+
+const std::string& ScriptedRobot::known(const std::string& who, const PortValues& values) const
+{
+    for (const auto& [port, value] : values)
+        if (!scripts_.at(known(who))->hasPort(port))
+            throw std::invalid_argument("'" + who + "' has no port '" + port + "'");
+    return known(who);
+}
+
+testing::AssertionResult ScriptedRobot::asked(const std::string& who, const PortValues& values) const
+{
+    return transcript_.asked(known(who, values), values);
+}
+
+testing::AssertionResult ScriptedRobot::notAsked(const std::string& who, const PortValues& values) const
+{
+    return transcript_.notAsked(known(who, values), values);
+}
+
+testing::AssertionResult ScriptedRobot::started(int times, const std::string& who,
+                                                const PortValues& values) const
+{
+    return transcript_.started(times, known(who, values), values);
+}
+
+testing::AssertionResult ScriptedRobot::halted(const std::string& who, const PortValues& values) const
+{
+    return transcript_.halted(known(who, values), values);
+}
+
+testing::AssertionResult ScriptedRobot::said(const std::string& message) const
+{
+    if (transcript_.asked("Log", {{"message", message}}))
+        return testing::AssertionSuccess();
+    return transcript_.asked("SaySomething", {{"message", message}});
+}
+
+testing::AssertionResult ScriptedRobot::notSaid(const std::string& message) const
+{
+    if (auto log = transcript_.notAsked("Log", {{"message", message}}); !log)
+        return log;
+    return transcript_.notAsked("SaySomething", {{"message", message}});
+}
+
+testing::AssertionResult ScriptedRobot::inOrder(
+    const std::vector<std::pair<std::string, PortValues>>& steps) const
+{
+    for (const auto& [who, values] : steps)
+        known(who, values);
+    return transcript_.inOrder(steps);
+}
+
+bool ScriptedRobot::askedNow(const std::string& who, const PortValues& values) const
+{
+    return transcript_.askedIn(frame_, known(who, values), values);
+}
+
+int ScriptedRobot::framesOf(const std::string& who, const PortValues& values) const
+{
+    return transcript_.frames(known(who, values), values);
+}
+
+std::optional<int> ScriptedRobot::firstFrameOf(const std::string& who, const PortValues& values) const
+{
+    return transcript_.firstFrame(known(who, values), values);
+}
+
+}  // namespace vemra::test

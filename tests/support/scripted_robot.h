@@ -1,0 +1,124 @@
+#pragma once
+
+/// A robot whose leaves answer by script and whose trees are the real ones. A test says what the leaves
+/// answer, starts a tree, drives frames, and looks at what was asked of the leaves and at the keys:
+///
+///     ScriptedRobot robot;
+///     robot.leaf("SensorCheckBumped").inTurn({SUCCESS, SUCCESS, FAILURE});
+///     robot.start("BTBack2cm");
+///     EXPECT_EQ(robot.finish(20), SUCCESS);
+///     EXPECT_TRUE(robot.asked("GoBackwards"));
+///
+/// What is not scripted answers as a bare host would: a condition fails, an action succeeds; the leaves that
+/// hold something for as long as what stands beside them (sensors off or on, the trace logger) and the drives
+/// without an end of their own (OpenCloseMove, GoBackwards) run until halted. The
+/// runtime's own leaves (keys, comparisons, delays) are the real ones.
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "behaviortree_cpp/bt_factory.h"
+#include "support/answer.h"
+#include "support/transcript.h"
+
+namespace vemra::test {
+
+using enum BT::NodeStatus;
+
+class ScriptedRobot
+{
+public:
+    ScriptedRobot();
+    ~ScriptedRobot();
+    ScriptedRobot(const ScriptedRobot&) = delete;
+    ScriptedRobot& operator=(const ScriptedRobot&) = delete;
+
+    // --- the script ---
+
+    /// A further answer of the leaf; throws std::invalid_argument when the trees name no such leaf.
+    Answer& leaf(const std::string& id);
+    /// Puts a scripted answer in the place of a registered tree wherever it is entered.
+    Answer& tree(const std::string& name);
+
+    /// From here on points are numbers, millimetres on a line, for the leaves that measure distances.
+    void pointsOnALine();
+
+    // --- keys ---
+
+    template <class T>
+    void set(std::string_view key, const T& value)
+    {
+        keys_->set(key, value);
+    }
+    void erase(std::string_view key) { keys_->erase(key); }
+    [[nodiscard]] bool has(std::string_view key) const { return keys_->contains(key); }
+    /// The value as text; nothing where the key is not there.
+    [[nodiscard]] std::optional<std::string> key(std::string_view key) const;
+    [[nodiscard]] BT::Blackboard& keys() { return *keys_; }
+
+    // --- driving ---
+
+    /// Makes the tree; a tree that runs is halted first.
+    void start(const std::string& tree);
+    /// Makes a tree that enters these in a memory-less sequence, the way a task has its guard before its
+    /// body.
+    void startGuarded(const std::vector<std::string>& trees);
+    /// Ticks so many frames, whatever the result, and gives the last one. A tree that ended begins again.
+    NodeStatus tick(int frames = 1);
+    /// Ticks until the tree ends; RUNNING when it has not ended within so many frames.
+    NodeStatus finish(int at_most);
+    /// Ticks until the leaf is asked in the frame just ticked; fails the test when that takes longer.
+    void tickUntil(const std::string& who, const PortValues& values = {}, int at_most = 2000);
+    void halt();
+    /// The number of frames ticked; the first frame is 1.
+    [[nodiscard]] int frame() const { return frame_; }
+
+    // --- what was asked (since the start or forget()) ---
+
+    testing::AssertionResult asked(const std::string& who, const PortValues& values = {}) const;
+    testing::AssertionResult notAsked(const std::string& who, const PortValues& values = {}) const;
+    testing::AssertionResult started(int times, const std::string& who, const PortValues& values = {}) const;
+    testing::AssertionResult halted(const std::string& who, const PortValues& values = {}) const;
+    /// Said or logged; the message as it read then.
+    testing::AssertionResult said(const std::string& message) const;
+    testing::AssertionResult notSaid(const std::string& message) const;
+    /// Started one after the other, whatever else came between.
+    testing::AssertionResult inOrder(const std::vector<std::pair<std::string, PortValues>>& steps) const;
+    /// In the frame just ticked.
+    [[nodiscard]] bool askedNow(const std::string& who, const PortValues& values = {}) const;
+    [[nodiscard]] int framesOf(const std::string& who, const PortValues& values = {}) const;
+    [[nodiscard]] std::optional<int> firstFrameOf(const std::string& who,
+                                                  const PortValues& values = {}) const;
+    /// The nodes of a tree as it was built, in creation order: "Rotate angle_deg=180 ...", ports sorted.
+    [[nodiscard]] std::vector<std::string> nodesOf(const std::string& tree) const;
+    void forget() { transcript_.clear(); }
+    [[nodiscard]] const Transcript& transcript() const { return transcript_; }
+
+private:
+    class FrameClock;
+    class LeafScript;
+    template <class Base>
+    class ScriptedNode;
+
+    void registerLeaves();
+    void begin(BT::Tree tree);
+    /// Throws std::invalid_argument for a name that can never stand in the transcript.
+    const std::string& known(const std::string& who) const;
+    /// As above, for each port too.
+    const std::string& known(const std::string& who, const PortValues& values) const;
+
+    int frame_ = 0;
+    std::shared_ptr<FrameClock> clock_;
+    BT::Blackboard::Ptr keys_;
+    Transcript transcript_;
+    std::unordered_map<std::string, std::unique_ptr<LeafScript>> scripts_;
+    BT::BehaviorTreeFactory factory_;
+    BT::Tree root_;
+};
+
+}  // namespace vemra::test

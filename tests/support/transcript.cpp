@@ -1,0 +1,222 @@
+#include "support/transcript.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace vemra::test {
+namespace {
+
+constexpr std::size_t kMostLines = 80;
+
+std::string describe(const std::string& who, const PortValues& values)
+{
+    std::string text = who;
+    for (const auto& [port, value] : values)
+        text += " " + port + "=\"" + value + "\"";
+    return text;
+}
+
+void printLine(std::ostream& out, const Asking& asking)
+{
+    out << "  " << asking.first_frame;
+    if (asking.last_frame > asking.first_frame)
+        out << "-" << asking.last_frame;
+    out << ": " << asking.who;
+    for (const auto& [port, value] : asking.ports)
+        out << " " << port << "=\"" << value << "\"";
+    out << " -> " << BT::toStr(asking.answer);
+    if (asking.halted_in)
+        out << ", halted in " << *asking.halted_in;
+    out << "   (" << asking.tree << ")\n";
+}
+
+}  // namespace
+
+bool Asking::fits(std::string_view name, const PortValues& values) const
+{
+    return who == name && std::all_of(values.begin(), values.end(), [this](const auto& expected) {
+               const auto found = ports.find(expected.first);
+               return found != ports.end() && found->second == expected.second;
+           });
+}
+
+void Transcript::ask(const BT::TreeNode& node, const std::string& who, int frame, bool start)
+{
+    pending_ = {who,           std::string(node.place().tree), {}, frame, frame,
+                start ? 1 : 0, BT::NodeStatus::IDLE,           {}};
+    std::string text;
+    for (const BT::Port& port : node.ports()) {
+        text.clear();
+        if (port.toText(text))
+            pending_.ports.emplace(port.name(), text);
+    }
+}
+
+void Transcript::settle(const BT::TreeNode& node, BT::NodeStatus answer)
+{
+    pending_.answer = answer;
+    const auto last = last_of_node_.find(&node);
+    if (last != last_of_node_.end()) {
+        Asking& before = askings_[last->second];
+        const int frame = pending_.first_frame;
+        // Either a run goes on, or the node is started in each frame and answers the same each time.
+        const bool same =
+            pending_.starts == 0 || (before.answer == answer && before.first_frame + before.starts == frame);
+        if (same && !before.halted_in && before.last_frame + 1 == frame && before.ports == pending_.ports) {
+            before.last_frame = frame;
+            before.answer = answer;
+            before.starts += pending_.starts;
+            return;
+        }
+    }
+    last_of_node_[&node] = askings_.size();
+    askings_.push_back(std::move(pending_));
+}
+
+void Transcript::halt(const BT::TreeNode& node, int frame)
+{
+    if (const auto last = last_of_node_.find(&node); last != last_of_node_.end())
+        askings_[last->second].halted_in = frame;
+}
+
+void Transcript::clear()
+{
+    // What runs keeps its line, so that its halt is still seen.
+    std::vector<Asking> kept;
+    std::unordered_map<const BT::TreeNode*, std::size_t> places;
+    for (const auto& [node, at] : last_of_node_) {
+        if (askings_[at].answer != BT::NodeStatus::RUNNING || askings_[at].halted_in)
+            continue;
+        places[node] = kept.size();
+        kept.push_back(askings_[at]);
+        kept.back().first_frame = kept.back().last_frame + 1;
+        kept.back().starts = 0;
+    }
+    askings_ = std::move(kept);
+    last_of_node_ = std::move(places);
+}
+
+std::optional<int> Transcript::firstFrame(std::string_view who, const PortValues& values) const
+{
+    std::optional<int> first;
+    for (const Asking& asking : askings_)
+        if (asking.fits(who, values) && asking.last_frame >= asking.first_frame)
+            first = std::min(first.value_or(asking.first_frame), asking.first_frame);
+    return first;
+}
+
+std::optional<int> Transcript::lastFrame(std::string_view who, const PortValues& values) const
+{
+    std::optional<int> last;
+    for (const Asking& asking : askings_)
+        if (asking.fits(who, values) && asking.last_frame >= asking.first_frame)
+            last = std::max(last.value_or(asking.last_frame), asking.last_frame);
+    return last;
+}
+
+int Transcript::frames(std::string_view who, const PortValues& values) const
+{
+    int count = 0;
+    for (const Asking& asking : askings_)
+        if (asking.fits(who, values))
+            count += asking.last_frame - asking.first_frame + 1;
+    return count;
+}
+
+int Transcript::starts(std::string_view who, const PortValues& values) const
+{
+    int count = 0;
+    for (const Asking& asking : askings_)
+        if (asking.fits(who, values))
+            count += asking.starts;
+    return count;
+}
+
+bool Transcript::askedIn(int frame, std::string_view who, const PortValues& values) const
+{
+    return std::any_of(askings_.begin(), askings_.end(), [&](const Asking& asking) {
+        return asking.first_frame <= frame && frame <= asking.last_frame && asking.fits(who, values);
+    });
+}
+
+testing::AssertionResult Transcript::asked(const std::string& who, const PortValues& values) const
+{
+    if (firstFrame(who, values))
+        return testing::AssertionSuccess() << describe(who, values) << " was asked";
+    return testing::AssertionFailure() << describe(who, values) << " was never asked, but:\n" << print(who);
+}
+
+testing::AssertionResult Transcript::notAsked(const std::string& who, const PortValues& values) const
+{
+    if (!firstFrame(who, values))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << describe(who, values) << " was asked:\n" << print(who);
+}
+
+testing::AssertionResult Transcript::started(int times, const std::string& who,
+                                             const PortValues& values) const
+{
+    const int count = starts(who, values);
+    if (count == times)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << describe(who, values) << " was started " << count << " times, not " << times << ":\n"
+           << print(who);
+}
+
+testing::AssertionResult Transcript::halted(const std::string& who, const PortValues& values) const
+{
+    for (const Asking& asking : askings_)
+        if (asking.halted_in && asking.fits(who, values))
+            return testing::AssertionSuccess() << who << " was halted in frame " << *asking.halted_in;
+    return testing::AssertionFailure() << describe(who, values) << " was not halted:\n" << print(who);
+}
+
+testing::AssertionResult Transcript::inOrder(
+    const std::vector<std::pair<std::string, PortValues>>& steps) const
+{
+    int frame = 0;
+    std::optional<std::size_t> at;
+    for (const auto& [who, values] : steps) {
+        // The earliest start behind the one before, be it a later round of the same line.
+        std::optional<std::pair<int, std::size_t>> next;
+        for (std::size_t i = 0; i < askings_.size(); ++i) {
+            const Asking& asking = askings_[i];
+            if (asking.starts == 0 || !asking.fits(who, values))
+                continue;
+            int begins = asking.first_frame;
+            if (at && (begins < frame || (begins == frame && i <= *at)))
+                begins = i > *at ? frame : frame + 1;
+            if (begins > asking.first_frame + asking.starts - 1)
+                continue;
+            if (!next || std::pair(begins, i) < *next)
+                next = std::pair(begins, i);
+        }
+        if (!next)
+            return testing::AssertionFailure()
+                   << describe(who, values) << " was not started after frame " << frame << ":\n"
+                   << print();
+        frame = next->first;
+        at = next->second;
+    }
+    return testing::AssertionSuccess();
+}
+
+std::string Transcript::print(std::string_view who) const
+{
+    std::vector<const Asking*> chosen;
+    for (const Asking& asking : askings_)
+        if (asking.who == who)
+            chosen.push_back(&asking);
+    if (chosen.empty())
+        for (const Asking& asking : askings_)
+            chosen.push_back(&asking);
+    std::ostringstream out;
+    if (chosen.size() > kMostLines)
+        out << "  (" << chosen.size() - kMostLines << " lines before)\n";
+    for (std::size_t i = chosen.size() > kMostLines ? chosen.size() - kMostLines : 0; i < chosen.size(); ++i)
+        printLine(out, *chosen[i]);
+    return out.str().empty() ? "  nothing at all\n" : out.str();
+}
+
+}  // namespace vemra::test

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "behaviortree_cpp/bt_factory.h"
+
+namespace vemra::test {
+
+/// Port and value as read, all of which must hold: {{"draw_mode", "BlockOnly"}}.
+using PortValues = std::vector<std::pair<std::string, std::string>>;
+
+/// What was asked of one node in frames without a gap: one run, or the same answer again and again.
+struct Asking
+{
+    std::string who;  ///< leaf or replaced tree
+    std::string tree;
+    std::map<std::string, std::string, std::less<>> ports;  ///< as read; a port without a value is left out
+    int first_frame = 0;
+    int last_frame = 0;
+    int starts = 0;  ///< 0 where it goes on with a run begun with other port values
+    BT::NodeStatus answer = BT::NodeStatus::IDLE;
+    std::optional<int> halted_in;  ///< frame in which it was stopped while RUNNING
+
+    [[nodiscard]] bool fits(std::string_view name, const PortValues& values) const;
+};
+
+/// All that the leaves were asked, with checks whose failures tell what was asked instead.
+class Transcript
+{
+public:
+    /// The node is asked, with its ports as they read now; settle() tells its answer.
+    void ask(const BT::TreeNode& node, const std::string& who, int frame, bool start);
+    void settle(const BT::TreeNode& node, BT::NodeStatus answer);
+    void halt(const BT::TreeNode& node, int frame);
+    /// Begins anew; nodes that run go on.
+    void clear();
+
+    [[nodiscard]] const std::vector<Asking>& askings() const { return askings_; }
+    [[nodiscard]] std::optional<int> firstFrame(std::string_view who, const PortValues& values) const;
+    [[nodiscard]] std::optional<int> lastFrame(std::string_view who, const PortValues& values) const;
+    [[nodiscard]] int frames(std::string_view who, const PortValues& values) const;
+    [[nodiscard]] int starts(std::string_view who, const PortValues& values) const;
+    [[nodiscard]] bool askedIn(int frame, std::string_view who, const PortValues& values) const;
+
+    testing::AssertionResult asked(const std::string& who, const PortValues& values) const;
+    testing::AssertionResult notAsked(const std::string& who, const PortValues& values) const;
+    testing::AssertionResult started(int times, const std::string& who, const PortValues& values) const;
+    testing::AssertionResult halted(const std::string& who, const PortValues& values) const;
+    testing::AssertionResult inOrder(const std::vector<std::pair<std::string, PortValues>>& steps) const;
+
+    /// One line an asking; only those of `who` when it is given and was asked at all.
+    [[nodiscard]] std::string print(std::string_view who = {}) const;
+
+private:
+    Asking pending_;  ///< asked and not yet answered
+    std::vector<Asking> askings_;
+    std::unordered_map<const BT::TreeNode*, std::size_t> last_of_node_;
+};
+
+}  // namespace vemra::test
