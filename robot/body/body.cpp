@@ -49,10 +49,10 @@ Body::Body(const World& world, const PoseMm& at, Chance chance, const BodyConfig
     recordTrack(true);
 }
 
-void Body::driveArc(double forward_mm_s, double turn_deg_s)
+void Body::driveArc(double forward_mm_s, double turn_deg_s, const void* driver)
 {
     const double rim = radians({turn_deg_s}) * config_.track_mm / 2;
-    drive({forward_mm_s - rim, forward_mm_s + rim});
+    drive({forward_mm_s - rim, forward_mm_s + rim}, driver);
 }
 
 void Body::step(double seconds)

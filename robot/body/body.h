@@ -34,6 +34,7 @@ struct WheelDrop
     bool right = false;
     [[nodiscard]] bool any() const { return left || right; }
     [[nodiscard]] bool both() const { return left && right; }
+    bool operator==(const WheelDrop&) const = default;
 };
 
 struct BodyConfig
@@ -57,10 +58,20 @@ public:
 
     // --- commands: the wheels keep a speed until the next one
 
-    void drive(WheelSpeeds speeds) { commanded_ = speeds; }
-    void stop() { commanded_ = {}; }
+    void drive(WheelSpeeds speeds, const void* driver = nullptr)
+    {
+        commanded_ = speeds;
+        driver_ = driver;
+    }
     /// Forward speed in mm/s and turn to the left in degrees/s.
-    void driveArc(double forward_mm_s, double turn_deg_s);
+    void driveArc(double forward_mm_s, double turn_deg_s, const void* driver = nullptr);
+    void stop() { drive({}); }
+    /// A driver lets go: the wheels stop, unless another took them over meanwhile.
+    void release(const void* driver)
+    {
+        if (driver_ == driver)
+            stop();
+    }
     [[nodiscard]] WheelSpeeds commanded() const { return commanded_; }
 
     /// Time goes on; a frame is 0.02 s.
@@ -151,6 +162,7 @@ private:
     PoseMm pose_;
     PoseMm odometry_;
     WheelSpeeds commanded_;
+    const void* driver_ = nullptr;
     WheelSpeeds wheels_;
     std::uint64_t steps_ = 0;
 
