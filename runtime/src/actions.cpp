@@ -118,6 +118,7 @@ void StackBlackboardNode::halt()
     if (kept_of_ != nullptr)
         kept_of_->assign(kept_);
     kept_of_ = nullptr;
+    setStatus(NodeStatus::IDLE);
 }
 
 NodeStatus StringMatchNode::tick()

@@ -146,6 +146,8 @@ std::unique_ptr<TreeNode> BehaviorTreeFactory::instantiateTreeNode(
     if (found == builders_.end())
         throw BehaviorTreeException("no node type '" + ID + "' is registered (node '" + name + "')");
     std::unique_ptr<TreeNode> node = found->second(name, parameters);
+    if (node == nullptr)
+        throw BehaviorTreeException("the builder of '" + ID + "' made no node (node '" + name + "')");
     if (!parameters.empty() && node->ports().empty())
         node->setParameters(parameters);
     node->setRegistrationName(ID);

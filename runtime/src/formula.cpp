@@ -386,6 +386,12 @@ std::optional<Scalar> Formula::evaluate() const
     return stack[0].scalar;
 }
 
+bool Formula::complete() const
+{
+    return std::none_of(pieces_.begin(), pieces_.end(),
+                        [](const Piece& piece) { return piece.slot != nullptr && piece.slot->empty(); });
+}
+
 void Formula::appendReplaced(std::string& out) const
 {
     for (const Piece& piece : pieces_) {

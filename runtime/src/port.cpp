@@ -70,7 +70,7 @@ bool Port::toIntegerOtherwise(std::int64_t& out) const
             break;
     }
     std::string text;
-    return toText(text) && textTo(text, &Any::toInteger, out);
+    return formula_->complete() && toText(text) && textTo(text, &Any::toInteger, out);
 }
 
 bool Port::toReal(double& out) const
@@ -90,7 +90,7 @@ bool Port::toReal(double& out) const
             break;
     }
     std::string text;
-    return toText(text) && parseReal(text, out);
+    return formula_->complete() && toText(text) && parseReal(text, out);
 }
 
 bool Port::toBoolean(bool& out) const
@@ -110,7 +110,7 @@ bool Port::toBoolean(bool& out) const
             break;
     }
     std::string text;
-    return toText(text) && textTo(text, &Any::toBoolean, out);
+    return formula_->complete() && toText(text) && textTo(text, &Any::toBoolean, out);
 }
 
 bool Port::toText(std::string& out) const

@@ -1,9 +1,24 @@
 #include "tree_registry.h"
 
+#include <algorithm>
+
 #include "behaviortree_cpp/decorators/subtree_condition_node.h"
 #include "ports_macro.h"
 
 namespace BT {
+
+namespace {
+
+/// Whether a node of the tree keeps its place over a failure, and so into the next entry.
+bool keepsPlaces(const Tree& tree)
+{
+    return std::any_of(tree.nodes.begin(), tree.nodes.end(), [](const TreeNode::Ptr& node) {
+        const Port* reset = node->findPort("reset_on_failure");
+        return reset != nullptr && reset->raw() != "true";
+    });
+}
+
+}  // namespace
 
 void TreeRegistry::add(const std::string& name, const TreeBuilder& builder)
 {
@@ -16,6 +31,8 @@ void TreeRegistry::add(const std::string& name, const TreeBuilder& builder)
         entries_.push_back({std::make_shared<const std::string>(name), builder, {}});
     else {
         entries_[at->second].builder = builder;
+        for (const auto& [owner, pool] : entries_[at->second].pools)
+            pool->retire();
         entries_[at->second].pools.clear();
     }
 }
@@ -99,22 +116,26 @@ bool SubtreeConditionNode::enter()
         return false;
     std::string scratch;
     std::string_view text;
-    if (pool_ == nullptr || path->form() != PortForm::Literal)
+    if (pool_ == nullptr || pool_->isRetired() || path->form() != PortForm::Literal)
         pool_ = path->view(text, scratch) ? trees->pool(treeNameOfPath(text), blackboard()) : nullptr;
     if (pool_ == nullptr)
         return false;
     entered_ = pool_->take();
-    if (entered_ == nullptr && path->view(text, scratch))
+    if (entered_ == nullptr && path->view(text, scratch)) {
         entered_ = trees->make(treeNameOfPath(text), blackboard());
-    return entered_ != nullptr && entered_->root_node != nullptr;
+        if (entered_ != nullptr && entered_->root_node == nullptr)
+            entered_.reset();
+        if (entered_ != nullptr)
+            pool_->setReusable(!keepsPlaces(*entered_));
+    }
+    return entered_ != nullptr;
 }
 
 void SubtreeConditionNode::leave()
 {
     if (entered_ == nullptr)
         return;
-    if (entered_->root_node != nullptr)
-        haltNode(*entered_->root_node);
+    haltNode(*entered_->root_node);
     pool_->giveBack(std::move(entered_));
 }
 

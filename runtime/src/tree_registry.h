@@ -22,11 +22,27 @@ public:
         waiting_.pop_back();
         return tree;
     }
-    void giveBack(std::unique_ptr<Tree> tree) { waiting_.push_back(std::move(tree)); }
+    void giveBack(std::unique_ptr<Tree> tree)
+    {
+        if (reusable_ && !retired_)
+            waiting_.push_back(std::move(tree));
+    }
     void clear() { waiting_.clear(); }
+
+    /// Whether a tree that has ended is as good as a new one.
+    void setReusable(bool reusable) { reusable_ = reusable; }
+    /// The name has got another builder: nothing waits here any more.
+    void retire()
+    {
+        retired_ = true;
+        clear();
+    }
+    [[nodiscard]] bool isRetired() const { return retired_; }
 
 private:
     std::vector<std::unique_ptr<Tree>> waiting_;
+    bool reusable_ = true;
+    bool retired_ = false;
 };
 
 /// The named trees of a factory. Nodes that enter trees hold it weakly, as pools own such nodes.

@@ -53,7 +53,8 @@ protected:
 /// An action whose tick() runs on a thread of its own while the node is RUNNING. Its ports read as they
 /// were when the action started; the blackboard is not to be touched from tick(). A halt() of its own
 /// makes tick() come to an end soon and then calls stopAndJoin(). What tick() throws comes out of the
-/// tick on which the end is seen.
+/// tick on which the end is seen. Halt the tree before it goes: a derived class is gone by the time that
+/// the destructor of this one waits for the thread.
 class AsyncActionNode : public ActionNodeBase
 {
 public:
@@ -63,7 +64,11 @@ public:
     NodeStatus executeTick() final;
     /// True once a halt was asked for; long work in tick() looks at it.
     [[nodiscard]] bool isHaltRequested() const { return halt_requested_.load(std::memory_order_acquire); }
-    void halt() override { stopAndJoin(); }
+    void halt() override
+    {
+        stopAndJoin();
+        setStatus(NodeStatus::IDLE);
+    }
 
 protected:
     /// Asks tick() to stop and waits for it.

@@ -14,11 +14,12 @@
 ///     unary  := ("-" | "+" | "!") unary | number | "${" key "}" | "(" or ")"
 ///
 /// and else a text in which each reference is replaced by the text of its value (nothing, if the key is
-/// not there). Numbers stay integers where both sides are: 7/2 is 3, cut towards zero; a sum or product
-/// that leaves the range of int64 goes on as a real number. A text value counts as the number it reads as;
-/// "true" and "false" count as truth values. "==" and "!=" compare texts where a side is no number.
-/// A formula has no value when one of its keys is not there, an operand is no number where one is needed,
-/// or a divisor is zero; read as text it then falls back on replacement.
+/// not there; such a text with a hole never reads as a number or truth value). Numbers stay integers where
+/// both sides are: 7/2 is 3, cut towards zero; a sum or product that leaves the range of int64 goes on as a
+/// real number. A text value counts as the number it reads as; "true" and "false" count as truth values. "=="
+/// and "!=" compare texts where a side is no number. A formula has no value when one of its keys is not
+/// there, an operand is no number where one is needed, or a divisor is zero; read as text it then falls back
+/// on replacement.
 
 #include <cstddef>
 #include <cstdint>
@@ -72,6 +73,8 @@ public:
     /// True when the text follows the grammar, so that evaluate() may give a value.
     [[nodiscard]] bool computes() const { return !steps_.empty(); }
     [[nodiscard]] std::optional<Scalar> evaluate() const;
+    /// Whether all keys referred to are there.
+    [[nodiscard]] bool complete() const;
     /// Appends the text with each reference replaced.
     void appendReplaced(std::string& out) const;
 

@@ -13,7 +13,11 @@ public:
     using ActionNodeBase::ActionNodeBase;
     static const NodeParameters& requiredNodeParameters();
 
-    void halt() override { on_ = false; }
+    void halt() override
+    {
+        on_ = false;
+        setStatus(NodeStatus::IDLE);
+    }
 
 protected:
     NodeStatus tick() override;
@@ -29,7 +33,7 @@ class ForceRunningNode : public ActionNodeBase
 public:
     using ActionNodeBase::ActionNodeBase;
 
-    void halt() override {}
+    void halt() override { setStatus(NodeStatus::IDLE); }
 
 protected:
     NodeStatus tick() override { return NodeStatus::RUNNING; }

@@ -10,8 +10,8 @@ class TreePool;
 /// "reuse/Escape.xml", "tidemark_pro/Escape.xml" are all `Escape`) on the same blackboard. Its result is
 /// that tree's; a halt halts it. The tree is made, or taken from those that wait, when the node is first
 /// ticked, and goes back when it ends or is halted. `expand_in_logger` is for viewers; only "true" counts
-/// as true. FAILURE when no tree of that name is registered. What a builder throws comes out of the tick:
-/// a tree that cannot be built is a fault of the program.
+/// as true. FAILURE when no tree of that name is registered or it has no nodes. What a builder throws comes
+/// out of the tick: a tree that cannot be built is a fault of the program.
 class SubtreeConditionNode : public LeafNode
 {
 public:

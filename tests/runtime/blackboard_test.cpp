@@ -1,0 +1,212 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "runtime/scripted_tree.h"
+
+namespace vemra::test {
+namespace {
+
+struct Pose
+{
+    int x = 0;
+    int y = 0;
+    bool operator==(const Pose&) const = default;
+};
+
+TEST(Blackboard, KeepsValuesOfAllTypesAndLetsThemChange)
+{
+    const auto board = BT::Blackboard::create<BT::BlackboardLocal>();
+    board->set("k", 5);
+    EXPECT_EQ(board->get<double>("k"), 5.0);
+    board->set("k", 2.75F);
+    EXPECT_EQ(board->get<int>("k"), 2);
+    EXPECT_EQ(board->get<std::string>("k"), "2.75");
+    board->set("k", true);
+    EXPECT_EQ(board->get<std::string>("k"), "true");
+    board->set("k", Pose{3, 4});
+    EXPECT_EQ(board->get<Pose>("k"), (Pose{3, 4}));
+    Pose pose;
+    int number = 0;
+    EXPECT_FALSE(board->get("k", number));
+    board->set("k", std::string("text"));
+    EXPECT_FALSE(board->get("k", pose));
+    EXPECT_THROW((void)board->get<int>("k"), std::runtime_error);
+    EXPECT_THROW((void)board->get<int>("none"), std::runtime_error);
+}
+
+TEST(Blackboard, AKeyExistsFromItsFirstWriteToItsErasure)
+{
+    const auto board = BT::Blackboard::create<BT::BlackboardLocal>();
+    const BT::Any& slot = board->slot("flag");  // looked up, not written
+    EXPECT_FALSE(board->contains("flag"));
+    EXPECT_FALSE(board->erase("flag"));
+    board->set("flag", "");
+    EXPECT_TRUE(board->contains("flag"));
+    EXPECT_THAT(board->keys(), testing::ElementsAre("flag"));
+    EXPECT_TRUE(board->erase("flag"));
+    EXPECT_EQ(board->getAny("flag"), nullptr);
+    for (int i = 0; i < 1000; ++i)
+        board->set("other_" + std::to_string(i), i);
+    EXPECT_EQ(&board->slot("flag"), &slot);
+}
+
+class BuiltInLeaves : public testing::Test
+{
+protected:
+    /// A fresh node of that kind, ticked once.
+    char run(const std::string& id, const BT::NodeParameters& ports)
+    {
+        t.plant(leaf(id, ports));
+        return t.tick().front();
+    }
+    [[nodiscard]] std::string text(const std::string& key) const
+    {
+        std::string value = "(none)";
+        board->get(key, value);
+        return value;
+    }
+
+    ScriptedTree t;
+    BT::Blackboard::Ptr board = t.blackboard;
+};
+
+TEST_F(BuiltInLeaves, SetCopyAndErase)
+{
+    EXPECT_EQ(run("SetBlackboard", {{"key", "flag"}, {"value", ""}}), 'S');
+    EXPECT_EQ(run("BlackboardContains", {{"key", "flag"}}), 'S');
+    EXPECT_EQ(run("EraseBlackboard", {{"key", "flag"}}), 'S');
+    EXPECT_EQ(run("BlackboardContains", {{"key", "flag"}}), 'F');
+    EXPECT_EQ(run("EraseBlackboard", {{"key", "flag"}}), 'S');
+
+    board->set("pose", Pose{1, 2});
+    EXPECT_EQ(run("SetBlackboard", {{"key", "same"}, {"value", "${pose}"}}), 'S');
+    EXPECT_EQ(board->get<Pose>("same"), (Pose{1, 2}));
+    EXPECT_EQ(run("BlackboardCopy", {{"source", "pose"}, {"target", "copy"}}), 'S');
+    EXPECT_EQ(board->get<Pose>("copy"), (Pose{1, 2}));
+    EXPECT_EQ(run("SetBlackboard", {{"key", "message"}, {"value", "n=${n}"}}), 'S');
+    EXPECT_EQ(text("message"), "n=");
+    EXPECT_EQ(run("SetBlackboard", {{"key", "copy"}, {"value", "${none}"}}), 'F');
+    EXPECT_EQ(board->get<Pose>("copy"), (Pose{1, 2}));
+}
+
+TEST_F(BuiltInLeaves, SetWithTypeWritesAllOrNothing)
+{
+    const auto set = [this](const char* type, const char* value) {
+        return run("SetBlackboardWithType", {{"key", "k"}, {"type", type}, {"value", value}});
+    };
+    EXPECT_EQ(set("int", "3"), 'S');
+    EXPECT_EQ(board->getAny("k")->kind(), BT::Any::Kind::Integer);
+    EXPECT_EQ(set("float", "${k}/2 + 1"), 'S');
+    EXPECT_EQ(board->getAny("k")->kind(), BT::Any::Kind::Real);
+    EXPECT_EQ(text("k"), "2");
+    EXPECT_EQ(set("bool", "false"), 'S');
+    EXPECT_EQ(board->getAny("k")->kind(), BT::Any::Kind::Boolean);
+    for (const auto& [type, value] :
+         {std::pair{"int", "x"}, {"float", "${none}"}, {"bool", "maybe"}, {"pose", "1"}, {"int", ""}})
+        EXPECT_EQ(set(type, value), 'F') << type << ' ' << value;
+    EXPECT_EQ(text("k"), "false");
+}
+
+TEST_F(BuiltInLeaves, Compare)
+{
+    board->set("n", 5);
+    board->set("state", "init");
+    const struct
+    {
+        const char* id;
+        BT::NodeParameters ports;
+        char result;
+    } cases[] = {
+        {"StringMatch", {{"string_a", "${state}"}, {"string_b", "init"}}, 'S'},
+        {"StringMatch", {{"string_a", "${n}"}, {"string_b", "5"}}, 'S'},
+        {"StringMatch", {{"string_a", "${none}"}, {"string_b", ""}}, 'F'},
+        {"StringMatch", {{"string_a", "x"}}, 'F'},
+        {"BoolMatch", {{"bool_a", "${n} > 4"}, {"bool_b", "true"}}, 'S'},
+        {"BoolMatch", {{"bool_a", "false"}, {"bool_b", "false"}}, 'S'},
+        {"BoolMatch", {{"bool_a", "last_back_out_of_field"}, {"bool_b", "true"}}, 'F'},
+        {"BoolMatch", {{"bool_a", "${none} == 1"}, {"bool_b", "false"}}, 'F'},
+        {"IsAGreaterThanBInt", {{"A", "${n}"}, {"B", "4"}}, 'S'},
+        {"IsAGreaterThanBInt", {{"A", "${n}"}, {"B", "5"}}, 'F'},
+        {"IsAGreaterThanBFloat", {{"A", "${n} + 0.5 "}, {"B", "5.25"}}, 'S'},
+        {"IsAGreaterThanBFloat", {{"A", "${none}"}, {"B", "-1"}}, 'F'},
+    };
+    for (const auto& [id, ports, result] : cases)
+        EXPECT_EQ(run(id, ports), result) << id << testing::PrintToString(ports);
+}
+
+TEST_F(BuiltInLeaves, Calculate)
+{
+    board->set("n", 5);
+    EXPECT_EQ(run("IntAdd", {{"int_a", "${n}"}, {"int_b", "1"}, {"out_sum", "n"}}), 'S');
+    EXPECT_EQ(board->get<int>("n"), 6);
+    EXPECT_EQ(run("FloatAdd", {{"a", "90"}, {"b", "-${n}"}, {"out_sum", "f"}}), 'S');
+    EXPECT_EQ(board->get<double>("f"), 84.0);
+    EXPECT_EQ(run("FloatAdd", {{"a", "1"}, {"b", "${none}"}, {"out_sum", "f"}}), 'F');
+    EXPECT_EQ(run("IntAdd", {{"int_a", "1"}, {"int_b", "1"}, {"out_sum", ""}}), 'S');
+    EXPECT_EQ(run("IntAdd", {{"int_a", "9223372036854775807"}, {"int_b", "1"}, {"out_sum", "n"}}), 'F');
+    EXPECT_EQ(board->get<int>("n"), 6);
+    for (const auto& [angle, folded] :
+         {std::pair{"190", -170.0}, {"-180", -180.0}, {"180", -180.0}, {"725", 5.0}}) {
+        EXPECT_EQ(run("FloatModulus",
+                      {{"dividend", angle}, {"divisor", "360"}, {"bias", "-180"}, {"out_remainder", "f"}}),
+                  'S');
+        EXPECT_EQ(board->get<double>("f"), folded) << angle;
+    }
+    EXPECT_EQ(
+        run("FloatModulus", {{"dividend", "1"}, {"divisor", "0"}, {"bias", "0"}, {"out_remainder", "f"}}),
+        'F');
+}
+
+TEST_F(BuiltInLeaves, DelayCountsTicksAndForgetsThemOnAHalt)
+{
+    t.plant(leaf("Delay", {{"ticks", "2"}}));
+    EXPECT_EQ(t.ticks(4), "R, R, S, R");
+    EXPECT_EQ(t.halt(), "I");
+    EXPECT_EQ(t.ticks(3), "R, R, S");
+    EXPECT_EQ(run("Delay", {{"ticks", "0"}}), 'S');
+    EXPECT_EQ(run("Delay", {{"ticks", "soon"}}), 'F');
+    // In mid-sequence it takes effect once a run.
+    t.plant(node("Sequence", {leaf("Delay", {{"ticks", "1"}}), action("a", "R")}));
+    EXPECT_EQ(t.ticks(3), "R, R a, R a");
+}
+
+TEST_F(BuiltInLeaves, StackBlackboardPutsTheKeyBack)
+{
+    const auto scope = [this] {
+        t.plant(node("DoWhile",
+                     {leaf("StackBlackboard", {{"key", "k"}}),
+                      leaf("SetBlackboard", {{"key", "k"}, {"value", "inside"}}), action("body", "RS")}));
+    };
+    board->set("k", 12);
+    scope();
+    EXPECT_EQ(t.tick(), "R body");
+    EXPECT_EQ(text("k"), "inside");
+    EXPECT_EQ(t.tick(), "S body");
+    EXPECT_EQ(board->getAny("k")->kind(), BT::Any::Kind::Integer);
+    board->erase("k");
+    EXPECT_EQ(t.tick(), "R body");
+    EXPECT_EQ(t.halt(), "I body!");
+    EXPECT_FALSE(board->contains("k"));
+    EXPECT_EQ(run("StackBlackboard", {{"key", ""}}), 'F');
+}
+
+TEST_F(BuiltInLeaves, TimersCountFromTheirFirstTick)
+{
+    board->set("frames", "10");
+    t.plant(node("DoWhile",
+                 {leaf("ConditionTimerFrames", {{"frames_out_key", "frames"}, {"start_from", "${frames}"}}),
+                  leaf("ConditionTimerSecs", {{"secs_out_key", "secs"}, {"start_from", "0"}}),
+                  action("body", "RRS")}));
+    t.clock->now = 500;
+    t.tick();
+    t.clock->now = 2700;
+    t.ticks(2);
+    EXPECT_EQ(board->get<int>("frames"), 13);
+    EXPECT_EQ(board->get<int>("secs"), 2);
+    t.tick();  // a new run goes on from what the key holds
+    EXPECT_EQ(board->get<int>("frames"), 14);
+    EXPECT_EQ(board->get<int>("secs"), 0);
+}
+
+}  // namespace
+}  // namespace vemra::test

@@ -1,0 +1,174 @@
+#include <gtest/gtest.h>
+
+#include "runtime/scripted_tree.h"
+
+namespace vemra::test {
+namespace {
+
+TEST(ForceSuccessAndFailure, TurnTheEndAndLeaveTheChildsOwnStatus)
+{
+    ScriptedTree success(node("ForceSuccess", {action("a", "RFS")}));
+    EXPECT_EQ(success.tick(), "R a");
+    EXPECT_EQ(success.tick(), "S a");
+    EXPECT_EQ(success.at("a").status(), BT::NodeStatus::FAILURE);
+    EXPECT_EQ(success.tick(), "S a");
+    ScriptedTree failure(node("ForceFailure", {action("a", "RFS")}));
+    EXPECT_EQ(failure.tick(), "R a");
+    EXPECT_EQ(failure.tick(), "F a");
+    EXPECT_EQ(failure.tick(), "F a");
+    EXPECT_EQ(failure.at("a").status(), BT::NodeStatus::SUCCESS);
+    // IDLE is no end: the own status, RUNNING, stands.
+    EXPECT_EQ(ScriptedTree(node("ForceSuccess", {action("a", "I")})).tick(), "R a");
+    EXPECT_EQ(ScriptedTree(node("ForceFailure", {action("a", "I")})).tick(), "R a");
+}
+
+TEST(TransparentDecorators, PassTheChildsResult)
+{
+    for (const char* id : {"SubTree", "ActionDecorator"}) {
+        ScriptedTree t(node(id, {{"name", "x"}, {"display_name", "SubTree"}}, {action("a", "RSF")}));
+        EXPECT_EQ(t.ticks(3), "R a, S a, F a") << id;
+        EXPECT_EQ(t.tick(), "R a") << id;
+        EXPECT_EQ(t.halt(), "I a!") << id;
+    }
+    ScriptedTree inverter(node("Inverter", {action("a", "RSF")}));
+    EXPECT_EQ(inverter.ticks(3), "R a, F a, S a");
+}
+
+TEST(RetryUntilSuccesful, MakesOneAttemptATick)
+{
+    ScriptedTree three(node("RetryUntilSuccesful", {{"num_attempts", "3"}}, {action("a", "FRF")}));
+    EXPECT_EQ(three.ticks(4), "R a, R a, R a, F a");  // the fourth tick fails for the third time
+
+    ScriptedTree endless(node("RetryUntilSuccesful", {{"num_attempts", "-1"}}, {action("a", "FFFFFFFFFS")}));
+    for (int i = 0; i < 9; ++i)
+        ASSERT_EQ(endless.tick(), "R a");
+    EXPECT_EQ(endless.tick(), "S a");
+
+    ScriptedTree once(node("RetryUntilSuccesful", {{"num_attempts", "1"}}, {action("a", "RFS")}));
+    EXPECT_EQ(once.ticks(3), "R a, F a, S a");
+}
+
+TEST(Repeat, IsAWatchdogOverACondition)
+{
+    ScriptedTree t(node("Repeat", {{"num_cycles", "100"}}, {leaf("BlackboardContains", {{"key", "lock"}})}));
+    t.blackboard->set("lock", "");
+    for (int i = 0; i < 99; ++i)
+        ASSERT_EQ(t.tick(), "R");
+    t.blackboard->erase("lock");
+    EXPECT_EQ(t.tick(), "F");
+    t.blackboard->set("lock", "");
+    for (int i = 0; i < 99; ++i)
+        ASSERT_EQ(t.tick(), "R");
+    EXPECT_EQ(t.tick(), "S");
+
+    ScriptedTree endless(node("Repeat", {{"num_cycles", "-1"}}, {action("a", "SRSF")}));
+    EXPECT_EQ(endless.ticks(4), "R a, R a, R a, F a");
+}
+
+TEST(Loop, CountsEndsWhateverTheyAre)
+{
+    ScriptedTree t(node("Loop", {{"num_cycles", "3"}}, {action("a", "SFRS")}));
+    EXPECT_EQ(t.ticks(4), "R a, R a, R a, S a");
+    ScriptedTree endless(node("Loop", {{"num_cycles", "-1"}}, {action("a", "F")}));
+    for (int i = 0; i < 50; ++i)
+        ASSERT_EQ(endless.tick(), "R a");
+}
+
+TEST(Frameout, HaltsTheChildWhenItsTicksAreSpent)
+{
+    ScriptedTree t(node("Frameout", {{"frames", "${limit}"}}, {action("a", "RRRRRRRS")}));
+    t.blackboard->set("limit", 4);
+    for (int i = 0; i < 4; ++i)
+        ASSERT_EQ(t.tick(), "R a");
+    EXPECT_EQ(t.tick(), "F a!");
+    t.blackboard->set("limit", 9);  // read as the next run begins
+    for (int i = 0; i < 3; ++i)
+        ASSERT_EQ(t.tick(), "R a");
+    EXPECT_EQ(t.tick(), "S a");
+    t.blackboard->erase("limit");
+    EXPECT_EQ(t.tick(), "F");  // a motion must not start without its limit
+}
+
+TEST(Timeout, GoesByTheInjectedClock)
+{
+    ScriptedTree t(node("Timeout", {{"msec", "1000"}}, {action("a", "R")}));
+    t.clock->now = 5000;
+    EXPECT_EQ(t.tick(), "R a");
+    t.clock->now = 5999;
+    EXPECT_EQ(t.tick(), "R a");
+    t.clock->now = 6000;
+    EXPECT_EQ(t.tick(), "F a!");
+    EXPECT_EQ(t.tick(), "R a");  // a new run has its own second
+    t.clock->now = 6500;
+    EXPECT_EQ(t.halt(), "I a!");
+    t.clock->now = 7400;
+    EXPECT_EQ(t.tick(), "R a");
+    t.clock->now = 8399;
+    EXPECT_EQ(t.tick(), "R a");
+}
+
+TEST(CountingDecorators, ForgetTheirCountOnAHaltAndAtTheEnd)
+{
+    const struct
+    {
+        const char* id;
+        const char* port;
+        const char* script;
+        const char* end;
+    } cases[] = {{"RetryUntilSuccesful", "num_attempts", "F", "F a"},
+                 {"Repeat", "num_cycles", "S", "S a"},
+                 {"Loop", "num_cycles", "F", "S a"}};
+    for (const auto& [id, port, script, end] : cases) {
+        ScriptedTree t(node(id, {{port, "3"}}, {action("a", script)}));
+        t.tick();
+        t.tick();
+        EXPECT_EQ(t.halt(), "I") << id;
+        for (int run = 0; run < 2; ++run) {
+            EXPECT_EQ(t.tick(), "R a") << id;
+            EXPECT_EQ(t.tick(), "R a") << id;
+            EXPECT_EQ(t.tick(), end) << id;
+        }
+    }
+    ScriptedTree frames(node("Frameout", {{"frames", "2"}}, {action("a", "R")}));
+    frames.tick();
+    EXPECT_EQ(frames.halt(), "I a!");
+    EXPECT_EQ(frames.ticks(3), "R a, R a, F a!");
+}
+
+TEST(CountingDecorators, FailOnANumberThatCannotBeReadAndNeverThrow)
+{
+    for (const char* text : {"${none}", "many", "", "1${none}"})
+        for (const auto& [id, port] : {std::pair{"RetryUntilSuccesful", "num_attempts"},
+                                       {"Repeat", "num_cycles"},
+                                       {"Loop", "num_cycles"},
+                                       {"Frameout", "frames"},
+                                       {"Timeout", "msec"}})
+            EXPECT_EQ(ScriptedTree(node(id, {{port, text}}, {action("a", "S")})).tick(), "F")
+                << id << " '" << text << "'";
+}
+
+TEST(BBPrecondition, HaltsFromAboveWhenTheBreakFlagTurns)
+{
+    ScriptedTree t(node("BB_Precondition", {{"key", "break"}, {"expected", "false"}},
+                        {node("Loop", {{"num_cycles", "-1"}}, {action("a", "R")})}));
+    EXPECT_EQ(t.tick(), "F");  // no such key
+    t.blackboard->set("break", "false");
+    EXPECT_EQ(t.tick(), "R a");
+    t.blackboard->set("break", "true");
+    EXPECT_EQ(t.tick(), "F a!");
+    EXPECT_EQ(t.at("Loop").status(), BT::NodeStatus::IDLE);
+    t.blackboard->set("break", false);  // as a truth value it reads the same
+    EXPECT_EQ(t.tick(), "R a");
+}
+
+TEST(Decorators, FailWithoutAChild)
+{
+    for (const char* id : {"ForceSuccess", "Inverter", "Loop", "SubTree", "ActionDecorator", "Timeout"}) {
+        ScriptedTree t(leaf(id, {{"num_cycles", "1"}, {"msec", "5"}}));
+        EXPECT_EQ(t.tick(), "F") << id;
+        EXPECT_EQ(t.halt(), "I") << id;
+    }
+}
+
+}  // namespace
+}  // namespace vemra::test

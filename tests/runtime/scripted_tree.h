@@ -1,0 +1,227 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "behaviortree_cpp/bt_factory.h"
+
+namespace vemra::test {
+
+/// A tree in a few words. A leaf that is `action` or `condition` answers by its script, a letter a tick,
+/// again and again: R, S or F. Below a `SubtreeCondition` stands the tree that it enters.
+struct Sketch
+{
+    std::string id;
+    BT::NodeParameters ports;
+    std::vector<Sketch> children;
+    std::string name;
+
+    [[nodiscard]] std::string port(const std::string& key) const
+    {
+        const auto found = ports.find(key);
+        return found == ports.end() ? "" : found->second;
+    }
+};
+
+inline Sketch node(std::string id, std::vector<Sketch> children)
+{
+    return {id, {}, std::move(children), id};
+}
+inline Sketch node(std::string id, BT::NodeParameters ports, std::vector<Sketch> children)
+{
+    return {id, std::move(ports), std::move(children), id};
+}
+inline Sketch leaf(std::string id, BT::NodeParameters ports = {})
+{
+    return {id, std::move(ports), {}, id};
+}
+inline Sketch action(std::string name, std::string script)
+{
+    return {"ScriptedAction", {{"script", std::move(script)}}, {}, std::move(name)};
+}
+inline Sketch condition(std::string name, std::string script)
+{
+    return {"ScriptedCondition", {{"script", std::move(script)}}, {}, std::move(name)};
+}
+
+/// The scripts' places, kept by the name of the leaf, and what was asked of the leaves: "a" is a tick,
+/// "a!" a halt.
+struct Script
+{
+    std::map<std::string, std::size_t> places;
+    std::vector<std::string> asked;
+
+    BT::NodeStatus next(const std::string& name, const std::string& letters)
+    {
+        asked.push_back(name);
+        switch (letters[places[name]++ % letters.size()]) {
+            case 'R':
+                return BT::NodeStatus::RUNNING;
+            case 'S':
+                return BT::NodeStatus::SUCCESS;
+            case 'F':
+                return BT::NodeStatus::FAILURE;
+            default:
+                return BT::NodeStatus::IDLE;
+        }
+    }
+
+    /// All asked since the last call, in one line.
+    std::string takeAsked()
+    {
+        std::string line;
+        for (const std::string& one : std::exchange(asked, {}))
+            line += (line.empty() ? "" : " ") + one;
+        return line;
+    }
+};
+
+template <class Base>
+class ScriptedLeaf : public Base
+{
+public:
+    ScriptedLeaf(const std::string& name, const BT::NodeParameters& ports, std::shared_ptr<Script> script)
+        : Base(name, ports), script_(std::move(script)), letters_(ports.at("script"))
+    {}
+
+    void halt() override
+    {
+        script_->asked.push_back(this->name() + "!");
+        this->setStatus(BT::NodeStatus::IDLE);
+    }
+
+protected:
+    BT::NodeStatus tick() override { return script_->next(this->name(), letters_); }
+
+private:
+    std::shared_ptr<Script> script_;
+    std::string letters_;
+};
+
+class ManualClock : public BT::Clock
+{
+public:
+    [[nodiscard]] std::int64_t milliseconds() const override { return now; }
+    std::int64_t now = 0;
+};
+
+inline char letterOf(BT::NodeStatus status)
+{
+    return std::string("IRSF")[static_cast<std::size_t>(status)];
+}
+
+/// A factory and a blackboard with a tree that was grown from a sketch.
+class ScriptedTree
+{
+public:
+    ScriptedTree()
+    {
+        blackboard->setClock(clock);
+        registerLeaf<BT::ActionNodeBase>("ScriptedAction");
+        registerLeaf<BT::ConditionNode>("ScriptedCondition");
+    }
+    explicit ScriptedTree(const Sketch& sketch) : ScriptedTree() { plant(sketch); }
+
+    void plant(const Sketch& sketch)
+    {
+        registerTrees(sketch);
+        tree = build(sketch);
+    }
+
+    /// Registers `sketch` as a tree of its own.
+    void registerTree(const std::string& name, const Sketch& sketch)
+    {
+        factory.registerTreeBuilder(
+            name, [this, sketch](const BT::BehaviorTreeFactory&, const BT::Blackboard::Ptr&) {
+                ++built[sketch.name];
+                return build(sketch);
+            });
+    }
+
+    /// Ticks the root; gives its result and what was asked of the leaves: "R a b!".
+    std::string tick()
+    {
+        const char result = letterOf(tree.root_node->executeTick());
+        return told(result);
+    }
+    /// As many ticks, in one line: "R a, F a".
+    std::string ticks(int count)
+    {
+        std::string line = tick();
+        for (int i = 1; i < count; ++i)
+            line += ", " + tick();
+        return line;
+    }
+    std::string halt()
+    {
+        BT::haltAllActions(tree.root_node);
+        return told(letterOf(tree.root_node->status()));
+    }
+
+    /// The first node of that name.
+    BT::TreeNode& at(const std::string& name)
+    {
+        for (const auto& one : tree.nodes)
+            if (one->name() == name)
+                return *one;
+        throw std::out_of_range(name);
+    }
+
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    std::shared_ptr<Script> script = std::make_shared<Script>();
+    BT::BehaviorTreeFactory factory;
+    BT::Blackboard::Ptr blackboard = BT::Blackboard::create<BT::BlackboardLocal>();
+    std::map<std::string, int> built;  ///< how often each registered tree was made, by its root's name
+    BT::Tree tree;
+
+private:
+    template <class Base>
+    void registerLeaf(const std::string& id)
+    {
+        factory.registerBuilder({BT::getType<Base>(), id, {}},
+                                [script = script](const std::string& name, const BT::NodeParameters& ports) {
+                                    return std::make_unique<ScriptedLeaf<Base>>(name, ports, script);
+                                });
+    }
+
+    std::string told(char result)
+    {
+        const std::string line = script->takeAsked();
+        return result + (line.empty() ? "" : " " + line);
+    }
+
+    void registerTrees(const Sketch& sketch)
+    {
+        if (sketch.id == "SubtreeCondition" && !sketch.children.empty())
+            registerTree(sketch.port("subtree_file_path"), sketch.children.front());
+        for (const Sketch& child : sketch.children)
+            registerTrees(child);
+    }
+
+    BT::Tree build(const Sketch& sketch)
+    {
+        BT::Tree grown;
+        grown.root_node = grow(sketch, grown);
+        return grown;
+    }
+
+    BT::TreeNode* grow(const Sketch& sketch, BT::Tree& into)
+    {
+        BT::TreeNode::Ptr made =
+            factory.instantiateTreeNode(sketch.id, sketch.name, sketch.ports, blackboard);
+        into.nodes.push_back(made);
+        if (sketch.id == "SubtreeCondition")
+            return made.get();
+        for (const Sketch& child : sketch.children)
+            if (auto* control = dynamic_cast<BT::ControlNode*>(made.get()))
+                control->addChild(grow(child, into));
+            else
+                dynamic_cast<BT::DecoratorNode&>(*made).setChild(grow(child, into));
+        return made.get();
+    }
+};
+
+}  // namespace vemra::test

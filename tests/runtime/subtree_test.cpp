@@ -1,0 +1,153 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "behaviortree_cpp/decorators/subtree_condition_node.h"
+#include "runtime/scripted_tree.h"
+
+namespace vemra::test {
+namespace {
+
+Sketch enter(const std::string& path, const std::string& expand = "false")
+{
+    Sketch sketch = leaf("SubtreeCondition", {{"subtree_file_path", path}, {"expand_in_logger", expand}});
+    sketch.name = path;
+    return sketch;
+}
+
+class Subtree : public testing::Test
+{
+protected:
+    void plantOver(const Sketch& sketch)
+    {
+        t.registerTree("Inner", action("a", "RS"));
+        t.plant(sketch);
+    }
+
+    ScriptedTree t;
+};
+
+TEST_F(Subtree, AllFormsOfAPathReachTheSameTree)
+{
+    t.registerTree("Escape", action("a", "S"));
+    t.plant(
+        node("Sequence", {enter("Escape"), enter("Escape.xml"), enter("reuse/Escape"),
+                          enter("reuse/Escape.xml"), enter("tidemark_pro/Escape.xml"), enter("${tree}")}));
+    t.blackboard->set("tree", "x/Escape.xml");
+    EXPECT_EQ(t.tick(), "S a a a a a a");
+    EXPECT_EQ(t.built["a"], 1);
+}
+
+TEST_F(Subtree, AnUnknownTreeIsAFailureAndNothingElse)
+{
+    t.registerTree("CrosslineSearch", action("a", "S"));
+    t.factory.registerTreeBuilder("Empty", [](const auto&, const auto&) { return BT::Tree{}; });
+    for (const char* path : {"reuse/CrossLineSearch", "", "/", ".xml", "${none}", "Empty"}) {
+        t.plant(node("ForceSuccess", {enter(path)}));
+        EXPECT_EQ(t.tick(), "S") << path;
+        EXPECT_EQ(t.at(path).status(), BT::NodeStatus::FAILURE) << path;
+        EXPECT_EQ(t.tick(), "S") << path;
+        EXPECT_EQ(t.halt(), "I") << path;
+    }
+}
+
+TEST_F(Subtree, IsMadeWhenFirstTickedAndGoesBackWhenItEndsOrIsHalted)
+{
+    plantOver(node("SequenceStar", {enter("Inner"), enter("Inner.xml")}));
+    EXPECT_EQ(t.built["a"], 0);
+    EXPECT_EQ(t.tick(), "R a");
+    EXPECT_EQ(t.tick(), "R a a");  // the second entry takes over what the first gave back
+    EXPECT_EQ(t.halt(), "I a!");
+    EXPECT_EQ(t.tick(), "R a a");
+    EXPECT_EQ(t.built["a"], 1);
+    EXPECT_EQ(t.tick(), "S a");
+}
+
+TEST_F(Subtree, RunningSideBySideEachEntryHasItsOwn)
+{
+    plantOver(node("ParallelNode", {{"threshold", "2"}}, {enter("Inner"), enter("Inner")}));
+    t.script->places["a"] = 0;
+    EXPECT_EQ(t.tick(), "R a a");
+    EXPECT_EQ(t.built["a"], 2);
+    t.halt();
+    t.factory.clearTreePools();
+    t.tick();
+    EXPECT_EQ(t.built["a"], 4);
+}
+
+TEST_F(Subtree, IsAGuardOfASequence)
+{
+    t.registerTree("Escape", action("check", "SF"));
+    t.plant(node("Sequence", {enter("Escape"), action("move", "R")}));
+    EXPECT_EQ(t.ticks(3), "R check move, F check move!, R check move");
+}
+
+TEST_F(Subtree, AnEntryBeginsAnewWhateverTheTreeKeeps)
+{
+    t.registerTree(
+        "Keeps", node("SequenceStar", {{"reset_on_failure", "false"}}, {action("a", "S"), action("b", "F")}));
+    t.plant(enter("Keeps"));
+    EXPECT_EQ(t.ticks(2), "F a b, F a b");
+}
+
+TEST_F(Subtree, ALaterBuilderOfANameTakesOver)
+{
+    plantOver(node("ForceSuccess", {enter("Inner")}));
+    EXPECT_EQ(t.tick(), "R a");
+    t.registerTree("Inner", action("b", "F"));
+    EXPECT_EQ(t.ticks(2), "S a, S b");  // what runs is run to its end
+    EXPECT_EQ(t.tick(), "S b");
+    EXPECT_EQ(t.built["b"], 1);
+}
+
+TEST_F(Subtree, WhatABuilderThrowsComesOutOfTheTick)
+{
+    t.registerTree("Broken", node("Sequence", {action("a", "S"), leaf("NoSuchLeaf")}));
+    t.plant(enter("Broken"));
+    EXPECT_THROW(t.tick(), BT::BehaviorTreeException);
+    EXPECT_EQ(t.halt(), "I");
+}
+
+TEST_F(Subtree, OnlyTrueExpandsInAViewer)
+{
+    for (const auto& [text, expands] :
+         {std::pair{"true", true}, {"false", false}, {"fales", false}, {"falsee", false}, {"", false}}) {
+        plantOver(enter("Inner", text));
+        EXPECT_EQ(dynamic_cast<BT::SubtreeConditionNode&>(*t.tree.root_node).expandInLogger(), expands)
+            << text;
+        EXPECT_EQ(t.tick().front(), 'R') << text;
+        t.halt();
+        t.script->places.clear();
+    }
+}
+
+TEST_F(Subtree, ANodeKnowsItsPlace)
+{
+    t.registerTree("Outer", node("SequenceStar", {action("x", "S"), enter("Inner")}));
+    t.registerTree("Inner", node("SubTree", {action("a", "R")}));
+    const BT::Tree outer = t.factory.createTree("Outer", t.blackboard);
+    EXPECT_EQ(outer.root_node->place().tree, "Outer");
+    EXPECT_EQ(outer.nodes[2]->place().index, 2u);
+    outer.root_node->executeTick();
+    const BT::Tree* inner = dynamic_cast<BT::SubtreeConditionNode&>(*outer.nodes[2]).entered();
+    ASSERT_NE(inner, nullptr);
+    EXPECT_EQ(inner->nodes[1]->place().tree, "Inner");
+    EXPECT_EQ(inner->nodes[1]->place().index, 1u);
+    outer.root_node->halt();
+}
+
+TEST(TreesByName, AreLookedUpLetterForLetter)
+{
+    ScriptedTree t;
+    t.registerTree("b", action("a", "S"));
+    t.registerTree("B", action("a", "S"));
+    EXPECT_THAT(t.factory.treeNames(), testing::ElementsAre("b", "B"));
+    EXPECT_TRUE(t.factory.hasTree("B"));
+    EXPECT_FALSE(t.factory.hasTree("c"));
+    EXPECT_THROW((void)t.factory.createTree("c", t.blackboard), BT::BehaviorTreeException);
+    EXPECT_THROW(t.factory.registerTreeBuilder("", [](const auto&, const auto&) { return BT::Tree{}; }),
+                 BT::BehaviorTreeException);
+    EXPECT_THROW(t.factory.registerTreeBuilder("d", nullptr), BT::BehaviorTreeException);
+}
+
+}  // namespace
+}  // namespace vemra::test
