@@ -5,9 +5,6 @@
 TREE(NaviOnePointProc)
 {
     return DoWhile(TemporarilyDisableSensor{.lock_status = "false", .sensor = "DockField"},
-                   Sequence(SubtreeCondition{"Escape.xml"},
-                            // Something was hit: back off first, then give the run up.
-                            FallbackStar(Inverter(CheckClifBump{.out_bump_dir = "bump_dir"}),
-                                         ForceFailure(SubtreeCondition{"Back2cm.xml"})),
-                            stop_for_cliff_sensors(), NaviOnePoint{.target_point = "${navi_target_point}"}));
+                   Sequence(SubtreeCondition{"Escape.xml"}, back_off_on_contact(), stop_for_cliff_sensors(),
+                            NaviOnePoint{.target_point = "${navi_target_point}"}));
 }

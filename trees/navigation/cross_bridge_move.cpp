@@ -18,7 +18,8 @@ struct PlainCrossing
 };
 
 // A trap on the bridge is counted, since a crossing on which the robot is trapped over and over must find an
-// end. The flag makes the robot rest before the next try.
+// end. The flag calls the rest before the next try, which is looked for in every frame: it cuts the pause
+// here short, and being erased at once, its own as well.
 Node count_trap()
 {
     return SequenceStar(
