@@ -55,8 +55,7 @@ Node ir_switch()
         "IR_Switch",
         SequenceStar(FallbackStar(in_any_mode({"ChargingMode", "SleepMode"}),
                                   ForceFailure(RobotIRSwitch{.Cliff_ON = "true", .Front_ON = "true"}),
-                                  IfThenElse(Sequence(switched_off(), DoesRobotGetCharger{}), AlwaysSuccess{},
-                                             AlwaysFailure{})),
+                                  IfThenElse(Sequence(switched_off()), AlwaysSuccess{}, AlwaysFailure{})),
                      RobotIRSwitch{.Cliff_ON = "false", .Front_ON = "false"}));
 }
 
