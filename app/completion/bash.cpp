@@ -56,7 +56,9 @@ _vemra() {
     COMPREPLY=()
     [[ $kind == FILE || $kind == DIR ]] && compopt -o filenames 2>/dev/null
     while IFS= read -r word; do
-        [[ -n $word && $word == "$current"* ]] && COMPREPLY+=("$word")
+        if [[ -n $word && $word == "$current"* ]]; then
+            COMPREPLY+=("$word")
+        fi
     done < <(_vemra_words "$kind" "$current")
 }
 

@@ -1,0 +1,116 @@
+#include <regex>
+
+#include "app_support.h"
+
+namespace vemra::test {
+namespace {
+
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+class BadInput : public testing::Test
+{
+protected:
+    BadInput() : folder_(fs::temp_directory_path() / ("vemra_app_" + std::to_string(::getpid())))
+    {
+        fs::create_directories(folder_);
+    }
+    ~BadInput() override { fs::remove_all(folder_); }
+
+    static void expectRefusal(const std::vector<std::string>& arguments, const std::string& message)
+    {
+        const ProgramResult result = runVemra(arguments);
+        EXPECT_EQ(result.exit_code, 2) << message;
+        EXPECT_EQ(result.out, "");
+        EXPECT_THAT(result.err, HasSubstr("vemra: "));
+        EXPECT_THAT(result.err, HasSubstr(message));
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(BadInput, UnknownNamesComeBackWithNearOnes)
+{
+    expectRefusal({"trees", "show", "Bakc2cm"}, "no tree 'Bakc2cm'; did you mean 'Back2cm'");
+    expectRefusal({"trees", "show", "robotnode"}, "did you mean 'RobotNode'?");
+    expectRefusal({"trees", "show", "qqqqqqqq"}, "no tree 'qqqqqqqq'\n");
+    expectRefusal({"trees", "export", "Escape", "Excape"}, "no tree 'Excape'; did you mean 'Escape'?");
+    expectRefusal({"leaves", "show", "Rotat"}, "no leaf 'Rotat'; did you mean 'Rotate'");
+    expectRefusal({"leaves", "list", "--family", "music"}, "no family 'music'; the families are: Blackboard");
+    expectRefusal({"tres"}, "'tres'; did you mean 'trees'?");
+    expectRefusal({"trees", "shwo", "Escape"}, "'shwo'; did you mean 'show'?\nSee vemra trees --help");
+    expectRefusal({"trees", "show", "Escape", "--expnad"}, "no option '--expnad'; did you mean '--expand'?");
+}
+
+TEST_F(BadInput, ValuesOutOfRangeAndMissingOnes)
+{
+    expectRefusal({}, "See vemra --help");
+    expectRefusal({"trees", "show"}, "tree is required");
+    expectRefusal({"trees", "show", "Escape", "--depth", "0"}, "--depth");
+    expectRefusal({"trees", "show", "Escape", "--depth", "two"}, "--depth");
+    expectRefusal({"trees", "show", "Escape", "--color", "red"}, "{auto,always,never}");
+    expectRefusal({"trees", "export", "--format", "yaml"}, "{json,xml,dot}");
+    expectRefusal({"trees", "list", "--names", "--json"}, "--names excludes --json");
+}
+
+TEST_F(BadInput, LibrariesThatAreNone)
+{
+    const std::string text = (folder_ / "text.so").string();
+    std::ofstream(text) << "no library";
+    expectRefusal({"trees", "list", "--plugin", (folder_ / "none.so").string()}, "none.so: no such file");
+    expectRefusal({"trees", "list", "--plugin", text}, "text.so: cannot be loaded");
+    expectRefusal({"trees", "list", "--plugin", std::string(VEMRA_LIB_DIR) + "/libbehaviortree_cpp.so"},
+                  "BT_RegisterNodesFromPlugin");
+    expectRefusal({"trees", "show", "UnknownLeaf", "--plugin", foreignTrees()}, "NobodyKnowsThis");
+}
+
+TEST_F(BadInput, NothingIsHalfWritten)
+{
+    const std::string kept = (folder_ / "kept.json").string();
+    std::ofstream(kept) << "as before";
+    expectRefusal({"trees", "export", "Escape", "Nope_", "--out", kept}, "no tree 'Nope_'");
+    expectRefusal({"trees", "export", "UnknownLeaf", "--plugin", foreignTrees(), "--out", kept},
+                  "NobodyKnowsThis");
+    expectRefusal({"trees", "export", "--out", (folder_ / "no" / "such.json").string()}, "cannot be written");
+    expectRefusal({"trees", "export", "--out", folder_.string()}, "cannot be written");
+    std::ifstream in(kept);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "as before");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
+
+    EXPECT_EQ(vemraOutput({"trees", "export", "--out", kept}), "");
+    EXPECT_GT(fs::file_size(kept), 1000U);
+}
+
+TEST_F(BadInput, FullOutputIsNoSuccess)
+{
+    const ProgramResult result =
+        runProgram({"sh", "-c", "\"$0\" trees export > /dev/full", std::string(VEMRA_BIN_DIR) + "/vemra"});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_THAT(result.err, HasSubstr("standard output"));
+}
+
+TEST(Help, EachCommandTellsItsOptions)
+{
+    const std::vector<std::pair<std::vector<std::string>, std::string>> commands{
+        {{}, "--version"},
+        {{"trees"}, "export"},
+        {{"trees", "list"}, "--names"},
+        {{"trees", "show"}, "--expand"},
+        {{"trees", "export"}, "--format"},
+        {{"leaves"}, "families"},
+        {{"leaves", "list"}, "--family"},
+        {{"leaves", "show"}, "leaf LEAF"},
+        {{"completion", "bash"}, "source <(vemra completion bash)"}};
+    for (auto [command, expected] : commands) {
+        command.emplace_back("--help");
+        EXPECT_THAT(vemraOutput(command), HasSubstr(expected));
+    }
+}
+
+TEST(Version, NamesTheCommit)
+{
+    EXPECT_TRUE(std::regex_match(vemraOutput({"--version"}), std::regex("commit-.+-[0-9]+-g[0-9a-f]{7,}\n")));
+}
+
+}  // namespace
+}  // namespace vemra::test
