@@ -27,9 +27,6 @@ public:
     SensorScope(const std::string& name, const BT::NodeParameters& ports, SensorSwitches& switches, bool on)
         : ActionNodeBase(name, ports), switches_(switches), on_(on)
     {}
-    ~SensorScope() override { switches_.close(this); }
-    SensorScope(const SensorScope&) = delete;
-    SensorScope& operator=(const SensorScope&) = delete;
 
     void halt() override { switches_.close(this); }
 

@@ -1,0 +1,132 @@
+#include "robot/services/escape_watch.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "robot/services/sensing_direction.h"
+
+namespace vemra::robot {
+namespace {
+
+// Frames after which a sign is a warning; 0: never by itself.
+constexpr std::array<int, kEscapeKinds> kPatience = {
+    60,   // an edge
+    25,   // a wheel hangs
+    100,  // a virtual wall
+    100,  // bumper
+    200,  // does not move at all
+    0,    // left wheel
+    0,    // right wheel
+    0,    // main brush
+    0,    // side brush
+    25,   // tilted
+    1,    // bumps again and again
+    1,    // drops again and again
+    75,   // turns
+    75,   // pushes
+    0,    // laser cap
+};
+
+constexpr double kTiltDeg = 6;
+/// Below this share of what the wheels do the robot gets nowhere.
+constexpr double kProgress = 0.25;
+constexpr double kPushingMm = 40;  // mm/s of the wheels
+constexpr double kTurningDeg = 15;
+constexpr double kStillMm = 5;
+constexpr double kStillDeg = 2;
+constexpr double kTrackMm = BodyConfig{}.track_mm;
+
+constexpr std::size_t kBumpTimes = 10;
+constexpr std::uint64_t kBumpMemory = 1000;
+constexpr std::size_t kDropTimes = 4;
+constexpr std::uint64_t kDropMemory = 1500;
+constexpr double kSamePlaceMm = 200;
+
+}  // namespace
+
+void EscapeWatch::count(EscapeKind kind, bool sign, bool while_driven)
+{
+    signs_[index(kind)] = sign;
+    int& frames = frames_[index(kind)];
+    if (!sign) {
+        frames = 0;
+    } else if (driven_ || !while_driven) {
+        ++frames;
+    }
+}
+
+void EscapeWatch::update(const Body& body, std::string_view contact)
+{
+    ++frame_;
+    driven_ = body.commanded() != WheelSpeeds{};
+    const bool bumped = body.bumper().any();
+    const bool dropped = body.wheelDrop().any();
+    // In the air everything looks like an edge.
+    count(EscapeKind::Cliff, body.cliffs().any() && !body.wheelDrop().both(), true);
+    count(EscapeKind::Drop, dropped, false);
+    count(EscapeKind::Virtual, contact == kVirtualBump, true);
+    count(EscapeKind::Bump, bumped, true);
+    count(EscapeKind::Gesture, body.tiltDeg() >= kTiltDeg, false);
+    countProgress(body);
+
+    const Onset here{frame_, body.odometry().at};
+    note(bumps_, bumped && !bumped_before_, here, kBumpMemory);
+    note(drops_, dropped && !dropped_before_, here, kDropMemory);
+    bumped_before_ = bumped;
+    dropped_before_ = dropped;
+    count(EscapeKind::BumpRepeat, repeats(bumps_, kBumpTimes), false);
+    count(EscapeKind::DropRepeat, repeats(drops_, kDropTimes), false);
+}
+
+void EscapeWatch::countProgress(const Body& body)
+{
+    const WheelSpeeds wheels = body.wheelSpeeds();
+    const double push = (wheels.left + wheels.right) / 2;
+    const double turn = degreesOfRadians((wheels.right - wheels.left) / kTrackMm).value;
+    const bool pushes = std::abs(push) >= kPushingMm;
+    const bool turns = std::abs(turn) >= kTurningDeg;
+    const bool in_air = body.wheelDrop().both();
+    count(EscapeKind::ForwardSuffocate,
+          pushes && !in_air && std::abs(body.flowSpeed()) < kProgress * std::abs(push), true);
+    count(EscapeKind::TurnSuffocate,
+          turns && !in_air && std::abs(body.turnRate()) < kProgress * std::abs(turn), true);
+
+    // An order to the other side takes the wheels through a standstill: that does not count as progress.
+    const bool still = std::abs(body.flowSpeed()) < kStillMm && std::abs(body.turnRate()) < kStillDeg;
+    const bool stands = !pushes && !turns;
+    const bool held = still && !in_air && (!stands || shows(EscapeKind::Immovable));
+    count(EscapeKind::Immovable, held, true);
+}
+
+void EscapeWatch::note(std::deque<Onset>& onsets, bool began, const Onset& onset, std::uint64_t memory_frames)
+{
+    while (!onsets.empty() && onset.frame - onsets.front().frame > memory_frames) {
+        onsets.pop_front();
+    }
+    if (began) {
+        onsets.push_back(onset);
+    }
+}
+
+bool EscapeWatch::repeats(const std::deque<Onset>& onsets, std::size_t times)
+{
+    return onsets.size() >= times &&
+           std::count_if(onsets.begin(), onsets.end(), [&onsets](const Onset& onset) {
+               return distance(onset.at, onsets.back().at) <= kSamePlaceMm;
+           }) >= static_cast<std::ptrdiff_t>(times);
+}
+
+bool EscapeWatch::warns(EscapeKind kind) const
+{
+    const int patience = kPatience[index(kind)];
+    return patience > 0 && frames_[index(kind)] >= patience;
+}
+
+void EscapeWatch::settle()
+{
+    frames_ = {};
+    bumps_.clear();
+    drops_.clear();
+}
+
+}  // namespace vemra::robot
