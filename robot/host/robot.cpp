@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "robot/clock.h"
-#include "robot/host/services.h"
 #include "robot/input_error.h"
 
 namespace vemra::robot {
@@ -56,6 +55,7 @@ Robot::Robot(RobotSetup setup)
       body_(world_, startPose(setup_), chance_.branch()),
       clock_(std::make_shared<FrameClock>(state_)),
       blackboard_(BT::Blackboard::create()),
+      knowledge_(body_),
       keys_{{"task_state", LogKind::TaskState, {}}, {"robot_status", LogKind::RobotStatus, {}}}
 {
     checkPlaces();
@@ -68,7 +68,8 @@ Robot::Robot(RobotSetup setup)
                                  nlohmann::ordered_json fields) {
         record(logKindOfText(kind).value_or(LogKind::Custom), text, std::move(fields));
     };
-    services_ = makeServices({*blackboard_, report, chance_, state_, body_}, setup_.scenario.start);
+    services_ =
+        makeServices({*blackboard_, report, chance_, state_, body_}, knowledge_, setup_.scenario.start);
     leaf::LeafHost host(factory_);
     host.use_runtime_builtin();
     for (const auto& service : services_)
@@ -145,13 +146,20 @@ void Robot::happen(const ScenarioEvent& event)
 
 void Robot::beginFrame()
 {
-    const Mode before = state_.modes.current();
-    if (state_.modes.update(blackboard_->contains("RobotModeSwitchLock"))) {
-        const Mode now = state_.modes.current();
-        record(LogKind::Mode, toText(now), {{"from", toText(before)}, {"to", toText(now)}});
-    }
+    state_.modes.update(blackboard_->contains("RobotModeSwitchLock"));
+    showMode();
     ++frames_in_mode_[toText(state_.modes.current())];
     state_.contacts.update(isDocked());
+    if (state_.laser_on)
+        knowledge_.map.update(state_.frame);
+}
+
+void Robot::showMode()
+{
+    const Mode now = state_.modes.current();
+    if (now != shown_mode_)
+        record(LogKind::Mode, toText(now), {{"from", toText(shown_mode_)}, {"to", toText(now)}});
+    shown_mode_ = now;
 }
 
 void Robot::showKeys()
@@ -178,6 +186,7 @@ void Robot::step()
     for (const auto& service : services_)
         service->update();
     tree_.root_node->executeTick();
+    showMode();
     showKeys();
     ++state_.frame;
 }

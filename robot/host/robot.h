@@ -11,9 +11,8 @@
 #include "behaviortree_cpp/bt_factory.h"
 #include "robot/body/body.h"
 #include "robot/events/event_log.h"
+#include "robot/host/services.h"
 #include "robot/scenario/scenario.h"
-#include "robot/services/robot_state.h"
-#include "robot/services/service.h"
 #include "robot/world/dock.h"
 #include "robot/world/world.h"
 
@@ -81,6 +80,7 @@ private:
     bool moveBody(const Happening& what);
     [[nodiscard]] bool isDocked() const;
     void beginFrame();
+    void showMode();
     void showKeys();
 
     RobotSetup setup_;
@@ -92,9 +92,11 @@ private:
     std::shared_ptr<FrameClock> clock_;
     BT::Blackboard::Ptr blackboard_;
     BT::BehaviorTreeFactory factory_;
+    Knowledge knowledge_;
     std::vector<std::unique_ptr<Service>> services_;
     BT::Tree tree_;
     std::size_t next_event_ = 0;
+    Mode shown_mode_ = Mode::None;
     std::vector<WatchedKey> keys_;
     std::map<std::string, std::uint64_t, std::less<>> defaults_met_;  ///< leaf without service: ticks
     std::map<std::string, std::uint64_t> frames_in_mode_;

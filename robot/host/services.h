@@ -3,13 +3,27 @@
 #include <memory>
 #include <vector>
 
+#include "robot/mapping/localisation.h"
+#include "robot/mapping/robot_map.h"
+#include "robot/services/sensor_switches.h"
 #include "robot/services/service.h"
 
 namespace vemra::robot {
 
+/// What the robot knows, as against what is.
+struct Knowledge
+{
+    explicit Knowledge(Body& body) : localisation(body), map(body, localisation) {}
+
+    Localisation localisation;
+    RobotMap map;
+    SensorSwitches switches;  ///< which of its senses count at present
+};
+
 /// All services of the simulated robot. A new one is made here and known nowhere else; their order has no
 /// meaning.
 [[nodiscard]] std::vector<std::unique_ptr<Service>> makeServices(const RobotParts& parts,
+                                                                 Knowledge& knowledge,
                                                                  const ScenarioStart& start);
 
 }  // namespace vemra::robot

@@ -47,7 +47,7 @@ void PowerService::update()
 // Each ten percent is worth a line.
 void PowerService::tell()
 {
-    const int whole = static_cast<int>(std::floor(percent()));
+    const int whole = static_cast<int>(std::lround(percent()));
     if (told_tenth_ == whole / 10)
         return;
     told_tenth_ = whole / 10;

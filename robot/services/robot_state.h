@@ -12,20 +12,24 @@ namespace vemra::robot {
 class ModeSwitch
 {
 public:
-    /// A later request takes the place of one that waits.
-    void request(Mode mode) { requested_ = mode; }
-    /// The beginning of a frame: a request comes into force, unless changes are locked. True when the mode is
-    /// another one now.
-    bool update(bool locked)
+    /// A later request takes the place of one that waits. The first of all is in force at once: there is no
+    /// mode to end.
+    void request(Mode mode)
+    {
+        requested_ = mode;
+        if (current_ == Mode::None)
+            update(false);
+    }
+    /// The beginning of a frame: a request comes into force, unless changes are locked.
+    void update(bool locked)
     {
         if (!requested_ || locked)
-            return false;
+            return;
         const Mode next = *std::exchange(requested_, std::nullopt);
         if (next == current_)
-            return false;
+            return;
         current_ = next;
         ++changes_;
-        return true;
     }
 
     [[nodiscard]] Mode current() const { return current_; }
@@ -70,6 +74,7 @@ struct RobotState
     DockContacts contacts;
     double battery_percent = 0;  ///< the power service's
     bool powered_off = false;    ///< the mode service's: the run is over
+    bool laser_on = true;        ///< the cleaning system's
 };
 
 }  // namespace vemra::robot
