@@ -169,7 +169,9 @@ Node manual_dust()
         Sequence(
             DoesRobotGetCharger{},
             SequenceStar(
-                present("APPDustHandle"), RetryUntilSuccesful("20", IsInfraredConnect{}),
+                present("APPDustHandle"),
+                FallbackStar(RetryUntilSuccesful("20", IsInfraredConnect{}),
+                             ForceFailure(erase("APPDustHandle"))),
                 SaySomething{"Start manul dust..."},
                 IntAdd{.int_a = "${handle_dust_numbers}", .int_b = "1", .out_sum = "handle_dust_numbers"},
                 trace("handle_dust_numbers is ${handle_dust_numbers}"), set_flag("Have_dust_task"),

@@ -52,15 +52,14 @@ Node sewage_work()
 
 Node restart_wash()
 {
-    return IfThenElse(
-        Sequence(key_is_true("err_recover_flag"), DoesRobotGetCharger{}, DoesWashStatus{"WASH_PAUSE"},
-                 IsStationNormal{}),
-        SequenceStar(SetWashStatus{"WASH_RUNNING"}, Delay{"50"}, SetWashStatus{"WASH_IDLE"},
-                     SweepStationContorl{"${station_water}"}, SetBlackboard{"robot_status", "clean_washing"},
-                     Delay{"50"}, SetWashStatus{"WASH_IDLE"}, StopWashHandle{},
-                     SetBlackboardWithType{.key = "mop_dirty", .type = "float", .value = "0"},
-                     erase("err_recover_flag"), wash_is_over()),
-        AlwaysFailure{});
+    return IfThenElse(Sequence(key_is_true("err_recover_flag"), DoesRobotGetCharger{}, IsStationNormal{}),
+                      SequenceStar(DoesWashStatus{"WASH_PAUSE"}, SetWashStatus{"WASH_RUNNING"}, Delay{"50"},
+                                   SetWashStatus{"WASH_IDLE"}, SweepStationContorl{"${station_water}"},
+                                   SetBlackboard{"robot_status", "clean_washing"}, Delay{"50"},
+                                   SetWashStatus{"WASH_IDLE"}, StopWashHandle{},
+                                   SetBlackboardWithType{.key = "mop_dirty", .type = "float", .value = "0"},
+                                   SetBlackboard{"err_recover_flag", "false"}, wash_is_over()),
+                      AlwaysFailure{});
 }
 
 }  // namespace
