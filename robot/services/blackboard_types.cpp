@@ -89,7 +89,7 @@ std::optional<PoseMm> poseOf(const BT::Any& value)
     return std::nullopt;
 }
 
-std::optional<BoxMm> rectOf(const BT::Any& value)
+std::optional<BoxMm> boxOf(const BT::Any& value)
 {
     return parsed<BoxMm>(value);
 }
@@ -106,10 +106,10 @@ std::optional<PoseMm> poseOf(const BT::TreeNode& node, std::string_view port)
     return value ? poseOf(*value) : std::nullopt;
 }
 
-std::optional<BoxMm> rectOf(const BT::TreeNode& node, std::string_view port)
+std::optional<BoxMm> boxOf(const BT::TreeNode& node, std::string_view port)
 {
     const auto value = valueOf(node, port);
-    return value ? rectOf(*value) : std::nullopt;
+    return value ? boxOf(*value) : std::nullopt;
 }
 
 std::optional<PointMm> pointOf(const BT::Blackboard& blackboard, std::string_view key)
@@ -124,10 +124,10 @@ std::optional<PoseMm> poseOf(const BT::Blackboard& blackboard, std::string_view 
     return value != nullptr ? poseOf(*value) : std::nullopt;
 }
 
-std::optional<BoxMm> rectOf(const BT::Blackboard& blackboard, std::string_view key)
+std::optional<BoxMm> boxOf(const BT::Blackboard& blackboard, std::string_view key)
 {
     const BT::Any* value = blackboard.getAny(key);
-    return value != nullptr ? rectOf(*value) : std::nullopt;
+    return value != nullptr ? boxOf(*value) : std::nullopt;
 }
 
 }  // namespace vemra::robot

@@ -25,17 +25,17 @@ std::ostream& operator<<(std::ostream& out, const BoxMm& rect);
 /// The place that a value means; a cell counts as its middle. Nothing when it is no place.
 std::optional<PointMm> pointOf(const BT::Any& value);
 std::optional<PoseMm> poseOf(const BT::Any& value);
-std::optional<BoxMm> rectOf(const BT::Any& value);
+std::optional<BoxMm> boxOf(const BT::Any& value);
 
 /// The same of a port, as it is now; nothing when there is no such port or the key it refers to is not there.
 std::optional<PointMm> pointOf(const BT::TreeNode& node, std::string_view port);
 std::optional<PoseMm> poseOf(const BT::TreeNode& node, std::string_view port);
-std::optional<BoxMm> rectOf(const BT::TreeNode& node, std::string_view port);
+std::optional<BoxMm> boxOf(const BT::TreeNode& node, std::string_view port);
 
 /// The same of a key of the blackboard.
 std::optional<PointMm> pointOf(const BT::Blackboard& blackboard, std::string_view key);
 std::optional<PoseMm> poseOf(const BT::Blackboard& blackboard, std::string_view key);
-std::optional<BoxMm> rectOf(const BT::Blackboard& blackboard, std::string_view key);
+std::optional<BoxMm> boxOf(const BT::Blackboard& blackboard, std::string_view key);
 
 }  // namespace vemra::robot
 

@@ -50,7 +50,7 @@ void MapService::install(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     for (const char* leaf :
-         {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc", "ResetMap",
+         {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc",
           "GenerateCleaningLog", "PresetBlackboard", "RestoreCaCt", "CleanInfoSave"})
         host.action(leaf, succeed);
     installSlam(host);
