@@ -22,11 +22,11 @@ constexpr double kHangingGrip = 0.3;
 constexpr std::uint64_t kScanEverySteps = 5;
 constexpr std::size_t kMostTouches = 8;
 
-double approach(double now, double target, double up, double down)
+// How long a wheel takes from one speed to another.
+double secondsTo(double now, double target, const BodyConfig& config)
 {
     const bool slower = std::abs(target) < std::abs(now) || target * now < 0;
-    const double limit = slower ? down : up;
-    return now + std::clamp(target - now, -limit, limit);
+    return std::abs(target - now) / (slower ? config.braking : config.acceleration);
 }
 
 PointMm around(const PoseMm& pose, double bearing_deg, double radius_mm)
@@ -102,10 +102,16 @@ void Body::step(double seconds)
 
 void Body::turnWheels(double seconds)
 {
-    const double up = config_.acceleration * seconds;
-    const double down = config_.braking * seconds;
-    wheels_.left = approach(wheels_.left, commanded_.left, up, down);
-    wheels_.right = approach(wheels_.right, commanded_.right, up, down);
+    // Both get there at the same time, so that an arc is one from its start.
+    const double needed = std::max(secondsTo(wheels_.left, commanded_.left, config_),
+                                   secondsTo(wheels_.right, commanded_.right, config_));
+    if (needed <= seconds) {
+        wheels_ = commanded_;
+        return;
+    }
+    const double share = seconds / needed;
+    wheels_.left += share * (commanded_.left - wheels_.left);
+    wheels_.right += share * (commanded_.right - wheels_.right);
 }
 
 void Body::moveOverFloor(double forward_mm, double turn_deg)

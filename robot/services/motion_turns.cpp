@@ -8,7 +8,7 @@ namespace {
 
 constexpr double kDefaultTurn = 60;  // degrees/s
 constexpr double kSlowestTurn = 6;   // degrees/s, at the end of a turn
-constexpr double kEaseOff = 250;     // degrees/s^2
+constexpr double kEaseOff = 150;     // degrees/s^2
 constexpr double kCloseEnough = 0.5;
 constexpr double kFullTurn = 360;
 
@@ -34,7 +34,7 @@ double TurnControl::rate(const Body& body) const
 {
     const double left = remaining(body);
     // As fast as it may be to stop in time.
-    const double fast = std::sqrt(2 * kEaseOff * std::abs(left)) / 2;
+    const double fast = std::sqrt(2 * kEaseOff * std::abs(left));
     return std::copysign(std::min(deg_s_, std::max(kSlowestTurn, fast)), left);
 }
 

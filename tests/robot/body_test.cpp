@@ -1,0 +1,225 @@
+#include "robot/body/body.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "robot/sketch.h"
+
+namespace vemra::robot {
+namespace {
+
+using testing::AllOf;
+using testing::Each;
+using testing::Ge;
+using testing::Le;
+
+constexpr double kFrame = 0.02;
+
+// 3 m by 3 m of free floor from 50 to 2950 mm.
+class InARoom : public testing::Test
+{
+protected:
+    World world{sketch(room(60, 60))};
+
+    Body bodyAt(double x, double y, double yaw) { return {world, {{x, y}, {yaw}}, Chance(3)}; }
+    static void run(Body& body, int frames)
+    {
+        for (int i = 0; i < frames; ++i) {
+            body.step(kFrame);
+        }
+    }
+};
+
+TEST_F(InARoom, WheelsGetUpToSpeedAndDriveStraightAndAround)
+{
+    Body body = bodyAt(500, 1500, 0);
+    body.drive({200, 200});
+    body.step(kFrame);
+    EXPECT_NEAR(body.wheelSpeeds().left, 20, 1e-9) << "1000 mm/s^2";
+    run(body, 99);
+    // 0.2 s to get up to speed cost half of 0.2 s * 200 mm/s.
+    EXPECT_NEAR(body.truePose().at.x, 500 + 2 * 200 - 20, 3);
+    EXPECT_NEAR(body.truePose().at.y, 1500, 1e-9);
+    body.stop();
+    run(body, 5);
+    EXPECT_EQ(body.wheelSpeeds(), WheelSpeeds{});
+
+    // The right wheel ahead: to the left, and on over whole turns.
+    body.driveArc(0, 90);
+    run(body, 500);
+    EXPECT_NEAR(body.truePose().yaw.value, 900, 15);
+    EXPECT_EQ(body.bumper(), Sides{});
+}
+
+TEST_F(InARoom, AWallStopsTheBodyAndPressesTheBumperWhereItIsMet)
+{
+    const struct
+    {
+        double yaw;
+        Sides pressed;
+    } cases[] = {{0, {.middle = true}},
+                 {20, {.middle = true, .right = true}},
+                 {50, {.right = true}},
+                 {-50, {.left = true}}};
+    for (const auto& [yaw, pressed] : cases) {
+        Body body = bodyAt(2600, 1500, yaw);
+        body.drive({200, 200});
+        run(body, 100);
+        EXPECT_NEAR(body.truePose().at.x, 2950 - kRobotRadiusMm, 0.1) << yaw;
+        EXPECT_EQ(body.bumper(), pressed) << yaw;
+        EXPECT_FALSE(body.rearContact());
+        if (std::abs(yaw) == 50) {
+            EXPECT_GT(std::abs(body.truePose().at.y - 1500), 150) << "slides along";
+        }
+        body.drive({-100, -100});
+        run(body, 10);
+        EXPECT_EQ(body.bumper(), Sides{}) << yaw;
+    }
+    Body body = bodyAt(300, 1500, 0);
+    body.drive({-100, -100});
+    run(body, 100);
+    EXPECT_NEAR(body.truePose().at.x, 50 + kRobotRadiusMm, 0.1);
+    EXPECT_TRUE(body.rearContact());
+    EXPECT_EQ(body.bumper(), Sides{}) << "there is none behind";
+}
+
+TEST_F(InARoom, NoDriveEverCutsIntoAWall)
+{
+    world.putDown({{1000, 1000}, {1200, 1100}});
+    world.putDown({{1450, 1900}, {1500, 1950}}, Height::Low);
+    Chance chance(11);
+    Body body = bodyAt(500, 500, 0);
+    for (int i = 0; i < 400; ++i) {
+        body.drive({-150 + 500 * chance.uniform(), -150 + 500 * chance.uniform()});
+        run(body, 25);
+        ASSERT_TRUE(world.solid().isDiscFree(body.truePose().at, kRobotRadiusMm - 0.1))
+            << body.truePose().at.x << ' ' << body.truePose().at.y;
+    }
+    EXPECT_GT(body.runMm(), 10000);
+}
+
+TEST_F(InARoom, DeadReckoningGoesWrongBySlipAndByBeingCarried)
+{
+    Body body = bodyAt(500, 1500, 0);
+    body.drive({200, 200});
+    run(body, 300);
+    const double good = std::abs(body.odometry().at.x - body.truePose().at.x);
+    EXPECT_LT(good, 0.015 * body.runMm()) << "on a good floor";
+
+    Body slips = bodyAt(500, 1500, 0);
+    slips.setSlip(0.5);
+    slips.drive({200, 200});
+    run(slips, 300);
+    EXPECT_NEAR(slips.flowSpeed(), 100, 1e-6);
+    EXPECT_NEAR(slips.odometry().at.x - 500, 2 * (slips.truePose().at.x - 500), 30);
+
+    body.stop();
+    run(body, 10);
+    const PoseMm before = body.odometry();
+    const PointMm stood = body.truePose().at;
+    EXPECT_FALSE(body.feltMovedWithin(2));
+    body.lift();
+    EXPECT_TRUE(body.wheelDrop().both());
+    body.drive({200, 200});
+    run(body, 50);
+    EXPECT_EQ(body.truePose().at, stood) << "wheels in the air move nothing";
+    body.stop();
+    body.setDown({{1000, 1000}, {270}});
+    EXPECT_NEAR(body.truePose().yaw.value, -90, 1e-9);
+    EXPECT_TRUE(body.feltMovedWithin(0.5));
+    EXPECT_FALSE(body.wheelDrop().any());
+    EXPECT_NE(body.odometry().at, before.at) << "the wheels turned";
+    EXPECT_GT(distance(body.odometry().at, body.truePose().at), 300);
+    run(body, 150);
+    EXPECT_FALSE(body.feltMovedWithin(2));
+}
+
+TEST_F(InARoom, EdgesOfTheFloorAreSeenBeforeAWheelHangs)
+{
+    world.addCliff({{1500, 0}, {3000, 3000}});
+    Body body = bodyAt(1200, 1500, 0);
+    body.drive({100, 100});
+    while (!body.cliffs().any()) {
+        body.step(kFrame);
+        ASSERT_LT(body.truePose().at.x, 1500);
+    }
+    EXPECT_EQ(body.cliffs(), (Sides{.middle = true})) << "head on, the two in front first";
+    EXPECT_FALSE(body.wheelDrop().any());
+
+    Body askew = bodyAt(1250, 1500, 60);
+    askew.drive({100, 100});
+    while (!askew.cliffs().any()) {
+        askew.step(kFrame);
+    }
+    EXPECT_TRUE(askew.cliffs().right && !askew.cliffs().left);
+    run(askew, 300);
+    EXPECT_TRUE(askew.wheelDrop().right) << "driven on, it hangs";
+}
+
+TEST_F(InARoom, WhatHoldsTheBodyLetsGoByTheWorkOfItsWheels)
+{
+    Body body = bodyAt(1500, 1500, 0);
+    body.holdFast(100);
+    body.drive({100, 100});
+    run(body, 40);
+    EXPECT_EQ(body.truePose().at.x, 1500);
+    EXPECT_EQ(body.flowSpeed(), 0);
+    run(body, 40);
+    EXPECT_GT(body.truePose().at.x, 1510);
+
+    body.jamBumper({.left = true}, 30);
+    EXPECT_EQ(body.bumper(), (Sides{.left = true}));
+    body.tilt(10, 60);
+    body.drive({-100, -100});
+    run(body, 25);
+    EXPECT_EQ(body.bumper(), Sides{});
+    EXPECT_EQ(body.tiltDeg(), 10);
+    run(body, 25);
+    EXPECT_EQ(body.tiltDeg(), 0);
+}
+
+TEST_F(InARoom, TheLaserMeasuresTheRoomWithNoiseAndMissesWhatIsLow)
+{
+    world.putDown({{2000, 1400}, {2100, 1600}});
+    const auto low = world.putDown({{1400, 2000}, {1600, 2100}}, Height::Low);
+    Body body = bodyAt(1500, 1500, 90);
+    const LaserScan scan = body.scan();
+    ASSERT_EQ(scan.ranges_mm.size(), 360U);
+    EXPECT_NEAR(*scan.ranges_mm[270], 500, 30) << "the thing on the right";
+    EXPECT_NEAR(*scan.ranges_mm[0], 1450, 30) << "the wall ahead, over the low thing";
+    EXPECT_NEAR(*scan.nearest({-90}, {10}), 500, 30);
+
+    double sum = 0;
+    double square = 0;
+    const int turns = 300;
+    for (int i = 0; i < turns; ++i) {
+        const double off = *body.scan().ranges_mm[180] - 1450;
+        sum += off / turns;
+        square += off * off / turns;
+    }
+    EXPECT_NEAR(sum, 0, 1.5);
+    EXPECT_NEAR(std::sqrt(square), 6, 1);
+
+    body.drive({200, 200});
+    run(body, 200);
+    EXPECT_NEAR(body.truePose().at.y, 2000 - kRobotRadiusMm, 0.1) << "the bumper does find it";
+    world.takeAway(low);
+    run(body, 50);
+    EXPECT_GT(body.truePose().at.y, 2000);
+}
+
+TEST_F(InARoom, TheSameSeedGivesTheSameRun)
+{
+    const auto drive = [this](std::uint64_t seed) {
+        Body body(world, {{500, 500}, {30}}, Chance(seed));
+        body.drive({180, 200});
+        run(body, 400);
+        return std::pair(body.odometry(), body.scan().ranges_mm);
+    };
+    EXPECT_EQ(drive(5), drive(5));
+    EXPECT_NE(drive(5), drive(6));
+}
+
+}  // namespace
+}  // namespace vemra::robot

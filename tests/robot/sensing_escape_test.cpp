@@ -1,0 +1,191 @@
+#include <gmock/gmock.h>
+
+#include "behaviortree_cpp/xml_parsing.h"
+#include "robot/body_rig.h"
+
+namespace vemra::robot {
+namespace {
+
+using BT::NodeStatus;
+
+// The trees of the plug-in on the body.
+class EscapeTrees : public testing::Test
+{
+protected:
+    BodyRig rig{room(60, 60), {{1500, 1500}, {0}}};
+
+    // A task as the modes have it: the escape first, then the motion behind its gate.
+    void enterTask(int speed)
+    {
+        const std::string text = std::to_string(speed);
+        rig.tree = BT::buildTreeFromText(rig.factory,
+                                         R"(<root><BehaviorTree ID="Task"><Sequence>
+              <ForceSuccess><SubtreeCondition subtree_file_path="EscapeCoat.xml"/></ForceSuccess>
+              <Sequence>
+                <SubtreeCondition subtree_file_path="Escape.xml"/>
+                <OpenCloseMove left_mm_s=")" +
+                                             text + R"(" right_mm_s=")" + text + R"("/>
+              </Sequence>
+            </Sequence></BehaviorTree></root>)",
+                                         rig.blackboard);
+    }
+
+    // Ticks the task over and over, as its mode would; how often it failed.
+    int failuresIn(int frames)
+    {
+        int failures = 0;
+        for (int i = 0; i < frames; ++i) {
+            failures += rig.frame() == NodeStatus::FAILURE ? 1 : 0;
+        }
+        return failures;
+    }
+
+    void pushAt(PoseMm at)
+    {
+        rig.body.carryTo(at);
+        rig.body.drive({150, 150});
+        rig.frames(50);
+        rig.body.stop();
+    }
+};
+
+TEST_F(EscapeTrees, Back2cmBacksOffWhatIsTouchedAndALittleMore)
+{
+    pushAt({{2700, 1500}, {50}});
+    ASSERT_TRUE(rig.body.bumper().any());
+    const PointMm from = rig.at();
+    rig.blackboard->set("bump_dir", "left");
+    rig.enter("Back2cm");
+    EXPECT_EQ(rig.run(100), NodeStatus::SUCCESS);
+    EXPECT_FALSE(rig.body.bumper().any());
+    rig.tree = {};
+    rig.frames(10);
+    EXPECT_GT(distance(rig.at(), from), 5);
+    EXPECT_LT(distance(rig.at(), from), 40);
+    EXPECT_EQ(rig.text("bump_dir"), "middle") << "left, and right while backing";
+    EXPECT_EQ(rig.body.wheelSpeeds(), WheelSpeeds{});
+
+    rig.enter("Back2cm");
+    const PointMm free = rig.at();
+    EXPECT_EQ(rig.run(100), NodeStatus::SUCCESS);
+    EXPECT_EQ(rig.at(), free) << "with nothing to back off from it stands";
+}
+
+TEST_F(EscapeTrees, BlindAdvanceDrivesItsLegOrBacksOff)
+{
+    rig.body.carryTo({{500, 1500}, {0}});
+    rig.enter("BlindAdvance");
+    EXPECT_EQ(rig.run(400), NodeStatus::SUCCESS);
+    EXPECT_NEAR(rig.at().x - 500, 600, 15);
+    EXPECT_EQ(rig.body.wheelSpeeds(), WheelSpeeds{});
+
+    rig.body.carryTo({{2600, 1500}, {0}});
+    rig.enter("BlindAdvance");
+    EXPECT_EQ(rig.run(400), NodeStatus::SUCCESS);
+    EXPECT_FALSE(rig.body.bumper().any());
+    EXPECT_NEAR(rig.at().x, 2950 - kRobotRadiusMm - 15, 15) << "at the wall, a step back";
+}
+
+TEST_F(EscapeTrees, AnEscapeHaltsTheDriveAndTheDriveStartsAnew)
+{
+    enterTask(150);
+    rig.frames(50);
+    const double before = rig.at().x;
+    rig.body.holdFast(500);
+    ASSERT_EQ(failuresIn(74), 0);
+    EXPECT_EQ(rig.body.commanded(), (WheelSpeeds{150, 150})) << "not yet";
+    EXPECT_EQ(failuresIn(10), 0);
+    EXPECT_TRUE(rig.happened("escape: pushes and gets nowhere"));
+    EXPECT_NE(rig.body.commanded(), (WheelSpeeds{150, 150}));
+    EXPECT_EQ(rig.text("trapped"), "true");
+    EXPECT_FALSE(rig.passes("NotTrapped"));
+
+    EXPECT_EQ(failuresIn(400), 1) << "the drive is told once";
+    EXPECT_TRUE(rig.happened("free: pushes"));
+    EXPECT_FALSE(rig.body.heldFast());
+    EXPECT_EQ(rig.text("trapped"), "false");
+    EXPECT_TRUE(rig.passes("NotTrapped"));
+    EXPECT_FALSE(rig.blackboard->contains("finish_escape"));
+    EXPECT_EQ(rig.body.commanded(), (WheelSpeeds{150, 150}));
+    EXPECT_GT(rig.at().x, before + 100);
+}
+
+TEST_F(EscapeTrees, EachKindOfTroubleHasAWayOut)
+{
+    for (const EscapeName& kind : kEscapes) {
+        SCOPED_TRACE(kind.word);
+        rig.log.clear();
+        rig.body.carryTo({{1500, 1500}, {0}});
+        rig.escape.raise(kind.kind);
+        rig.enter("EscapeCoat");
+        rig.frames(kind.kind == EscapeKind::Immovable ? 0 : 26);
+        if (kind.kind == EscapeKind::Immovable || kind.kind == EscapeKind::Bump) {
+            // Those are felt only by a robot that wants to move.
+            for (int i = 0; i < 201 && !rig.escape.warns(); ++i) {
+                rig.body.drive({50, 50});
+                rig.frame();
+            }
+        }
+        const NodeStatus status = rig.run(1500);
+        EXPECT_EQ(status, NodeStatus::FAILURE) << "an escape that ran to its end";
+        EXPECT_TRUE(rig.happened("free: "));
+        EXPECT_FALSE(rig.escape.warns());
+        EXPECT_EQ(rig.text("finish_escape"), "true");
+        EXPECT_EQ(rig.body.commanded(), WheelSpeeds{});
+        rig.blackboard->erase("finish_escape");
+        rig.blackboard->erase("origin_tick_cnt");
+    }
+}
+
+TEST_F(EscapeTrees, AnEscapeThatDoesNotWorkComesBackAndIsCutOffByAHalt)
+{
+    rig.escape.raise(EscapeKind::SideCurrent, 1000);
+    rig.enter("EscapeCoat");
+    EXPECT_EQ(rig.run(500), NodeStatus::SUCCESS) << "nobody is told of an escape that failed";
+    EXPECT_TRUE(rig.happened("still stuck: the side brush"));
+    EXPECT_FALSE(rig.blackboard->contains("finish_escape"));
+    EXPECT_TRUE(rig.escape.warns());
+    EXPECT_EQ(rig.text("trapped"), "true");
+
+    rig.frames(20);
+    EXPECT_LT(rig.body.commanded().left, 0);
+    BT::haltNode(*rig.tree.root_node);
+    EXPECT_EQ(rig.body.commanded(), WheelSpeeds{});
+    rig.escape.clear(EscapeKind::SideCurrent);
+    rig.enter("EscapeCoat");
+    EXPECT_EQ(rig.run(2), NodeStatus::SUCCESS);
+    EXPECT_EQ(rig.text("trapped"), "false");
+}
+
+TEST_F(EscapeTrees, ARobotAtAnEdgeComesBack)
+{
+    rig.world.addCliff({{1750, 0}, {3000, 3000}});
+    enterTask(60);
+    double furthest = 0;
+    for (int i = 0; i < 400 && !rig.happened("free: at an edge"); ++i) {
+        rig.frame();
+        furthest = std::max(furthest, rig.at().x);
+    }
+    ASSERT_TRUE(rig.happened("free: at an edge"));
+    EXPECT_FALSE(rig.body.cliffs().any());
+    EXPECT_GT(furthest, 1600);
+    EXPECT_LT(rig.at().x, 1600);
+    EXPECT_FALSE(rig.happened("a wheel hangs"));
+}
+
+TEST_F(EscapeTrees, ALiftedRobotWaitsToBeSetDown)
+{
+    enterTask(150);
+    rig.frames(50);
+    rig.body.lift();
+    rig.frames(200);
+    EXPECT_TRUE(rig.happened("escape: a wheel hangs"));
+    EXPECT_EQ(rig.body.commanded(), WheelSpeeds{}) << "wheels in the air stand";
+    rig.body.setDown({{800, 800}, {90}});
+    rig.frames(60);
+    EXPECT_TRUE(rig.happened("free: a wheel hangs"));
+    EXPECT_GT(rig.at().y, 850) << "and the task goes on from there";
+}
+
+}  // namespace
+}  // namespace vemra::robot
