@@ -38,7 +38,7 @@ VirtualWalls switchedOn(const VirtualWalls& walls, const SensorSwitches& switche
     if (switches.isOn("VirtualWall")) {
         on.lines = walls.lines;
     }
-    if (switches.isOn("VirtualWall") && switches.isOn("PolygonVirtualWall")) {
+    if (switches.isOn("PolygonVirtualWall")) {
         on.areas = walls.areas;
     }
     return on;
