@@ -60,7 +60,7 @@ Node station_cover()
 Node mop_mode_changed()
 {
     return SequenceStar(
-        RobotCleanModeChanged{}, key_is_any("changed_mop_mode", {"1", "2", "3", "5"}),
+        RobotCleanModeChanged{}, DoesTuobuInstall{}, key_is_any("changed_mop_mode", {"1", "2", "3", "5"}),
         key_is_any("task_state", {"cleaning", "zone_cleaning", "area_cleaning", "point_cleaning", "lowpower",
                                   "zone_lowpower", "area_lowpower", "point_lowpower"}),
         set_flag("need_back_mode_temp"), set_flag("need_back_mode_changed"));

@@ -11,12 +11,14 @@ namespace vemra::trees::robot_node {
 
 namespace {
 
-// What earlier washes and dryings have left behind.
+// What earlier washes and dryings have left behind, for the steps here and for the displays of app and
+// station.
 Node forget_earlier_washes()
 {
     return SequenceStar(erase("wash_handle"), erase("wash_dry_time_ticks"), erase("wash_dry_pause_falg"),
-                        erase("wash_dry_end"), erase("dry_procssing"), erase("station_err_sewage"),
-                        erase("mop_wash_end"));
+                        erase("wash_dry_end"), erase("dry_procssing"), erase("need_dry_flag"),
+                        erase("station_err_sewage"), erase("mop_wash_end"), erase("mop_task_done"),
+                        erase("wash_task_end"), erase("station_show_clean_complete"));
 }
 
 Node task_low_on_power()
@@ -63,20 +65,25 @@ Node ask_for_mop(const char* message)
                         erase("hand_wash_flag"), hand_back_button());
 }
 
+// A mop whose drying was broken off by the button is clean already.
 Node wash_and_dry()
 {
-    return SubTree("wash_and_dry", SequenceStar(music("106", "true"), wash_mop(), wash_is_over(), dry_mop()));
+    return SubTree(
+        "wash_and_dry",
+        SequenceStar(IfThenElseStar(present("need_dry_flag"), AlwaysSuccess{},
+                                    SequenceStar(music("106", "true"), wash_mop(), wash_is_over())),
+                     dry_mop()));
 }
 
 // A short push: a wash, after which an interrupted task goes on.
 Node short_push()
 {
-    return IfThenElse(
-        DoesTuobuInstall{},
-        SequenceStar(wash_rests(), IsStationNormal{}, music("106", "true"), wash_mop(), wash_is_over(),
-                     erase("hand_wash_flag"), hand_back_button(),
-                     IfThenElse(task_goes_on_after_wash(), wash_back_to_last_clean_mode(), AlwaysSuccess{})),
-        ask_for_mop("need put on mop shortpush..."));
+    return IfThenElse(DoesTuobuInstall{},
+                      SequenceStar(wash_rests(), IsStationNormal{}, music("106", "true"), wash_mop(),
+                                   wash_is_over(), erase("hand_wash_flag"), hand_back_button(),
+                                   IfThenElseStar(task_goes_on_after_wash(), wash_back_to_last_clean_mode(),
+                                                  AlwaysSuccess{})),
+                      ask_for_mop("need put on mop shortpush..."));
 }
 
 // A long push: a wash and a drying. A task that waits for its battery is over with it.
@@ -99,17 +106,17 @@ Node long_push()
 
 Node wash_mop()
 {
-    return SequenceStar(
-        forget_earlier_washes(), set_flag("handle_wash_task"), SetBlackboard{"StationNotNormal", "false"},
-        set_flag("not_change_mode"), SetBlackboard{"err_recover_flag", "true"},
+    return SequenceStar(forget_earlier_washes(), set_flag("handle_wash_task"),
+                        SetBlackboard{"StationNotNormal", "false"}, set_flag("not_change_mode"),
 
-        SetWashStatus{"WASH_RUNNING"}, Delay{"50"}, SetWashStatus{"WASH_IDLE"},
-        IfThenElse(present("mop_clean_task_end"), SweepStationContorl{"102"},
-                   SweepStationContorl{"${station_water}"}),
-        SetBlackboard{"robot_status", "clean_washing"}, StopWashHandle{},
+                        SetWashStatus{"WASH_RUNNING"}, Delay{"50"}, SetWashStatus{"WASH_IDLE"},
+                        IfThenElse(present("mop_clean_task_end"), SweepStationContorl{"102"},
+                                   SweepStationContorl{"${station_water}"}),
+                        SetBlackboard{"robot_status", "clean_washing"}, StopWashHandle{},
 
-        StationRobotLEDRecover{}, SetBlackboardWithType{.key = "mop_dirty", .type = "float", .value = "0"},
-        SetBlackboard{"err_recover_flag", "false"}, erase("not_change_mode"), set_flag("mop_wash_end"));
+                        StationRobotLEDRecover{},
+                        SetBlackboardWithType{.key = "mop_dirty", .type = "float", .value = "0"},
+                        erase("not_change_mode"), set_flag("mop_wash_end"));
 }
 
 Node run_dryer()
@@ -122,9 +129,12 @@ Node run_dryer()
 
 Node dry_mop()
 {
-    return SequenceStar(music("113", "true"), set_flag("uv_contrl"),
-                        SetBlackboard{"robot_status", "clean_drying"}, run_dryer(), erase("need_dry_flag"),
-                        set_flag("wash_dry_end"), SaySomething{"drying end..."});
+    return IfThenElseStar(
+        DoesTuobuInstall{},
+        SequenceStar(music("113", "true"), set_flag("uv_contrl"),
+                     SetBlackboard{"robot_status", "clean_drying"}, run_dryer(), erase("need_dry_flag"),
+                     set_flag("wash_dry_end"), SaySomething{"drying end..."}),
+        erase("need_dry_flag"));
 }
 
 Node wash_rests()
@@ -155,9 +165,9 @@ Node auto_wash()
                               SaySomething{"clean done wash..."}, SaySomething{"auto wash handle..."},
                               FallbackStar(task_goes_on_after_wash(), music("106", "true")), wash_mop(),
                               wash_is_over(), erase("mop_clean_task_end"),
-                              IfThenElse(task_goes_on_after_wash(), wash_back_to_last_clean_mode(),
-                                         SequenceStar(dry_mop(), set_flag("wash_task_end"),
-                                                      set_flag("station_show_clean_complete"))),
+                              IfThenElseStar(task_goes_on_after_wash(), wash_back_to_last_clean_mode(),
+                                             SequenceStar(dry_mop(), set_flag("wash_task_end"),
+                                                          set_flag("station_show_clean_complete"))),
                               SetBlackboard{"clean_task_end", "false"})));
 }
 

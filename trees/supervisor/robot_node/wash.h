@@ -13,7 +13,7 @@ Node wash_mop();
 /// Warm air for as long as a build option says.
 Node run_dryer();
 
-/// The drying that follows a wash: with light, music, and the ultraviolet lamp beside it.
+/// The drying that follows a wash, with music and the ultraviolet lamp; nothing if the cloth was taken off.
 Node dry_mop();
 
 /// The station is free for a wash.

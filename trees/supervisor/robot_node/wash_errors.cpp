@@ -52,7 +52,8 @@ Node sewage_work()
 
 Node restart_wash()
 {
-    return IfThenElse(Sequence(key_is_true("err_recover_flag"), DoesRobotGetCharger{}, IsStationNormal{}),
+    return IfThenElse(Sequence(key_is_true("err_recover_flag"), DoesRobotGetCharger{}, DoesTuobuInstall{},
+                               IsStationNormal{}),
                       SequenceStar(DoesWashStatus{"WASH_PAUSE"}, SetWashStatus{"WASH_RUNNING"}, Delay{"50"},
                                    SetWashStatus{"WASH_IDLE"}, SweepStationContorl{"${station_water}"},
                                    SetBlackboard{"robot_status", "clean_washing"}, Delay{"50"},
