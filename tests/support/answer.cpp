@@ -51,9 +51,9 @@ bool Answer::fits(const Moment& now) const
 
 NodeStatus Answer::give(const Moment& now) const
 {
-    if (!function_)
+    if (!function_ && effects_.empty())
         throw std::logic_error("the script does not say what " + who_ + " answers");
-    const NodeStatus result = function_(now);
+    const NodeStatus result = function_ ? function_(now) : NodeStatus::SUCCESS;
     if (at_once_ && result == NodeStatus::RUNNING)
         throw std::logic_error(who_ + " is a condition and cannot answer RUNNING");
     if (result == NodeStatus::SUCCESS)

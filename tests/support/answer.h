@@ -69,7 +69,7 @@ public:
     Answer& inTurn(std::initializer_list<NodeStatus> results);
     Answer& decides(Function function);
 
-    /// Written on each tick on which the answer is SUCCESS.
+    /// Written on each tick on which the answer is SUCCESS, as it is when nothing else is said.
     template <class T>
     Answer& writes(const std::string& key, const T& value)
     {

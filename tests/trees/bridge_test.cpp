@@ -1,0 +1,244 @@
+#include "support/scripted_robot.h"
+
+namespace vemra::test {
+namespace {
+
+/// A bridge from 1000 to 1600 mm on a line, the robot at its near end.
+class Bridge : public testing::Test
+{
+protected:
+    Bridge()
+    {
+        robot.pointsOnALine();
+        robot.set("navigation_bridge", "bridge");
+        robot.set("current_pose", 900);
+        robot.set("current_coord", 900);
+        robot.set("navi_target_point", 3000);
+        robot.set("gridmap_limit", "home");
+        robot.set("current_subregion", "room");
+        robot.set("navigation_path", "path");
+        robot.set("navigation_path_segments", "plan");
+        robot.set("path_bridge_max_failure_cnt", 0);
+        robot.set("awesome_search_mode", "Target");
+        robot.set("awesome_search_region", "home");
+        robot.set("current_draw_mode", "ClearOnly");
+        robot.set("current_tick_cnt", 1);
+        robot.leaf("BridgeDestructor")
+            .fills("out_from_point", 1000)
+            .fills("out_to_point", 1600)
+            .fills("out_follow_wall_dist", 500);
+        robot.leaf("NotTrapped").succeeds();
+        robot.leaf("BridgeValid").succeeds();
+        robot.leaf("FollowWallNotLooped").succeeds();
+        robot.leaf("CrossBridgeMonitor").runs();
+        robot.tree("Back2cm").succeeds();
+    }
+
+    void ofType(const char* type) { robot.leaf("BridgeTypeReader").fills("out_bridge_type", type); }
+
+    ScriptedRobot robot;
+};
+
+TEST_F(Bridge, OfAnyOtherKindIsRunToItsFarEnd)
+{
+    ofType("NARROW");
+    robot.tree("NavigateTree").succeedsAfter(30);
+    robot.set("cross_bridge_trap_times", 9);
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.tick(10), RUNNING);
+    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "0");
+    EXPECT_EQ(robot.key("navi_target_point"), "1600");
+    EXPECT_EQ(robot.key("bridges_crossing"), "bridge");
+    EXPECT_EQ(robot.key("not_trace_token"), "CrossBridge");
+    EXPECT_EQ(robot.finish(50), SUCCESS);
+    EXPECT_FALSE(robot.has("bridges_crossing"));
+    EXPECT_FALSE(robot.has("cross_bridge_trap_times"));
+    EXPECT_FALSE(robot.has("when_bridge_navi"));
+    EXPECT_TRUE(robot.has("cross_bridge_success"));
+    EXPECT_EQ(robot.key("bump_dir"), "None");
+    EXPECT_TRUE(robot.halted("CrossBridgeMonitor"));
+    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor", {{"sensor", "VirtualWall"}}));
+}
+
+TEST_F(Bridge, ThatNoLongerFitsTheMapIsUsedUp)
+{
+    ofType("NARROW");
+    robot.tree("NavigateTree").runs();
+    robot.start("CrossBridge");
+    robot.tick(5);
+    robot.leaf("BridgeValid").fails();
+    EXPECT_EQ(robot.finish(10), FAILURE);
+    EXPECT_TRUE(robot.halted("NavigateTree"));
+    EXPECT_TRUE(robot.started(1, "CutdownBridges"));
+    EXPECT_FALSE(robot.has("cross_bridge_success"));
+
+    robot.set("path_bridge_max_failure_cnt", 1);
+    EXPECT_EQ(robot.tick(20), RUNNING) << "the search took it with its failure";
+}
+
+TEST_F(Bridge, IsGivenUpWhenAnEscapeOnItWasRefused)
+{
+    ofType("NARROW");
+    robot.tree("NavigateTree").runs();
+    robot.start("CrossBridge");
+    robot.tick(5);
+    robot.set("traped_when_crossing", "");
+    EXPECT_EQ(robot.finish(10), FAILURE);
+    EXPECT_FALSE(robot.has("traped_when_crossing"));
+}
+
+TEST_F(Bridge, EachTrapOnItCountsAndIsFollowedByAnotherTry)
+{
+    ofType("NARROW");
+    robot.tree("NavigateTree").failsAfter(3).provided([](const Moment& now) {
+        now.set("caught", now.tick_of_run == 3);
+        return true;
+    });
+    robot.leaf("NotTrapped").provided([](const Moment& now) { return now.keys.get<bool>("caught"); }).fails();
+    robot.start("CrossBridge");
+    robot.tick(3);
+    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "0");
+    EXPECT_EQ(robot.tick(), RUNNING);
+    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "1");
+    robot.tickUntil("NavigateTree", {}, 60);
+    robot.tick(3);
+    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "2");
+    EXPECT_TRUE(robot.notAsked("CutdownBridges"));
+}
+
+TEST_F(Bridge, BlockedByAnObstacleIsTriedAlongItOnBothSides)
+{
+    ofType("NARROW");
+    robot.tree("NavigateTree").fails();
+    robot.tree("NaviOnePointProc").fails();  // it bumps again where it was
+    robot.tree("PreciseFollowWallProc").failsAfter(5);
+    robot.tree("FollowWallProc").failsAfter(5);
+    robot.leaf("Bumped").succeeds();
+    robot.set("bump_dir", "Left");
+    robot.set("follow_wall_dir", "true");
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.started(2, "PreciseFollowWallProc")) << "a short allowance is followed precisely";
+    EXPECT_TRUE(robot.notAsked("FollowWallProc"));
+    EXPECT_EQ(robot.key("follow_wall_dir"), "false");
+
+    robot.leaf("BridgeDestructor")
+        .fills("out_from_point", 1000)
+        .fills("out_to_point", 1600)
+        .fills("out_follow_wall_dist", 1001);
+    robot.forget();
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.started(2, "FollowWallProc"));
+    EXPECT_EQ(robot.key("follow_wall_dir"), "true");
+}
+
+TEST_F(Bridge, OnTrialIsToldToWhoPlansTheLines)
+{
+    ofType("TRIALNOTRACE");
+    robot.set("current_motion_type", "Gong");
+    robot.tree("NaviOnePointProc").fails();
+    robot.tree("NavigateTree").succeeds();
+    robot.set("current_pose", 800);
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.finish(50), SUCCESS) << "200 mm from its near end are near enough";
+    EXPECT_EQ(robot.key("tmp_cross_trial_bridge_token"), "true");
+    EXPECT_EQ(robot.key("cross_trial_bridge_success"), "true");
+    EXPECT_EQ(robot.key("crossed_navigation_bridge"), "bridge");
+    EXPECT_TRUE(robot.started(2, "NaviOnePointProc"));
+
+    ofType("NARROW");
+    EXPECT_EQ(robot.finish(50), FAILURE) << "not so without a trial";
+    EXPECT_EQ(robot.key("cross_trial_bridge_success"), "false");
+}
+
+TEST_F(Bridge, OutOfAVirtualWallIsDrivenUntilTheRobotIsOutside)
+{
+    ofType("TMP");
+    robot.leaf("DwaLocalPlanner").failsAfter(10);
+    robot.leaf("BridgeCrossed").provided([](const Moment& now) { return now.frame > 20; }).succeeds();
+    robot.tree("NavigateFollowWall").fails();
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.finish(60), SUCCESS);
+    EXPECT_TRUE(robot.started(2, "DwaLocalPlanner")) << "the first try ended inside";
+    EXPECT_TRUE(robot.started(1, "AwesomeSearch", {{"search_mode", "Target"}}));
+    EXPECT_TRUE(robot.asked("TemporarilyDisableSensor", {{"sensor", "PolygonVirtualWall"}}));
+    EXPECT_TRUE(robot.said("过临时桥成功，已在虚拟墙外"));
+    EXPECT_TRUE(robot.asked("SetMapDrawMode", {{"draw_mode", "ClearOnly"}})) << "as it was before";
+    EXPECT_FALSE(robot.has("have_trapped_type"));
+    EXPECT_FALSE(robot.has("trapped_in_real_block"));
+}
+
+TEST_F(Bridge, OutOfAVirtualWallThatFailsIsReportedAsATrap)
+{
+    ofType("TMP");
+    robot.leaf("DwaLocalPlanner").fails();
+    robot.leaf("PromptInVirtualWall").succeeds();
+    robot.leaf("SensorProbeBump").fills("out_str", "PolygonTrap");
+    robot.tree("NavigateFollowWall").fails();
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.started(5, "DwaLocalPlanner")) << "five tries";
+    EXPECT_TRUE(robot.has("polygon_vw_trapped"));
+    EXPECT_TRUE(robot.has("have_trapped_type"));
+    EXPECT_TRUE(robot.notAsked("CutdownBridges")) << "it was a bridge for this once";
+
+    robot.leaf("SensorProbeBump").fills("out_str", "");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_FALSE(robot.has("automode_trapped")) << "a second trap is not told";
+    robot.erase("have_trapped_type");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.has("automode_trapped"));
+}
+
+TEST_F(Bridge, OutOfAVirtualWallEndsItsTriesWhereAnObstacleShutsTheRobotIn)
+{
+    ofType("TMP");
+    robot.leaf("DwaLocalPlanner").fails();
+    robot.tree("NavigateFollowWall").decides([](const Moment& now) {
+        now.set("trapped_in_real_block", "true");
+        return FAILURE;
+    });
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.started(1, "DwaLocalPlanner"));
+    EXPECT_TRUE(robot.said("过临时桥失败"));
+
+    robot.erase("current_draw_mode");
+    robot.forget();
+    EXPECT_EQ(robot.finish(3), FAILURE) << "it could not restore the draw mode";
+    EXPECT_TRUE(robot.notAsked("DwaLocalPlanner"));
+}
+
+TEST_F(Bridge, OverAStepIsAcrossWhenNearerToTheFarEnd)
+{
+    robot.leaf("IsCrossingStep").succeeds();
+    robot.leaf("NeedToModifyBridge").fills("o_modified_from_pt", 1010).fills("o_modified_to_pt", 1590);
+    robot.tree("NaviOnePointProc").succeeds();
+    robot.tree("NaviOnePointProc")
+        .provided([](const Moment& now) { return now.keys.get<int>("navi_target_point") == 1590; })
+        .decides([](const Moment& now) {
+            now.set("current_pose", now.keys.get<int>("lands_at"));
+            now.set("tries", now.keys.get<int>("tries") + 1);
+            return FAILURE;
+        });
+    robot.set("tries", 0);
+    robot.set("lands_at", 1380);
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.finish(50), SUCCESS) << "380 mm behind, 220 mm to go";
+    EXPECT_TRUE(robot.has("step_bridge_valid"));
+    EXPECT_TRUE(robot.asked("UpdateStepBridge", {{"bridge_to", "1380"}}));
+    EXPECT_EQ(robot.key("tries"), "2");
+
+    robot.erase("step_bridge_valid");
+    robot.set("lands_at", 1370);
+    robot.forget();
+    EXPECT_EQ(robot.finish(50), FAILURE);
+    EXPECT_TRUE(robot.asked("InvalidStepBridge"));
+    EXPECT_TRUE(robot.asked("Back2cm"));
+    EXPECT_TRUE(robot.has("step_bridge_invalid"));
+    EXPECT_FALSE(robot.has("step_bridge_valid"));
+    EXPECT_TRUE(robot.notAsked("CutdownBridges"));
+}
+
+}  // namespace
+}  // namespace vemra::test

@@ -1,0 +1,227 @@
+#include "support/scripted_robot.h"
+
+namespace vemra::test {
+namespace {
+
+/// A plan of vector segments or bridges; the goal stands at 1000 mm.
+class PlanWalk : public testing::Test
+{
+protected:
+    PlanWalk()
+    {
+        robot.pointsOnALine();
+        robot.set("navi_target_point", 1000);
+        robot.set("current_pose", 0);
+        robot.set("current_coord", 0);
+        robot.set("navigation_path_segments", "plan");
+        robot.set("navigation_path", "path");
+        robot.set("bump_dir", "Left");
+    }
+
+    void planOf(std::initializer_list<NodeStatus> segments_left) { segments().inTurn(segments_left); }
+    Answer& segments() { return robot.leaf("CheckPathSegment"); }
+
+    /// Each run of the planner or of a bridge brings the robot to `at` and ends so.
+    static Answer::Function bringsTo(int at, NodeStatus result)
+    {
+        return [at, result](const Moment& now) {
+            now.set("current_pose", at);
+            now.set("current_coord", at);
+            return result;
+        };
+    }
+
+    /// How many segments were asked for when the planner gave up at `pose` and the segment ended at 500.
+    int segmentsAfterGivingUpAt(int pose)
+    {
+        robot.leaf("PathSegIsVector").succeeds();
+        robot.set("navi_path_target", 500);
+        robot.leaf("DwaLocalPlanner").decides(bringsTo(pose, FAILURE));
+        planOf({SUCCESS, FAILURE});
+        robot.start("GotoPoint");
+        EXPECT_EQ(robot.finish(100), FAILURE) << "it is not at the goal";
+        EXPECT_TRUE(robot.asked("Stop"));
+        return robot.transcript().starts("CheckPathSegment", {});
+    }
+
+    /// The same after a bridge that was crossed from 100 to `pose`.
+    int segmentsAfterCrossingTo(int pose)
+    {
+        robot.set("current_coord", 100);
+        robot.set("current_pose", 100);
+        robot.leaf("PathSegIsVector").fails();
+        robot.tree("CrossBridge").decides(bringsTo(pose, SUCCESS));
+        planOf({SUCCESS, FAILURE});
+        robot.start("GotoPoint");
+        EXPECT_EQ(robot.finish(100), FAILURE);
+        return robot.transcript().starts("CheckPathSegment", {});
+    }
+
+    ScriptedRobot robot;
+};
+
+TEST_F(PlanWalk, GoesSegmentBySegmentAndThePlaceReachedDecides)
+{
+    robot.leaf("PathSegIsVector").succeeds();
+    robot.leaf("DwaLocalPlanner").succeedsAfter(5);
+    planOf({SUCCESS, SUCCESS, FAILURE});
+    robot.start("GotoPoint");
+    EXPECT_EQ(robot.finish(100), FAILURE) << "the plan led elsewhere";
+    EXPECT_TRUE(robot.started(2, "DwaLocalPlanner", {{"path", "path"}}));
+    EXPECT_TRUE(robot.started(2, "MakeMap")) << "the map is renewed behind each segment";
+
+    planOf({FAILURE});
+    robot.set("current_pose", 920);
+    robot.forget();
+    EXPECT_EQ(robot.finish(100), SUCCESS) << "it stands at the goal already";
+    EXPECT_TRUE(robot.notAsked("DwaLocalPlanner"));
+}
+
+TEST_F(PlanWalk, ThatBreaksOffWithin110MmHasDoneItsSegment)
+{
+    EXPECT_EQ(segmentsAfterGivingUpAt(395), 2);
+    EXPECT_EQ(segmentsAfterGivingUpAt(385), 1);
+}
+
+TEST_F(PlanWalk, NeedsOnly220MmBeforeATrialBridge)
+{
+    robot.set("trial_bridge_next_to_this_vector", "true");
+    EXPECT_EQ(segmentsAfterGivingUpAt(285), 2);
+    EXPECT_EQ(segmentsAfterGivingUpAt(275), 1);
+    robot.set("trial_bridge_next_to_this_vector", "false");
+    EXPECT_EQ(segmentsAfterGivingUpAt(285), 1);
+}
+
+TEST_F(PlanWalk, ThatBreaksOffNearItsEndStillMustStandAtTheGoal)
+{
+    robot.leaf("PathSegIsVector").succeeds();
+    robot.set("navi_path_target", 1000);
+    robot.leaf("DwaLocalPlanner").decides(bringsTo(895, FAILURE));
+    planOf({SUCCESS, FAILURE});
+    robot.start("GotoPoint");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    robot.leaf("DwaLocalPlanner").decides(bringsTo(905, FAILURE));
+    planOf({SUCCESS, FAILURE});
+    EXPECT_EQ(robot.finish(100), SUCCESS);
+}
+
+TEST_F(PlanWalk, GivesTheRestUpAfter300MmOfBridge)
+{
+    EXPECT_EQ(segmentsAfterCrossingTo(390), 2);
+    EXPECT_TRUE(robot.asked("UpdateBridgeCost"));
+    EXPECT_EQ(segmentsAfterCrossingTo(410), 1) << "the plan is stale";
+    EXPECT_TRUE(robot.asked("UpdateBridgeCost"));
+    EXPECT_FALSE(robot.has("cross_bridge_start_point"));
+
+    robot.set("step_bridge_valid", "");
+    EXPECT_EQ(segmentsAfterCrossingTo(390), 2);
+    EXPECT_TRUE(robot.notAsked("UpdateBridgeCost")) << "a step keeps its own record";
+    EXPECT_FALSE(robot.has("step_bridge_valid"));
+}
+
+TEST_F(PlanWalk, AtTheGoalAfterALongBridgeIsThere)
+{
+    robot.leaf("PathSegIsVector").fails();
+    robot.tree("CrossBridge").decides([](const Moment& now) {
+        now.set("navi_target_point", 5000);  // a crossing has goals of its own
+        now.set("current_pose", 950);
+        return SUCCESS;
+    });
+    planOf({SUCCESS});
+    robot.start("GotoPoint");
+    EXPECT_EQ(robot.finish(100), SUCCESS);
+    EXPECT_EQ(robot.key("navi_target_point"), "1000");
+    EXPECT_EQ(robot.key("is_crossing_bridge"), "true");
+}
+
+TEST_F(PlanWalk, AfterAFailedBridgeStepsBackAndLooksForVirtualWalls)
+{
+    robot.leaf("PathSegIsVector").fails();
+    robot.tree("CrossBridge").fails();
+    robot.tree("Back2cm").succeeds();
+    robot.tree("CheckInVirtualWall").succeeds();
+    planOf({SUCCESS});
+    robot.start("GotoPoint");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.started(1, "CheckPathSegment"));
+    EXPECT_TRUE(robot.inOrder({{"CrossBridge", {}}, {"Back2cm", {}}, {"UpdateBridgeCost", {}}}));
+    EXPECT_EQ(robot.key("bump_dir"), "None") << "nobody shall follow this bump";
+    EXPECT_TRUE(robot.notAsked("CheckInVirtualWall"));
+
+    robot.set("tmp_bridge_cross_failed", "");
+    robot.set("step_bridge_invalid", "");
+    robot.forget();
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.asked("CheckInVirtualWall"));
+    EXPECT_TRUE(robot.notAsked("UpdateBridgeCost"));
+    EXPECT_FALSE(robot.has("tmp_bridge_cross_failed"));
+    EXPECT_FALSE(robot.has("step_bridge_invalid"));
+
+    robot.set("bump_dir", "Left");
+    robot.start("GotoPointNoUnknown");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_TRUE(robot.notAsked("Back2cm"));
+    EXPECT_EQ(robot.key("bump_dir"), "Left");
+}
+
+TEST_F(PlanWalk, MarksTheTrackOnlyOnRequestAndBelowItsLength)
+{
+    robot.leaf("PathSegIsVector").succeeds();
+    robot.leaf("DwaLocalPlanner").succeedsAfter(3);
+    const auto marks = [this](const std::string& tree, int cells) {
+        planOf({SUCCESS, SUCCESS, FAILURE});
+        robot.set("gong_navi_token", "");
+        robot.set("path_length_grid", cells);
+        robot.erase("trace_token");
+        robot.start(tree);
+        robot.tick(3);
+        EXPECT_FALSE(robot.has("gong_navi_token")) << "used up";
+        const bool marked = robot.has("trace_token");
+        robot.erase("trace_token");
+        robot.finish(100);
+        EXPECT_TRUE(robot.started(2, "DwaLocalPlanner"));
+        return marked;
+    };
+    EXPECT_TRUE(marks("GotoPoint", 5000));
+    EXPECT_TRUE(marks("GotoPointNoUnknown", 29));
+    EXPECT_FALSE(marks("GotoPointNoUnknown", 30));
+    robot.erase("path_length_grid");
+    robot.set("gong_navi_token", "");
+    planOf({SUCCESS, FAILURE});
+    robot.start("GotoPoint");
+    robot.finish(100);
+    EXPECT_FALSE(robot.has("trace_token")) << "a path of unknown length";
+}
+
+TEST_F(PlanWalk, OfAnExplorationStopsWhenItsTargetIsClear)
+{
+    robot.leaf("PathSegIsVector").succeeds();
+    robot.leaf("DwaLocalPlanner").runs();
+    robot.set("navi_path_target", 500);
+    planOf({SUCCESS, FAILURE});
+    robot.start("GotoPointExplore");
+    EXPECT_EQ(robot.tick(10), RUNNING);
+    robot.leaf("ExploreTargetClear").succeeds();
+    EXPECT_EQ(robot.finish(20), FAILURE);
+    EXPECT_TRUE(robot.halted("DwaLocalPlanner"));
+    EXPECT_EQ(robot.framesOf("DwaLocalPlanner"), 10);
+}
+
+TEST_F(PlanWalk, ThatBumpsStepsBackAndLeavesTheDirectionToTheCaller)
+{
+    robot.leaf("PathSegIsVector").succeeds();
+    robot.leaf("DwaLocalPlanner").runs();
+    robot.set("navi_path_target", 500);
+    robot.tree("Back2cm").succeedsAfter(4);
+    planOf({SUCCESS});
+    robot.start("GotoPoint");
+    robot.tick(10);
+    robot.leaf("CheckClifBump").succeeds().fills("out_bump_dir", "Right");
+    EXPECT_EQ(robot.finish(20), FAILURE);
+    EXPECT_TRUE(robot.halted("DwaLocalPlanner"));
+    EXPECT_TRUE(robot.started(1, "Back2cm"));
+    EXPECT_EQ(robot.key("bump_dir"), "Right");
+}
+
+}  // namespace
+}  // namespace vemra::test
