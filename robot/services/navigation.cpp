@@ -8,11 +8,10 @@
 
 namespace vemra::robot {
 
-NavigationService::NavigationService(const RobotParts& parts, const PoseSource& pose,
-                                     const SensorSwitches& switches)
+NavigationService::NavigationService(const RobotParts& parts, RobotMap& map, const SensorSwitches& switches)
     : parts_(parts),
       chance_(parts.chance.branch()),
-      map_(parts.body, pose),
+      map_(map),
       view_{map_, switches},
       grid_maps_(parts, map_, switches),
       trajectory_(parts, map_, switches),

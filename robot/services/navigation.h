@@ -9,18 +9,16 @@
 
 namespace vemra::robot {
 
-/// The robot's map and all that finds and drives ways on it: searches, bridges, the track, drives, walls that
-/// are followed. The pose and the switches must outlive it.
+/// All that finds and drives ways on the robot's map, and fills it: searches, bridges, the track, drives,
+/// walls that are followed. The map and the switches must outlive it.
 class NavigationService final : public Service
 {
 public:
-    NavigationService(const RobotParts& parts, const PoseSource& pose, const SensorSwitches& switches);
+    NavigationService(const RobotParts& parts, RobotMap& map, const SensorSwitches& switches);
 
     void install(leaf::LeafHost& host) override;
     void update() override;
 
-    /// What the robot knows of the floor; the coverage and what is drawn of it start from here.
-    [[nodiscard]] RobotMap& map() { return map_; }
     /// Here other services settle how a search mode picks its goal.
     [[nodiscard]] NavigationSearch& search() { return search_; }
 
@@ -29,7 +27,7 @@ private:
 
     RobotParts parts_;
     Chance chance_;
-    RobotMap map_;
+    RobotMap& map_;
     DriveView view_;
     GridMapService grid_maps_;
     TrajectoryService trajectory_;
