@@ -158,6 +158,7 @@ void run(const RunOptions& options)
     Robot robot({.load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTrees(factory, options); },
                  .home = home.home,
                  .dock = dock,
+                 .cliffs = home.cliffs,
                  .scenario = std::move(scenario),
                  .seed = options.seed,
                  .tree = options.tree});

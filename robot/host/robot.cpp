@@ -58,6 +58,8 @@ Robot::Robot(RobotSetup setup)
       knowledge_(body_),
       keys_{{"task_state", LogKind::TaskState, {}}, {"robot_status", LogKind::RobotStatus, {}}}
 {
+    for (const BoxMm& cliff : setup_.cliffs)
+        world_.addCliff(cliff);
     checkPlaces();
     blackboard_->setClock(clock_);
     setup_.load_trees(factory_);

@@ -25,6 +25,7 @@ struct RobotSetup
     std::function<void(BT::BehaviorTreeFactory&)> load_trees;
     Home home;
     Dock dock;
+    std::vector<BoxMm> cliffs = {};
     Scenario scenario;
     std::uint64_t seed = 1;
     std::string tree = "RobotNode";  ///< the root

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace vemra::robot {
@@ -68,6 +69,17 @@ inline constexpr std::array<EscapeName, kEscapeKinds> kEscapes = {{
 constexpr const EscapeName& nameOf(EscapeKind kind)
 {
     return kEscapes[static_cast<std::size_t>(kind)];
+}
+
+/// Nothing for a word that is none of theirs.
+constexpr std::optional<EscapeKind> escapeKindOf(std::string_view word)
+{
+    for (const EscapeName& escape : kEscapes) {
+        if (escape.word == word) {
+            return escape.kind;
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace vemra::robot

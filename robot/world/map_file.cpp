@@ -170,6 +170,14 @@ HomeFile readHome(const std::filesystem::path& yaml)
         const std::vector<double> at = map.numbers("dock", 3);
         dock = Dock{{{1e3 * at[0], 1e3 * at[1]}, wrapped(degreesOfRadians(at[2]))}};
     }
+    std::vector<BoxMm> cliffs;
+    for (const YAML::Node& node : map.list("cliffs")) {
+        const std::vector<double> at = map.numbers(node, "cliffs", 4);
+        cliffs.push_back({{1e3 * at[0], 1e3 * at[1]}, {1e3 * at[2], 1e3 * at[3]}});
+        if (at[0] >= at[2] || at[1] >= at[3]) {
+            map.failAt(node, "an empty box: expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1");
+        }
+    }
 
     const std::filesystem::path image_file = yaml.parent_path() / image_name;
     const GreyImage image = readPgm(image_file);
@@ -189,7 +197,7 @@ HomeFile readHome(const std::filesystem::path& yaml)
                          "the map has no free floor: expected pixels that `free_thresh`, `negate` and `mode` "
                          "make free");
     }
-    return {std::move(home), dock, yaml.string(), map.line("dock")};
+    return {std::move(home), dock, yaml.string(), map.line("dock"), std::move(cliffs)};
 }
 
 ChosenDock chooseDock(const HomeFile& home, const std::optional<Dock>& given)

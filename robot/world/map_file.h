@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "robot/world/dock.h"
 #include "robot/world/home.h"
@@ -16,12 +17,14 @@ struct HomeFile
     std::optional<Dock> dock;  ///< as written, not checked: an option may overrule it
     std::string file;
     int dock_line = 0;
+    std::vector<BoxMm> cliffs = {};
 };
 
 /// Reads a map in the form that map_server writes: YAML with `image` (PGM, relative to the YAML),
 /// `resolution` (metres a pixel), `origin` ([x, y, yaw], metres and radians, of the lower left corner),
 /// `negate`, `occupied_thresh`, `free_thresh`, and, if wanted, `mode` (trinary, scale, raw) and `dock` ([x,
-/// y, yaw]). Other fields are left alone.
+/// y, yaw]) and `cliffs` (a list of [x0, y0, x1, y1] in metres, where the floor ends though the picture shows
+/// it free). Other fields are left alone.
 //
 /// The pixels come to 50 mm cells: a cell is occupied if any pixel in it is, so that no wall is lost; else
 /// free if at least half of it is; else unknown. A map that is turned by its origin's yaw is turned upright

@@ -27,7 +27,7 @@ public:
 
     Plan read()
     {
-        top_.allowOnly({"name", "floor", "margin", "walls", "doors", "furniture", "dock"});
+        top_.allowOnly({"name", "floor", "margin", "walls", "doors", "furniture", "cliffs", "dock"});
         plan_.name = top_.text("name");
         plan_.margin_mm = onGrid(top_.number("margin", 0, 10), top_.node("margin"));
         plan_.floor = box(top_.node("floor"), "floor");
@@ -43,6 +43,9 @@ public:
         }
         for (const YAML::Node& piece : top_.list("furniture")) {
             readPiece({piece, top_.file(), "a piece of furniture"});
+        }
+        for (const YAML::Node& cliff : top_.list("cliffs")) {
+            plan_.cliffs.push_back(inside(cliff, "cliffs"));
         }
         if (top_.has("dock")) {
             const std::vector<double> at = top_.numbers("dock", 3);
@@ -162,6 +165,13 @@ std::string mapYaml(const Plan& plan)
         const PoseMm& face = plan.dock->face;
         text += fmt::format("dock: [{}, {}, {:.6f}]\n", face.at.x / 1e3, face.at.y / 1e3,
                             face.yaw.value * std::numbers::pi / 180);
+    }
+    if (!plan.cliffs.empty()) {
+        text += "cliffs:\n";
+    }
+    for (const BoxMm& cliff : plan.cliffs) {
+        text += fmt::format("  - [{}, {}, {}, {}]\n", cliff.low.x / 1e3, cliff.low.y / 1e3,
+                            cliff.high.x / 1e3, cliff.high.y / 1e3);
     }
     return text;
 }

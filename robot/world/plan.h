@@ -13,7 +13,8 @@ namespace vemra::robot {
 /// A home as a person writes it down: YAML, metres. Fields: `name`; `floor` [x0, y0, x1, y1], the free floor
 /// before anything stands on it; `margin`, the unknown rim around it; `walls`, a list of boxes; `doors`,
 /// boxes cut free again; `furniture`, each with a `name` and either `box`, solid, or `legs`, a box with a 50
-/// mm post in each corner; `dock` [x, y, degrees]. All edges lie on the 50 mm grid.
+/// mm post in each corner; `cliffs`, a list of boxes where the floor ends; `dock` [x, y, degrees]. All edges
+/// lie on the 50 mm grid.
 struct Plan
 {
     std::string name;
@@ -22,6 +23,7 @@ struct Plan
     std::vector<BoxMm> walls;
     std::vector<BoxMm> doors;
     std::vector<BoxMm> furniture;  ///< legs are four boxes
+    std::vector<BoxMm> cliffs;
     std::optional<Dock> dock;
 };
 

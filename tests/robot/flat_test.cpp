@@ -46,11 +46,13 @@ TEST(Plan, WallsDoorsLegsAndRimLandWhereThePlanSays)
                  "margin: 0.05\n"
                  "walls: [[0.2, 0, 0.25, 0.3]]\n"
                  "doors: [[0.2, 0.1, 0.25, 0.2]]\n"
-                 "furniture: [{name: stool, legs: [0.3, 0.05, 0.45, 0.2]}]\n");
+                 "furniture: [{name: stool, legs: [0.3, 0.05, 0.45, 0.2]}]\n"
+                 "cliffs: [[0.05, 0.1, 0.15, 0.3]]\n");
     const Plan plan = readPlan(folder / "plan.yaml");
     folder.write("hut.pgm", pgmBytes(drawPlan(plan)));
     const HomeFile hut = readHome(folder.write("hut.yaml", mapYaml(plan)));
     EXPECT_EQ(hut.home.origin(), (PointMm{-50, -50}));
+    EXPECT_THAT(hut.cliffs, testing::ElementsAre(BoxMm{{50, 100}, {150, 300}}));
     EXPECT_THAT(sketched(hut.home), testing::ElementsAre("????????????",  //
                                                          "?....#.....?",  //
                                                          "?....#.....?",  //

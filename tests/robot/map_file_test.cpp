@@ -121,6 +121,7 @@ TEST_F(MapFile, FaultsOfTheYamlNameFileLineAndWhatWasExpected)
     EXPECT_THAT(fault(good, "negate: 2"), at_line(6, "true or false"));
     EXPECT_THAT(fault(good, "free_thresh: 0.9"), at_line(6, "at most occupied_thresh, 0.65"));
     EXPECT_THAT(fault(good, "mode: colour"), at_line(7, "trinary, scale or raw"));
+    EXPECT_THAT(fault(good, "cliffs: [[1, 1, 2, 1]]"), at_line(7, "an empty box"));
     EXPECT_THAT(fault(good, "dock: here"), at_line(7, "a list of 3 numbers"));
     EXPECT_THAT(fault(good, "dock: [1,"), HasSubstr("not YAML"));
 
