@@ -40,9 +40,12 @@ bool CommandService::take(const Happening& what)
         setChildLock(click->on);
         parts_.blackboard.set("ChildLockAppButtonClick", "");
     } else if (const auto* quiet = std::get_if<Annoy>(&what)) {
-        quiet_ = quiet->on;
+        parts_.state.quiet_hours = quiet->on;
     } else if (std::holds_alternative<FindRobot>(what)) {
         find_robot_ = true;
+        parts_.blackboard.set("RobotFindSet", "");
+    } else if (const auto* wifi = std::get_if<WifiAnswer>(&what)) {
+        wifi_joined_ = wifi->joined;
     } else {
         return false;
     }
@@ -52,19 +55,16 @@ bool CommandService::take(const Happening& what)
 void CommandService::update()
 {
     if (quiet_time_ && parts_.state.frame == quiet_time_->from)
-        quiet_ = true;
+        parts_.state.quiet_hours = true;
     if (quiet_time_ && parts_.state.frame == quiet_time_->to)
-        quiet_ = false;
+        parts_.state.quiet_hours = false;
 }
 
 void CommandService::install(leaf::LeafHost& host)
 {
     installKeys(host);
     installApp(host);
-    host.condition("IsRobotInAnnoyMode", [this](BT::TreeNode&) { return passed(quiet_); });
-    // The lights are out in quiet hours but for the time that somebody uses the keys: never kept from a
-    // person.
-    host.condition("IsRobotInAnnoyModeLedOff", [](BT::TreeNode&) { return BT::NodeStatus::FAILURE; });
+    host.condition("IsRobotInAnnoyMode", [this](BT::TreeNode&) { return passed(parts_.state.quiet_hours); });
     host.condition("DoesReceiveFindRobot",
                    [this](BT::TreeNode&) { return passed(std::exchange(find_robot_, false)); });
 }
@@ -137,6 +137,13 @@ void CommandService::installApp(leaf::LeafHost& host)
                                              return true;
                                          },
                                          [this] { return stillDealtWith(); }, [this] { command_.reset(); }}));
+    host.condition("DoesAlreadyGetWIFIRes", [this](BT::TreeNode&) {
+        const auto answer = std::exchange(wifi_joined_, std::nullopt);
+        if (answer)
+            parts_.report("custom", *answer ? "Wi-Fi joined" : "Wi-Fi refused",
+                          {{"what", "wifi"}, {"joined", *answer}});
+        return passed(answer.has_value());
+    });
     host.condition("WhatsTheAPPCMDMode", [this](BT::TreeNode& node) {
         return passed(command_ && textOf(node, "IsThisMode") == toText(command_->mode));
     });

@@ -34,7 +34,7 @@ private:
     std::optional<AppCommand> command_;
     std::uint64_t dealt_with_since_ = 0;
     bool find_robot_ = false;
-    bool quiet_ = false;  ///< do-not-disturb time
+    std::optional<bool> wifi_joined_;  ///< the network's answer, till the trees ask for it
 };
 
 }  // namespace vemra::robot

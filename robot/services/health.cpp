@@ -51,7 +51,7 @@ bool HealthService::take(const Happening& what)
 {
     if (const auto* fault = std::get_if<Fault>(&what)) {
         if (fault->kind == FaultKind::Error)
-            put(errors_, fault->code, fault->raised, false);
+            put(parts_.state.errors, fault->code, fault->raised, false);
         else if (fault->kind == FaultKind::Warning)
             put(warnings_, fault->code, fault->raised, true);
         else
@@ -59,22 +59,26 @@ bool HealthService::take(const Happening& what)
         return true;
     }
     if (const auto* change = std::get_if<FittingChange>(&what); change && change->fitting == Fitting::DustBox)
-        put(errors_, "BOX", !change->installed, false);
+        put(parts_.state.errors, "BOX", !change->installed, false);
     return false;  // others want to know of the box too
 }
 
 void HealthService::install(leaf::LeafHost& host)
 {
-    host.condition("IsRobotHealthy", [this](BT::TreeNode&) { return passed(errors_.empty()); });
+    host.condition("IsRobotHealthy", [this](BT::TreeNode&) { return passed(parts_.state.errors.empty()); });
     host.condition("DoesHappenThisErr", [this](BT::TreeNode& node) {
-        return passed(errors_.contains(bareCode(textOf(node, "ErrCode"))));
+        return passed(parts_.state.errors.contains(bareCode(textOf(node, "ErrCode"))));
     });
     host.condition("DoesHappenThisWarning", [this](BT::TreeNode& node) {
         return passed(warnings_.contains(bareCode(textOf(node, "ErrCode"))));
     });
+    // The contacts touch, and no current flows.
+    host.condition("DoesGetRobotChargeWarnning",
+                   [this](BT::TreeNode&) { return passed(parts_.state.errors.contains("CHARGE_FAULT")); });
     for (const NamedTest& test : kTests)
-        host.condition(test.leaf,
-                       [this, code = test.code](BT::TreeNode&) { return passed(errors_.contains(code)); });
+        host.condition(test.leaf, [this, code = test.code](BT::TreeNode&) {
+            return passed(parts_.state.errors.contains(code));
+        });
 }
 
 }  // namespace vemra::robot

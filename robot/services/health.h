@@ -25,7 +25,6 @@ private:
     void put(Codes& codes, const std::string& code, bool raised, bool warning);
 
     RobotParts parts_;
-    Codes errors_;
     Codes warnings_;
 };
 

@@ -32,6 +32,24 @@ void MapService::cleanComplete()
     parts_.report("custom", clear ? "map cleared" : "map closed", {{"what", "map"}, {"cleared", clear}});
 }
 
+bool MapService::takesOrder(Mode order) const
+{
+    const Mode now = parts_.state.modes.current();
+    std::string task;
+    const bool open_task = parts_.blackboard.get("task_state", task) && task != "init";
+    switch (now) {
+        case Mode::Charging:
+            return true;
+        case Mode::Standby:
+        case Mode::Sleep:
+        case Mode::PauseAndStop:
+        case Mode::ErrRepot:
+            return !open_task;
+        default:
+            return now == order;
+    }
+}
+
 void MapService::install(leaf::LeafHost& host)
 {
     const auto succeed = [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; };
@@ -53,6 +71,10 @@ void MapService::install(leaf::LeafHost& host)
          {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc",
           "GenerateCleaningLog", "PresetBlackboard", "RestoreCaCt", "CleanInfoSave"})
         host.action(leaf, succeed);
+    host.condition("NeedToMergeRegion", [this](BT::TreeNode& node) {
+        const auto order = modeFromText(textOf(node, "mode_order"));
+        return passed(order && takesOrder(*order));
+    });
     installSlam(host);
 }
 

@@ -16,6 +16,9 @@ private:
     void installSlam(leaf::LeafHost& host);
     void presetKeys();
     void cleanComplete();
+    /// Whether the rooms of a timed order become the robot's task: while it charges, while it does a task of
+    /// that kind, and while it rests without a task.
+    [[nodiscard]] bool takesOrder(Mode order) const;
 
     RobotParts parts_;
     bool stored_;          ///< a map of the home was saved

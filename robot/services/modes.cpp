@@ -9,6 +9,8 @@ namespace vemra::robot {
 
 namespace {
 
+constexpr std::uint64_t kFramesOfUpdate = 3000;
+
 struct AimPort
 {
     const char* port;
@@ -56,6 +58,15 @@ constexpr std::array<Entry, 16> kEntries{{{"NeedToEnterPowerOffMode", Mode::Powe
                                           {"NeedToEnterRobotSelfTestMode", Mode::SelfTest}}};
 
 }  // namespace
+
+void ModeService::update()
+{
+    frames_of_update_ = current() == Mode::Ota ? frames_of_update_ + 1 : 0;
+    if (frames_of_update_ != kFramesOfUpdate)
+        return;
+    parts_.report("custom", "firmware updated", {{"what", "update"}});
+    parts_.state.modes.request(Mode::Standby);
+}
 
 bool ModeService::take(const Happening& what)
 {

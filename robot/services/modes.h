@@ -16,6 +16,8 @@ public:
     explicit ModeService(const RobotParts& parts) : parts_(parts) {}
 
     void install(leaf::LeafHost& host) override;
+    /// A firmware update takes a minute, then the robot stands by.
+    void update() override;
     bool take(const Happening& what) override;
 
 private:
@@ -26,6 +28,7 @@ private:
 
     RobotParts parts_;
     std::uint64_t told_changes_ = 0;
+    std::uint64_t frames_of_update_ = 0;
 };
 
 }  // namespace vemra::robot

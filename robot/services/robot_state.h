@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "robot/mode.h"
@@ -72,9 +75,11 @@ struct RobotState
     std::uint64_t frame = 0;
     ModeSwitch modes;
     DockContacts contacts;
-    double battery_percent = 0;  ///< the power service's
-    bool powered_off = false;    ///< the mode service's: the run is over
-    bool laser_on = true;        ///< the cleaning system's
+    double battery_percent = 0;                 ///< the power service's
+    bool powered_off = false;                   ///< the mode service's: the run is over
+    bool laser_on = true;                       ///< the cleaning system's
+    bool quiet_hours = false;                   ///< do-not-disturb time; the command service's
+    std::set<std::string, std::less<>> errors;  ///< health codes without their prefix; the health service's
 };
 
 }  // namespace vemra::robot

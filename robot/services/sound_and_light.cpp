@@ -9,6 +9,8 @@ namespace vemra::robot {
 namespace {
 
 constexpr std::int64_t kMusicMs = 2000;
+constexpr std::uint64_t kBrightFrames = 1500;
+const std::string kLightOut = "BUTTON_LED_OFF";
 
 }  // namespace
 
@@ -32,12 +34,20 @@ void SoundAndLightService::play(const MusicRequest& request)
                   {{"number", request.number}, {"interrupt", request.interrupt}});
 }
 
-void SoundAndLightService::setLight(std::string& light, const std::string& mode, const char* kind)
+bool SoundAndLightService::dimmed() const
 {
-    if (light == mode)
+    const RobotState& state = parts_.state;
+    return state.quiet_hours && dimming_in_ != 0 && state.frame <= dimming_in_ + 1 &&
+           state.frame >= bright_until_;
+}
+
+void SoundAndLightService::showLight()
+{
+    const std::string& seen = dimmed() ? kLightOut : light_;
+    if (seen == shown_)
         return;
-    light = mode;
-    parts_.report(kind, mode, {});
+    shown_ = seen;
+    parts_.report("light", seen, {});
 }
 
 void SoundAndLightService::install(leaf::LeafHost& host)
@@ -60,20 +70,38 @@ void SoundAndLightService::install(leaf::LeafHost& host)
         play(request);
         return BT::NodeStatus::SUCCESS;
     });
-    host.action("Led_Mode_Set", [this](BT::TreeNode& node) {
-        setLight(light_, textOf(node, "LedMode"), "light");
-        return BT::NodeStatus::SUCCESS;
-    });
-    host.action("SetDustLight", [this](BT::TreeNode& node) {
-        setLight(station_light_, textOf(node, "StaLedMode"), "station_light");
-        return BT::NodeStatus::SUCCESS;
-    });
     host.action("SaySomething", [this](BT::TreeNode& node) {
         parts_.report("message", textOf(node, "message"), {});
         return BT::NodeStatus::SUCCESS;
     });
     host.action("Log", [this](BT::TreeNode& node) {
         parts_.report("message", textOf(node, "message"), {{"level", textOf(node, "level")}});
+        return BT::NodeStatus::SUCCESS;
+    });
+    installLights(host);
+}
+
+void SoundAndLightService::installLights(leaf::LeafHost& host)
+{
+    host.action("Led_Mode_Set", [this](BT::TreeNode& node) {
+        light_ = textOf(node, "LedMode");
+        showLight();
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("RobotAnnoyModeLEDCtl", [this](BT::TreeNode&) {
+        dimming_in_ = parts_.state.frame;
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("RobotAnnoyLedON", [this](BT::TreeNode&) {
+        bright_until_ = parts_.state.frame + kBrightFrames;
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.condition("IsRobotInAnnoyModeLedOff", [this](BT::TreeNode&) { return passed(dimmed()); });
+    host.action("SetDustLight", [this](BT::TreeNode& node) {
+        const std::string mode = textOf(node, "StaLedMode");
+        if (mode != station_light_)
+            parts_.report("station_light", mode, {});
+        station_light_ = mode;
         return BT::NodeStatus::SUCCESS;
     });
 }

@@ -42,7 +42,7 @@ StationService::Faults StationService::faults() const
         now.warnings.insert("DUST_FULL");
     if (blocked_ms_ >= kBlockErrorMs)
         now.errors.insert("DUST_BLOCK");
-    else if (blocked_ms_ >= kBlockWarningMs)
+    else if (blocked_ms_ >= kBlockWarningMs && !going_on_)
         now.warnings.insert("DUST_BLOCK");
     return now;
 }
@@ -98,8 +98,10 @@ void StationService::update()
 {
     if (isCleaning(parts_.state.modes.current()))
         dirt_ms_ += kFrameMs;
-    if (!blocked_)
+    if (!blocked_) {
         blocked_ms_ = 0;
+        going_on_ = false;
+    }
     if (fan_)
         blow();
     if (linked())
@@ -176,6 +178,7 @@ void StationService::order(const std::string& status, std::int64_t time_ms)
     } else if (linked() && time_ms > 0) {
         setLeft(time_ms);
         error_ms_ = 0;
+        going_on_ = status == "DUST_CONTINUE";
         fan_ = true;
         parts_.report("custom", "emptying runs",
                       {{"what", "emptying"}, {"running", true}, {"left_ms", left_ms_}});

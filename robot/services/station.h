@@ -11,8 +11,9 @@ namespace vemra::robot {
 /// The dust station. Docked, and with its infrared in reach, it empties the robot's box for as long as it is
 /// told to and leaves the time that is left in `dust_left_time` (ms). What can go wrong:
 ///  - the duct blocks: no air flows and the time stands still. A block of half a second under the fan is a
-///    warning, one of ten seconds an error, and after that second in error the fan stops;
+///    warning until the robot tells the station to go on; one of ten seconds is an error;
 ///  - bag or cap are missing: an error at once; the bag is full: a warning, and nothing is sucked in;
+///  - in error the fan goes on for a second, so that the robot can see where it happened;
 ///  - it is locked: an error of its own, apart from the others;
 ///  - the infrared does not reach: orders are lost, and the robot goes on with what it heard last.
 class StationService final : public Service
@@ -59,6 +60,7 @@ private:
     Faults heard_;   ///< what the robot knows
 
     bool fan_ = false;
+    bool going_on_ = false;  ///< told to go on in spite of a block
     std::int64_t left_ms_ = 0;
     std::int64_t blocked_ms_ = 0;  ///< under the running fan
     std::int64_t error_ms_ = 0;    ///< likewise
