@@ -125,7 +125,6 @@ std::optional<Motion> towards(PointMm carrot, double left_mm, const PoseMm& pose
 Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const FollowManner& manner)
 {
     constexpr double kLookS = 0.7;
-    constexpr double kMostTowards = 60;
     constexpr double kMostAway = 90;
     constexpr double kStep = 6;
     constexpr double kOnTheSpot = 70;
@@ -136,7 +135,7 @@ Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const F
     // Too near, it comes away little by little while it drives on.
     const double least = std::min(manner.gap_mm, now - 1);
     const double last = std::min(manner.gap_mm, now + 1);
-    for (double turn = kMostTowards; turn >= -kMostAway; turn -= kStep) {
+    for (double turn = manner.most_towards_deg_s; turn >= -kMostAway; turn -= kStep) {
         const Motion motion{manner.forward_mm_s, to_wall * turn};
         const Outlook seen = outlook(pose, motion, kLookS, near);
         if (seen.least >= least && seen.last >= last && seen.least > 1) {

@@ -16,6 +16,10 @@ constexpr double kTurnAwayDeg = 25;
 constexpr double kTurnAwayDegS = 70;
 constexpr int kMostContactsInVain = 12;
 constexpr double kGotOnMm = 60;
+// A wall so near is being followed; one that was left so long ago is lost. Half a turn round a corner takes
+// three seconds.
+constexpr double kAtWallMm = 100;
+constexpr int kLostFrames = 200;
 
 // A loop has this many points of the track at least (about 3 m), and ends this near to where it was.
 constexpr std::size_t kLoopPoints = 60;
@@ -28,6 +32,7 @@ bool FollowStepAction::begin()
     back_off_frames_ = 0;
     turn_away_deg_ = 0;
     contacts_in_vain_ = 0;
+    frames_without_wall_ = kLostFrames;
     contact_at_ = view_.map.pose().at;
     return true;
 }
@@ -35,7 +40,7 @@ bool FollowStepAction::begin()
 BT::NodeStatus FollowStepAction::advance()
 {
     const PoseMm pose = view_.map.pose();
-    const FollowManner manner = manner_();
+    FollowManner manner = manner_();
     const double away = manner.wall == Side::Left ? -1 : 1;
     const bool contact = body().bumper().any() || body().cliffs().any();
     if (contact && back_off_frames_ == 0) {
@@ -60,7 +65,12 @@ BT::NodeStatus FollowStepAction::advance()
         }
         turn_away_deg_ = 0;
     }
-    const Motion motion = alongWall(pose, obstaclesAround(view_.map, view_.switches, kSeeAroundMm), manner);
+    const std::vector<PointMm> obstacles = obstaclesAround(view_.map, view_.switches, kSeeAroundMm);
+    frames_without_wall_ = clearanceTo(obstacles, pose.at) < kAtWallMm ? 0 : frames_without_wall_ + 1;
+    if (frames_without_wall_ >= kLostFrames) {
+        manner.most_towards_deg_s = 0;
+    }
+    const Motion motion = alongWall(pose, obstacles, manner);
     driveArc(motion.forward, motion.turn);
     return BT::NodeStatus::RUNNING;
 }

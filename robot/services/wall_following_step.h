@@ -11,7 +11,7 @@
 
 namespace vemra::robot {
 
-/// `SensorConsole`: drives along a wall for as long as it is ticked. A contact makes it back off a little and
+/// `SensorConsole`: drives along a wall for as long as it is ticked; straight on where there is none. A contact makes it back off a little and
 /// turn away from the wall. Fails when contact follows contact and it gets nowhere.
 class FollowStepAction final : public MotionAction
 {
@@ -33,6 +33,7 @@ private:
     double turn_away_deg_ = 0;
     double turned_from_deg_ = 0;
     int contacts_in_vain_ = 0;
+    int frames_without_wall_ = 0;
     PointMm contact_at_;
 };
 
