@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -139,6 +140,7 @@ private:
         else {
             checkChildren(node, shape, path);
             checkPorts(node, shape, contract, path);
+            checkThreshold(node, path);
         }
         if (node.id == "SubtreeCondition")
             checkReference(node, path);
@@ -163,8 +165,19 @@ private:
                              (least == most        ? "exactly " + std::to_string(least)
                               : most == kAnyNumber ? "at least " + std::to_string(least)
                                                    : std::to_string(least) + " to " + std::to_string(most)) +
-                             (least == 1 && most <= 1 ? " child" : " children") + ", has " +
-                             std::to_string(have));
+                             (least == 1 ? " child" : " children") + ", has " + std::to_string(have));
+    }
+
+    /// A number of children that are never all there can never succeed.
+    void checkThreshold(const Node& node, const std::string& path)
+    {
+        const std::string* text = node.port("threshold");
+        std::int64_t threshold = 0;
+        if (node.id != "ParallelNode" || text == nullptr || !BT::parseInteger(*text, threshold))
+            return;
+        if (threshold < 1 || threshold > static_cast<std::int64_t>(node.children.size()))
+            report(path, "port threshold=\"" + *text + "\": expected 1 to the number of children, " +
+                             std::to_string(node.children.size()));
     }
 
     void checkPorts(const Node& node, const Shape* shape, const leaf::LeafContract* contract,
@@ -187,12 +200,25 @@ private:
             if (known == contract->ports.end())
                 report(path, node.id + " has no port " + port.name);
             else
-                checkText(port, known->type, known->values, path);
+                checkText(port, typeToldBeside(node, port).value_or(known->type), known->values, path);
         }
         if (shape != nullptr)
             for (const std::string_view needed : shape->ports)
                 if (typeOfControlPort(needed) != leaf::PortType::Bool && node.port(needed) == nullptr)
                     report(path, node.id + " lacks port " + std::string(needed));
+    }
+
+    /// What a value must read as where another port of the node tells its type.
+    static std::optional<leaf::PortType> typeToldBeside(const Node& node, const PortText& port)
+    {
+        const std::string* type = node.port("type");
+        if (node.id != "SetBlackboardWithType" || port.name != "value" || type == nullptr)
+            return std::nullopt;
+        if (*type == "int")
+            return leaf::PortType::Int;
+        if (*type == "float")
+            return leaf::PortType::Float;
+        return *type == "bool" ? std::optional(leaf::PortType::Bool) : std::nullopt;
     }
 
     void checkText(const PortText& port, leaf::PortType type, std::span<const std::string_view> values,

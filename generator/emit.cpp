@@ -65,7 +65,8 @@ std::string literal(std::string_view text)
     std::string out = "\"";
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\')
+        // A question mark too, as two of them may begin a trigraph.
+        if (c == '"' || c == '\\' || c == '?')
             out += {'\\', c};
         else if (byte >= 0x20 && byte < 0x7f)
             out += c;

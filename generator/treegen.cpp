@@ -47,7 +47,8 @@ void writeIfChanged(const std::filesystem::path& file, const std::string& text)
         if (have.str() == text)
             return;
     }
-    std::filesystem::create_directories(file.parent_path());
+    if (file.has_parent_path())
+        std::filesystem::create_directories(file.parent_path());
     const std::filesystem::path fresh = file.string() + ".new";
     {
         std::ofstream out(fresh, std::ios::binary);

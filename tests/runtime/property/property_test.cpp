@@ -43,7 +43,7 @@ Command anyCommand()
 class Properties : public testing::Test
 {
 protected:
-    static void SetUpTestSuite() { setenv("RC_PARAMS", "max_success=4000", 0); }
+    static void SetUpTestSuite() { setenv("RC_PARAMS", "max_success=2000", 0); }
 };
 
 TEST_F(Properties, TreesDoTickByTickWhatTheContractsSay)

@@ -1,0 +1,6 @@
+#include "description/tree.h"
+
+TREE(Snippet)
+{
+    return ForceSuccess(Sequence());
+}

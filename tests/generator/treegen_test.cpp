@@ -1,0 +1,183 @@
+#include "generator/treegen.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "generator/awkward_trees.h"
+#include "generator/emit.h"
+#include "plugin/tree_table.h"
+
+namespace vemra::test {
+namespace {
+
+namespace fs = std::filesystem;
+using description::NamedTree;
+using description::Node;
+using testing::HasSubstr;
+
+class Treegen : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    int run(const std::string& registry, std::vector<NamedTree> trees)
+    {
+        std::ofstream(folder_ / "registry.txt") << registry;
+        return command({"--registry", folder_ / "registry.txt", "--source", source_, "--exports", exports_},
+                       std::move(trees));
+    }
+    int command(const std::vector<std::string>& arguments, std::vector<NamedTree> trees)
+    {
+        std::vector<const char*> argv{"treegen"};
+        for (const std::string& argument : arguments)
+            argv.push_back(argument.c_str());
+        std::ostringstream said;
+        std::streambuf* const err = std::cerr.rdbuf(said.rdbuf());
+        std::streambuf* const out = std::cout.rdbuf(said.rdbuf());
+        const int code = generator::treegen(static_cast<int>(argv.size()), argv.data(), std::move(trees));
+        std::cerr.rdbuf(err);
+        std::cout.rdbuf(out);
+        said_ = said.str();
+        return code;
+    }
+    static std::string read(const fs::path& file)
+    {
+        std::ifstream in(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    const fs::path folder_ =
+        fs::path(testing::TempDir()) /
+        (std::string("treegen_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    const fs::path source_ = folder_ / "out" / "trees.cpp";
+    const fs::path exports_ = folder_ / "out" / "exports.map";
+    std::string said_;
+};
+
+TEST_F(Treegen, TouchesNoFileWhenItRefuses)
+{
+    ASSERT_EQ(run("A\n", {{"A", Node("AlwaysSuccess", {}, {})}}), 0) << said_;
+    const std::string before = read(source_);
+    EXPECT_EQ(run("A\nB\n", {{"A", Node("Inverter", {}, {})}, {"B", Node("Repeat", {}, {})}}), 2);
+    EXPECT_THAT(said_, HasSubstr("treegen: A: Inverter: Inverter takes exactly 1 child, has 0\n"));
+    EXPECT_THAT(said_, HasSubstr("treegen: B: Repeat: "));  // all faults at once
+    EXPECT_EQ(read(source_), before);
+}
+
+TEST_F(Treegen, NamesLineAndReasonOfAWrongRegistry)
+{
+    EXPECT_EQ(run("A\nB\nA\n", {}), 2);
+    EXPECT_THAT(said_, HasSubstr("registry.txt:3: tree 'A' stands twice"));
+    EXPECT_EQ(run("Back2cm\nBTBack2cm\n", {}), 2);
+    EXPECT_THAT(said_, HasSubstr("registry.txt:2: 'BTBack2cm' is out of order"));
+    EXPECT_EQ(command({"--registry", folder_ / "none.txt"}, {}), 2);
+    EXPECT_THAT(said_, HasSubstr("none.txt: cannot be read"));
+    EXPECT_EQ(command({}, {}), 2);
+    EXPECT_THAT(said_, HasSubstr("--registry is required"));
+    EXPECT_EQ(command({"--help"}, {}), 0);
+    EXPECT_FALSE(fs::exists(source_));
+}
+
+TEST_F(Treegen, LeavesAFileAloneThatSaysTheSame)
+{
+    ASSERT_EQ(run("A\n", {}), 0) << said_;
+    const auto long_ago = fs::last_write_time(source_) - std::chrono::hours(1);
+    fs::last_write_time(source_, long_ago);
+    ASSERT_EQ(run("A\n", {}), 0);
+    EXPECT_EQ(fs::last_write_time(source_), long_ago);
+    ASSERT_EQ(run("A\nB\n", {}), 0);
+    EXPECT_GT(fs::last_write_time(source_), long_ago);
+    EXPECT_THAT(read(exports_), HasSubstr("\"buildB(BT::BehaviorTreeFactory const&, "));
+    fs::remove_all(folder_ / "out");
+    std::ofstream(folder_ / "out") << "no folder";
+    EXPECT_EQ(run("A\n", {}), 2);
+    EXPECT_THAT(said_, HasSubstr("treegen: "));
+}
+
+/// What was built, as it would have been described.
+Node described(const BT::TreeNode& node)
+{
+    std::vector<description::PortText> ports;
+    for (const auto& [name, text] : node.initializationParameters())
+        ports.push_back({name, text});
+    std::sort(ports.begin(), ports.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    std::vector<Node> children;
+    if (const auto* control = dynamic_cast<const BT::ControlNode*>(&node))
+        for (const BT::TreeNode* child : control->children())
+            children.push_back(described(*child));
+    else if (const auto* decorator = dynamic_cast<const BT::DecoratorNode*>(&node))
+        children.push_back(described(*decorator->child()));
+    Node told(node.registrationName(), std::move(ports), std::move(children));
+    told.name = node.name();
+    return told;
+}
+
+void sortPorts(Node& node)
+{
+    std::sort(node.ports.begin(), node.ports.end(),
+              [](const auto& a, const auto& b) { return a.name < b.name; });
+    for (Node& child : node.children)
+        sortPorts(child);
+}
+
+std::size_t countOf(const Node& node)
+{
+    std::size_t count = 1;
+    for (const Node& child : node.children)
+        count += countOf(child);
+    return count;
+}
+
+TEST(Tables, GiveBackWhatWasDescribed)
+{
+    BT::BehaviorTreeFactory factory;
+    factory.registerSimpleAction("SaySomething", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    const auto blackboard = BT::Blackboard::create<BT::BlackboardLocal>();
+    const auto trees = generator::completed(awkwardTrees(), {"Not_written", "Z", "_", "auto_mode"});
+    const auto entries = plugin::treeEntries();
+    ASSERT_EQ(entries.size(), trees.size());
+    for (std::size_t i = 0; i < trees.size(); ++i) {
+        EXPECT_EQ(entries[i].name, trees[i].name);
+        const BT::Tree built = entries[i].builder(factory, blackboard);
+        Node wanted = trees[i].root;
+        sortPorts(wanted);
+        EXPECT_TRUE(described(*built.root_node) == wanted) << trees[i].name;
+        // Creation order: parents before children, children from left to right.
+        std::vector<const BT::TreeNode*> order;
+        BT::applyRecursiveVisitor(static_cast<const BT::TreeNode*>(built.root_node),
+                                  [&order](const BT::TreeNode* node) { order.push_back(node); });
+        ASSERT_EQ(built.nodes.size(), countOf(wanted));
+        for (std::size_t n = 0; n < order.size(); ++n)
+            EXPECT_EQ(built.nodes[n].get(), order[n]) << trees[i].name << ' ' << n;
+    }
+}
+
+TEST(Tables, SayWhichTreesAreNotWritten)
+{
+    const auto trees = generator::completed(awkwardTrees(), {"Not_written", "Z"});
+    ASSERT_EQ(trees.size(), 2u);
+    EXPECT_EQ(trees[0].root.id, "AlwaysFailure");
+    EXPECT_EQ(trees[0].root.name, "not written");
+}
+
+TEST(Tables, RefuseATreeThatOutgrowsThem)
+{
+    std::vector<Node> many(70000, Node("AlwaysSuccess", {}, {}));
+    std::ostringstream out;
+    EXPECT_THROW(generator::emitSource(out, {{"A", Node("Sequence", {}, std::move(many))}}),
+                 std::length_error);
+    EXPECT_TRUE(out.str().empty());
+}
+
+}  // namespace
+}  // namespace vemra::test
