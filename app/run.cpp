@@ -116,12 +116,16 @@ struct Records
     }
 };
 
-std::vector<robot::PointMm> trackOf(const robot::Body& body)
+std::vector<std::vector<robot::PointMm>> trackOf(const robot::Body& body)
 {
-    std::vector<robot::PointMm> track;
+    std::vector<std::vector<robot::PointMm>> stretches;
     for (const robot::Body::TrackPoint& point : body.track())
-        track.push_back(point.pose.at);
-    return track;
+    {
+        if (stretches.empty() || point.carried_here)
+            stretches.emplace_back();
+        stretches.back().push_back(point.pose.at);
+    }
+    return stretches;
 }
 
 void writeFolder(const std::filesystem::path& folder, const Robot& robot, const Records& records,

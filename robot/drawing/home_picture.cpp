@@ -19,6 +19,7 @@ constexpr Colour kMetreLine{0xe9e3d6};
 constexpr Colour kInk{0x2a323b};
 constexpr Colour kFaint{0x6d7782};
 constexpr Colour kTrack{0x2f7ed8, 0.75};
+constexpr Colour kCarried{0x8a94a6};
 constexpr Colour kDock{0x2c9a57};
 constexpr Colour kRobot{0xe4572e};
 
@@ -103,18 +104,32 @@ private:
 
     void track()
     {
-        if (marks_.track.size() < 2) {
-            return;
-        }
         cairo_t* const context = pen_.context();
         cairo_new_path(context);
-        for (const PointMm& point : marks_.track) {
-            cairo_line_to(context, x(point), y(point));
+        for (const auto& stretch : marks_.track) {
+            cairo_new_sub_path(context);
+            for (const PointMm& point : stretch) {
+                cairo_line_to(context, x(point), y(point));
+            }
         }
         pen_.colour(kTrack);
         cairo_set_line_width(context, 1.6);
         cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
         cairo_stroke(context);
+        for (std::size_t i = 1; i < marks_.track.size(); ++i) {
+            if (!marks_.track[i - 1].empty() && !marks_.track[i].empty()) {
+                dashed(marks_.track[i - 1].back(), marks_.track[i].front(), kCarried);
+            }
+        }
+    }
+
+    void dashed(PointMm from, PointMm to, Colour stroke)
+    {
+        cairo_save(pen_.context());
+        const double dashes[] = {3, 3};
+        cairo_set_dash(pen_.context(), dashes, 2, 0);
+        pen_.line(x(from), y(from), x(to), y(to), 1.5, stroke);
+        cairo_restore(pen_.context());
     }
 
     void dock()
@@ -130,11 +145,7 @@ private:
         const PointMm right = face.at - 150 * side;
         pen_.line(x(left), y(left), x(right), y(right), std::max(80 * scale_, 4.0), kDock);
         const PointMm tip = face.at + 520 * ahead;
-        cairo_save(pen_.context());
-        const double dashes[] = {3, 3};
-        cairo_set_dash(pen_.context(), dashes, 2, 0);
-        pen_.line(x(face.at), y(face.at), x(tip), y(tip), 1.5, kDock);
-        cairo_restore(pen_.context());
+        dashed(face.at, tip, kDock);
     }
 
     void robot()
@@ -166,7 +177,10 @@ private:
             at = key(at, base, kRobot, "robot");
         }
         if (!marks_.track.empty()) {
-            key(at, base, kTrack, "track");
+            at = key(at, base, kTrack, "track");
+        }
+        if (marks_.track.size() > 1) {
+            key(at, base, kCarried, "carried");
         }
     }
 

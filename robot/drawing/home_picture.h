@@ -16,7 +16,8 @@ struct HomeMarks
     std::string title;
     std::optional<Dock> dock;
     std::optional<PoseMm> robot;
-    std::vector<PointMm> track;  ///< where the robot really went
+    /// Where the robot really went on its own wheels: a stretch each time from where it was put down.
+    std::vector<std::vector<PointMm>> track;
 };
 
 /// The home from above, y up, with a bar of one metre. Keeps home by reference: it must outlive the picture.

@@ -283,10 +283,14 @@ private:
         cairo_t* const context = pen_.context();
         cairo_new_path(context);
         cairo_move_to(context, x(run_.battery.front().first), level(run_.battery.front().second));
+        // In steps: a level holds until the next one is told.
+        double height = level(run_.battery.front().second);
         for (const auto& [frame, percent] : run_.battery) {
-            cairo_line_to(context, x(frame), level(percent));
+            cairo_line_to(context, x(frame), height);
+            height = level(percent);
+            cairo_line_to(context, x(frame), height);
         }
-        cairo_line_to(context, x(run_.frames), level(run_.battery.back().second));
+        cairo_line_to(context, x(run_.frames), height);
         pen_.colour(kBattery);
         cairo_set_line_width(context, 2);
         cairo_stroke_preserve(context);
