@@ -1,6 +1,8 @@
 # Writes OUT with the version text commit-<branch>-<n>-g<hash>, where n counts the commits since the last
 # tag; outside a checkout the parts are "unknown", 0 and zeros. Run at each build; touches OUT only when the
 # text changes.
+cmake_minimum_required(VERSION 3.25)
+
 function(git out)
   execute_process(COMMAND git ${ARGN} WORKING_DIRECTORY ${SOURCE_DIR} OUTPUT_VARIABLE text
                   OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET RESULT_VARIABLE fault)
