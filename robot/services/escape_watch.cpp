@@ -44,13 +44,13 @@ constexpr double kSamePlaceMm = 200;
 
 }  // namespace
 
-void EscapeWatch::count(EscapeKind kind, bool sign, bool while_driven)
+void EscapeWatch::count(EscapeKind kind, bool sign, bool counts)
 {
     signs_[index(kind)] = sign;
     int& frames = frames_[index(kind)];
     if (!sign) {
         frames = 0;
-    } else if (driven_ || !while_driven) {
+    } else if (counts) {
         ++frames;
     }
 }
@@ -58,15 +58,15 @@ void EscapeWatch::count(EscapeKind kind, bool sign, bool while_driven)
 void EscapeWatch::update(const Body& body, std::string_view contact)
 {
     ++frame_;
-    driven_ = body.commanded() != WheelSpeeds{};
+    const bool driven = body.commanded() != WheelSpeeds{};
     const bool bumped = body.bumper().any();
     const bool dropped = body.wheelDrop().any();
     // In the air everything looks like an edge.
-    count(EscapeKind::Cliff, body.cliffs().any() && !body.wheelDrop().both(), true);
-    count(EscapeKind::Drop, dropped, false);
-    count(EscapeKind::Virtual, contact == kVirtualBump, true);
-    count(EscapeKind::Bump, bumped, true);
-    count(EscapeKind::Gesture, body.tiltDeg() >= kTiltDeg, false);
+    count(EscapeKind::Cliff, body.cliffs().any() && !body.wheelDrop().both(), driven);
+    count(EscapeKind::Drop, dropped, true);
+    count(EscapeKind::Virtual, contact == kVirtualBump, driven);
+    count(EscapeKind::Bump, bumped, driven);
+    count(EscapeKind::Gesture, body.tiltDeg() >= kTiltDeg, true);
     countProgress(body);
 
     const Onset here{frame_, body.odometry().at};
@@ -74,8 +74,8 @@ void EscapeWatch::update(const Body& body, std::string_view contact)
     note(drops_, dropped && !dropped_before_, here, kDropMemory);
     bumped_before_ = bumped;
     dropped_before_ = dropped;
-    count(EscapeKind::BumpRepeat, repeats(bumps_, kBumpTimes), false);
-    count(EscapeKind::DropRepeat, repeats(drops_, kDropTimes), false);
+    count(EscapeKind::BumpRepeat, repeats(bumps_, kBumpTimes), true);
+    count(EscapeKind::DropRepeat, repeats(drops_, kDropTimes), true);
 }
 
 void EscapeWatch::countProgress(const Body& body)
@@ -86,16 +86,17 @@ void EscapeWatch::countProgress(const Body& body)
     const bool pushes = std::abs(push) >= kPushingMm;
     const bool turns = std::abs(turn) >= kTurningDeg;
     const bool in_air = body.wheelDrop().both();
-    count(EscapeKind::ForwardSuffocate,
-          pushes && !in_air && std::abs(body.flowSpeed()) < kProgress * std::abs(push), true);
-    count(EscapeKind::TurnSuffocate,
-          turns && !in_air && std::abs(body.turnRate()) < kProgress * std::abs(turn), true);
+    // Whether the robot gets on shows only while its wheels try; until then the last answer holds.
+    const auto gets_nowhere = [&](EscapeKind kind, bool tries, double wheels_do, double robot_does) {
+        const bool nowhere = tries ? std::abs(robot_does) < kProgress * std::abs(wheels_do) : shows(kind);
+        count(kind, nowhere && !in_air, tries);
+    };
+    gets_nowhere(EscapeKind::ForwardSuffocate, pushes, push, body.flowSpeed());
+    gets_nowhere(EscapeKind::TurnSuffocate, turns, turn, body.turnRate());
 
-    // An order to the other side takes the wheels through a standstill: that does not count as progress.
+    const bool tries = pushes || turns;
     const bool still = std::abs(body.flowSpeed()) < kStillMm && std::abs(body.turnRate()) < kStillDeg;
-    const bool stands = !pushes && !turns;
-    const bool held = still && !in_air && (!stands || shows(EscapeKind::Immovable));
-    count(EscapeKind::Immovable, held, true);
+    count(EscapeKind::Immovable, (tries ? still : shows(EscapeKind::Immovable)) && !in_air, tries);
 }
 
 void EscapeWatch::note(std::deque<Onset>& onsets, bool began, const Onset& onset, std::uint64_t memory_frames)

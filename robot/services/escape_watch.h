@@ -11,7 +11,7 @@
 namespace vemra::robot {
 
 /// Watches the senses for signs that the robot is stuck. A sign must hold for a while before it is a warning,
-/// most of them only while the wheels have an order to move.
+/// most of them while the wheels have an order to move.
 class EscapeWatch
 {
 public:
@@ -34,7 +34,7 @@ private:
     };
 
     static std::size_t index(EscapeKind kind) { return static_cast<std::size_t>(kind); }
-    void count(EscapeKind kind, bool sign, bool while_driven);
+    void count(EscapeKind kind, bool sign, bool counts);
     void countProgress(const Body& body);
     static void note(std::deque<Onset>& onsets, bool began, const Onset& onset, std::uint64_t memory_frames);
     [[nodiscard]] static bool repeats(const std::deque<Onset>& onsets, std::size_t times);
@@ -46,7 +46,6 @@ private:
     std::deque<Onset> drops_;
     bool bumped_before_ = false;
     bool dropped_before_ = false;
-    bool driven_ = false;
 };
 
 }  // namespace vemra::robot

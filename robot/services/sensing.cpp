@@ -113,7 +113,7 @@ std::string SensingService::virtualContact() const
     }
     for (const Edge& edge : edges_) {
         if (switches_.isOn(edge.sensor)) {
-            const std::string direction = edge.direction();
+            std::string direction = edge.direction();
             if (isBump(direction)) {
                 return direction;
             }
@@ -134,7 +134,7 @@ std::string SensingService::contact() const
     if (ignored) {
         return std::string(kNoBump);
     }
-    const std::string edge = virtualContact();
+    std::string edge = virtualContact();
     if (isBump(edge)) {
         return edge;
     }

@@ -74,7 +74,7 @@ public:
     void enterLeaf(const std::string& id, const BT::NodeParameters& ports = {})
     {
         tree = {};
-        std::shared_ptr<BT::TreeNode> node = factory.instantiateTreeNode(id, id, ports, blackboard);
+        const std::shared_ptr<BT::TreeNode> node = factory.instantiateTreeNode(id, id, ports, blackboard);
         tree.root_node = node.get();
         tree.nodes = {node};
     }
@@ -82,7 +82,7 @@ public:
     // One tick of a leaf that is done at once.
     bool passes(const std::string& id, const BT::NodeParameters& ports = {})
     {
-        const std::shared_ptr<BT::TreeNode> node = factory.instantiateTreeNode(id, id, ports, blackboard);
+        const auto node = factory.instantiateTreeNode(id, id, ports, blackboard);
         return node->executeTick() == BT::NodeStatus::SUCCESS;
     }
 

@@ -9,11 +9,6 @@
 namespace vemra::robot {
 namespace {
 
-using testing::AllOf;
-using testing::Each;
-using testing::Ge;
-using testing::Le;
-
 constexpr double kFrame = 0.02;
 
 // 3 m by 3 m of free floor from 50 to 2950 mm.

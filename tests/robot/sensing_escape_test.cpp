@@ -187,5 +187,59 @@ TEST_F(EscapeTrees, ALiftedRobotWaitsToBeSetDown)
     EXPECT_GT(rig.at().y, 850) << "and the task goes on from there";
 }
 
+TEST_F(EscapeTrees, ARobotThatIsShutInTriesUntilItIsLetOut)
+{
+    enterTask(150);
+    rig.frames(50);
+    const PointMm at = rig.at();
+    std::vector<World::ThingId> bars;
+    for (const double side : {-250.0, 225.0}) {
+        bars.push_back(rig.world.putDown({{at.x + side, at.y - 300}, {at.x + side + 25, at.y + 300}}));
+        bars.push_back(rig.world.putDown({{at.x - 300, at.y + side}, {at.x + 300, at.y + side + 25}}));
+    }
+    rig.frames(2000);
+    EXPECT_TRUE(rig.happened("escape: "));
+    EXPECT_LT(distance(rig.at(), at), 120) << "it cannot have got out";
+    for (const World::ThingId bar : bars) {
+        rig.world.takeAway(bar);
+    }
+    rig.frames(800);
+    EXPECT_GT(distance(rig.at(), at), 300);
+}
+
+TEST_F(EscapeTrees, SpinningWheelsAreFeltByTheirSlip)
+{
+    enterTask(150);
+    rig.body.setSlip(0.5);
+    rig.frames(200);
+    EXPECT_TRUE(rig.log.empty()) << "it gets on, if slowly";
+    rig.body.setSlip(0.95);
+    rig.frames(600);
+    EXPECT_TRUE(rig.happened("escape: pushes and gets nowhere"));
+    EXPECT_TRUE(rig.happened("still stuck: "));
+    EXPECT_FALSE(rig.happened("free: "));
+    rig.body.setSlip(0);
+    rig.frames(300);
+    EXPECT_TRUE(rig.happened("free: "));
+    EXPECT_FALSE(rig.escape.warns());
+}
+
+TEST_F(EscapeTrees, ALineIsDrivenToItsEndOrToTheFirstBump)
+{
+    rig.blackboard->set("next_line_to_clean_stack", "1 2 3");
+    ASSERT_TRUE(rig.passes("SetFixOrientation", {{"target_point", "2300;1500"}}));
+    rig.enter("FixOrientation");
+    EXPECT_EQ(rig.run(500), NodeStatus::SUCCESS);
+    EXPECT_NEAR(rig.at().x, 2300, 30);
+    EXPECT_TRUE(rig.blackboard->contains("next_line_to_clean_stack"));
+
+    rig.world.putDown({{1700, 1400}, {1750, 1600}}, Height::Low);
+    ASSERT_TRUE(rig.passes("SetFixOrientation", {{"target_point", "1000;1500"}}));
+    EXPECT_EQ(rig.run(800), NodeStatus::FAILURE);
+    EXPECT_NEAR(rig.at().x, 1750 + kRobotRadiusMm + 15, 15) << "backed off the thing on the line";
+    EXPECT_EQ(rig.text("bump_dir"), "middle");
+    EXPECT_FALSE(rig.blackboard->contains("next_line_to_clean_stack"));
+}
+
 }  // namespace
 }  // namespace vemra::robot
