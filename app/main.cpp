@@ -4,12 +4,10 @@
 #include "app/completion/commands.h"
 #include "app/leaves/commands.h"
 #include "app/near_names.h"
+#include "app/run.h"
 #include "app/trees/commands.h"
 #include "app/user_error.h"
 #include "plugin/version.h"
-#ifdef VEMRA_HAS_RUN
-#include "app/run.h"
-#endif
 
 namespace {
 
@@ -67,19 +65,18 @@ int main(int argc, char** argv)
     program.set_version_flag("--version", vemra::version(), "Print the version and exit");
     program.set_help_flag("-h,--help", "Print this help and exit");
     program.require_subcommand(1);
+    int exit_code = kDone;
+    addRunCommand(program, exit_code);
+    addTreesCommand(program, exit_code);
+    addLeavesCommand(program);
+    addCompletionCommand(program);
+    // Set last: commands take over the footer that is there when they are added.
     program.footer(
         "Examples:\n"
         "  vemra trees show Escape --expand | less -R\n"
         "  vemra trees export RobotNode --format xml --out robot.xml\n"
         "  vemra leaves show Rotate\n"
-        "Exit codes: 0 done, 2 what was given cannot be used.");
-    int exit_code = kDone;
-#ifdef VEMRA_HAS_RUN
-    addRunCommand(program, exit_code);
-#endif
-    addTreesCommand(program);
-    addLeavesCommand(program);
-    addCompletionCommand(program);
+        "Exit codes: 0 done, 1 trees diff has found differences, 2 what was given cannot be used.");
 
     try {
         program.parse(argc, argv);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "behaviortree_cpp/bt_factory.h"
 #include "leaves/contract.h"
 
 namespace vemra::app {
@@ -18,6 +19,8 @@ _vemra_words() {
     case $1 in
         TREE) "${COMP_WORDS[0]}" trees list --names 2>/dev/null ;;
         LEAF) "${COMP_WORDS[0]}" leaves list --names 2>/dev/null ;;
+        NODE) "${COMP_WORDS[0]}" leaves list --names 2>/dev/null; _vemra_types ;;
+        KEY) "${COMP_WORDS[0]}" trees keys --names 2>/dev/null ;;
         FILE) compgen -f -- "$2" ;;
         DIR) compgen -d -- "$2" ;;
         NONE) ;;
@@ -91,11 +94,22 @@ std::string kindOf(const CLI::Option& option)
     }
     if (type == "FAMILY")
         return familyWords();
-    for (const char* known : {"TREE", "LEAF", "FILE", "DIR"})
+    for (const char* known : {"TREE", "LEAF", "NODE", "KEY", "FILE", "DIR"})
         if (type == known)
             return known;
     // A number or a text of its own: nothing to offer, but it is a value.
     return "NONE";
+}
+
+// Node types that are no leaves, a line each.
+std::string nodeTypes()
+{
+    const BT::BehaviorTreeFactory factory;
+    std::string lines;
+    for (const BT::TreeNodeManifest& type : factory.manifests())
+        if (leaf::find(type.registration_ID) == nullptr)
+            lines += type.registration_ID + "\n";
+    return lines;
 }
 
 struct Tables
@@ -158,7 +172,7 @@ void writeBashCompletion(std::ostream& out, const CLI::App& program)
     writeTable(out, "_vemra_options", "$1", tables.options);
     writeTable(out, "_vemra_value", "$1 $2", tables.values);
     writeTable(out, "_vemra_operand", "$1", tables.operands);
-    out << kScript;
+    out << "\n_vemra_types() {\n    cat <<'END'\n" << nodeTypes() << "END\n}\n" << kScript;
 }
 
 }  // namespace vemra::app

@@ -1,11 +1,8 @@
 #include "app/trees/commands.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -13,6 +10,8 @@
 
 #include "app/trees/export.h"
 #include "app/trees/outline.h"
+#include "app/trees/search_commands.h"
+#include "app/trees/shared_options.h"
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
 #include "robot/output_file.h"
@@ -26,27 +25,17 @@ constexpr const char* kFirstTree = "RobotNode";
 
 struct TreesOptions
 {
-    std::string plugin = ownTreeLibrary().string();
+    std::string plugin;
     bool names_only = false;
     bool json = false;
     std::string tree;
     std::vector<std::string> trees;
     std::size_t depth = std::numeric_limits<std::size_t>::max();
     bool expand = false;
-    std::string color = "auto";
+    std::string color;
     std::string format = "json";
     std::string out;
 };
-
-bool colorWanted(const std::string& choice)
-{
-    if (choice != "auto")
-        return choice == "always";
-    const char* const off = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    return ::isatty(STDOUT_FILENO) == 1 && (off == nullptr || *off == '\0') &&
-           (terminal == nullptr || std::string_view(terminal) != "dumb");
-}
 
 void list(const TreesOptions& options)
 {
@@ -113,27 +102,20 @@ void exportTrees(const TreesOptions& options)
         robot::writeFile(options.out, text.str());
 }
 
-void addPlugin(CLI::App& command, TreesOptions& options)
-{
-    command
-        .add_option("--plugin", options.plugin,
-                    "Library of trees to load, instead of the one that belongs to this program")
-        ->type_name("FILE");
-}
-
 }  // namespace
 
-void addTreesCommand(CLI::App& program)
+void addTreesCommand(CLI::App& program, int& exit_code)
 {
     const auto options = std::make_shared<TreesOptions>();
-    CLI::App& trees = *program.add_subcommand("trees", "The behaviour trees: list, show, export");
+    CLI::App& trees =
+        *program.add_subcommand("trees", "The behaviour trees: list, show, export, search, compare");
     trees.require_subcommand(1);
 
     CLI::App& list_command =
         *trees.add_subcommand("list", "All trees with their numbers of nodes and levels");
     auto* names = list_command.add_flag("--names", options->names_only, "Names alone, a line each");
     list_command.add_flag("--json", options->json, "As JSON")->excludes(names);
-    addPlugin(list_command, *options);
+    addPluginOption(list_command, options->plugin);
     list_command.callback([options] { list(*options); });
 
     CLI::App& show_command =
@@ -145,11 +127,8 @@ void addTreesCommand(CLI::App& program)
     show_command.add_flag(
         "--expand", options->expand,
         "Go on into the trees that are entered, into each at the first place that enters it");
-    show_command
-        .add_option("--color", options->color, "Colours; auto: on a terminal, unless NO_COLOR is set")
-        ->check(CLI::IsMember({"auto", "always", "never"}))
-        ->capture_default_str();
-    addPlugin(show_command, *options);
+    addColorOption(show_command, options->color);
+    addPluginOption(show_command, options->plugin);
     show_command.callback([options] { show(*options); });
 
     CLI::App& export_command =
@@ -163,8 +142,10 @@ void addTreesCommand(CLI::App& program)
         ->capture_default_str();
     export_command.add_option("--out", options->out, "File to write, instead of standard output")
         ->type_name("FILE");
-    addPlugin(export_command, *options);
+    addPluginOption(export_command, options->plugin);
     export_command.callback([options] { exportTrees(*options); });
+
+    addSearchCommands(trees, exit_code);
 }
 
 }  // namespace vemra::app

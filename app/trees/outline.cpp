@@ -50,6 +50,12 @@ std::string quoted(std::string_view text)
     return out + '"';
 }
 
+/// An inner tree says its name twice, as its label and as a port; once is enough here.
+bool showsLabel(const ModelNode& node)
+{
+    return node.hasOwnName() && node.id != "SubTree";
+}
+
 class Writer
 {
 public:
@@ -76,8 +82,7 @@ private:
         ++line_;
         out_ << std::string(depth * 2, ' ');
         paint(colorOf(node), node.id);
-        // An inner tree says its name twice, as its label and as a port; once is enough here.
-        if (node.hasOwnName() && node.type != BT::NodeType::SUBTREE)
+        if (showsLabel(node))
             paint(kLabel, " " + quoted(node.name));
         for (const auto& [name, text] : node.ports) {
             paint(kDim, " " + name + "=");
@@ -126,6 +131,16 @@ private:
 };
 
 }  // namespace
+
+std::string nodeText(const ModelNode& node)
+{
+    std::string text = node.id;
+    if (showsLabel(node))
+        text += " " + quoted(node.name);
+    for (const auto& [name, value] : node.ports)
+        text += " " + name + "=" + quoted(value);
+    return text;
+}
 
 void writeOutline(std::ostream& out, const TreeModel& tree, const OutlineStyle& style,
                   const TreeSource& source, const std::function<bool(const std::string&)>& knows)

@@ -16,6 +16,9 @@ struct OutlineStyle
     bool expand = false;  ///< goes on into entered trees, into each at the first place that enters it
 };
 
+/// A node as its line in an outline says it, without indent and colour.
+[[nodiscard]] std::string nodeText(const ModelNode& node);
+
 using TreeSource = std::function<TreeModel(const std::string& name)>;
 
 /// Writes a tree, a node a line, a level two blanks deeper: identifier, "label" where it is another, ports.

@@ -26,6 +26,8 @@ public:
     /// In the order of registration.
     [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
     [[nodiscard]] bool has(const std::string& name) const { return factory_.hasTree(name); }
+    /// All that a node can be.
+    [[nodiscard]] const std::vector<BT::TreeNodeManifest>& nodeTypes() const { return factory_.manifests(); }
     /// Throws UserError when there is no such tree, with the names that are near.
     void expect(const std::string& name) const;
     /// Builds a tree and takes it down again. Throws UserError when there is no such tree or when it names a

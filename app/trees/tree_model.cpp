@@ -14,27 +14,6 @@ namespace {
 /// The label that the generator gives the stand-in of a tree without a description.
 constexpr std::string_view kNotWritten = "not written";
 
-std::vector<std::pair<std::string, std::string>> orderedPorts(const BT::TreeNode& node)
-{
-    const BT::NodeParameters& given = node.initializationParameters();
-    std::vector<std::pair<std::string, std::string>> ports(given.begin(), given.end());
-    const leaf::LeafContract* contract = leaf::find(node.registrationName());
-    const auto place = [contract](const std::string& port) {
-        // What is for viewers comes behind what the node works with.
-        if (port == "expand_in_logger" || port == "display_name")
-            return std::numeric_limits<std::size_t>::max();
-        std::size_t at = 0;
-        if (contract != nullptr)
-            while (at < contract->ports.size() && contract->ports[at].name != port)
-                ++at;
-        return at;
-    };
-    std::sort(ports.begin(), ports.end(), [&place](const auto& a, const auto& b) {
-        return std::pair(place(a.first), a.first) < std::pair(place(b.first), b.first);
-    });
-    return ports;
-}
-
 std::vector<const BT::TreeNode*> childrenOf(const BT::TreeNode& node)
 {
     if (const auto* control = dynamic_cast<const BT::ControlNode*>(&node))
@@ -67,6 +46,24 @@ std::size_t TreeModel::levels() const
     return deepest;
 }
 
+void orderPorts(const std::string& id, std::vector<std::pair<std::string, std::string>>& ports)
+{
+    const leaf::LeafContract* contract = leaf::find(id);
+    const auto place = [contract](const std::string& port) {
+        // What is for viewers comes behind what the node works with.
+        if (port == "expand_in_logger" || port == "display_name")
+            return std::numeric_limits<std::size_t>::max();
+        std::size_t at = 0;
+        if (contract != nullptr)
+            while (at < contract->ports.size() && contract->ports[at].name != port)
+                ++at;
+        return at;
+    };
+    std::sort(ports.begin(), ports.end(), [&place](const auto& a, const auto& b) {
+        return std::pair(place(a.first), a.first) < std::pair(place(b.first), b.first);
+    });
+}
+
 TreeModel modelOf(const std::string& name, const BT::Tree& tree)
 {
     TreeModel model{name, std::vector<ModelNode>(tree.nodes.size())};
@@ -79,7 +76,8 @@ TreeModel modelOf(const std::string& name, const BT::Tree& tree)
         row.id = node.registrationName();
         row.name = node.name();
         row.type = node.type();
-        row.ports = orderedPorts(node);
+        row.ports.assign(node.initializationParameters().begin(), node.initializationParameters().end());
+        orderPorts(row.id, row.ports);
         for (const BT::TreeNode* child : childrenOf(node)) {
             const std::size_t at = index.at(child);
             row.children.push_back(at);

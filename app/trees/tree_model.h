@@ -39,6 +39,9 @@ struct TreeModel
     [[nodiscard]] std::size_t levels() const;
 };
 
+/// Brings the ports of a node of the type `id` into the order in which a ModelNode has them.
+void orderPorts(const std::string& id, std::vector<std::pair<std::string, std::string>>& ports);
+
 [[nodiscard]] TreeModel modelOf(const std::string& name, const BT::Tree& tree);
 
 /// The tree that a node enters when ticked; empty for all nodes but SubtreeCondition.

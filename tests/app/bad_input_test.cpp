@@ -37,6 +37,9 @@ TEST_F(BadInput, UnknownNamesComeBackWithNearOnes)
     expectRefusal({"trees", "export", "Escape", "Excape"}, "no tree 'Excape'; did you mean 'Escape'?");
     expectRefusal({"leaves", "show", "Rotat"}, "no leaf 'Rotat'; did you mean 'Rotate'");
     expectRefusal({"leaves", "list", "--family", "music"}, "no family 'music'; the families are: Blackboard");
+    expectRefusal({"trees", "where", "Rotat"}, "no node type 'Rotat'; did you mean 'Rotate'");
+    expectRefusal({"trees", "callers", "Escap"}, "no tree 'Escap'; did you mean 'Escape'");
+    expectRefusal({"trees", "keys", "finish_escap"}, "key 'finish_escap'; did you mean 'finish_escape'");
     expectRefusal({"tres"}, "'tres'; did you mean 'trees'?");
     expectRefusal({"trees", "shwo", "Escape"}, "'shwo'; did you mean 'show'?\nSee vemra trees --help");
     expectRefusal({"trees", "show", "Escape", "--expnad"}, "no option '--expnad'; did you mean '--expand'?");
@@ -50,6 +53,7 @@ TEST_F(BadInput, ValuesOutOfRangeAndMissingOnes)
     expectRefusal({"trees", "show", "Escape", "--depth", "two"}, "--depth");
     expectRefusal({"trees", "show", "Escape", "--color", "red"}, "{auto,always,never}");
     expectRefusal({"trees", "export", "--format", "yaml"}, "{json,xml,dot}");
+    expectRefusal({"trees", "where", "Rotate", "--port", "angle_deg"}, "expected PORT=VALUE");
     expectRefusal({"trees", "list", "--names", "--json"}, "--names excludes --json");
 }
 
@@ -62,6 +66,26 @@ TEST_F(BadInput, LibrariesThatAreNone)
     expectRefusal({"trees", "list", "--plugin", std::string(VEMRA_LIB_DIR) + "/libbehaviortree_cpp.so"},
                   "BT_RegisterNodesFromPlugin");
     expectRefusal({"trees", "show", "UnknownLeaf", "--plugin", foreignTrees()}, "NobodyKnowsThis");
+}
+
+TEST_F(BadInput, ExportsThatAreNone)
+{
+    const auto refused = [this](const std::string& text, const std::string& message) {
+        const std::string file = (folder_ / "old.json").string();
+        std::ofstream(file) << text;
+        expectRefusal({"trees", "diff", file}, "old.json: " + message);
+    };
+    expectRefusal({"trees", "diff", (folder_ / "none.json").string()}, "none.json: cannot be read");
+    expectRefusal({"trees", "diff", folder_.string()}, "cannot be read");
+    refused("{\"trees\":[\n{]}", "parse error at line 2, column 2");
+    refused("[1]", "the file: expected an object with \"trees\"");
+    refused(R"({"trees":[{"name":"A"}]})", "tree 0: expected an object with \"nodes\"");
+    refused(R"({"trees":[{"name":"A","nodes":[{"id":"Stop","name":"Stop","parent":-1,"ports":{}},
+                                            {"id":"Stop","name":"Stop","parent":1,"ports":{}}]}]})",
+            "tree \"A\", node 1: expected the index of an earlier node as \"parent\"");
+    refused(
+        R"({"trees":[{"name":"A","nodes":[{"id":"Delay","name":"Delay","parent":-1,"ports":{"ticks":1}}]}]})",
+        "tree \"A\", node 0: expected a text as port \"ticks\"");
 }
 
 TEST_F(BadInput, NothingIsHalfWritten)
@@ -97,6 +121,10 @@ TEST(Help, EachCommandTellsItsOptions)
         {{"trees", "list"}, "--names"},
         {{"trees", "show"}, "--expand"},
         {{"trees", "export"}, "--format"},
+        {{"trees", "where"}, "--port"},
+        {{"trees", "callers"}, "TREE:LINE"},
+        {{"trees", "keys"}, "erases"},
+        {{"trees", "diff"}, "Exit codes"},
         {{"leaves"}, "families"},
         {{"leaves", "list"}, "--family"},
         {{"leaves", "show"}, "leaf LEAF"},

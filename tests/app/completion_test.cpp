@@ -8,6 +8,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
@@ -31,7 +32,7 @@ std::vector<std::string> offered(const std::vector<std::string>& words, const st
 TEST(BashCompletion, OffersCommandsAndOptionsWhereTheyStand)
 {
     EXPECT_THAT(offered({"tr"}), ElementsAre("trees"));
-    EXPECT_THAT(offered({"trees", ""}), UnorderedElementsAre("list", "show", "export"));
+    EXPECT_THAT(offered({"trees", ""}), IsSupersetOf({"list", "show", "export", "keys"}));
     EXPECT_THAT(offered({"trees", "export", "--f"}), ElementsAre("--format"));
     EXPECT_THAT(offered({"leaves", "list", "--"}), Not(Contains("--format")));
     // The value of an option is no command.
@@ -48,6 +49,9 @@ TEST(BashCompletion, OffersValues)
     EXPECT_THAT(offered({"trees", "export", "Escape", "--format", "xml", "RobotN"}),
                 ElementsAre("RobotNode"));
     EXPECT_THAT(offered({"leaves", "show", "Rotat"}), Contains("Rotate"));
+    EXPECT_THAT(offered({"trees", "where", "IfThen"}), UnorderedElementsAre("IfThenElse", "IfThenElseStar"));
+    EXPECT_THAT(offered({"trees", "where", "Rotat"}), Contains("Rotate"));
+    EXPECT_THAT(offered({"trees", "keys", "finish_esc"}), ElementsAre("finish_escape"));
     EXPECT_THAT(offered({"leaves", "list", "--family", "D"}), ElementsAre("Dock"));
 }
 
