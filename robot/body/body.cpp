@@ -19,6 +19,9 @@ constexpr double kSideFromDeg = 15;
 constexpr double kCliffSensorRadiusMm = 155;
 /// What a wheel without a hold on the floor still does by rubbing on the edge.
 constexpr double kHangingGrip = 0.3;
+constexpr double kNearHalfDeg = 20;
+constexpr double kNearStepDeg = 4;
+constexpr double kNearReachMm = 150;
 constexpr std::uint64_t kScanEverySteps = 5;
 constexpr std::size_t kMostTouches = 8;
 
@@ -198,6 +201,19 @@ const LaserScan& Body::recentScan()
         return scan();
     }
     return recent_scan_;
+}
+
+std::optional<double> Body::nearAhead() const
+{
+    std::optional<double> nearest;
+    for (double bearing = -kNearHalfDeg; bearing <= kNearHalfDeg; bearing += kNearStepDeg) {
+        const auto range =
+            world_.solid().castRay(pose_.at, {pose_.yaw.value + bearing}, kRobotRadiusMm + kNearReachMm);
+        if (range && (!nearest || *range - kRobotRadiusMm < *nearest)) {
+            nearest = *range - kRobotRadiusMm;
+        }
+    }
+    return nearest;
 }
 
 void Body::lift()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "robot/body/laser.h"
@@ -105,6 +106,10 @@ public:
     [[nodiscard]] const LaserScan& scan();
     /// The last turn of the laser, less than five steps old.
     [[nodiscard]] const LaserScan& recentScan();
+
+    /// The line laser close over the floor: from the front of the casing to the nearest thing ahead, low ones
+    /// too; nothing beyond 150 mm gives no value.
+    [[nodiscard]] std::optional<double> nearAhead() const;
 
     // --- ground truth: for the world, figures and tests, not for services
 

@@ -12,7 +12,9 @@
 #include "robot/clock.h"
 #include "robot/services/escape.h"
 #include "robot/services/motion.h"
+#include "robot/services/navigation_points.h"
 #include "robot/services/sensing.h"
+#include "robot/services/sensing_review.h"
 #include "robot/sketch.h"
 
 namespace vemra::robot {
@@ -37,6 +39,7 @@ public:
         for (Service* service : services()) {
             service->install(host);
         }
+        installPointLeaves(host);
         host.register_defaults();
     }
 
@@ -120,12 +123,13 @@ public:
     MotionService motion{parts, pose};
     SensingService sensing{parts, pose, switches, walls};
     EscapeService escape{parts, sensing};
+    ReviewService review{parts, pose};
     BT::BehaviorTreeFactory factory;
     BT::Tree tree;
     int frames_run = 0;
 
 private:
-    std::vector<Service*> services() { return {&motion, &sensing, &escape}; }
+    std::vector<Service*> services() { return {&motion, &sensing, &escape, &review}; }
 };
 
 }  // namespace vemra::robot
