@@ -19,16 +19,34 @@ constexpr double kContactSpreadDeg = 40;
 // A contact lies a little outside of the casing.
 constexpr double kOutsideMm = 10;
 
-// The middle of what is pressed of the bumper; positive to the left.
-double bearingOf(const Sides& bumper)
+// The middle of where something was met; positive to the left.
+double bearingOf(const Sides& met)
 {
     constexpr double kSide = 50;
     constexpr double kBetween = 25;
-    if (bumper.left == bumper.right) {
+    if (met.left == met.right) {
         return 0;
     }
-    const double off = bumper.middle ? kBetween : kSide;
-    return bumper.left ? off : -off;
+    const double off = met.middle ? kBetween : kSide;
+    return met.left ? off : -off;
+}
+
+// The range of a beam with those of its neighbours that met the same thing: a drive close to a wall goes by
+// the nearest of many beams, and noise alone would put the wall nearer.
+double smoothed(const LaserScan& scan, std::size_t beam)
+{
+    constexpr double kSameThingMm = 30;
+    const std::size_t beams = scan.ranges_mm.size();
+    const double range = *scan.ranges_mm[beam];
+    double sum = range;
+    int count = 1;
+    for (const std::size_t beside : {(beam + 1) % beams, (beam + beams - 1) % beams}) {
+        if (const auto& other = scan.ranges_mm[beside]; other && std::abs(*other - range) < kSameThingMm) {
+            sum += *other;
+            ++count;
+        }
+    }
+    return sum / count;
 }
 
 }  // namespace
@@ -72,7 +90,7 @@ void RobotMap::enterScan()
         const Degrees heading{at.yaw.value + scan.bearing(i).value};
         beams.push_back({heading, scan.ranges_mm[i]});
         if (scan.ranges_mm[i]) {
-            seen_.push_back(at.at + *scan.ranges_mm[i] * direction(heading));
+            seen_.push_back(at.at + smoothed(scan, i) * direction(heading));
             farthest = std::max(farthest, *scan.ranges_mm[i]);
         }
     }
@@ -87,15 +105,17 @@ void RobotMap::enterContact(std::uint64_t frame)
 {
     contacts_.forgetOld(static_cast<std::int64_t>(frame));
     const Sides& bumper = body_.bumper();
-    const bool now = bumper.any();
+    const Sides& cliffs = body_.cliffs();
+    const Sides met{bumper.left || cliffs.left, bumper.middle || cliffs.middle, bumper.right || cliffs.right};
+    const bool now = met.any();
     if (now && !pressed_) {
         const PoseMm at = pose();
-        const double bearing = bearingOf(bumper);
+        const double bearing = bearingOf(met);
         const Degrees heading{at.yaw.value + bearing};
         last_contact_ = at.at + (kRobotRadiusMm + kOutsideMm) * direction(heading);
         last_contact_frame_ = frame;
         const auto seen = body_.recentScan().nearest({bearing}, {kContactSpreadDeg});
-        if (!seen || *seen > kRobotRadiusMm + kExplainedMm) {
+        if (cliffs.any() || !seen || *seen > kRobotRadiusMm + kExplainedMm) {
             const bool draw = draw_mode_ == DrawMode::BlockOnly || draw_mode_ == DrawMode::Everything;
             contacts_.add(last_contact_, static_cast<std::int64_t>(frame), draw);
         }

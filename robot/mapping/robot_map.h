@@ -43,7 +43,7 @@ public:
     void setDrawMode(DrawMode mode) { draw_mode_ = mode; }
 
     /// Where something is around the robot, on the map and within radius_mm of its middle: what the last scan
-    /// saw, unless the laser is not to count, and what was bumped into.
+    /// saw, unless the laser is not to count, what was bumped into, and edges of the floor.
     [[nodiscard]] std::vector<PointMm> obstaclesNear(double radius_mm, bool by_laser) const;
     /// Where the last bump was, and in which frame; none: 0.
     [[nodiscard]] PointMm lastContact() const { return last_contact_; }

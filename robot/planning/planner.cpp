@@ -16,6 +16,7 @@ constexpr int kOutOfVirtualWall = 40;
 constexpr int kNarrow = 110;
 // A robot that stands too near to something finds its way out within this.
 constexpr int kRimCells = 7;
+constexpr std::size_t kPastBridgeCells = 3;
 
 int nearObstacle(int squared_room)
 {
@@ -99,9 +100,13 @@ std::vector<WayPiece> piecesOf(const PlanningMap& map, const CostGrid& costs, co
         const CellIndex cell = path.cells[i];
         const Stretch kind = kindOf(cell);
         if (pieces.empty() || kind != before) {
-            // A bridge reaches from the last open cell to the next.
+            // A bridge reaches from the last open cell to where the robot is well past the next.
             if (!pieces.empty() && kind == Stretch::Plain) {
-                pieces.back().cells.push_back(cell);
+                for (std::size_t past = i; past < path.cells.size() && past < i + kPastBridgeCells &&
+                                           kindOf(path.cells[past]) == Stretch::Plain;
+                     ++past) {
+                    pieces.back().cells.push_back(path.cells[past]);
+                }
             }
             std::vector<CellIndex> joint;
             if (!pieces.empty() && kind != Stretch::Plain) {

@@ -40,7 +40,8 @@ struct WayPiece
     std::vector<PointMm> corners;  ///< middles of cells
 };
 
-/// Cuts a path where the kind of ground changes. A narrow stretch begins and ends on the nearest open cells.
+/// Cuts a path where the kind of ground changes. What is not plain begins on the last plain cell before it
+/// and ends a little behind the next one.
 std::vector<WayPiece> piecesOf(const PlanningMap& map, const CostGrid& costs, const GridPath& path);
 
 /// The way to a place, or, when the body does not fit there, to the nearest place within radius_mm that can

@@ -50,6 +50,18 @@ double PlanningMap::clearanceMm(CellIndex cell) const
     return std::max(0.0, (std::sqrt(static_cast<double>(room.at(cell))) - 0.5) * kCellMm);
 }
 
+bool isOpenAround(const PlanningMap& map, CellIndex cell)
+{
+    for (int row = -1; row <= 1; ++row) {
+        for (int column = -1; column <= 1; ++column) {
+            if (map.at({cell.column + column, cell.row + row}) != Ground::Open) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, int far)
 {
     const CellWindow& window = cells.window();

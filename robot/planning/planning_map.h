@@ -36,6 +36,9 @@ struct PlanningMap
     double clearanceMm(CellIndex cell) const;
 };
 
+/// The cell and the eight around it are open.
+bool isOpenAround(const PlanningMap& map, CellIndex cell);
+
 struct PlanningSources
 {
     std::span<const PointMm> contacts = {};       ///< things that only the bumper met

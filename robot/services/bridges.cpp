@@ -101,14 +101,16 @@ bool BridgeService::stillFits(const Bridge& bridge) const
     return true;
 }
 
-// Out of a virtual wall the robot is across as soon as it stands on open floor; else at the far end, or
-// beyond it as seen from the near one.
+// Out of a virtual wall the robot is across as soon as its body is out; else at the far end, or beyond it as
+// seen from the near one.
 bool BridgeService::crossed(const BT::TreeNode& node) const
 {
     const BridgePtr bridge = inHand();
     const PointMm at = map_.pose().at;
     if (bridge && bridge->type == BridgeType::Tmp) {
-        return map_.virtualWalls().areaAt(at) == nullptr;
+        const VirtualWalls& walls = map_.virtualWalls();
+        return walls.areaAt(at) == nullptr && !walls.nearestOfAreas(at, kRobotRadiusMm) &&
+               !walls.nearestOfLines(at, kRobotRadiusMm);
     }
     const auto to = pointOf(node, "bridge_to_point");
     if (!to) {

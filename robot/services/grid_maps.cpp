@@ -161,7 +161,9 @@ void GridMapService::showDrawMode()
 
 void GridMapService::update()
 {
-    map_.update(parts_.state.frame);
+    if (parts_.state.laser_on) {
+        map_.update(parts_.state.frame);
+    }
     const CellWindow& window = map_.occupancy().window();
     const CellIndex end = window.end;
     const PointMm margin{kLimitMarginMm, kLimitMarginMm};
@@ -262,7 +264,7 @@ BT::NodeStatus GridMapService::findWayOutOfVirtualWall()
         const Ground ground = plan.ground.cells()[i];
         costs.cells()[i] = ground == Ground::Forbidden || ground == Ground::Open ? kPlainStep : 0;
     }
-    const auto way = findNearest(costs, here, [&](CellIndex cell) { return plan.at(cell) == Ground::Open; });
+    const auto way = findNearest(costs, here, [&](CellIndex cell) { return isOpenAround(plan, cell); });
     if (!way) {
         return BT::NodeStatus::SUCCESS;
     }

@@ -17,6 +17,7 @@ NavigationService::NavigationService(const RobotParts& parts, RobotMap& map, con
       trajectory_(parts, map_, switches),
       bridges_(parts, map_, switches),
       search_(parts, map_, switches, bridges_.book()),
+      explore_(parts, map_, switches),
       wall_following_(parts, view_, search_)
 {}
 
@@ -32,6 +33,7 @@ void NavigationService::install(leaf::LeafHost& host)
     trajectory_.install(host);
     bridges_.install(host);
     search_.install(host);
+    explore_.install(host);
     wall_following_.install(host);
     installPointLeaves(host);
     installRandomPoint(host);

@@ -3,6 +3,7 @@
 #include "robot/services/bridges.h"
 #include "robot/services/grid_maps.h"
 #include "robot/services/navigation_drive.h"
+#include "robot/services/navigation_explore.h"
 #include "robot/services/navigation_search.h"
 #include "robot/services/trajectory.h"
 #include "robot/services/wall_following.h"
@@ -33,6 +34,7 @@ private:
     TrajectoryService trajectory_;
     BridgeService bridges_;
     NavigationSearch search_;
+    ExploreLeaves explore_;
     WallFollowing wall_following_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "robot/clock.h"
 #include "robot/planning/lines.h"
 #include "robot/services/blackboard_types.h"
 #include "robot/services/grid_maps.h"
@@ -20,7 +21,13 @@ constexpr double kBackMm = 150;
 constexpr double kForthMm = 500;
 constexpr double kGainMm = 20;
 constexpr int kPatienceFrames = 200;
-constexpr int kBlockedFrames = 40;
+constexpr int kBlockedFrames = 90;
+constexpr double kTurnToPathDeg = 6;
+constexpr double kTurnToPathDegS = 45;
+constexpr int kBackOffFrames = 30;
+constexpr double kBackOffMmS = -80;
+constexpr int kMostTimesBacked = 3;
+constexpr double kFrameS = kFrameMs / 1000.0;
 
 // Straight to a point.
 constexpr double kThereMm = 15;
@@ -51,12 +58,14 @@ bool PathDriveAction::begin()
     best_left_mm_ = length_mm_ + 1e9;
     frames_without_gain_ = 0;
     frames_blocked_ = 0;
+    frames_backing_ = 0;
+    times_backed_ = 0;
     frames_ = 0;
     motion_ = {};
     return true;
 }
 
-bool PathDriveAction::stuck(double left_mm, bool blocked)
+bool PathDriveAction::stuck(double left_mm)
 {
     if (left_mm < best_left_mm_ - kGainMm) {
         best_left_mm_ = left_mm;
@@ -64,8 +73,38 @@ bool PathDriveAction::stuck(double left_mm, bool blocked)
     } else {
         ++frames_without_gain_;
     }
-    frames_blocked_ = blocked ? frames_blocked_ + kDecideEveryFrames : 0;
     return frames_without_gain_ > kPatienceFrames || frames_blocked_ > kBlockedFrames;
+}
+
+// Where no arc is open it turns to the path, and then backs off a little to try again from there.
+void PathDriveAction::decide(const PoseMm& pose, double left_mm)
+{
+    if (frames_backing_ > 0) {
+        frames_backing_ -= kDecideEveryFrames;
+        return;
+    }
+    const std::vector<PointMm> obstacles = obstaclesAround(view_.map, view_.switches, kSeeAroundMm);
+    const PointMm carrot = pointAlong(*line_, along_mm_ + kAheadMm);
+    if (const auto motion = towards(carrot, left_mm, pose, obstacles, DriveLimits{})) {
+        motion_ = *motion;
+        frames_blocked_ = 0;
+        return;
+    }
+    const double off = headingTo(pose, carrot);
+    frames_blocked_ += kDecideEveryFrames;
+    if (std::abs(off) > kTurnToPathDeg) {
+        motion_ = {0, std::copysign(kTurnToPathDegS, off)};
+        return;
+    }
+    const Motion back{kBackOffMmS, 0};
+    const double room = clearanceTo(obstacles, after(pose, back, kBackOffFrames * kFrameS).at);
+    if (times_backed_ < kMostTimesBacked && room > clearanceTo(obstacles, pose.at)) {
+        ++times_backed_;
+        frames_backing_ = kBackOffFrames;
+        motion_ = back;
+    } else {
+        motion_ = {};
+    }
 }
 
 BT::NodeStatus PathDriveAction::advance()
@@ -80,20 +119,12 @@ BT::NodeStatus PathDriveAction::advance()
     along_mm_ = here.along_mm;
     // What is left: along the path, and back to it.
     const double left = std::max(to_end, length_mm_ - along_mm_ + here.away_mm);
-    bool blocked = false;
-    if (frames_ % kDecideEveryFrames == 0) {
-        const std::vector<PointMm> obstacles = obstaclesAround(view_.map, view_.switches, kSeeAroundMm);
-        const PointMm carrot = pointAlong(*line_, along_mm_ + kAheadMm);
-        const auto motion = towards(carrot, left, pose, obstacles, DriveLimits{});
-        blocked = !motion;
-        motion_ = motion.value_or(Motion{});
-        if (stuck(left, blocked)) {
-            return BT::NodeStatus::FAILURE;
-        }
-    } else {
-        ++frames_without_gain_;
+    if (stuck(left)) {
+        return BT::NodeStatus::FAILURE;
     }
-    ++frames_;
+    if (frames_++ % kDecideEveryFrames == 0) {
+        decide(pose, left);
+    }
     driveArc(motion_.forward, motion_.turn);
     return BT::NodeStatus::RUNNING;
 }

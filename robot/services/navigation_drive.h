@@ -29,7 +29,8 @@ public:
 private:
     bool begin() override;
     BT::NodeStatus advance() override;
-    [[nodiscard]] bool stuck(double left_mm, bool blocked);
+    [[nodiscard]] bool stuck(double left_mm);
+    void decide(const PoseMm& pose, double left_mm);
 
     const DriveView& view_;
     LinePtr line_;
@@ -38,6 +39,8 @@ private:
     double best_left_mm_ = 0;
     int frames_without_gain_ = 0;
     int frames_blocked_ = 0;
+    int frames_backing_ = 0;
+    int times_backed_ = 0;
     int frames_ = 0;
     Motion motion_;
 };

@@ -22,18 +22,6 @@ BT::NodeStatus write(BT::TreeNode& node, const char* port, const std::optional<C
     return BT::NodeStatus::SUCCESS;
 }
 
-bool openAround(const PlanningMap& plan, CellIndex cell)
-{
-    for (int row = -1; row <= 1; ++row) {
-        for (int column = -1; column <= 1; ++column) {
-            if (plan.at({cell.column + column, cell.row + row}) != Ground::Open) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 Track::Usable TrajectoryService::usable(const BT::TreeNode& node) const
@@ -46,7 +34,7 @@ Track::Usable TrajectoryService::usable(const BT::TreeNode& node) const
                                          {.passed = [this](CellIndex c) { return map_.track().passed(c); }})
                        : planningMapOf(map_, switches_));
     return [plan, with_neighbours](CellIndex cell) {
-        return with_neighbours ? openAround(*plan, cell) : plan->at(cell) == Ground::Open;
+        return with_neighbours ? isOpenAround(*plan, cell) : plan->at(cell) == Ground::Open;
     };
 }
 

@@ -11,8 +11,9 @@
 
 namespace vemra::robot {
 
-/// `SensorConsole`: drives along a wall for as long as it is ticked; straight on where there is none. A contact makes it back off a little and
-/// turn away from the wall. Fails when contact follows contact and it gets nowhere.
+/// `SensorConsole`: drives along a wall for as long as it is ticked; straight on where there is none. A
+/// contact makes it back off a little and turn away from the wall. Fails when contact follows contact and it
+/// gets nowhere.
 class FollowStepAction final : public MotionAction
 {
 public:
