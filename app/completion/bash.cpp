@@ -149,8 +149,11 @@ void fill(Tables& tables, const CLI::App& command, const std::string& path)
         }
         for (const std::string& name : own) {
             names += (names.empty() ? "" : " ") + name;
-            if (option->get_items_expected_max() > 0)
-                tables.values += row(path + " " + name, kindOf(*option));
+            if (option->get_items_expected_max() > 0) {
+                std::string pattern = path;
+                pattern.append(" ").append(name);
+                tables.values += row(pattern, kindOf(*option));
+            }
         }
     }
     tables.options += row(path, names);

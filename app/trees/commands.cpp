@@ -84,6 +84,7 @@ void exportTrees(const TreesOptions& options)
             names.push_back(name);
     }
     std::vector<TreeModel> trees;
+    trees.reserve(names.size());
     for (const std::string& name : names)
         trees.push_back(library.build(name));
 

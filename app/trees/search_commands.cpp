@@ -116,6 +116,7 @@ void oneKey(const SearchOptions& options, const std::map<std::string, std::vecto
     const auto found = keys.find(options.name);
     if (found == keys.end()) {
         std::vector<std::string> known;
+        known.reserve(keys.size());
         for (const auto& [key, places] : keys)
             known.push_back(key);
         throw UserError("no tree uses a key '" + options.name + "'" + didYouMean(options.name, known));
@@ -195,7 +196,7 @@ void addSearchCommands(CLI::App& trees, int& exit_code)
         ->type_name("FILE");
     addColorOption(diff_command, options->color);
     addPluginOption(diff_command, options->plugin);
-    diff_command.footer("\nExit codes: 0 no tree differs, 1 some do, 2 what was given cannot be used.");
+    diff_command.footer("Exit codes: 0 no tree differs, 1 some do, 2 what was given cannot be used.");
     diff_command.callback([options, &exit_code] { exit_code = diff(*options); });
 }
 

@@ -38,6 +38,7 @@ bool colorWanted(const std::string& choice)
 std::vector<TreeModel> buildAll(const TreeLibrary& library)
 {
     std::vector<TreeModel> trees;
+    trees.reserve(library.names().size());
     for (const std::string& name : library.names())
         trees.push_back(library.build(name));
     return trees;
