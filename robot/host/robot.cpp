@@ -128,6 +128,8 @@ bool Robot::moveBody(const Happening& what)
         wheels->dropped ? body_.lift() : body_.setDown(body_.truePose());
     } else if (const auto* carry = std::get_if<CarryTo>(&what)) {
         body_.carryTo(carry->pose);
+    } else if (const auto* slip = std::get_if<Slip>(&what)) {
+        body_.setSlip(slip->share);
     } else if (std::holds_alternative<PutOnDock>(what)) {
         body_.carryTo(dockedPose(setup_.dock));
     } else {
@@ -136,10 +138,32 @@ bool Robot::moveBody(const Happening& what)
     return true;
 }
 
+bool Robot::changeHome(const Happening& what)
+{
+    if (const auto* thing = std::get_if<PutDown>(&what)) {
+        takeAway(thing->name);
+        things_[thing->name] =
+            world_.putDown({thing->box.low, thing->box.high}, thing->low ? Height::Low : Height::Tall);
+        return true;
+    }
+    const auto* gone = std::get_if<TakeAway>(&what);
+    if (gone != nullptr)
+        takeAway(gone->name);
+    return gone != nullptr;
+}
+
+void Robot::takeAway(const std::string& thing)
+{
+    if (const auto known = things_.find(thing); known != things_.end()) {
+        world_.takeAway(known->second);
+        things_.erase(known);
+    }
+}
+
 void Robot::happen(const ScenarioEvent& event)
 {
     record(LogKind::User, event.text);
-    bool taken = moveBody(event.what);
+    bool taken = moveBody(event.what) || changeHome(event.what);
     for (const auto& service : services_)
         taken |= service->take(event.what);
     if (!taken)
@@ -152,8 +176,6 @@ void Robot::beginFrame()
     showMode();
     ++frames_in_mode_[toText(state_.modes.current())];
     state_.contacts.update(isDocked());
-    if (state_.laser_on)
-        knowledge_.map.update(state_.frame);
 }
 
 void Robot::showMode()

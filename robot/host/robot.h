@@ -28,7 +28,8 @@ struct RobotSetup
     std::vector<BoxMm> cliffs = {};
     Scenario scenario;
     std::uint64_t seed = 1;
-    std::string tree = "RobotNode";  ///< the root
+    std::string tree = "RobotNode";        ///< the root
+    ServiceMaker services = makeServices;  ///< what answers the leaves
 };
 
 /// The simulated robot in its home: the trees of the plug-in, ticked once a frame, and the services that
@@ -79,6 +80,8 @@ private:
     void checkPlaces() const;
     void happen(const ScenarioEvent& event);
     bool moveBody(const Happening& what);
+    bool changeHome(const Happening& what);
+    void takeAway(const std::string& thing);
     [[nodiscard]] bool isDocked() const;
     void beginFrame();
     void showMode();
@@ -96,6 +99,7 @@ private:
     Knowledge knowledge_;
     std::vector<std::unique_ptr<Service>> services_;
     BT::Tree tree_;
+    std::map<std::string, World::ThingId> things_;  ///< put down in the home, by name
     std::size_t next_event_ = 0;
     Mode shown_mode_ = Mode::None;
     std::vector<WatchedKey> keys_;

@@ -11,9 +11,11 @@
 #include "robot/services/maps.h"
 #include "robot/services/modes.h"
 #include "robot/services/motion.h"
+#include "robot/services/navigation.h"
 #include "robot/services/power.h"
 #include "robot/services/self_test.h"
 #include "robot/services/sensing.h"
+#include "robot/services/sensing_review.h"
 #include "robot/services/settings.h"
 #include "robot/services/sound_and_light.h"
 #include "robot/services/station.h"
@@ -21,28 +23,30 @@
 
 namespace vemra::robot {
 
-std::vector<std::unique_ptr<Service>> makeServices(const RobotParts& parts, Knowledge& knowledge,
-                                                   const ScenarioStart& start)
+Services makeServices(const RobotParts& parts, Knowledge& knowledge, const ScenarioStart& start)
 {
-    std::vector<std::unique_ptr<Service>> services;
-    services.push_back(std::make_unique<CleaningSystemService>(parts));
-    services.push_back(std::make_unique<CommandService>(parts, start));
-    services.push_back(std::make_unique<DockContactService>(parts));
-    services.push_back(std::make_unique<FittingService>(parts));
-    services.push_back(std::make_unique<HealthService>(parts));
-    services.push_back(std::make_unique<MapService>(parts, start));
-    services.push_back(std::make_unique<ModeService>(parts));
-    services.push_back(std::make_unique<MotionService>(parts, knowledge.localisation));
-    services.push_back(std::make_unique<PowerService>(parts, start));
-    services.push_back(std::make_unique<SelfTestService>(parts));
+    Services services;
+    const auto add = [&services](auto service) { services.push_back(std::move(service)); };
+    add(std::make_unique<CleaningSystemService>(parts));
+    add(std::make_unique<CommandService>(parts, start));
+    add(std::make_unique<DockContactService>(parts));
+    add(std::make_unique<FittingService>(parts));
+    add(std::make_unique<HealthService>(parts));
+    add(std::make_unique<MapService>(parts, start));
+    add(std::make_unique<ModeService>(parts));
+    add(std::make_unique<MotionService>(parts, knowledge.localisation));
+    add(std::make_unique<NavigationService>(parts, knowledge.map, knowledge.switches));
+    add(std::make_unique<PowerService>(parts, start));
+    add(std::make_unique<ReviewService>(parts, knowledge.localisation));
+    add(std::make_unique<SelfTestService>(parts));
     auto sensing = std::make_unique<SensingService>(parts, knowledge.localisation, knowledge.switches,
                                                     knowledge.map.virtualWalls());
-    services.push_back(std::make_unique<EscapeService>(parts, *sensing));
-    services.push_back(std::move(sensing));
-    services.push_back(std::make_unique<SettingsService>(parts, start));
-    services.push_back(std::make_unique<SoundAndLightService>(parts));
-    services.push_back(std::make_unique<StationService>(parts));
-    services.push_back(std::make_unique<TimerService>(parts));
+    add(std::make_unique<EscapeService>(parts, *sensing));
+    add(std::move(sensing));
+    add(std::make_unique<SettingsService>(parts, start));
+    add(std::make_unique<SoundAndLightService>(parts));
+    add(std::make_unique<StationService>(parts));
+    add(std::make_unique<TimerService>(parts));
     return services;
 }
 

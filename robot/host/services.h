@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -20,10 +21,12 @@ struct Knowledge
     SensorSwitches switches;  ///< which of its senses count at present
 };
 
+using Services = std::vector<std::unique_ptr<Service>>;
+using ServiceMaker = std::function<Services(const RobotParts&, Knowledge&, const ScenarioStart&)>;
+
 /// All services of the simulated robot. A new one is made here and known nowhere else; their order has no
 /// meaning.
-[[nodiscard]] std::vector<std::unique_ptr<Service>> makeServices(const RobotParts& parts,
-                                                                 Knowledge& knowledge,
-                                                                 const ScenarioStart& start);
+[[nodiscard]] Services makeServices(const RobotParts& parts, Knowledge& knowledge,
+                                    const ScenarioStart& start);
 
 }  // namespace vemra::robot

@@ -97,6 +97,16 @@ PoseMm poseOf(const YamlFields& fields, std::string_view name)
     return {{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})};
 }
 
+// [x0, y0, x1, y1] in metres.
+AreaMm areaOf(const YamlFields& fields, const YAML::Node& node, std::string_view name)
+{
+    const std::vector<double> edges = fields.numbers(node, name, 4);
+    if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
+        fields.failAt(node, fmt::format("\"{}\": expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1", name));
+    }
+    return {{1e3 * edges[0], 1e3 * edges[1]}, {1e3 * edges[2], 1e3 * edges[3]}};
+}
+
 Happening readApp(const YamlFields& event)
 {
     AppCommand command;
@@ -110,14 +120,9 @@ Happening readApp(const YamlFields& event)
                     break;
                 }
                 event.failAt(area, "\"areas\": expected numbers of rooms, as in [1, 3]");
-            case Mode::DrawAreaClean: {
-                const std::vector<double> edges = event.numbers(area, "areas", 4);
-                if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
-                    event.failAt(area, "\"areas\": expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1");
-                }
-                command.areas.push_back({{1e3 * edges[0], 1e3 * edges[1]}, {1e3 * edges[2], 1e3 * edges[3]}});
+            case Mode::DrawAreaClean:
+                command.areas.push_back(areaOf(event, area, "areas"));
                 break;
-            }
             case Mode::SelectPointClean: {
                 const std::vector<double> point = event.numbers(area, "areas", 2);
                 command.points.push_back({1e3 * point[0], 1e3 * point[1]});
@@ -128,6 +133,27 @@ Happening readApp(const YamlFields& event)
         }
     }
     return command;
+}
+
+template <bool stuck>
+Happening readStuck(const YamlFields& event, std::string_view name)
+{
+    const std::string word = event.text(name);
+    if (const auto kind = escapeKindOf(word)) {
+        return Stuck{*kind, stuck};
+    }
+    std::vector<std::string_view> known;
+    for (const EscapeName& escape : kEscapes) {
+        known.push_back(escape.word);
+    }
+    event.fail(name, fmt::format("one of {}, not \"{}\"", fmt::join(known, ", "), word));
+}
+
+Happening readPutDown(const YamlFields& event)
+{
+    PutDown thing{event.text("put_down"), areaOf(event, event.node("box_at"), "box_at"), false};
+    thing.low = event.has("low") && event.flag("low");
+    return thing;
 }
 
 template <FaultKind kind, bool raised>
@@ -225,6 +251,11 @@ const std::vector<Action>& actions()
         {"lift", {}, [](Fields e, Name n) -> Happening { return Lift{e.flag(n)}; }},
         {"carry_to", {}, [](Fields e, Name n) -> Happening { return CarryTo{poseOf(e, n)}; }},
         {"put_on_dock", {}, [](Fields e, Name n) -> Happening { return now(e, n), PutOnDock{}; }},
+        {"stuck", {}, readStuck<true>},
+        {"unstuck", {}, readStuck<false>},
+        {"slip", {}, [](Fields e, Name n) -> Happening { return Slip{e.number(n, 0, 1)}; }},
+        {"put_down", {"box_at", "low"}, [](Fields e, Name) { return readPutDown(e); }},
+        {"take_away", {}, [](Fields e, Name n) -> Happening { return TakeAway{e.text(n)}; }},
         {"error", {}, readFault<FaultKind::Error, true>},
         {"clear_error", {}, readFault<FaultKind::Error, false>},
         {"warning", {}, readFault<FaultKind::Warning, true>},

@@ -10,6 +10,7 @@
 
 #include "robot/mode.h"
 #include "robot/panel.h"
+#include "robot/services/escape_kinds.h"
 #include "robot/world/geometry.h"
 
 namespace vemra::robot {
@@ -81,6 +82,32 @@ struct CarryTo
 
 struct PutOnDock
 {};
+
+/// Gets the robot stuck in a way of escape_kinds.h, or free of it.
+struct Stuck
+{
+    EscapeKind kind = EscapeKind::Bump;
+    bool stuck = true;
+};
+
+/// The share of the wheels' way that is lost: 0 on a good floor, 1 where they spin.
+struct Slip
+{
+    double share = 0;
+};
+
+/// Somebody puts a thing down in the home.
+struct PutDown
+{
+    std::string name;
+    AreaMm box;
+    bool low = false;  ///< below the laser's plane
+};
+
+struct TakeAway
+{
+    std::string name;
+};
 
 enum class FaultKind : std::uint8_t
 {
@@ -155,9 +182,10 @@ struct FittingChange
     bool installed = true;
 };
 
-using Happening = std::variant<KeyPress, AppCommand, EmptyNow, AppChildLock, WifiAnswer, EnterMode,
-                               SelfTestStep, SetBattery, Lift, CarryTo, PutOnDock, Fault, SetKeys, EraseKeys,
-                               StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
+using Happening =
+    std::variant<KeyPress, AppCommand, EmptyNow, AppChildLock, WifiAnswer, EnterMode, SelfTestStep,
+                 SetBattery, Lift, CarryTo, Stuck, Slip, PutDown, TakeAway, PutOnDock, Fault, SetKeys,
+                 EraseKeys, StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
 
 struct ScenarioEvent
 {

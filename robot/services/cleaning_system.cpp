@@ -28,6 +28,19 @@ void CleaningSystemService::install(leaf::LeafHost& host)
         int gear = 0;
         return passed(node.getParam("value", gear));
     });
+    host.action("RobotIRSwitch", [this](BT::TreeNode& node) {
+        bool cliff = false;
+        bool front = false;
+        if (!node.getParam("Cliff_ON", cliff) || !node.getParam("Front_ON", front))
+            return BT::NodeStatus::FAILURE;
+        if (infrared_ == std::pair(cliff, front))
+            return BT::NodeStatus::SUCCESS;
+        infrared_ = {cliff, front};
+        const auto word = [](bool on) { return on ? "on" : "off"; };
+        parts_.report("custom", std::string("infrared: cliff ") + word(cliff) + ", front " + word(front),
+                      {{"what", "infrared"}, {"cliff", cliff}, {"front", front}});
+        return BT::NodeStatus::SUCCESS;
+    });
     host.action("LDS_Switch",
                 [this](BT::TreeNode& node) { return passed(node.getParam("state", parts_.state.laser_on)); });
 }

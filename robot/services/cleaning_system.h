@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
 #include "robot/services/service.h"
 
@@ -18,6 +19,7 @@ public:
 private:
     RobotParts parts_;
     std::map<std::string, int> powers_;
+    std::pair<bool, bool> infrared_{true, true};  ///< cliff, front
 };
 
 }  // namespace vemra::robot

@@ -6,12 +6,6 @@
 
 namespace vemra::robot {
 
-namespace {
-
-constexpr std::uint64_t kPatienceFrames = 600;
-
-}  // namespace
-
 CommandService::CommandService(const RobotParts& parts, const ScenarioStart& start)
     : parts_(parts), quiet_time_(start.annoy)
 {
@@ -31,9 +25,9 @@ void CommandService::setChildLock(bool on)
 bool CommandService::take(const Happening& what)
 {
     if (const auto* press = std::get_if<KeyPress>(&what))
-        keys_.push_back(press->key);
+        keys_.add(press->key, parts_.state.frame);
     else if (const auto* command = std::get_if<AppCommand>(&what))
-        app_.push_back(*command);
+        app_.add(*command, parts_.state.frame);
     else if (const auto* lock = std::get_if<ChildLock>(&what))
         setChildLock(lock->on);
     else if (const auto* click = std::get_if<AppChildLock>(&what)) {
@@ -54,6 +48,8 @@ bool CommandService::take(const Happening& what)
 
 void CommandService::update()
 {
+    keys_.dropOld(parts_.state.frame);
+    app_.dropOld(parts_.state.frame);
     if (quiet_time_ && parts_.state.frame == quiet_time_->from)
         parts_.state.quiet_hours = true;
     if (quiet_time_ && parts_.state.frame == quiet_time_->to)
@@ -73,10 +69,9 @@ void CommandService::installKeys(leaf::LeafHost& host)
 {
     host.builder("IsKeysStatueChanged",
                  PassCondition::builder({[this] {
-                                             if (keys_.empty())
+                                             key_ = keys_.next();
+                                             if (!key_)
                                                  return false;
-                                             key_ = keys_.front();
-                                             keys_.pop_front();
                                              parts_.blackboard.set("OloButton", static_cast<int>(*key_));
                                              dealt_with_since_ = parts_.state.frame;
                                              return true;
@@ -128,10 +123,9 @@ void CommandService::installApp(leaf::LeafHost& host)
 {
     host.builder("DoesReceiveWIFICMD",
                  PassCondition::builder({[this] {
-                                             if (app_.empty())
+                                             command_ = app_.next();
+                                             if (!command_)
                                                  return false;
-                                             command_ = app_.front();
-                                             app_.pop_front();
                                              showToTrees(*command_);
                                              dealt_with_since_ = parts_.state.frame;
                                              return true;
@@ -144,6 +138,8 @@ void CommandService::installApp(leaf::LeafHost& host)
                           {{"what", "wifi"}, {"joined", *answer}});
         return passed(answer.has_value());
     });
+    // The app of this robot reads the event log.
+    host.action("WIFIState_Send", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     host.condition("WhatsTheAPPCMDMode", [this](BT::TreeNode& node) {
         return passed(command_ && textOf(node, "IsThisMode") == toText(command_->mode));
     });

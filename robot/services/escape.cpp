@@ -90,6 +90,20 @@ private:
     int in_air_ = 0;
 };
 
+bool EscapeService::take(const Happening& what)
+{
+    const auto* trouble = std::get_if<Stuck>(&what);
+    if (trouble == nullptr) {
+        return false;
+    }
+    if (trouble->stuck) {
+        raise(trouble->kind);
+    } else {
+        clear(trouble->kind);
+    }
+    return true;
+}
+
 void EscapeService::raise(EscapeKind kind, double work_mm)
 {
     switch (kind) {

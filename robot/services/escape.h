@@ -17,6 +17,7 @@ public:
 
     void install(leaf::LeafHost& host) override;
     void update() override;
+    bool take(const Happening& what) override;
 
     /// Gets the robot stuck. It takes wheels that work for so many mm to get free; a bumper that sticks and a
     /// robot that stands tilted or is held fast are so in body.

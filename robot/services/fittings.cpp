@@ -24,7 +24,15 @@ bool FittingService::take(const Happening& what)
         change(water_box_, fitting->installed);
     else if (fitting->fitting == Fitting::Mop)
         change(mop_, fitting->installed);
+    warned_of_mop_ = warned_of_mop_ && mop_.fitted && !water_box_.fitted;
     return true;
+}
+
+// A cloth without the water box is worth a warning, once.
+bool FittingService::mopRunsDry()
+{
+    const bool dry = mop_.fitted && !water_box_.fitted;
+    return dry && !std::exchange(warned_of_mop_, dry);
 }
 
 void FittingService::install(leaf::LeafHost& host)
@@ -39,6 +47,9 @@ void FittingService::install(leaf::LeafHost& host)
     host.condition("DoesRobotPutOnTuobu", once(mop_.put_on));
     host.condition("DoesRobotDropTuobu", once(mop_.dropped));
     host.condition("DoesTuobuInstall", now(mop_.fitted));
+    host.condition("NeedToPlayMopWarningMusic", [this](BT::TreeNode&) { return passed(mopRunsDry()); });
+    // Boxes are always as they are; there is nothing to take in.
+    host.action("UpdateRobotBoxState", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
 }
 
 }  // namespace vemra::robot

@@ -22,11 +22,13 @@ private:
         bool dropped = false;  ///< likewise
     };
 
+    [[nodiscard]] bool mopRunsDry();
     static void change(Thing& thing, bool fitted);
 
     RobotParts parts_;
     Thing water_box_;
     Thing mop_{.fitted = false};
+    bool warned_of_mop_ = false;
 };
 
 }  // namespace vemra::robot

@@ -68,7 +68,7 @@ void MapService::install(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     for (const char* leaf :
-         {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc",
+         {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc", "MultMapRecover",
           "GenerateCleaningLog", "PresetBlackboard", "RestoreCaCt", "CleanInfoSave"})
         host.action(leaf, succeed);
     host.condition("NeedToMergeRegion", [this](BT::TreeNode& node) {

@@ -73,7 +73,7 @@ bool ModeService::take(const Happening& what)
     const auto* entered = std::get_if<EnterMode>(&what);
     if (entered == nullptr)
         return false;
-    parts_.state.modes.request(entered->mode);
+    from_board_ = entered->mode;
     return true;
 }
 
@@ -126,6 +126,11 @@ void ModeService::installDispatch(leaf::LeafHost& host)
             number = static_cast<int>(Mode::Standby);
         const Mode mode = modeFromNumber(number).value_or(Mode::None);
         parts_.state.modes.request(mode != Mode::None && mode != Mode::Sleep ? mode : Mode::Standby);
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("Parse_MCU_FCT_CMD", [this](BT::TreeNode&) {
+        if (from_board_)
+            parts_.state.modes.request(*std::exchange(from_board_, std::nullopt));
         return BT::NodeStatus::SUCCESS;
     });
     host.action("ThrowErrMSG", [this](BT::TreeNode& node) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "robot/services/service.h"
 
@@ -29,6 +30,7 @@ private:
     RobotParts parts_;
     std::uint64_t told_changes_ = 0;
     std::uint64_t frames_of_update_ = 0;
+    std::optional<Mode> from_board_;  ///< a mode that the board asks for
 };
 
 }  // namespace vemra::robot
