@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <sstream>
 
+#include "leaves/contract.h"
+
 namespace vemra::test {
 namespace {
 
-constexpr std::size_t kMostLines = 80;
+constexpr std::size_t kMostLines = 40;
 
 std::string describe(const std::string& who, const PortValues& values)
 {
@@ -16,7 +18,7 @@ std::string describe(const std::string& who, const PortValues& values)
     return text;
 }
 
-void printLine(std::ostream& out, const Asking& asking)
+void printLine(std::ostream& out, const Asking& asking, int more)
 {
     out << "  " << asking.first_frame;
     if (asking.last_frame > asking.first_frame)
@@ -27,6 +29,8 @@ void printLine(std::ostream& out, const Asking& asking)
     out << " -> " << BT::toStr(asking.answer);
     if (asking.halted_in)
         out << ", halted in " << *asking.halted_in;
+    if (more > 0)
+        out << ", and " << more << " more";
     out << "   (" << asking.tree << ")\n";
 }
 
@@ -38,6 +42,11 @@ bool Asking::fits(std::string_view name, const PortValues& values) const
                const auto found = ports.find(expected.first);
                return found != ports.end() && found->second == expected.second;
            });
+}
+
+bool Asking::repeats(const Asking& other) const
+{
+    return who == other.who && ports == other.ports && answer == other.answer && !halted_in;
 }
 
 void Transcript::ask(const BT::TreeNode& node, const std::string& who, int frame, bool start)
@@ -210,12 +219,22 @@ std::string Transcript::print(std::string_view who) const
             chosen.push_back(&asking);
     if (chosen.empty())
         for (const Asking& asking : askings_)
-            chosen.push_back(&asking);
+            if (const leaf::LeafContract* contract = leaf::find(asking.who);
+                contract == nullptr || contract->kind == leaf::LeafKind::Action)
+                chosen.push_back(&asking);
+    // What comes again and again stands once.
+    std::vector<std::pair<const Asking*, int>> lines;
+    for (const Asking* asking : chosen)
+        if (!lines.empty() && lines.back().first->repeats(*asking))
+            ++lines.back().second;
+        else
+            lines.emplace_back(asking, 0);
     std::ostringstream out;
-    if (chosen.size() > kMostLines)
-        out << "  (" << chosen.size() - kMostLines << " lines before)\n";
-    for (std::size_t i = chosen.size() > kMostLines ? chosen.size() - kMostLines : 0; i < chosen.size(); ++i)
-        printLine(out, *chosen[i]);
+    const std::size_t left_out = lines.size() - std::min(lines.size(), kMostLines);
+    if (left_out > 0)
+        out << "  (" << left_out << " lines before)\n";
+    for (std::size_t i = left_out; i < lines.size(); ++i)
+        printLine(out, *lines[i].first, lines[i].second);
     return out.str().empty() ? "  nothing at all\n" : out.str();
 }
 

@@ -29,6 +29,7 @@ struct Asking
     BT::NodeStatus answer = BT::NodeStatus::IDLE;
     std::optional<int> halted_in;  ///< frame in which it was stopped while RUNNING
 
+    [[nodiscard]] bool repeats(const Asking& other) const;
     [[nodiscard]] bool fits(std::string_view name, const PortValues& values) const;
 };
 
@@ -56,7 +57,7 @@ public:
     testing::AssertionResult halted(const std::string& who, const PortValues& values) const;
     testing::AssertionResult inOrder(const std::vector<std::pair<std::string, PortValues>>& steps) const;
 
-    /// One line an asking; only those of `who` when it is given and was asked at all.
+    /// One line an asking: those of `who` when it is given and was asked at all, else of all actions.
     [[nodiscard]] std::string print(std::string_view who = {}) const;
 
 private:

@@ -1,0 +1,195 @@
+#include "support/supervised_robot.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace vemra::test {
+namespace {
+
+struct ModeNames
+{
+    const char* mode;
+    const char* tree;
+    const char* entry;  ///< leaf that says the tree is to run; null where the mode is asked for itself
+    const char* port;   ///< of ChangeRobotModeTo; null where no tree asks for the mode
+};
+
+constexpr ModeNames kModes[] = {
+    {"PowerOffMode", "PowerOffModeIndex", "NeedToEnterPowerOffMode", "IsAimMode_PowerOff"},
+    {"OtaModeMode", "OTAModeDealIndex", "NeedToEnterOTAMode", "IsAimMode_OTA"},
+    {"SleepMode", "SleepModeDealIndex", "NeedToEnterSleepMode", "IsAimMode_Sleep"},
+    {"PauseAndStopMode", "StopModeIndex", "NeedToEnterStopMode", "IsAimMode_Pause"},
+    {"AutoCleanMode", "AutoModeIndex", "NeedToEnterAutoMode", "IsAimMode_Auto"},
+    {"BackHomeMode", "BackHomeIndex", "NeedToEnterBackHomeMode", "IsAimMode_BackHome"},
+    {"ErrRepotMode", "ErrorReportIndex", "NeedToEnterErrorReportMode", "IsAimMode_ErrReport"},
+    {"FollowWallMode", "FollowWallModeIndex", "NeedToEnterFollowWallMode", nullptr},
+    {"WIFISetMode", "SetWIFIModeIndex", "NeedToEnterWIFISetMode", nullptr},
+    {"FactoryMode", "FactoryModeIndex", "NeedToEnterFactoryMode", nullptr},
+    {"RemoteCtrlMode", "RemoteCtrlModeIndex", "NeedToEnterRemoteCtrlMode", "IsAimMode_Remote"},
+    {"FactoryFuncTest", "FactoryRunModeIndex", "NeedToEnterFactoryRunMode", nullptr},
+    {"PartCleanMode", "PartCleanModeIndex", "NeedToEnterPartCleanMode", "IsAimMode_FiledClean"},
+    {"ChargingMode", "StopChargingIndex", "NeedToEnterChargingMode", "IsAimMode_Charging"},
+    {"StandbyMode", "StandbyModeIndex", "NeedToEnterStandbyMode", "IsAimMode_Standby"},
+    {"SelectAreaCleanMode", "AreaSelectModeIndex", nullptr, "IsAimMode_AreaSelect"},
+    {"DrawAreaCleanMode", "DrawAreaModeIndex", nullptr, "IsAimMode_DrawArea"},
+    {"SelectPointCleanMode", "PointSelectModeIndex", nullptr, "IsAimMode_PointSelect"},
+    {"FastMapBuildMode", "MapBuildModeIndex", nullptr, "IsAimMode_FastMapBuild"},
+};
+
+NodeStatus passed(bool yes)
+{
+    return yes ? SUCCESS : FAILURE;
+}
+
+}  // namespace
+
+const std::vector<std::pair<std::string, std::string>>& modeTrees()
+{
+    static const std::vector<std::pair<std::string, std::string>> trees = [] {
+        std::vector<std::pair<std::string, std::string>> pairs;
+        for (const ModeNames& names : kModes)
+            pairs.emplace_back(names.mode, names.tree);
+        return pairs;
+    }();
+    return trees;
+}
+
+SupervisedRobot::SupervisedRobot(const std::vector<std::string>& real_mode_trees)
+{
+    for (const auto& [mode_name, tree_name] : modeTrees())
+        if (std::find(real_mode_trees.begin(), real_mode_trees.end(), tree_name) == real_mode_trees.end())
+            tree(tree_name).runs();
+    scriptModes();
+    scriptMachine();
+    scriptCommands();
+}
+
+void SupervisedRobot::scriptModes()
+{
+    leaf("RobotModeAdjugement").decides([this](const Moment& now) {
+        return passed(now.port("DoesRobotModeExcute") == mode);
+    });
+    for (const ModeNames& names : kModes)
+        if (names.entry != nullptr)
+            leaf(names.entry).decides([this, &names](const Moment&) { return passed(mode == names.mode); });
+    leaf("NeedInitialStopMode").succeeds();
+    leaf("ChangeRobotModeTo").decides([this](const Moment& now) {
+        for (const ModeNames& names : kModes)
+            if (names.port != nullptr && now.port(names.port) == "true") {
+                requests_.emplace_back(names.mode);
+                if (obeys_requests)
+                    take(names.mode);
+                return SUCCESS;
+            }
+        throw std::logic_error("ChangeRobotModeTo without a mode");
+    });
+    // A change is seen until it was dealt with, which ends with five lines of log.
+    leaf("DoesRobotModeChanged").decides([this](const Moment&) { return passed(changed_); });
+    leaf("SaySomething").where("message", "Robot Mode Changed!").decides([this](const Moment&) {
+        changed_ = ++lines_of_change_ < 5;
+        return SUCCESS;
+    });
+    leaf("BackToLastRobotMode").succeeds();
+    for (const char* idle : {"StopModeDeal", "SleepModeDeal", "PowerOffModeDeal"})
+        leaf(idle).runs();
+}
+
+void SupervisedRobot::take(const std::string& mode_name)
+{
+    changed_ = mode != mode_name;
+    lines_of_change_ = 0;
+    mode = mode_name;
+}
+
+void SupervisedRobot::scriptMachine()
+{
+    leaf("RobotPowerGetLowerThan").decides([this](const Moment& now) {
+        return passed(battery < std::stoi(now.port("capability")));
+    });
+    leaf("RobotPowerGetHigherThan").decides([this](const Moment& now) {
+        return passed(battery >= std::stoi(now.port("capability")));
+    });
+    leaf("DoesRobotGetCharger").decides([this](const Moment&) { return passed(on_charger); });
+    leaf("IsRobotInAnnoyMode").decides([this](const Moment&) { return passed(quiet_hours); });
+    leaf("IsRobotHealthy").decides([this](const Moment&) { return passed(errors.empty()); });
+    leaf("IsStationNormal").decides([this](const Moment&) { return passed(station_errors.empty()); });
+    const auto holds = [this](const char* id, const std::set<std::string>& codes) {
+        leaf(id).decides([&codes](const Moment& now) {
+            const std::string code = now.port("ErrCode");
+            const auto name = code.rfind("TYPE_");
+            return passed(name != std::string::npos && codes.contains(code.substr(name + 5)));
+        });
+    };
+    holds("DoesHappenThisErr", errors);
+    holds("DoesHappenThisWarning", warnings);
+    holds("DoesHappenStationErr", station_errors);
+    holds("DoesHappenStationWarning", station_warnings);
+    for (const char* confirmed : {"IsElecParaInitOK", "IsGyroParaInitOK", "IsIrParaInitOK",
+                                  "IsLightFlowParaInitOK", "IsInfraredConnect", "IsInFrequentDust"})
+        leaf(confirmed).succeeds();
+    leaf("SlamCleanComplete").writes("slam_save_map_reta", 0);
+    leaf("SetMusicPlayPara").decides([this](const Moment& now) {
+        if (const std::string number = now.port("MusicNumber"); !mode.empty())
+            music_.push_back(number);
+        return SUCCESS;
+    });
+    set("RobotReuseMapEnable", 0);
+    set("reuseinfo_fullfilename", "/reuse");
+    set("map_id_with_order", "1");
+    set("RobotChildLockStatus", 0);
+}
+
+void SupervisedRobot::scriptCommands()
+{
+    leaf("IsKeysStatueChanged").decides([this](const Moment& now) {
+        return passed(now.frame == key_frame_);
+    });
+    leaf("DoesKeyValueIs").decides([this](const Moment& now) {
+        return passed(now.frame >= key_frame_ && now.port("button_value") == key_value_);
+    });
+    for (const char* key : {"Is_Key1_Click", "Is_Key2_Click", "Is_Key1_LongPressed", "Is_Key2_LongPressed",
+                            "Is_SetWIFIKey_Click", "Is_ResetKey_LongPress"})
+        leaf(key).decides([this, key](const Moment&) { return passed(key_leaf_ == key); });
+    leaf("DoesReceiveWIFICMD").decides([this](const Moment& now) {
+        return passed(now.frame == command_frame_);
+    });
+    leaf("WhatsTheAPPCMDMode").decides([this](const Moment& now) {
+        return passed(now.port("IsThisMode") == command_);
+    });
+}
+
+void SupervisedRobot::powerOn()
+{
+    start("RobotNode");
+    for (int i = 0; i < 50; ++i) {
+        tick();
+        for (const auto& [mode_name, tree_name] : modeTrees())
+            if (mode_name == mode && !changed_)
+                return (void)tick();
+    }
+    ADD_FAILURE() << "the robot did not come up:\n" << transcript().print();
+}
+
+void SupervisedRobot::enterMode(const std::string& name)
+{
+    take(name);
+    tick(5);
+    EXPECT_FALSE(changed_) << "the change to " << name << " was not dealt with";
+    tick();
+}
+
+void SupervisedRobot::press(const std::string& key_leaf, const std::string& value)
+{
+    key_leaf_ = key_leaf;
+    key_value_ = value;
+    key_frame_ = frame() + 1;
+    set("OloButton", value);
+}
+
+void SupervisedRobot::command(const std::string& mode_name)
+{
+    command_ = mode_name;
+    command_frame_ = frame() + 1;
+}
+
+}  // namespace vemra::test

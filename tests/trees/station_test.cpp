@@ -1,0 +1,227 @@
+#include "support/supervised_robot.h"
+
+namespace vemra::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+/// The robot charges, and its station can empty it.
+class Station : public testing::Test
+{
+protected:
+    Station()
+    {
+        robot.on_charger = true;
+        robot.powerOn();
+        robot.set("dust_switch", "true");
+        robot.set("dust_left_time", 10000);
+        robot.set("dust_number", 0);
+        robot.set("handle_dust_numbers", 0);
+        robot.set("clean_done_time", 5);
+        robot.set("DustTimesSet", 3);
+        robot.leaf("DustTimeHandle").succeedsAfter(100);
+        robot.leaf("SetDustTime").decides([](const Moment& now) {
+            now.set("dust_left_time", std::stoi(now.port("time")));
+            return SUCCESS;
+        });
+        robot.tick(130);  // the charge tune is over
+        robot.forget();
+        robot.forgetRequests();
+        tunes_ = robot.music().size();
+    }
+
+    void landAfterCleaning()
+    {
+        robot.set("Have_Clean_Before_AutoDust", "");
+        robot.set("dust_handle", "");
+    }
+
+    [[nodiscard]] std::vector<std::string> music() const
+    {
+        return {robot.music().begin() + static_cast<std::ptrdiff_t>(tunes_), robot.music().end()};
+    }
+
+    SupervisedRobot robot;
+
+private:
+    std::size_t tunes_ = 0;
+};
+
+const PortValues kRun{{"dust_status", "DUST_START"}, {"time_set", "10000"}};
+const PortValues kQuit{{"dust_status", "DUST_QUIT"}};
+
+TEST_F(Station, EmptiesTheRobotBehindACleaning)
+{
+    landAfterCleaning();
+    robot.tick(200);
+    EXPECT_TRUE(robot.notAsked("DustContrlSet"));
+    robot.tick(140);
+    EXPECT_TRUE(robot.started(1, "DustContrlSet", kRun));
+    EXPECT_TRUE(robot.has("Have_dust_task"));
+    EXPECT_TRUE(robot.has("dust_delay_start"));
+    EXPECT_THAT(music(), ElementsAre("110"));
+    robot.tick(110);
+    EXPECT_TRUE(robot.inOrder(
+        {{"SetDustTime", {}}, {"DustContrlSet", kRun}, {"DustTimeHandle", {}}, {"DustContrlSet", kQuit}}));
+    EXPECT_EQ(robot.key("dust_number"), "1");
+    EXPECT_EQ(robot.key("clean_done_time"), "0");
+    for (const char* key : {"dust_handle", "Have_dust_task", "dust_delay_start"})
+        EXPECT_FALSE(robot.has(key)) << key;
+    EXPECT_TRUE(robot.has("dust_delay_end"));
+}
+
+TEST_F(Station, CountsItsRunsUpToAThousand)
+{
+    robot.set("dust_number", 1001);
+    landAfterCleaning();
+    robot.leaf("NeedLongDustHandle").succeeds();
+    robot.tick(240);
+    EXPECT_EQ(robot.key("dust_number"), "1");
+    EXPECT_TRUE(robot.asked("SetDustTime", {{"time", "20000"}}));
+}
+
+TEST_F(Station, WaitsUntilThereWereMoreCleaningsThanItsSetting)
+{
+    robot.set("clean_done_time", 2);
+    landAfterCleaning();
+    robot.tick(2);
+    EXPECT_EQ(robot.key("clean_done_time"), "3") << "not above the three that are set";
+    EXPECT_FALSE(robot.has("dust_handle"));
+    EXPECT_TRUE(robot.asked("CleanInfoSave"));
+    robot.tick(400);
+    EXPECT_TRUE(robot.notAsked("DustContrlSet", kRun));
+
+    landAfterCleaning();
+    robot.tick(460);
+    EXPECT_TRUE(robot.started(1, "DustContrlSet", kRun));
+    robot.set("dust_switch", "false");
+    landAfterCleaning();
+    robot.tick(2);
+    EXPECT_FALSE(robot.has("dust_handle")) << "switched off";
+
+    robot.set("dust_switch", "true");
+    robot.set("dust_handle", "");
+    robot.tick(2);
+    EXPECT_FALSE(robot.has("dust_handle")) << "no cleaning since the last landing";
+}
+
+TEST_F(Station, KeepsQuietInQuietHours)
+{
+    robot.quiet_hours = true;
+    landAfterCleaning();
+    robot.tick(400);
+    EXPECT_TRUE(robot.notAsked("DustContrlSet", kRun));
+    EXPECT_TRUE(robot.has("DustInAnnoy"));
+    EXPECT_TRUE(robot.asked("SetDustLight", {{"StaLedMode", "STATTON_LED_WhiteOff"}}));
+    robot.quiet_hours = false;
+    robot.tick();
+    EXPECT_FALSE(robot.has("DustInAnnoy"));
+}
+
+TEST_F(Station, DoesNotEmptyOnTheFirstLandingOfATaskThatGoesOn)
+{
+    robot.leaf("DoesRobotBreakPointEnable").succeeds();
+    robot.set("task_state", "area_lowpower");
+    landAfterCleaning();
+    robot.tick(400);
+    EXPECT_TRUE(robot.notAsked("DustContrlSet", kRun));
+    EXPECT_TRUE(robot.has("breakpoint_dust_flag"));
+    EXPECT_FALSE(robot.has("dust_handle"));
+    EXPECT_EQ(robot.key("clean_done_time"), "6") << "counted all the same";
+}
+
+TEST_F(Station, EmptiesOnDemandAndDropsItWhenTheLinkIsLostForTwentyTries)
+{
+    robot.set("APPDustHandle", "true");
+    robot.tick(140);
+    EXPECT_TRUE(robot.started(1, "DustContrlSet", kRun));
+    EXPECT_EQ(robot.key("handle_dust_numbers"), "1");
+    robot.tick(110);
+    EXPECT_TRUE(robot.asked("DustContrlSet", kQuit));
+    EXPECT_FALSE(robot.has("APPDustHandle"));
+
+    robot.leaf("IsInfraredConnect").fails();
+    robot.set("APPDustHandle", "true");
+    robot.tick(19);
+    robot.leaf("IsInfraredConnect").succeeds();
+    robot.tick(3);
+    EXPECT_EQ(robot.key("handle_dust_numbers"), "2") << "the twentieth try reached it";
+    robot.tick(300);
+
+    const auto tunes = robot.music().size();
+    robot.leaf("IsInfraredConnect").fails();
+    robot.set("APPDustHandle", "true");
+    robot.tick(21);
+    robot.leaf("IsInfraredConnect").succeeds();
+    robot.tick(300);
+    EXPECT_EQ(robot.key("handle_dust_numbers"), "2");
+    EXPECT_FALSE(robot.has("APPDustHandle"));
+    EXPECT_EQ(robot.music().size(), tunes) << "without a sound";
+}
+
+TEST_F(Station, GoesOnAfterABlockForTenSecondsMoreThanWasLeft)
+{
+    landAfterCleaning();
+    robot.tick(350);
+    ASSERT_TRUE(robot.askedNow("DustTimeHandle"));
+    robot.leaf("DoesDustStatus").where("dust_state", "DUST_RUNNING").succeeds();
+    robot.set("dust_left_time", 4000);
+    robot.station_warnings = {"DUST_BLOCK"};
+    robot.tick();
+    EXPECT_TRUE(robot.has("continue_dust"));
+    EXPECT_FALSE(robot.has("dust_handle"));
+    robot.station_warnings.clear();
+    robot.tick(2);
+    EXPECT_TRUE(robot.asked("DustContrlSet", {{"dust_status", "DUST_CONTINUE"}, {"time_set", "14000"}}));
+    robot.leaf("DoesDustStatus").fails();
+    robot.tick(120);
+    EXPECT_FALSE(robot.has("continue_dust"));
+    EXPECT_FALSE(robot.has("Have_dust_task"));
+}
+
+TEST_F(Station, ThatFailsInARunIsReportedAndRunsTheRestWhenItIsMended)
+{
+    robot.obeys_requests = false;
+    landAfterCleaning();
+    robot.tick(350);
+    ASSERT_TRUE(robot.askedNow("DustTimeHandle"));
+    robot.leaf("DoesDustStatus").where("dust_state", "DUST_RUNNING").succeeds();
+    robot.station_errors = {"DUST_BAG"};
+    robot.set("dust_left_time", 6000);
+    robot.tick(2);
+    EXPECT_THAT(robot.requests(), ElementsAre("ErrRepotMode"));
+    EXPECT_EQ(robot.key("StationNotNormal"), "true");
+    EXPECT_THAT(music(), Contains("101"));
+
+    robot.leaf("DoesDustStatus").fails();
+    robot.enterMode("ErrRepotMode");
+    robot.forget();
+    robot.station_errors.clear();
+    robot.tick(10);
+    EXPECT_EQ(robot.key("StationNotNormal"), "false");
+    EXPECT_TRUE(robot.asked("DustContrlSet", {{"dust_status", "DUST_START"}, {"time_set", "6000"}}));
+    robot.tick(110);
+    EXPECT_FALSE(robot.has("dust_restart"));
+    EXPECT_FALSE(robot.has("Have_dust_task"));
+}
+
+TEST_F(Station, IsResetWhenTheDockIsLost)
+{
+    robot.set("dust_handle", "");
+    robot.set("continue_dust", "");
+    robot.set("StationNotNormal", "true");
+    robot.leaf("DoesChargerDrop").inTurn({SUCCESS, FAILURE});
+    robot.on_charger = false;
+    robot.tick();
+    EXPECT_TRUE(robot.asked("DustContrlSet", kQuit));
+    EXPECT_TRUE(robot.asked("SetDustTime", {{"time", "0"}}));
+    EXPECT_EQ(robot.key("StationNotNormal"), "false");
+    EXPECT_FALSE(robot.has("dust_handle"));
+    EXPECT_FALSE(robot.has("continue_dust"));
+}
+
+}  // namespace
+}  // namespace vemra::test
