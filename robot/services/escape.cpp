@@ -19,6 +19,8 @@ constexpr int kCalmFrames = 10;
 /// How long a lifted robot waits to be set down.
 constexpr int kInAirFrames = 500;
 constexpr double kTiltDeg = 10;
+/// Escapes that may fail in a row before it is an error.
+constexpr int kMostTries = 3;
 
 }  // namespace
 
@@ -77,7 +79,7 @@ private:
 
     BT::NodeStatus end(bool free)
     {
-        service_.ended(kind_, free);
+        service_.ended(kind_, free, in_air_ >= kInAirFrames);
         return passed(free);
     }
 
@@ -145,6 +147,11 @@ bool EscapeService::warns() const
 void EscapeService::update()
 {
     watch_.update(parts_.body, sensing_.contact());
+    if (parts_.body.feltMovedWithin(kFrameS) && !parts_.body.wheelDrop().both()) {
+        watch_.forget();
+        failed_ = {};
+    }
+    clearErrors();
 }
 
 void EscapeService::began(EscapeKind kind)
@@ -153,14 +160,47 @@ void EscapeService::began(EscapeKind kind)
     parts_.report("escape", "escape: " + std::string(name.about), {{"kind", name.word}});
 }
 
-void EscapeService::ended(EscapeKind kind, bool free)
+void EscapeService::ended(EscapeKind kind, bool free, bool in_air)
 {
     const EscapeName& name = nameOf(kind);
+    int& failed = failed_[static_cast<std::size_t>(kind)];
+    failed = free ? 0 : failed + 1;
     if (free) {
         trouble(kind) = 0;
     }
     parts_.report("escape", std::string(free ? "free" : "still stuck") + ": " + std::string(name.about),
                   {{"kind", name.word}, {"free", free}});
+    if (failed >= kMostTries || in_air) {
+        raiseError(kind);
+    }
+}
+
+void EscapeService::raiseError(EscapeKind kind)
+{
+    const std::string code(nameOf(kind).error);
+    error_[static_cast<std::size_t>(kind)] = true;
+    if (parts_.state.errors.insert(code).second) {
+        parts_.report("error", code + " raised", {{"code", code}, {"raised", true}});
+    }
+}
+
+void EscapeService::clearErrors()
+{
+    for (const EscapeName& name : kEscapes) {
+        bool& told = error_[static_cast<std::size_t>(name.kind)];
+        if (!told || felt(name.kind)) {
+            continue;
+        }
+        told = false;
+        failed_[static_cast<std::size_t>(name.kind)] = 0;
+        const std::string code(name.error);
+        const bool another = std::any_of(kEscapes.begin(), kEscapes.end(), [&](const EscapeName& other) {
+            return other.error == code && error_[static_cast<std::size_t>(other.kind)];
+        });
+        if (!another && parts_.state.errors.erase(code) > 0) {
+            parts_.report("error", code + " cleared", {{"code", code}, {"raised", false}});
+        }
+    }
 }
 
 void EscapeService::install(leaf::LeafHost& host)

@@ -8,7 +8,8 @@
 namespace vemra::robot {
 
 /// When the robot is stuck: the warnings that call for an escape, and the motions that get it out. A warning
-/// stays until the motion has worked; one that did not work fails, and the trees come back to it.
+/// stays until the motion has worked; one that did not work fails, and the trees come back to it. A robot
+/// that does not get free after some tries has an error, until what holds it is gone or it is moved.
 class EscapeService final : public Service
 {
 public:
@@ -40,12 +41,17 @@ private:
         return troubles_mm_[static_cast<std::size_t>(kind)];
     }
     void began(EscapeKind kind);
-    void ended(EscapeKind kind, bool free);
+    /// `in_air`: nobody set the robot down.
+    void ended(EscapeKind kind, bool free, bool in_air);
+    void raiseError(EscapeKind kind);
+    void clearErrors();
 
     RobotParts parts_;
     const SensingService& sensing_;
     EscapeWatch watch_;
     std::array<double, kEscapeKinds> troubles_mm_{};  ///< work left until the robot is free
+    std::array<int, kEscapeKinds> failed_{};          ///< escapes in a row that did not work
+    std::array<bool, kEscapeKinds> error_{};          ///< told as an error
 };
 
 }  // namespace vemra::robot

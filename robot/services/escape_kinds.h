@@ -35,35 +35,38 @@ struct EscapeName
     std::string_view about;    ///< for people
     std::string_view warning;  ///< the leaf that asks for it
     std::string_view deal;     ///< the leaf that deals with it
+    std::string_view error;    ///< the health code of a robot that does not get free
 };
 
 inline constexpr std::size_t kEscapeKinds = 15;
 
 inline constexpr std::array<EscapeName, kEscapeKinds> kEscapes = {{
-    {EscapeKind::Cliff, "cliff", "at an edge", "IsCliffWarning", "EscapeCliffDeal"},
-    {EscapeKind::Drop, "drop", "a wheel hangs", "IsDropWarning", "EscapeDropDeal"},
-    {EscapeKind::Virtual, "virtual", "held by a virtual wall", "IsVirtualWarning", "EscapeVirtualDeal"},
-    {EscapeKind::Bump, "bump", "the bumper stays pressed", "IsBumpWarning", "EscapeBumpDeal"},
-    {EscapeKind::Immovable, "immovable", "does not move at all", "is_immovable_warning", "immovable_motion"},
+    {EscapeKind::Cliff, "cliff", "at an edge", "IsCliffWarning", "EscapeCliffDeal", "CLIFF"},
+    {EscapeKind::Drop, "drop", "a wheel hangs", "IsDropWarning", "EscapeDropDeal", "DROP"},
+    {EscapeKind::Virtual, "virtual", "held by a virtual wall", "IsVirtualWarning", "EscapeVirtualDeal",
+     "TRAP"},
+    {EscapeKind::Bump, "bump", "the bumper stays pressed", "IsBumpWarning", "EscapeBumpDeal", "BUMPER"},
+    {EscapeKind::Immovable, "immovable", "does not move at all", "is_immovable_warning", "immovable_motion",
+     "TRAP"},
     {EscapeKind::LeftWheelCurrent, "left_wheel", "the left wheel is blocked", "IsLeftWheelCurrentWarning",
-     "EscapeLeftWheelCurrentDeal"},
+     "EscapeLeftWheelCurrentDeal", "LEFT_WHEEL_MOTOR"},
     {EscapeKind::RightWheelCurrent, "right_wheel", "the right wheel is blocked", "IsRightWheelCurrentWarning",
-     "EscapeRightWheelCurrentDeal"},
+     "EscapeRightWheelCurrentDeal", "RIGHT_WHEEL_MOTOR"},
     {EscapeKind::BrushCurrent, "brush", "the main brush is blocked", "IsBrushCurrentWarning",
-     "EscapeBrushCurrentDeal"},
+     "EscapeBrushCurrentDeal", "BRUSH"},
     {EscapeKind::SideCurrent, "side_brush", "the side brush is blocked", "IsSideCurrentWarning",
-     "EscapeSideCurrentDeal"},
-    {EscapeKind::Gesture, "gesture", "stands tilted", "IsGestureWarning", "EscapeGestureDeal"},
+     "EscapeSideCurrentDeal", "SIDEBRUSH"},
+    {EscapeKind::Gesture, "gesture", "stands tilted", "IsGestureWarning", "EscapeGestureDeal", "GESTURE"},
     {EscapeKind::BumpRepeat, "bump_repeat", "bumps again and again", "IsBumpRepeatWarning",
-     "EscapeBumpRepeatDeal"},
+     "EscapeBumpRepeatDeal", "TRAP"},
     {EscapeKind::DropRepeat, "drop_repeat", "a wheel drops again and again", "IsDropRepeatWarning",
-     "EscapeDropRepeatDeal"},
+     "EscapeDropRepeatDeal", "DROP"},
     {EscapeKind::TurnSuffocate, "turn", "turns and gets nowhere", "IsTurnSuffocateWarning",
-     "EscapeTurnSuffocateDeal"},
+     "EscapeTurnSuffocateDeal", "TURN_SUFFOCATE"},
     {EscapeKind::ForwardSuffocate, "forward", "pushes and gets nowhere", "IsForwardSuffocateWarning",
-     "EscapeForwardSuffocateDeal"},
+     "EscapeForwardSuffocateDeal", "FORWARD_SUFFOCATE"},
     {EscapeKind::LdsBump, "laser_cap", "the laser's cap stays pressed", "IsLDSBumpWarning",
-     "EscapeLDSBumpDeal"},
+     "EscapeLDSBumpDeal", "I_LDS_BUMPER"},
 }};
 
 constexpr const EscapeName& nameOf(EscapeKind kind)

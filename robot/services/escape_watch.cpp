@@ -130,4 +130,10 @@ void EscapeWatch::settle()
     drops_.clear();
 }
 
+void EscapeWatch::forget()
+{
+    settle();
+    signs_ = {};
+}
+
 }  // namespace vemra::robot

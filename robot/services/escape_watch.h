@@ -25,6 +25,8 @@ public:
 
     /// An escape is over: every sign has to show itself anew.
     void settle();
+    /// The robot is somewhere else: nothing of what was felt holds any more.
+    void forget();
 
 private:
     struct Onset

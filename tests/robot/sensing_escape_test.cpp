@@ -157,6 +157,37 @@ TEST_F(EscapeTrees, AnEscapeThatDoesNotWorkComesBackAndIsCutOffByAHalt)
     EXPECT_EQ(rig.text("trapped"), "false");
 }
 
+TEST_F(EscapeTrees, ARobotThatDoesNotGetFreeHasAnErrorUntilSomebodyHelps)
+{
+    rig.escape.raise(EscapeKind::BrushCurrent, 1e6);
+    enterTask(100);
+    rig.frames(400);
+    EXPECT_TRUE(rig.happened("still stuck: the main brush"));
+    EXPECT_TRUE(rig.state.errors.empty()) << "not at the first try";
+    rig.frames(600);
+    EXPECT_THAT(rig.state.errors, testing::ElementsAre("BRUSH"));
+    rig.tree = {};
+    rig.body.stop();
+    rig.escape.clear(EscapeKind::BrushCurrent);
+    rig.frame();
+    EXPECT_TRUE(rig.state.errors.empty());
+
+    // What is known by its effect alone lasts until the robot is moved.
+    enterTask(100);
+    rig.body.holdFast(1e6);
+    rig.frames(3000);
+    EXPECT_FALSE(rig.state.errors.empty());
+    rig.tree = {};
+    rig.body.stop();
+    rig.frames(100);
+    EXPECT_FALSE(rig.state.errors.empty());
+    rig.body.lift();
+    rig.frames(50);
+    rig.body.setDown({{1000, 1000}, {0}});
+    rig.frames(2);
+    EXPECT_TRUE(rig.state.errors.empty());
+}
+
 TEST_F(EscapeTrees, ARobotAtAnEdgeComesBack)
 {
     rig.world.addCliff({{1750, 0}, {3000, 3000}});
@@ -185,6 +216,13 @@ TEST_F(EscapeTrees, ALiftedRobotWaitsToBeSetDown)
     rig.frames(60);
     EXPECT_TRUE(rig.happened("free: a wheel hangs"));
     EXPECT_GT(rig.at().y, 850) << "and the task goes on from there";
+    EXPECT_TRUE(rig.state.errors.empty());
+    rig.body.lift();
+    rig.frames(700);
+    EXPECT_THAT(rig.state.errors, testing::ElementsAre("DROP")) << "held up for ten seconds";
+    rig.body.setDown({{800, 800}, {90}});
+    rig.frames(2);
+    EXPECT_TRUE(rig.state.errors.empty());
 }
 
 TEST_F(EscapeTrees, ARobotThatIsShutInTriesUntilItIsLetOut)
