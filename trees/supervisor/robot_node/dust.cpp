@@ -49,13 +49,14 @@ Node empty_on_request()
 // same dust box.
 Node break_point_rule()
 {
-    return IfThenElse(
-        Sequence(DoesRobotBreakPointEnable{},
-                 key_is_any("task_state", {"lowpower", "part_lowpower", "zone_lowpower", "point_lowpower",
-                                           "area_lowpower"})),
+    const Node second_landing_fails =
         IfThenElse(present("breakpoint_dust_flag"), SequenceStar(erase("dust_handle"), AlwaysFailure{}),
-                   set_flag("breakpoint_dust_flag")),
-        erase("breakpoint_dust_flag"));
+                   set_flag("breakpoint_dust_flag"));
+    return IfThenElse(DoesRobotBreakPointEnable{},
+                      IfThenElse(key_is_any("task_state", {"lowpower", "part_lowpower", "zone_lowpower",
+                                                           "point_lowpower", "area_lowpower"}),
+                                 second_landing_fails, erase("breakpoint_dust_flag")),
+                      erase("breakpoint_dust_flag"));
 }
 
 // Below the limit, only an emptying that an earlier landing owes is made up for, and not in the quiet hours.
@@ -164,24 +165,23 @@ Node dust_init_subtree()
 // The user asked for an emptying. A station that does not answer within 20 ticks drops it in silence.
 Node manual_dust()
 {
-    return SubTree(
-        "Manul_dust_Subtree",
-        Sequence(
-            DoesRobotGetCharger{},
-            SequenceStar(
-                present("APPDustHandle"),
-                FallbackStar(RetryUntilSuccesful("20", IsInfraredConnect{}),
-                             ForceFailure(erase("APPDustHandle"))),
-                SaySomething{"Start manul dust..."},
-                IntAdd{.int_a = "${handle_dust_numbers}", .int_b = "1", .out_sum = "handle_dust_numbers"},
-                trace("handle_dust_numbers is ${handle_dust_numbers}"), set_flag("Have_dust_task"),
-                erase("continue_dust_flag"), IsInFrequentDust{}, Delay{"30"}, check_station_before_manual(),
-                SaySomething{"step 1."},
-                IfThenElse(
-                    key_is_true("APPDustHandle"),
-                    IfThenElse(in_any_mode({"ChargingMode", "StandbyMode", "SleepMode"}), empty_on_request(),
-                               SequenceStar(SaySomething{"step 4."}, erase("APPDustHandle"))),
-                    SequenceStar(SaySomething{"step 3."}, erase("APPDustHandle"))))));
+    return Sequence(
+        DoesRobotGetCharger{},
+        SubTree("Manul_dust_Subtree",
+                SequenceStar(
+                    present("APPDustHandle"),
+                    FallbackStar(RetryUntilSuccesful("20", IsInfraredConnect{}),
+                                 ForceFailure(erase("APPDustHandle"))),
+                    SaySomething{"Start manul dust..."},
+                    IntAdd{.int_a = "${handle_dust_numbers}", .int_b = "1", .out_sum = "handle_dust_numbers"},
+                    trace("handle_dust_numbers is ${handle_dust_numbers}"), set_flag("Have_dust_task"),
+                    erase("continue_dust_flag"), IsInFrequentDust{}, Delay{"30"},
+                    check_station_before_manual(), SaySomething{"step 1."},
+                    IfThenElse(key_is_true("APPDustHandle"),
+                               IfThenElse(in_any_mode({"ChargingMode", "StandbyMode", "SleepMode"}),
+                                          empty_on_request(),
+                                          SequenceStar(SaySomething{"step 4."}, erase("APPDustHandle"))),
+                               SequenceStar(SaySomething{"step 3."}, erase("APPDustHandle"))))));
 }
 
 // A cleaning mode leaves the request `dust_handle` behind; it is met at rest on the charger.

@@ -7,11 +7,6 @@ namespace vemra::trees::robot_node {
 
 namespace {
 
-Node complain(const char* message)
-{
-    return Log{"err", message};
-}
-
 Node save_reuse_info()
 {
     return ForceSuccess(SaveReuseInfo{"${reuseinfo_fullfilename}"});
@@ -28,7 +23,7 @@ Node check_saved_map()
                                    IsAGreaterThanBFloat{.A = "0", .B = "${slam_save_map_reta}"},
                                    Inverter(IsAGreaterThanBFloat{.A = "1", .B = "${slam_save_map_reta}"})),
                       SetBlackboard{"startup_clear_flag", "check_map_id_failed"},
-                      complain("at startup check reuse map_id return failed. clear map."));
+                      Log{"err", "at startup check reuse map_id return failed. clear map."});
 }
 
 // The rooms of the stored map. This product does not divide a map anew when they cannot be read.
@@ -38,7 +33,7 @@ Node get_rooms()
         SetBlackboard{"start_segment_map_using_reuse_map", "true"}, StartSegmentMap{},
         FallbackStar(SequenceStar(GetSegmentMap{"${reuse_map_id}"}, UpdateReuseAppMap{.mode = ""}),
                      SequenceStar(SetBlackboard{"startup_clear_flag", "get_segmap_failed_twice"},
-                                  complain("On startup get segment map failed twice. clear map."))));
+                                  SaySomething{"On startup get segment map failed twice. clear map."})));
 
     return optionally(
         IsAGreaterThanBInt{.A = "${RobotReuseMapEnable}", .B = "0"}, present("reuse_map_id"),
@@ -46,7 +41,7 @@ Node get_rooms()
             GetSegmentMap{"${reuse_map_id}"},
             IfThenElseStar(switched_off(), divide_anew,
                            SequenceStar(SetBlackboard{"startup_clear_flag", "get_segmap_failed"},
-                                        complain("On startup get segment map failed. clear map.")))));
+                                        SaySomething{"On startup get segment map failed. clear map."}))));
 }
 
 // What other services have left to be done at the next load.

@@ -42,11 +42,11 @@ Node wash_run_watch()
                       AlwaysSuccess{});
 }
 
-// An error broke off a wash with dirty water in the dish.
+// An error broke off a wash with dirty water in the dish. Without its dish the station has nothing to pump.
 Node sewage_work()
 {
     return SubTree("SewageWork", SequenceStar(present("station_err_sewage"), DoesRobotGetCharger{},
-                                              Inverter(station_error("DIRT_WATERTANK_NOTINSTALLED")),
+                                              Inverter(station_error("WASHDISH_NOTINSTALLED")),
                                               erase("station_err_sewage"), SewagePumpHandle{"500"}));
 }
 
