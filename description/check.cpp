@@ -296,7 +296,7 @@ private:
                 else if (mark->second == Mark::Open) {
                     std::string circle;
                     for (auto from = std::find(way.begin(), way.end(), target); from != way.end(); ++from)
-                        circle += *from + " -> ";
+                        circle.append(*from).append(" -> ");
                     faults_.push_back({name, path, "trees enter each other in a circle: " + circle + target});
                 }
             }

@@ -1,6 +1,8 @@
 #include "generator/treegen.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -27,12 +29,18 @@ std::vector<std::string> readRegistry(const std::string& file)
     for (int number = 1; std::getline(in, line); ++number) {
         if (line.empty())
             continue;
+        const auto refuse = [&](const std::string& why) {
+            std::ostringstream message;
+            message << file << ':' << number << ": '" << line << "' " << why;
+            throw std::runtime_error(message.str());
+        };
+        if (!std::all_of(line.begin(), line.end(),
+                         [](unsigned char c) { return std::isalnum(c) != 0 || c == '_'; }))
+            refuse("cannot be a tree's name; expected letters, digits and '_'");
         if (!seen.insert(line).second)
-            throw std::runtime_error(file + ":" + std::to_string(number) + ": tree '" + line +
-                                     "' stands twice");
+            refuse("stands twice");
         if (!names.empty() && line < names.back())
-            throw std::runtime_error(file + ":" + std::to_string(number) + ": '" + line +
-                                     "' is out of order; names stand in ascending byte order");
+            refuse("is out of order; names stand in ascending byte order");
         names.push_back(line);
     }
     return names;

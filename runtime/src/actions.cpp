@@ -186,8 +186,11 @@ NodeStatus FloatModulusNode::tick()
     if (!readBoth(findPort("dividend"), dividend, findPort("divisor"), divisor) || !getParam("bias", bias) ||
         !(divisor > 0))
         return NodeStatus::FAILURE;
+    double remainder = dividend - divisor * std::floor((dividend - bias) / divisor);
+    if (remainder >= bias + divisor)
+        remainder = bias;  // just below `bias`, and rounded up
     if (Any* out = out_.resolve(*this))
-        out->setReal(dividend - divisor * std::floor((dividend - bias) / divisor));
+        out->setReal(remainder);
     return NodeStatus::SUCCESS;
 }
 

@@ -52,14 +52,11 @@ void haltAllActions(TreeNode* root)
 }
 
 StatusChangeLogger::StatusChangeLogger(TreeNode* root)
+    : start_(root != nullptr ? root->clockTime() : std::chrono::high_resolution_clock::now())
 {
     applyRecursiveVisitor(root, [this](TreeNode* node) {
         subscribers_.push_back(node->subscribeToStatusChange(
             [this](TimePoint time, const TreeNode& changed, NodeStatus before, NodeStatus now) {
-                if (!started_) {
-                    start_ = time;
-                    started_ = true;
-                }
                 if (enabled_ && (show_idle_ || now != NodeStatus::IDLE))
                     callback(time - start_, changed, before, now);
             }));

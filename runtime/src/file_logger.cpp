@@ -37,7 +37,7 @@ FileLogger::FileLogger(TreeNode* root, const char* filename, std::uint16_t buffe
 FileLogger::~FileLogger()
 {
     // A base class cannot do it: it no longer knows the file.
-    flush();
+    FileLogger::flush();
 }
 
 void FileLogger::writeTree(const TreeNode* root)

@@ -84,6 +84,12 @@ TreeNode::StatusChangeSubscriber TreeNode::subscribeToStatusChange(StatusChangeC
     return subscriber;
 }
 
+TimePoint TreeNode::clockTime() const
+{
+    return blackboard_ != nullptr ? TimePoint(std::chrono::milliseconds(blackboard_->clock().milliseconds()))
+                                  : std::chrono::high_resolution_clock::now();
+}
+
 void TreeNode::notifyStatusChange(NodeStatus before, NodeStatus now)
 {
     if (blackboard_ != nullptr && blackboard_->statusObserver() != nullptr)
@@ -95,11 +101,9 @@ void TreeNode::notifyStatusChange(NodeStatus before, NodeStatus now)
     for (const auto& listener : extras_->listeners)
         if (auto subscriber = listener.lock())
             alive.push_back(std::move(subscriber));
-    const TimePoint time = blackboard_ != nullptr
-                               ? TimePoint(std::chrono::milliseconds(blackboard_->clock().milliseconds()))
-                               : std::chrono::high_resolution_clock::now();
+    const TimePoint now_is = clockTime();
     for (const StatusChangeSubscriber& subscriber : alive)
-        (*subscriber)(time, *this, before, now);
+        (*subscriber)(now_is, *this, before, now);
     if (alive.size() < extras_->listeners.size()) {
         std::erase_if(extras_->listeners, [](const auto& listener) { return listener.expired(); });
         has_listeners_ = !extras_->listeners.empty();

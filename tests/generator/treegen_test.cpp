@@ -78,9 +78,11 @@ TEST_F(Treegen, TouchesNoFileWhenItRefuses)
 TEST_F(Treegen, NamesLineAndReasonOfAWrongRegistry)
 {
     EXPECT_EQ(run("A\nB\nA\n", {}), 2);
-    EXPECT_THAT(said_, HasSubstr("registry.txt:3: tree 'A' stands twice"));
+    EXPECT_THAT(said_, HasSubstr("registry.txt:3: 'A' stands twice"));
     EXPECT_EQ(run("Back2cm\nBTBack2cm\n", {}), 2);
     EXPECT_THAT(said_, HasSubstr("registry.txt:2: 'BTBack2cm' is out of order"));
+    EXPECT_EQ(run("A\nB 2\n", {}), 2);
+    EXPECT_THAT(said_, HasSubstr("registry.txt:2: 'B 2' cannot be a tree's name"));
     EXPECT_EQ(command({"--registry", folder_ / "none.txt"}, {}), 2);
     EXPECT_THAT(said_, HasSubstr("none.txt: cannot be read"));
     EXPECT_EQ(command({}, {}), 2);

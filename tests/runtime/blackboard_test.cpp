@@ -152,6 +152,10 @@ TEST_F(BuiltInLeaves, Calculate)
                   'S');
         EXPECT_EQ(board->get<double>("f"), folded) << angle;
     }
+    EXPECT_EQ(run("FloatModulus",
+                  {{"dividend", "-1e-20"}, {"divisor", "360"}, {"bias", "0"}, {"out_remainder", "f"}}),
+              'S');
+    EXPECT_EQ(board->get<double>("f"), 0.0);  // never the divisor itself
     EXPECT_EQ(
         run("FloatModulus", {{"dividend", "1"}, {"divisor", "0"}, {"bias", "0"}, {"out_remainder", "f"}}),
         'F');

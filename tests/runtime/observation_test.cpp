@@ -135,15 +135,16 @@ TEST(Observation, ALoggerGetsChangesWithTheirTimes)
         std::vector<std::string> lines;
     };
     ScriptedTree t(node("Inverter", {action("a", "RS")}));
+    t.clock->now = 500;
     Lines logger(t.tree.root_node);
     logger.enableTransitionToIdle(false);
-    t.clock->now = 100;
+    t.clock->now = 600;
     t.tick();
-    t.clock->now = 120;
+    t.clock->now = 620;
     t.tick();
     logger.setEnabled(false);
     t.tick();
-    EXPECT_THAT(logger.lines, ElementsAre("0 a IR", "0 Inverter IR", "20 a RS", "20 Inverter RF"));
+    EXPECT_THAT(logger.lines, ElementsAre("100 a IR", "100 Inverter IR", "120 a RS", "120 Inverter RF"));
 }
 
 TEST(Observation, TheConsoleShowsChangesAndTheTree)

@@ -26,15 +26,15 @@ struct Sketch
     }
 };
 
-inline Sketch node(std::string id, std::vector<Sketch> children)
+inline Sketch node(const std::string& id, std::vector<Sketch> children)
 {
     return {id, {}, std::move(children), id};
 }
-inline Sketch node(std::string id, BT::NodeParameters ports, std::vector<Sketch> children)
+inline Sketch node(const std::string& id, BT::NodeParameters ports, std::vector<Sketch> children)
 {
     return {id, std::move(ports), std::move(children), id};
 }
-inline Sketch leaf(std::string id, BT::NodeParameters ports = {})
+inline Sketch leaf(const std::string& id, BT::NodeParameters ports = {})
 {
     return {id, std::move(ports), {}, id};
 }

@@ -65,6 +65,9 @@ public:
     void setBlackboard(const Blackboard::Ptr& blackboard);
     [[nodiscard]] const Blackboard::Ptr& blackboard() const { return blackboard_; }
 
+    /// The present time of the blackboard's clock, or of the machine's where there is no blackboard.
+    [[nodiscard]] TimePoint clockTime() const;
+
     /// A label; the registration name unless another was given.
     [[nodiscard]] const std::string& name() const { return name_; }
     /// Unique among the nodes that are alive.

@@ -109,12 +109,12 @@ inline std::string toText(const Sketch& sketch)
 {
     std::string text = sketch.name;
     for (const auto& [port, value] : sketch.ports)
-        text += (text.back() == ' ' ? "" : " ") + port + "=" + value;
+        text.append(" ").append(port).append("=").append(value);
     if (sketch.children.empty())
         return text;
     text += "(";
     for (const Sketch& child : sketch.children)
-        text += (text.back() == '(' ? "" : ", ") + toText(child);
+        text.append(text.back() == '(' ? "" : ", ").append(toText(child));
     return text + ")";
 }
 

@@ -26,8 +26,7 @@ public:
 private:
     bool enabled_ = true;
     bool show_idle_ = true;
-    TimePoint start_{};
-    bool started_ = false;
+    TimePoint start_;
     std::vector<TreeNode::StatusChangeSubscriber> subscribers_;
 };
 
