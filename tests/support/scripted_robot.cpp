@@ -287,7 +287,7 @@ const std::string& ScriptedRobot::known(const std::string& who, const PortValues
 {
     for (const auto& [port, value] : values)
         if (!scripts_.at(known(who))->hasPort(port))
-            throw std::invalid_argument("'" + who + "' has no port '" + port + "'");
+            throw std::invalid_argument(std::string("'").append(who) + "' has no port '" + port + "'");
     return known(who);
 }
 

@@ -14,7 +14,7 @@ std::string describe(const std::string& who, const PortValues& values)
 {
     std::string text = who;
     for (const auto& [port, value] : values)
-        text += " " + port + "=\"" + value + "\"";
+        text.append(" ").append(port).append("=\"").append(value).append("\"");
     return text;
 }
 

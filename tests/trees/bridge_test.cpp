@@ -151,6 +151,24 @@ TEST_F(Bridge, OnTrialIsToldToWhoPlansTheLines)
     EXPECT_EQ(robot.key("cross_trial_bridge_success"), "false");
 }
 
+TEST_F(Bridge, OfHistoryIsCrossedOnceTheRobotIsInTheArea)
+{
+    ofType("HISTORY");
+    robot.tree("NavigateTree").runs();
+    robot.start("CrossBridge");
+    EXPECT_EQ(robot.tick(20), RUNNING);
+    robot.leaf("IsNearChainOpenEnd").succeeds().fills("out_chain_element", 5);
+    EXPECT_EQ(robot.tick(20), RUNNING) << "the end of a chain is none of its ends";
+    robot.leaf("InCurrentArea").succeeds();
+    EXPECT_EQ(robot.finish(5), SUCCESS);
+    EXPECT_TRUE(robot.halted("NavigateTree"));
+
+    ofType("NARROW");
+    EXPECT_EQ(robot.finish(5), SUCCESS);
+    EXPECT_EQ(robot.key("closest_chain_end"), "5");
+    EXPECT_EQ(robot.key("cross_bridge_near_chain_end"), "true");
+}
+
 TEST_F(Bridge, OutOfAVirtualWallIsDrivenUntilTheRobotIsOutside)
 {
     ofType("TMP");

@@ -47,30 +47,46 @@ protected:
 constexpr const char* kStart = "Is_Key1_Click";
 constexpr const char* kHome = "Is_Key2_Click";
 
-TEST_F(Command, OfTheStartKeyResumesTheOpenKindOfTask)
+struct KindOfTask
 {
-    const std::vector<std::tuple<std::string, std::string, std::string>> kinds = {
-        {"init", "Idle", "AutoCleanMode"},
-        {"cleaning", "AutoClean", "AutoCleanMode"},
-        {"zone_lowpower", "ZoneClean", "DrawAreaCleanMode"},
-        {"zone_cleaning", "ZoneClean", "DrawAreaCleanMode"},
-        {"precleaning", "ZoneClean", "DrawAreaCleanMode"},
-        {"area_lowpower_pause", "AreaClean", "SelectAreaCleanMode"},
-        {"precleaning", "AreaClean", "SelectAreaCleanMode"},
-        {"point_cleaning", "PointClean", "SelectPointCleanMode"},
-        {"map_cleaning", "MapClean", "FastMapBuildMode"},
-        {"precleaning", "MapClean", "FastMapBuildMode"},
-        {"precleaning", "AutoClean", "AutoCleanMode"},
+    std::string mode;
+    std::string type;
+    std::vector<std::string> states;
+};
+
+const std::vector<KindOfTask>& kindsOfTask()
+{
+    static const std::vector<KindOfTask> kinds = {
+        {"DrawAreaCleanMode", "ZoneClean", {"zone_cleaning", "zone_lowpower", "zone_lowpower_pause"}},
+        {"SelectAreaCleanMode", "AreaClean", {"area_cleaning", "area_lowpower", "area_lowpower_pause"}},
+        {"SelectPointCleanMode", "PointClean", {"point_cleaning", "point_lowpower", "point_lowpower_pause"}},
+        {"AutoCleanMode", "AutoClean", {"cleaning", "lowpower", "lowpower_pause"}},
     };
-    for (const auto& [state, type, mode] : kinds) {
+    return kinds;
+}
+
+TEST_F(Command, ToStartResumesTheOpenKindOfTask)
+{
+    const auto started = [this](const std::string& state, const std::string& type) {
         robot.set("task_state", state);
         robot.set("task_type", type);
-        EXPECT_THAT(pressed(kStart, "PauseAndStopMode"), ElementsAre(mode)) << state << " " << type;
+        const auto by_key = pressed(kStart, "PauseAndStopMode");
         EXPECT_EQ(robot.key("start_clean_method_key"), "1");
+        EXPECT_EQ(commanded("AutoCleanMode", "PauseAndStopMode"), by_key) << state << " by the app";
+        return by_key;
+    };
+    for (const KindOfTask& kind : kindsOfTask()) {
+        for (const std::string& state : kind.states)
+            EXPECT_THAT(started(state, "Idle"), ElementsAre(kind.mode)) << state;
+        EXPECT_THAT(started("precleaning", kind.type), ElementsAre(kind.mode)) << kind.type;
     }
-    robot.set("task_state", "completing");
+    EXPECT_THAT(started("init", "Idle"), ElementsAre("AutoCleanMode"));
+    EXPECT_THAT(started("map_cleaning", "Idle"), ElementsAre("FastMapBuildMode"));
+    EXPECT_THAT(started("precleaning", "MapClean"), ElementsAre("FastMapBuildMode"));
     robot.set("last_clean_mode", "FastMapBuildMode");
-    EXPECT_THAT(commanded("AutoCleanMode", "PauseAndStopMode"), ElementsAre("FastMapBuildMode"));
+    EXPECT_THAT(started("completing", "Idle"), ElementsAre("FastMapBuildMode"));
+    robot.set("last_clean_mode", "AutoCleanMode");
+    EXPECT_THAT(started("completing", "Idle"), ElementsAre("AutoCleanMode"));
 }
 
 TEST_F(Command, OfTheStartKeyBelowFifteenPercentOnlySaysSo)
@@ -179,18 +195,17 @@ TEST_F(Command, OfAnUnknownKeyIsForgotten)
     EXPECT_THAT(robot.music(), IsEmpty());
 }
 
-/// A timed order of a cleaning of the whole home.
+/// A timed order, of a cleaning of the whole home or of rooms.
 class TimedOrder : public Command
 {
 protected:
-    std::vector<std::string> ordered(const std::string& mode)
+    std::vector<std::string> ordered(const std::string& mode, const std::string& what = "AutoCleanMode")
     {
         in(mode);
         music_before_ = robot.music().size();
         robot.set("OrderAutoClean", "");
-        robot.command("AutoCleanMode");
+        robot.command(what);
         robot.tick();
-        EXPECT_FALSE(robot.has("OrderAutoClean")) << mode;
         return robot.requests();
     }
     [[nodiscard]] std::vector<std::string> musicOfIt() const
@@ -204,21 +219,27 @@ private:
 
 TEST_F(TimedOrder, IsDroppedWithoutSoundInAModeThatWorks)
 {
-    for (const char* mode : {"SelectAreaCleanMode", "BackHomeMode", "RemoteCtrlMode", "WIFISetMode"}) {
-        EXPECT_THAT(ordered(mode), IsEmpty()) << mode;
-        EXPECT_THAT(musicOfIt(), IsEmpty()) << mode;
-    }
+    for (const char* mode : {"DrawAreaCleanMode", "BackHomeMode", "RemoteCtrlMode", "WIFISetMode"})
+        for (const char* what : {"AutoCleanMode", "SelectAreaCleanMode"}) {
+            EXPECT_THAT(ordered(mode, what), IsEmpty()) << mode;
+            EXPECT_THAT(musicOfIt(), IsEmpty()) << mode;
+            EXPECT_FALSE(robot.has("OrderAutoClean")) << mode;
+        }
     EXPECT_TRUE(robot.asked("RestoreCleanMode"));
 }
 
 TEST_F(TimedOrder, TakesUpTheOpenTaskFromAPauseAndWaitsForPower)
 {
-    robot.set("task_state", "zone_lowpower_pause");
-    EXPECT_THAT(ordered("PauseAndStopMode"), Contains("DrawAreaCleanMode"));
-
+    for (const KindOfTask& kind : kindsOfTask())
+        for (const std::string& state : kind.states) {
+            robot.set("task_state", state);
+            EXPECT_THAT(ordered("PauseAndStopMode"), Contains(kind.mode)) << state;
+        }
     robot.battery = 14;
-    EXPECT_THAT(ordered("StandbyMode"), IsEmpty());
-    EXPECT_THAT(musicOfIt(), ElementsAre("25"));
+    for (const char* what : {"AutoCleanMode", "SelectAreaCleanMode"}) {
+        EXPECT_THAT(ordered("StandbyMode", what), IsEmpty());
+        EXPECT_THAT(musicOfIt(), ElementsAre("25"));
+    }
 }
 
 TEST_F(TimedOrder, WithARegionToMergeRunsUnlessItRunsAlready)
@@ -226,12 +247,21 @@ TEST_F(TimedOrder, WithARegionToMergeRunsUnlessItRunsAlready)
     robot.leaf("NeedToMergeRegion").where("mode_order", "AutoCleanMode").succeeds();
     EXPECT_THAT(ordered("AutoCleanMode"), IsEmpty());
     EXPECT_THAT(musicOfIt(), ElementsAre("9"));
+    EXPECT_FALSE(robot.has("OrderAutoClean"));
 
     robot.on_charger = true;
     robot.set("task_state", "zone_lowpower");
     EXPECT_THAT(ordered("ChargingMode"), IsEmpty());
     EXPECT_THAT(musicOfIt(), IsEmpty());
     EXPECT_EQ(robot.key("task_state"), "lowpower") << "it goes on as a cleaning of the home";
+
+    robot.leaf("NeedToMergeRegion").where("mode_order", "SelectAreaCleanMode").succeeds();
+    EXPECT_THAT(ordered("ChargingMode", "SelectAreaCleanMode"), IsEmpty());
+    EXPECT_EQ(robot.key("task_state"), "area_lowpower");
+    robot.on_charger = false;
+    robot.set("task_state", "zone_cleaning");
+    EXPECT_THAT(ordered("PauseAndStopMode", "SelectAreaCleanMode"), ElementsAre("SelectAreaCleanMode"));
+    EXPECT_EQ(robot.key("task_state"), "area_cleaning");
 }
 
 }  // namespace

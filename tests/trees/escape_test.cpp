@@ -50,25 +50,46 @@ TEST(EscapeFromATrap, HaltsTheDriveAndIsToldToItExactlyOnce)
     EXPECT_EQ(robot.key("trapped"), "false");
 }
 
-TEST(EscapeFromATrap, TakesTheMostUrgentWarningAlone)
+TEST(EscapeFromATrap, HasAWayOutForEachWarningTheMostUrgentFirst)
 {
+    const std::vector<std::pair<std::string, std::string>> ladder = {
+        {"IsCliffWarning", "EscapeCliffDeal"},
+        {"IsDropWarning", "EscapeDropDeal"},
+        {"IsVirtualWarning", "EscapeVirtualDeal"},
+        {"IsBumpWarning", "EscapeBumpDeal"},
+        {"is_immovable_warning", "immovable_motion"},
+        {"IsLeftWheelCurrentWarning", "EscapeLeftWheelCurrentDeal"},
+        {"IsRightWheelCurrentWarning", "EscapeRightWheelCurrentDeal"},
+        {"IsBrushCurrentWarning", "EscapeBrushCurrentDeal"},
+        {"IsSideCurrentWarning", "EscapeSideCurrentDeal"},
+        {"IsGestureWarning", "EscapeGestureDeal"},
+        {"IsBumpRepeatWarning", "EscapeBumpRepeatDeal"},
+        {"IsDropRepeatWarning", "EscapeDropRepeatDeal"},
+        {"IsTurnSuffocateWarning", "EscapeTurnSuffocateDeal"},
+        {"IsForwardSuffocateWarning", "EscapeForwardSuffocateDeal"},
+        {"IsLDSBumpWarning", "EscapeLDSBumpDeal"},
+    };
     ScriptedRobot robot;
     robot.set("current_tick_cnt", 7);
     robot.leaf("IsEscapeCheckWarning").succeeds();
-    for (const char* warning : {"IsDropWarning", "IsBumpWarning", "IsGestureWarning", "IsLDSBumpWarning"})
-        robot.leaf(warning).succeeds();
     robot.start("EscapeCoat");
-    EXPECT_EQ(robot.finish(3), FAILURE);
-    EXPECT_TRUE(robot.started(1, "EscapeDropDeal"));
-    EXPECT_TRUE(robot.notAsked("EscapeBumpDeal"));
-    EXPECT_TRUE(robot.notAsked("EscapeGestureDeal"));
-    EXPECT_TRUE(robot.notAsked("EscapeLDSBumpDeal"));
-
-    for (const char* warning : {"IsDropWarning", "IsBumpWarning", "IsGestureWarning"})
-        robot.leaf(warning).fails();
-    robot.forget();
-    EXPECT_EQ(robot.finish(3), FAILURE);
-    EXPECT_TRUE(robot.asked("EscapeLDSBumpDeal")) << "the laser is the last to be asked";
+    for (auto rung = ladder.rbegin(); rung != ladder.rend(); ++rung) {
+        robot.leaf(rung->first).succeeds();  // and those below it hold as well
+        for (const bool on_bridge : {false, true}) {
+            if (on_bridge)
+                robot.set("cross_bridge_trap_times", 0);
+            else
+                robot.erase("cross_bridge_trap_times");
+            robot.forget();
+            EXPECT_EQ(robot.finish(3), FAILURE);
+            for (const auto& [warning, way_out] : ladder)
+                EXPECT_EQ(robot.framesOf(way_out), way_out == rung->second ? 1 : 0)
+                    << warning << " while " << rung->first;
+            robot.leaf(rung->second).fails();
+            EXPECT_EQ(robot.finish(3), SUCCESS) << rung->second;
+            robot.leaf(rung->second).succeeds();
+        }
+    }
 }
 
 TEST(EscapeFromATrap, ThatDidNotWorkIsNotToldAndIsTriedAgain)

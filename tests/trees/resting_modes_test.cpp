@@ -78,10 +78,12 @@ TEST_F(RestingMode, PauseEndsASpotCleaningAndHoldsOneGoneForPower)
     EXPECT_TRUE(robot.started(1, "AdvCleanComplete"));
     EXPECT_EQ(robot.key("task_type"), "Idle");
 
-    robot.set("task_state", "zone_lowpower");
-    enter("PauseAndStopMode", "StopModeIndex", 5);
-    EXPECT_EQ(robot.key("task_state"), "zone_lowpower_pause");
-    EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
+    for (const char* state : {"lowpower", "zone_lowpower", "area_lowpower", "point_lowpower"}) {
+        robot.set("task_state", state);
+        enter("PauseAndStopMode", "StopModeIndex", 5);
+        EXPECT_EQ(robot.key("task_state"), std::string(state) + "_pause");
+        EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
+    }
 
     robot.set("task_state", "cleaning");
     robot.set("ForceStandby", "true");
@@ -204,6 +206,12 @@ TEST_F(RestingMode, ChargingResumesATaskOnceThereIsPowerForIt)
         robot.battery = 60;
         robot.tick();
         EXPECT_THAT(robot.requests(), Contains(mode));
+        robot.battery = 59;
+        enter("SleepMode", "SleepModeDealIndex", 30);
+        EXPECT_THAT(robot.requests(), IsEmpty()) << state;
+        robot.battery = 60;
+        robot.tick();
+        EXPECT_THAT(robot.requests(), Contains(mode)) << "out of its sleep";
     }
     robot.quiet_hours = true;
     enter("ChargingMode", "StopChargingIndex", 30);
@@ -232,13 +240,20 @@ TEST_F(RestingMode, ChargingClosesATaskThatMayNotBeResumed)
     EXPECT_EQ(robot.key("task_type"), "Idle");
     EXPECT_THAT(robot.requests(), IsEmpty()) << "and stays on the dock";
 
-    robot.set("task_state", "area_lowpower_pause");
-    robot.set("breakpoint_getcharger", "");
-    robot.set("moved_during_pause", "false");
+    robot.set("task_state", "zone_lowpower");
+    enter("SleepMode", "SleepModeDealIndex", 5);
+    EXPECT_TRUE(robot.asked("AdvCleanComplete"));
+    EXPECT_EQ(robot.key("task_state"), "init");
+
     robot.leaf("DoesRobotBreakPointEnable").succeeds();
     robot.leaf("BreakPointElecCalculate").writes("Elec_BreakPoint", 100);
-    enter("ChargingMode", "StopChargingIndex", 30);
-    EXPECT_EQ(robot.key("task_state"), "area_lowpower") << "it may go on";
+    for (const std::string state : {"lowpower", "zone_lowpower", "area_lowpower", "point_lowpower"}) {
+        robot.set("task_state", state + "_pause");
+        robot.set("breakpoint_getcharger", "");
+        robot.set("moved_during_pause", "false");
+        enter("ChargingMode", "StopChargingIndex", 30);
+        EXPECT_EQ(robot.key("task_state"), state) << "it may go on";
+    }
     robot.set("task_state", "area_lowpower_pause");
     robot.set("moved_during_pause", "true");
     enter("ChargingMode", "StopChargingIndex", 30);
@@ -272,6 +287,40 @@ TEST_F(RestingMode, KnockedOffTheDockGoesHomeByItself)
     robot.leaf("DoesWheelsDrop").succeeds();
     robot.tick(3);
     EXPECT_THAT(robot.requests(), Contains("StandbyMode")) << "lifted off by somebody";
+}
+
+TEST_F(RestingMode, KnockedOffTheDockInQuietHoursSleepsOnlyAfterALongRest)
+{
+    robot.quiet_hours = true;
+    robot.leaf("DoesRobotGetChargerSig").succeeds();
+    for (const auto& [rest, mode] : {std::pair(100, "BackHomeMode"), std::pair(30100, "SleepMode")}) {
+        robot.on_charger = true;
+        enter("ChargingMode", "StopChargingIndex", rest);
+        robot.forgetRequests();
+        robot.on_charger = false;
+        robot.tick(255);
+        EXPECT_THAT(robot.requests(), Contains(mode)) << rest;
+    }
+}
+
+TEST_F(RestingMode, ChargingGoesBackToTheWorkThatTheStationInterrupted)
+{
+    robot.on_charger = true;
+    for (const auto& [type, mode] :
+         std::vector<std::pair<std::string, std::string>>{{"AutoClean", "AutoCleanMode"},
+                                                          {"ZoneClean", "DrawAreaCleanMode"},
+                                                          {"AreaClean", "SelectAreaCleanMode"},
+                                                          {"PointClean", "SelectPointCleanMode"}}) {
+        robot.set("need_back_station", "");
+        robot.set("task_type", type);
+        robot.set("task_state", "cleaning");
+        robot.set("LastRobotMode", 14);
+        enter("ChargingMode", "StopChargingIndex", 50);
+        EXPECT_THAT(robot.requests(), IsEmpty()) << type;
+        robot.tick(70);
+        EXPECT_THAT(robot.requests(), Contains(mode));
+        EXPECT_EQ(robot.key("continue_work"), "clean_none");
+    }
 }
 
 TEST_F(RestingMode, FullBatterySleepsOnTheDock)

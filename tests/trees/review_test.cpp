@@ -129,6 +129,40 @@ INSTANTIATE_TEST_SUITE_P(Arcs, BlindZone,
                          testing::Values(std::pair(30, 80), std::pair(31, 60), std::pair(49, 60),
                                          std::pair(50, 0)));
 
+TEST_F(Review, OfASuspectedLineTurnsToItBacksAndSwings)
+{
+    for (const int turn : {30, -30}) {
+        robot.set("current_pose", 0.0);
+        robot.set("current_yaw_deg", 0.0);
+        robot.set("suspect_step", "step");
+        robot.set("fAngle_start", 20);
+        robot.set("fAngle_dest", 20);
+        robot.leaf("IsStepNearBy").fills("o_angle_deg", turn).fills("o_mid_pt", "point");
+        robot.start("LaserReviewAction");
+        EXPECT_EQ(robot.finish(500), SUCCESS);
+        const std::string first = turn > 0 ? "360" : "-360";
+        EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", first}}},
+                                   {"OpenCloseMove", {{"left_mm_s", "-120"}, {"right_mm_s", "-120"}}},
+                                   {"Rotate", {{"angle_deg", "360"}}},
+                                   {"Rotate", {{"angle_deg", "-360"}}},
+                                   {"Rotate", {{"angle_deg", "360"}}},
+                                   {"OpenCloseMove", {{"left_mm_s", "120"}, {"right_mm_s", "120"}}}}));
+        EXPECT_NEAR(robot.keys().get<double>("current_yaw_deg"), turn, 2.6);
+        EXPECT_EQ(back("-120"), back("120"));
+    }
+}
+
+TEST_F(Review, WithTheCameraBacksOffWhatLiesUnderTheBody)
+{
+    robot.leaf("BodyInObstacle").decides([](const Moment& now) {
+        return now.keys.get<double>("current_pose") > -15 ? SUCCESS : FAILURE;
+    });
+    robot.start("AiReviewAction");
+    EXPECT_EQ(robot.finish(400), SUCCESS);
+    EXPECT_EQ(back("-80"), 10);
+    EXPECT_EQ(robot.key("sidebrush_slowdown").value_or("restored"), "restored");
+}
+
 TEST_F(Review, WithTheCameraScansAtTheSpeedsThatItAsksFor)
 {
     robot.leaf("AiNeedScan").fills("wheel_left", -100).fills("wheel_right", -20);

@@ -95,14 +95,21 @@ TEST(StartUp, LoadsTheMapAgainOnRequest)
     SupervisedRobot robot;
     robot.powerOn();
     robot.forget();
-    robot.set("save_reuse_info_startup", "");
+    for (const char* request : {"save_reuse_info_startup", "update_reuse_app_map_startup",
+                                "update_reuse_app_map_mult_map", "MultmapRecoverDelTrFlag"})
+        robot.set(request, "");
     robot.tick(5);
     EXPECT_TRUE(robot.notAsked("LoadReuseInfo"));
     robot.set("Start_Map_Load", "true");
     robot.tick(3);
     EXPECT_TRUE(robot.started(1, "LoadReuseInfo", {{"fullfilename", "/reuse"}}));
     EXPECT_TRUE(robot.started(1, "SaveReuseInfo"));
-    EXPECT_FALSE(robot.has("save_reuse_info_startup"));
+    EXPECT_TRUE(robot.started(2, "UpdateReuseAppMap", {{"mode", "load_charger_del_tr"}}));
+    EXPECT_TRUE(robot.started(1, "UpdateReuseAppMap", {{"mode", ""}}));
+    robot.set("Start_Map_Load", "true");
+    robot.tick(3);
+    EXPECT_TRUE(robot.started(1, "SaveReuseInfo")) << "each request is used up";
+    EXPECT_TRUE(robot.started(3, "UpdateReuseAppMap"));
     EXPECT_TRUE(robot.askedNow("StandbyModeIndex")) << "beside the mode";
 }
 

@@ -208,6 +208,36 @@ TEST_F(Station, ThatFailsInARunIsReportedAndRunsTheRestWhenItIsMended)
     EXPECT_FALSE(robot.has("Have_dust_task"));
 }
 
+TEST_F(Station, HasAMusicForEachOfItsFaults)
+{
+    robot.obeys_requests = false;
+    robot.leaf("DoesDustStatus").where("dust_state", "DUST_RUNNING").succeeds();
+    const std::vector<std::tuple<std::string, std::string, std::string>> faults = {
+        {"DUST_LOCK", "154", "normal"},
+        {"DUST_BLOCK", "102", "normal"},
+        {"DUST_BAG", "101", "normal"},
+        {"DUST_CAP", "101", "normal"},
+        {"CLEAN_WATERTANK_NOTINSTALLED", "91", "clean_no_rinsing"},
+        {"DIRT_WATERTANK_NOTINSTALLED", "109", "clean_no_sewage"},
+        {"CLEAN_WATERTANK_NOWATER", "93", "clean_no_purge"},
+        {"DIRT_WATERTANK_FULL", "109", "clean_purge_full"},
+        {"WASHDISH_NOTINSTALLED", "104", "clean_purge_full"},
+        {"WASHDISH_WATERLEVE", "108", "clean_purge_full"},
+    };
+    for (const auto& [code, number, status] : faults) {
+        robot.set("robot_status", "normal");
+        robot.set("StationNotNormal", "false");
+        robot.station_errors = {code};
+        robot.forgetRequests();
+        robot.tick();
+        EXPECT_EQ(robot.music().back(), number) << code;
+        EXPECT_EQ(robot.key("robot_status"), status) << code;
+        EXPECT_THAT(robot.requests(), ElementsAre("ErrRepotMode")) << code;
+        robot.station_errors.clear();
+        robot.tick();
+    }
+}
+
 TEST_F(Station, IsResetWhenTheDockIsLost)
 {
     robot.set("dust_handle", "");
