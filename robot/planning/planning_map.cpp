@@ -5,7 +5,9 @@
 namespace vemra::robot {
 namespace {
 
-constexpr int kFitsFrom = 16;   // 4 cells, squared: half a cell less is the robot's radius
+constexpr int kFitsFrom = 16;  // 4 cells, squared: half a cell less is the robot's radius
+// A beam alone leaves a trace that is no way yet.
+constexpr int kSeenAroundCells = 3;
 constexpr int kKnownToFit = 9;  // 3 cells
 
 void forbid(PlanningMap& map, const BoxMm& around, const std::function<bool(PointMm)>& touches)
@@ -62,7 +64,7 @@ bool isOpenAround(const PlanningMap& map, CellIndex cell)
     return true;
 }
 
-Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, int far)
+Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, CellState state, int far)
 {
     const CellWindow& window = cells.window();
     const int columns = window.columns();
@@ -73,13 +75,13 @@ Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, int far)
         return out;
     }
     const auto width = static_cast<std::size_t>(columns);
-    // Along each column: how far to the nearest obstacle, upwards and downwards.
+    // Along each column: how far to the nearest such cell, upwards and downwards.
     std::vector<int> along(window.cells(), far);
     for (int column = 0; column < columns; ++column) {
         int away = far;
         for (int row = 0; row < rows; ++row) {
             const std::size_t at = static_cast<std::size_t>(row) * width + static_cast<std::size_t>(column);
-            away = cells.cells()[at] == CellState::Occupied ? 0 : std::min(away + 1, far);
+            away = cells.cells()[at] == state ? 0 : std::min(away + 1, far);
             along[at] = away;
         }
         away = far;
@@ -112,16 +114,18 @@ PlanningMap makePlanningMap(const Grid<CellState>& cells, const PlanningSources&
         obstacles.set(cellAt(contact), CellState::Occupied);
     }
     PlanningMap map;
-    map.room = squaredDistances(obstacles, PlanningMap::kFarCells);
+    map.room = squaredDistances(obstacles, CellState::Occupied, PlanningMap::kFarCells);
+    const Grid<std::uint8_t> to_unknown = squaredDistances(obstacles, CellState::Unknown, kSeenAroundCells);
     map.ground = Grid<Ground>(cells.window(), Ground::Open, Ground::Solid);
     for (std::size_t i = 0; i < map.ground.cells().size(); ++i) {
         const int room = map.room.cells()[i];
         const bool fits = room >= kFitsFrom ||
                           (room >= kKnownToFit && sources.passed && sources.passed(cells.window().cellOf(i)));
-        map.ground.cells()[i] = room == 0                                    ? Ground::Solid
-                                : !fits                                      ? Ground::Tight
-                                : obstacles.cells()[i] == CellState::Unknown ? Ground::Unknown
-                                                                             : Ground::Open;
+        map.ground.cells()[i] = room == 0 ? Ground::Solid
+                                : !fits   ? Ground::Tight
+                                : to_unknown.cells()[i] < kSeenAroundCells * kSeenAroundCells
+                                    ? Ground::Unknown
+                                    : Ground::Open;
     }
     if (sources.virtual_walls != nullptr) {
         enterVirtualWalls(map, *sources.virtual_walls);

@@ -13,7 +13,7 @@ namespace vemra::robot {
 enum class Ground : std::uint8_t
 {
     Open,       ///< stand there
-    Unknown,    ///< perhaps
+    Unknown,    ///< perhaps: nobody has seen all of what the body would stand on
     Tight,      ///< the body would touch something, as far as the map knows
     Forbidden,  ///< nothing but a virtual wall is in the way
     Solid       ///< there is something
@@ -52,8 +52,8 @@ struct PlanningSources
 /// before three will do.
 PlanningMap makePlanningMap(const Grid<CellState>& cells, const PlanningSources& sources);
 
-/// For each cell the square of the distance to the nearest cell that is occupied, at most `far` cells.
-/// Two passes, column by column and row by row (Rosenfeld and Pfaltz 1968; exact within `far`).
-Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, int far);
+/// For each cell the square of the distance to the nearest cell of a state, at most `far` cells. Two passes,
+/// column by column and row by row (Rosenfeld and Pfaltz 1968; exact within `far`).
+Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, CellState state, int far);
 
 }  // namespace vemra::robot

@@ -5,15 +5,45 @@
 namespace vemra::robot {
 namespace {
 
+using BT::NodeStatus;
+using testing::IsEmpty;
+using testing::Not;
+
 const std::filesystem::path kFlat = std::filesystem::path(VEMRA_SOURCE_DIR) / "homes/flat/flat.yaml";
 const std::string kTrees = VEMRA_LIB_DIR "/libvemra_tree.so";
 
 constexpr PoseMm kLivingRoom{{2700, 2600}, {-90}};
 constexpr PointMm kBathroom{7900, 5500};
+constexpr double kArrivedMm = 110;
+// 850 mm and 900 mm wide.
+constexpr BoxMm kDoorToHall{{4100, 3800}, {4950, 3900}};
+constexpr BoxMm kDoorToKitchen{{5000, 1500}, {5100, 2400}};
 
 struct FlatTest : testing::Test
 {
+    // As the cleaning trees do it: search, drive, follow what was hit, until there or until there is no way.
+    bool goTo(PointMm goal, const std::string& mode, int most_tries = 10)
+    {
+        for (tries = 1; tries <= most_tries; ++tries) {
+            if (!robot.search(mode, goal)) {
+                return false;
+            }
+            robot.enter(mode == "Target" ? "NavigateProc" : "NavigateProcNoUnknown");
+            if (robot.run(6000) == NodeStatus::SUCCESS) {
+                return true;
+            }
+            robot.passes("SetMapDrawMode", {{"draw_mode", "BlockOnly"}});
+            robot.blackboard->set("navi_followwall_mode", mode);
+            robot.enter("NavigateFollowWall");
+            EXPECT_EQ(robot.run(4000), NodeStatus::FAILURE);
+            follow_frames += robot.frames_run;
+        }
+        return false;
+    }
+
     NavigationRig robot{readHome(kFlat).home, kLivingRoom, kTrees};
+    int tries = 0;
+    int follow_frames = 0;
 };
 
 TEST_F(FlatTest, GotoPointDrivesFromTheLivingRoomToTheBathroom)
@@ -21,23 +51,125 @@ TEST_F(FlatTest, GotoPointDrivesFromTheLivingRoomToTheBathroom)
     robot.knowHome();
     ASSERT_TRUE(robot.search("TargetNoUnknown", kBathroom));
     robot.enter("GotoPoint");
-    EXPECT_EQ(robot.run(4000), BT::NodeStatus::SUCCESS) << robot.text("current_pose");
-    EXPECT_LT(robot.away(kBathroom), 110);
+    EXPECT_EQ(robot.run(3000), NodeStatus::SUCCESS);
+    EXPECT_LT(robot.away(kBathroom), kArrivedMm);
+    EXPECT_FALSE(robot.bumped);
+    EXPECT_EQ(robot.body.commanded(), WheelSpeeds{});
+}
+
+TEST_F(FlatTest, FloorThatWasNotSeenYetIsNoHindranceUnlessItIsAskedFor)
+{
+    EXPECT_FALSE(robot.search("TargetNoUnknown", kBathroom));
+    EXPECT_TRUE(goTo(kBathroom, "Target"));
+    EXPECT_LT(robot.away(kBathroom), kArrivedMm);
+    // The way back is known by now.
+    EXPECT_TRUE(goTo(kLivingRoom.at, "TargetNoUnknown", 1));
+}
+
+TEST_F(FlatTest, ANearGoalNeedsNoPlan)
+{
+    const PointMm near = kLivingRoom.at + PointMm{60, -60};
+    robot.blackboard->set("navi_target_point", near);
+    robot.enter("NavigateProc");
+    EXPECT_EQ(robot.run(600), NodeStatus::SUCCESS);
+    EXPECT_LT(robot.away(near), 40);
+}
+
+TEST_F(FlatTest, AThingBelowTheLaserIsBumpedIntoAndPassedAlong)
+{
+    robot.knowHome();
+    robot.world.putDown({{3900, 2800}, {4500, 3100}}, Height::Low);
+    ASSERT_TRUE(robot.search("Target", kBathroom));
+    robot.enter("NavigateProc");
+    EXPECT_EQ(robot.run(3000), NodeStatus::FAILURE);
+    EXPECT_TRUE(robot.bumped);
+    EXPECT_TRUE(robot.passes("Bumped", {{"bump_dir", "${bump_dir}"}}));
+    EXPECT_FALSE(robot.body.bumper().any()) << "it has backed off";
+
+    EXPECT_TRUE(goTo(kBathroom, "Target"));
+    EXPECT_LT(robot.away(kBathroom), kArrivedMm);
+    EXPECT_THAT(robot.map.contacts().all(), Not(IsEmpty()));
+}
+
+TEST_F(FlatTest, AThingThatTheLaserSeesIsPassedWithoutABump)
+{
+    robot.knowHome();
+    robot.world.putDown({{3900, 2800}, {4300, 3100}});
+    EXPECT_TRUE(goTo(kBathroom, "TargetNoUnknown", 2));
+    EXPECT_LT(robot.away(kBathroom), kArrivedMm);
     EXPECT_FALSE(robot.bumped);
 }
 
-TEST_F(FlatTest, NavigateProcFindsTheWayOverFloorItHasNotSeen)
+TEST_F(FlatTest, AShutDoorMakesItTakeAnotherWayAndNoneIsAFailure)
 {
-    for (int tries = 0; tries < 5 && robot.away(kBathroom) > 110; ++tries) {
-        ASSERT_TRUE(robot.search("Target", kBathroom));
-        robot.enter("NavigateProc");
-        robot.run(5000);
-        std::printf("try %d: %s frames %d bump %d\n", tries, robot.text("current_pose").c_str(),
-                    robot.frames_run, robot.bumped);
+    robot.knowHome();
+    robot.world.putDown(kDoorToHall);
+    EXPECT_TRUE(goTo(kBathroom, "TargetNoUnknown"));
+    EXPECT_LT(robot.away(kBathroom), kArrivedMm);
+    EXPECT_GT(tries, 1) << "it learnt on its way that the door is shut";
+
+    robot.world.putDown(kDoorToKitchen);
+    EXPECT_FALSE(goTo(kLivingRoom.at, "TargetNoUnknown"));
+    EXPECT_FALSE(robot.search("Origin", kLivingRoom.at));
+    // The tree that keeps on searching ends as well.
+    robot.blackboard->set("navi_target_point", kLivingRoom.at);
+    robot.enter("NavigateProcWithHistoryMapNoneStop");
+    EXPECT_EQ(robot.run(4000), NodeStatus::FAILURE);
+}
+
+TEST_F(FlatTest, AGapThatIsTooNarrowByTheMapIsTriedWhereThereIsNoOtherWay)
+{
+    robot.knowHome();
+    robot.world.putDown(kDoorToHall);
+    robot.world.putDown({{5000, 1500}, {5100, 1750}});
+    robot.world.putDown({{5000, 2100}, {5100, 2400}});
+    EXPECT_TRUE(goTo(kBathroom, "TargetNoUnknown"));
+    EXPECT_LT(robot.away(kBathroom), kArrivedMm);
+    EXPECT_EQ(robot.text("tmp_cross_trial_bridge_token"), "true") << "by a trial bridge";
+}
+
+TEST_F(FlatTest, ItLeavesAVirtualWallThatItStandsIn)
+{
+    robot.knowHome();
+    robot.blackboard->set("virtual_wall_rects", "2200;2200;3200;3000");
+    ASSERT_TRUE(robot.passes("GenerateVirtualWalls"));
+    robot.enter("CheckInVirtualWall");
+    EXPECT_EQ(robot.run(2000), NodeStatus::SUCCESS);
+    EXPECT_EQ(robot.map.virtualWalls().areaAt(robot.body.truePose().at), nullptr);
+    EXPECT_FALSE(robot.blackboard->contains("have_trapped_type"));
+
+    // A plan from within begins with a temporary bridge.
+    robot.body.carryTo(kLivingRoom);
+    robot.frame();
+    ASSERT_TRUE(robot.search("Target", kBathroom));
+    ASSERT_TRUE(robot.passes("CheckPathSegment", {{"input_navi_path", "${navigation_path_segments}"}}));
+    EXPECT_FALSE(robot.passes("PathSegIsVector"));
+    EXPECT_TRUE(
+        robot.passes("BridgeTypeReader", {{"bridge", "${navigation_bridge}"}, {"out_bridge_type", "kind"}}));
+    EXPECT_EQ(robot.text("kind"), "TMP");
+    robot.passes("SetMapDrawMode", {{"draw_mode", "Default"}});
+    EXPECT_TRUE(goTo(kBathroom, "Target"));
+    // No way leads back into it.
+    EXPECT_FALSE(robot.search("TargetNoUnknown", kLivingRoom.at));
+}
+
+TEST_F(FlatTest, ExploringShowsTheWholeFlat)
+{
+    const BT::NodeParameters frontier{{"search_mode", "Explore"},
+                                      {"source_point", "${current_coord}"},
+                                      {"target", "default"},
+                                      {"region", "${gridmap_limit}"},
+                                      {"output_point", "navi_target_point"}};
+    int drives = 0;
+    while (drives < 60 && robot.passes("AwesomeSearch", frontier)) {
+        robot.enter("NavigateExploreProc");
+        robot.run(3000);
+        ++drives;
     }
-    EXPECT_LT(robot.away(kBathroom), 110);
-    for (auto& m : robot.met)
-        std::printf("met %s\n", m.c_str());
+    EXPECT_LT(drives, 60);
+    const double known = static_cast<double>(robot.map.occupancy().freeCells()) * kCellMm * kCellMm / 1e6;
+    EXPECT_GT(known, 0.9 * robot.world.visible().freeAreaM2());
+    EXPECT_TRUE(robot.search("TargetNoUnknown", kBathroom));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "behaviortree_cpp/bt_factory.h"
 #include "leaves/host/host.h"
 #include "robot/clock.h"
+#include "robot/grid_sketch.h"
 #include "robot/mapping/localisation.h"
 #include "robot/services/blackboard_types.h"
 #include "robot/services/escape.h"
@@ -52,16 +53,7 @@ public:
     // The robot knows the home already, as after an earlier run.
     void knowHome()
     {
-        const Home& home = world.visible();
-        const CellIndex low = cellAt(home.origin());
-        Grid<CellState> cells({low, {low.column + home.columns(), low.row + home.rows()}}, CellState::Unknown,
-                              CellState::Unknown);
-        for (int row = 0; row < home.rows(); ++row) {
-            for (int column = 0; column < home.columns(); ++column) {
-                cells.set({low.column + column, low.row + row}, home.at(CellIndex{column, row}));
-            }
-        }
-        map.occupancy().load(cells);
+        map.occupancy().load(gridOf(world.visible()));
         navigation.update();
     }
 
@@ -81,6 +73,9 @@ public:
         BT::NodeStatus status = BT::NodeStatus::RUNNING;
         for (frames_run = 0; frames_run < most_frames && status == BT::NodeStatus::RUNNING; ++frames_run) {
             status = frame();
+        }
+        if (status != BT::NodeStatus::RUNNING) {
+            tree = {};  // or the next frame would begin it anew
         }
         return status;
     }

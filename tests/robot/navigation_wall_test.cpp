@@ -1,0 +1,172 @@
+#include <gmock/gmock.h>
+
+#include "robot/grid_sketch.h"
+#include "robot/navigation_rig.h"
+
+namespace vemra::robot {
+namespace {
+
+using BT::NodeStatus;
+
+const std::string kTrees = VEMRA_LIB_DIR "/libvemra_tree.so";
+
+// A room of 4 m by 3 m with a block of 600 mm in its middle.
+std::vector<std::string> roomWithBlock()
+{
+    std::vector<std::string> lines = room(82, 62);
+    fill(lines, {35, 25}, {46, 36}, '#');
+    return lines;
+}
+
+constexpr PoseMm kBelowBlock{{2050, 900}, {0}};
+
+struct WallTest : testing::Test
+{
+    // The bearing of the nearest thing as the robot sees it, and the gap to it.
+    double bearingOfWall(double& gap)
+    {
+        const auto points = obstaclesAround(robot.map, robot.switches, 600);
+        const PoseMm pose = robot.map.pose();
+        gap = clearanceTo(points, pose.at);
+        double bearing = 180;
+        for (const PointMm p : points) {
+            if (distance(p, pose.at) - kRobotRadiusMm <= gap + 1e-6) {
+                const PointMm way = p - pose.at;
+                bearing = wrapped({degreesOfRadians(std::atan2(way.y, way.x)).value - pose.yaw.value}).value;
+            }
+        }
+        return bearing;
+    }
+
+    NavigationRig robot{sketch(roomWithBlock()), kBelowBlock, kTrees};
+};
+
+TEST_F(WallTest, FollowWallProcKeepsTheWallOnTheAskedSide)
+{
+    for (const bool right : {true, false}) {
+        robot.body.carryTo({{600, 300}, {right ? 180.0 : 0.0}});
+        robot.blackboard->set("follow_wall_dir", right ? "false" : "true");
+        robot.enter("FollowWallProc");
+        const double before = robot.body.runMm();
+        int at_side = 0;
+        int near = 0;
+        for (int i = 0; i < 1500; ++i) {
+            ASSERT_EQ(robot.frame(), NodeStatus::RUNNING);
+            double gap = 0;
+            const double bearing = bearingOfWall(gap);
+            at_side += (right ? bearing > 20 && bearing < 160 : bearing < -20 && bearing > -160) ? 1 : 0;
+            near += gap < 60 ? 1 : 0;
+        }
+        EXPECT_GT(robot.body.runMm() - before, 3500);
+        EXPECT_GT(at_side, 1200) << (right ? "left" : "right");
+        EXPECT_GT(near, 1300);
+        EXPECT_FALSE(robot.bumped);
+    }
+}
+
+TEST_F(WallTest, AThingBelowTheLaserIsFeltAlong)
+{
+    // From wall to wall: the only way on is back.
+    robot.world.putDown({{3000, 50}, {3100, 1500}}, Height::Low);
+    robot.body.carryTo({{2000, 300}, {0}});
+    robot.blackboard->set("follow_wall_dir", "true");
+    robot.passes("SetMapDrawMode", {{"draw_mode", "BlockOnly"}});
+    robot.enter("FollowWallProc");
+    EXPECT_EQ(robot.run(2500), NodeStatus::RUNNING);
+    EXPECT_TRUE(robot.bumped);
+    EXPECT_GT(robot.body.truePose().at.y, 1000) << "along it, the thing on the right";
+    EXPECT_GT(robot.map.contacts().all().size(), 3U);
+}
+
+TEST_F(WallTest, FollowingEndsAtTheEdgeOfTheRectangle)
+{
+    robot.body.carryTo({{1000, 300}, {0}});
+    robot.frame();
+    robot.blackboard->set("follow_wall_dir", "true");
+    ASSERT_TRUE(robot.passes("SetFollowWallRectLimit"));
+    robot.enter("FollowWallTillRectLimit");
+    EXPECT_EQ(robot.run(2000), NodeStatus::SUCCESS);
+    EXPECT_GT(robot.away({1000, 300}), 500);
+    EXPECT_LT(robot.away({1000, 300}), 800);
+}
+
+TEST_F(WallTest, FollowingEndsWhenItComesRound)
+{
+    robot.body.carryTo({{2050, 1060}, {0}});  // the block on the left
+    robot.frame();
+    robot.blackboard->set("follow_wall_dir", "false");
+    robot.blackboard->set("follow_wall_limit", "0;0;4100;3100");
+    robot.enter("FollowWallTillRectLimit");
+    EXPECT_EQ(robot.run(4000), NodeStatus::FAILURE);
+    EXPECT_GT(robot.frames_run, 700) << "once round the block";
+    EXPECT_LT(robot.away({2050, 1060}), 400);
+}
+
+TEST_F(WallTest, NavigateFollowWallLeavesARobotAloneThatHitNothing)
+{
+    robot.blackboard->set("navi_target_point", "2050;2600");
+    for (const char* bump : {"None", ""}) {
+        robot.blackboard->set("bump_dir", bump);
+        robot.enter("NavigateFollowWall");
+        EXPECT_EQ(robot.run(10), NodeStatus::FAILURE);
+        EXPECT_LT(robot.frames_run, 3);
+        EXPECT_LT(robot.away(kBelowBlock.at), 1);
+    }
+}
+
+TEST_F(WallTest, NavigateFollowWallGoesRoundTowardsTheGoal)
+{
+    // The goal lies behind a low wall that the way round on the left passes sooner.
+    robot.world.putDown({{1500, 1000}, {3900, 1100}}, Height::Low);
+    for (int i = 0; i < 10; ++i) {
+        robot.frame();
+    }
+    robot.body.carryTo({{1700, 700}, {90}});
+    robot.frame();
+    ASSERT_TRUE(robot.search("Target", {1700, 2600}));
+    robot.enter("NavigateProc");
+    ASSERT_EQ(robot.run(1500), NodeStatus::FAILURE);
+    ASSERT_TRUE(robot.bumped);
+    robot.passes("SetMapDrawMode", {{"draw_mode", "BlockOnly"}});
+    robot.blackboard->set("navi_followwall_mode", "Target");
+    robot.enter("NavigateFollowWall");
+    EXPECT_EQ(robot.run(3000), NodeStatus::FAILURE) << "always";
+    EXPECT_NE(robot.text("trapped_in_real_block"), "true");
+    ASSERT_TRUE(robot.search("Target", {1700, 2600}));
+    robot.enter("NavigateProc");
+    EXPECT_EQ(robot.run(3000), NodeStatus::SUCCESS);
+}
+
+TEST_F(WallTest, CollisionsAtOnePlaceAreTooManyAtLast)
+{
+    int times = 0;
+    while (times < 50 && robot.passes("CheckSuccessiveCollision")) {
+        ++times;
+    }
+    EXPECT_GE(times, 3);
+    EXPECT_LT(times, 20);
+    // Counting begins anew, and elsewhere it is another matter.
+    EXPECT_TRUE(robot.passes("CheckSuccessiveCollision"));
+    for (int i = 0; i < 20; ++i) {
+        robot.body.carryTo({{400.0 + 400 * (i % 9), 400}, {0}});
+        robot.frame();
+        EXPECT_TRUE(robot.passes("CheckSuccessiveCollision") || i >= 18);
+    }
+}
+
+TEST_F(WallTest, TheSideComesFromTheContactOrIsForced)
+{
+    const auto sideAfter = [&](const char* bump) {
+        robot.blackboard->set("bump_dir", bump);
+        EXPECT_TRUE(robot.passes("AdvancedSetFollowWallDirection"));
+        return robot.text("follow_wall_dir");
+    };
+    EXPECT_EQ(sideAfter("left"), "false");
+    EXPECT_EQ(sideAfter("right"), "true");
+    EXPECT_EQ(sideAfter("right_cliff"), "true");
+    robot.blackboard->set("advanced_follow_wall_force_dir", "false");
+    EXPECT_EQ(sideAfter("right"), "false");
+}
+
+}  // namespace
+}  // namespace vemra::robot
