@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <stdexcept>
 #include <utility>
@@ -105,19 +106,28 @@ std::optional<double> Home::castRay(PointMm from, Degrees heading, double max_mm
     Axis x = axis(from.x - origin_.x, cell.column, step.x);
     Axis y = axis(from.y - origin_.y, cell.row, step.y);
 
+    // The loop of the laser: the place in the array is carried along, and one comparison an axis tells a cell
+    // inside the grid from one outside.
+    const CellState* const cells = cells_.data();
+    std::ptrdiff_t index = static_cast<std::ptrdiff_t>(cell.row) * columns_ + cell.column;
+    const std::ptrdiff_t row_step = static_cast<std::ptrdiff_t>(y.sign) * columns_;
     double length = 0;
     while (length <= limit) {
-        if (at(cell) == CellState::Occupied) {
+        if (static_cast<unsigned>(cell.column) < static_cast<unsigned>(columns_) &&
+            static_cast<unsigned>(cell.row) < static_cast<unsigned>(rows_) &&
+            cells[index] == CellState::Occupied) {
             return length;
         }
         if (x.next <= y.next) {
             length = x.next;
             x.next += x.stride;
             cell.column += x.sign;
+            index += x.sign;
         } else {
             length = y.next;
             y.next += y.stride;
             cell.row += y.sign;
+            index += row_step;
         }
     }
     return std::nullopt;
