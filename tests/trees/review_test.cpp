@@ -101,33 +101,52 @@ TEST_F(Review, ThatMovedTheRobotEndsWithAStepBackAndARest)
     EXPECT_EQ(robot.key("disable_layer_marker"), "1");
 }
 
+TEST_F(Review, EndsATurnThatAnEscapeBroke)
+{
+    robot.leaf("SuspectWireDetect").succeeds();
+    robot.leaf("Rotate").where("angle_deg", "-360").decides([](const Moment& now) {
+        now.set("finish_escape", "true");
+        return RUNNING;
+    });
+    robot.start("LaserReviewAction");
+    EXPECT_EQ(robot.finish(400), SUCCESS);
+    EXPECT_EQ(robot.framesOf("Rotate", {{"angle_deg", "-360"}}), 1);
+    EXPECT_TRUE(robot.halted("Rotate", {{"angle_deg", "-360"}}));
+    EXPECT_EQ(back("90"), back()) << "the way back is made all the same";
+}
+
 /// The turn that the look behind a blind corner makes after an arc of so many frames, in degrees; none: 0.
-class BlindZone : public Review, public testing::WithParamInterface<std::pair<int, int>>
+class BlindZone : public Review, public testing::WithParamInterface<std::tuple<int, int, bool>>
 {};
 
 TEST_P(BlindZone, IsLookedIntoTheFurtherTheShorterTheArcWas)
 {
-    const auto [arc, turn] = GetParam();
+    const auto [arc, turn, on_one_side] = GetParam();
+    robot.set("follow_wall_dir", on_one_side ? "true" : "false");
+    const char* const slow_back = on_one_side ? "left_mm_s" : "right_mm_s";
+    const char* const fast_back = on_one_side ? "right_mm_s" : "left_mm_s";
     robot.leaf("BlindZoneDetected").succeeds();
     robot.leaf("Rotate").succeeds();
     // The rear bumper ends the arc; the robot is clear of it afterwards.
-    robot.leaf("BumpdirMatch").where("para_b", "BackWardsBump").decides([this, arc = arc](const Moment&) {
-        return robot.framesOf("OpenCloseMove", {{"right_mm_s", "-200"}}) >= arc ? SUCCESS : FAILURE;
+    robot.leaf("BumpdirMatch").where("para_b", "BackWardsBump").decides([=, this, arc = arc](const Moment&) {
+        return robot.framesOf("OpenCloseMove", {{fast_back, "-200"}}) >= arc ? SUCCESS : FAILURE;
     });
     robot.start("LaserReviewAction");
     EXPECT_EQ(robot.finish(400), SUCCESS);
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "-55"}, {"right_mm_s", "-200"}}), arc);
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "55"}, {"right_mm_s", "200"}}), arc);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{slow_back, "-55"}, {fast_back, "-200"}}), arc);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{slow_back, "55"}, {fast_back, "200"}}), arc);
     EXPECT_TRUE(robot.started(turn == 0 ? 0 : 2, "Rotate")) << "there and back";
     if (turn != 0) {
-        EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", "-" + std::to_string(turn)}}},
-                                   {"Rotate", {{"angle_deg", std::to_string(turn)}}}}));
+        const int there = on_one_side ? -turn : turn;
+        EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", std::to_string(there)}}},
+                                   {"Rotate", {{"angle_deg", std::to_string(-there)}}}}));
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Arcs, BlindZone,
-                         testing::Values(std::pair(30, 80), std::pair(31, 60), std::pair(49, 60),
-                                         std::pair(50, 0)));
+                         testing::Values(std::tuple(30, 80, true), std::tuple(31, 60, true),
+                                         std::tuple(49, 60, true), std::tuple(50, 0, true),
+                                         std::tuple(30, 80, false), std::tuple(49, 60, false)));
 
 TEST_F(Review, OfASuspectedLineTurnsToItBacksAndSwings)
 {
