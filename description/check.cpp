@@ -294,10 +294,10 @@ private:
                 if (mark == marks.end())
                     visit(target);
                 else if (mark->second == Mark::Open) {
-                    std::string circle;
+                    std::string message = "trees enter each other in a circle: ";
                     for (auto from = std::find(way.begin(), way.end(), target); from != way.end(); ++from)
-                        circle.append(*from).append(" -> ");
-                    faults_.push_back({name, path, "trees enter each other in a circle: " + circle + target});
+                        message.append(*from).append(" -> ");
+                    faults_.push_back({name, path, message + target});
                 }
             }
             way.pop_back();
