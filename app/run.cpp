@@ -119,8 +119,7 @@ struct Records
 std::vector<std::vector<robot::PointMm>> trackOf(const robot::Body& body)
 {
     std::vector<std::vector<robot::PointMm>> stretches;
-    for (const robot::Body::TrackPoint& point : body.track())
-    {
+    for (const robot::Body::TrackPoint& point : body.track()) {
         if (stretches.empty() || point.carried_here)
             stretches.emplace_back();
         stretches.back().push_back(point.pose.at);
@@ -214,6 +213,7 @@ void addRunCommand(CLI::App& program, int& /*exit_code*/)
         ->type_name("N")
         ->capture_default_str();
     command->add_option("--frames", options->frames, "Frames of 20 ms to run, instead of the scenario's")
+        ->check(CLI::PositiveNumber)
         ->type_name("N");
     command->add_option("--tree", options->tree, "The tree that is ticked")
         ->type_name("NAME")

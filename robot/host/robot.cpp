@@ -209,14 +209,29 @@ void Robot::step()
     beginFrame();
     for (const auto& service : services_)
         service->update();
-    tree_.root_node->executeTick();
+    const BT::NodeStatus result = tree_.root_node->executeTick();
     showMode();
     showKeys();
+    showResult(result);
     ++state_.frame;
+}
+
+// A root that ends is entered anew in the next frame; told once, and again when it ends in the other way.
+void Robot::showResult(BT::NodeStatus result)
+{
+    if (result == BT::NodeStatus::RUNNING)
+        return;
+    ++(result == BT::NodeStatus::SUCCESS ? root_successes_ : root_failures_);
+    if (result == shown_result_)
+        return;
+    shown_result_ = result;
+    record(LogKind::Custom, fmt::format("tree {} ends: {}", setup_.tree, BT::toStr(result)),
+           {{"what", "tree"}, {"result", BT::toStr(result)}});
 }
 
 nlohmann::ordered_json Robot::report() const
 {
+    const PoseMm& stands = body_.truePose();
     nlohmann::ordered_json modes = nlohmann::ordered_json::object();
     for (const auto& [mode, frames] : frames_in_mode_)
         modes[mode.empty() ? "none" : mode] = frames;
@@ -225,6 +240,7 @@ nlohmann::ordered_json Robot::report() const
         defaults[leaf] = ticks;
     return {{"scenario", setup_.scenario.name},
             {"tree", setup_.tree},
+            {"root_ended", {{"SUCCESS", root_successes_}, {"FAILURE", root_failures_}}},
             {"seed", setup_.seed},
             {"dock", toText(setup_.dock)},
             {"frames", state_.frame},
@@ -235,6 +251,8 @@ nlohmann::ordered_json Robot::report() const
             {"robot_status", keys_[1].text},
             {"battery", std::round(state_.battery_percent * 100) / 100},
             {"on_dock", state_.contacts.touching()},
+            {"stands_at", std::vector<double>{std::round(stands.at.x), std::round(stands.at.y),
+                                              std::round(wrapped(stands.yaw).value)}},
             {"run_mm", std::round(body_.runMm())},
             {"frames_in_mode", modes},
             {"leaves_without_service", defaults}};

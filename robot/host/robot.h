@@ -28,7 +28,7 @@ struct RobotSetup
     std::vector<BoxMm> cliffs = {};
     Scenario scenario;
     std::uint64_t seed = 1;
-    std::string tree = "RobotNode";        ///< the root
+    std::string tree = "RobotNode";        ///< the root; entered anew whenever it ends
     ServiceMaker services = makeServices;  ///< what answers the leaves
 };
 
@@ -51,7 +51,7 @@ public:
     void step();
     /// Frames done.
     [[nodiscard]] std::uint64_t frame() const { return state_.frame; }
-    /// The robot has switched itself off; it does nothing any more.
+    /// The robot has switched itself off; nothing happens any more.
     [[nodiscard]] bool over() const { return state_.powered_off; }
     /// Closes the log with the report.
     void finish() { log_.finish(report()); }
@@ -86,6 +86,7 @@ private:
     void beginFrame();
     void showMode();
     void showKeys();
+    void showResult(BT::NodeStatus result);
 
     RobotSetup setup_;
     EventLog log_;
@@ -101,6 +102,9 @@ private:
     BT::Tree tree_;
     std::map<std::string, World::ThingId> things_;  ///< put down in the home, by name
     std::size_t next_event_ = 0;
+    BT::NodeStatus shown_result_ = BT::NodeStatus::IDLE;
+    std::uint64_t root_successes_ = 0;
+    std::uint64_t root_failures_ = 0;
     Mode shown_mode_ = Mode::None;
     std::vector<WatchedKey> keys_;
     std::map<std::string, std::uint64_t, std::less<>> defaults_met_;  ///< leaf without service: ticks

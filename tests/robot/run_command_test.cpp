@@ -1,0 +1,123 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "robot/files.h"
+#include "support/program.h"
+
+namespace vemra::robot {
+namespace {
+
+using test::ProgramResult;
+using test::runVemra;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+ProgramResult run(std::vector<std::string> words)
+{
+    words.insert(words.begin(), "run");
+    return runVemra(words);
+}
+
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+TEST(RunCommand, PrintsOneObjectALineAndTheReportLast)
+{
+    const ProgramResult result = run({"--json", "--frames", "2300"});
+    ASSERT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_THAT(result.err, IsEmpty());
+    const auto lines = linesOf(result.out);
+    ASSERT_GT(lines.size(), 10U);
+    for (const std::string& line : lines) {
+        const auto object = nlohmann::json::parse(line);
+        EXPECT_TRUE(object.contains("report") == (&line == &lines.back())) << line;
+        if (object.contains("report"))
+            continue;
+        EXPECT_EQ(object["ms"], object["frame"].get<int>() * 20);
+    }
+    const auto report = nlohmann::json::parse(lines.back())["report"];
+    EXPECT_EQ(report["frames"], 2300);
+    EXPECT_EQ(report["mode"], "StandbyMode");
+    EXPECT_EQ(run({"--json", "--frames", "2300"}).out, result.out);
+}
+
+TEST(RunCommand, LeavesItsRecordsInAFolder)
+{
+    const Folder folder;
+    const auto out = folder / "deep/out";
+    const ProgramResult result = run({"--frames", "300", "--out", out.string()});
+    ASSERT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_THAT(result.out, AllOf(HasSubstr("ChargingMode"), testing::Not(HasSubstr("\033["))));
+    EXPECT_THAT(bytesOf(out / "timeline.txt"), testing::StrEq(result.out));
+    EXPECT_EQ(linesOf(bytesOf(out / "events.jsonl")).back().substr(0, 10), "{\"report\":");
+    EXPECT_EQ(nlohmann::json::parse(bytesOf(out / "report.json"))["frames"], 300);
+    for (const char* picture : {"timeline.png", "home.png"})
+        EXPECT_THAT(bytesOf(out / picture), StartsWith("\x89PNG")) << picture;
+}
+
+TEST(RunCommand, RunsInAnyMapAndSaysWhereItPutTheDock)
+{
+    const Folder folder;
+    std::string pixels;
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 60; ++x)
+            pixels += static_cast<char>(x == 0 || y == 0 || x == 59 || y == 59 ? 0 : 254);
+    }
+    folder.write("room.pgm", "P5\n60 60\n255\n" + pixels);
+    const auto map = folder.write("room.yaml",
+                                  "image: room.pgm\nresolution: 0.05\norigin: [0, 0, 0]\nnegate: 0\n"
+                                  "occupied_thresh: 0.65\nfree_thresh: 0.196\n");
+    const ProgramResult result = run({"--home", map.string(), "--frames", "100", "--json", "--scenario",
+                                      folder.write("quiet.yaml", "name: q\nframes: 9\n").string()});
+    EXPECT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("names no dock; it is put at --dock "));
+    const auto report = nlohmann::json::parse(linesOf(result.out).back())["report"];
+    EXPECT_TRUE(report["on_dock"]);
+    EXPECT_THAT(result.err, HasSubstr(report["dock"].get<std::string>()));
+}
+
+TEST(RunCommand, TicksAnotherTreeAsRoot)
+{
+    const ProgramResult result = run({"--tree", "AlwaysFailure", "--frames", "7", "--json"});
+    ASSERT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("tree AlwaysFailure ends: FAILURE"));
+    EXPECT_EQ(nlohmann::json::parse(linesOf(result.out).back())["report"]["root_ended"]["FAILURE"], 7);
+}
+
+TEST(RunCommand, RefusesBadInputWithPlaceAndExpectation)
+{
+    const Folder folder;
+    const std::string scenario =
+        folder.write("bad.yaml", "name: b\nframes: 9\nevents:\n  - {at: 1, key: go}\n").string();
+    const std::string out = (folder / "out").string();
+    const auto fault = [&](std::vector<std::string> words) {
+        words.insert(words.end(), {"--out", out, "--frames", "5"});
+        const ProgramResult result = run(words);
+        EXPECT_EQ(result.exit_code, 2) << result.err;
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_FALSE(std::filesystem::exists(out)) << "nothing is left behind";
+        return result.err;
+    };
+    EXPECT_THAT(fault({"--scenario", scenario}), HasSubstr("bad.yaml:4: \"key\": expected one of start"));
+    EXPECT_THAT(fault({"--home", "nowhere.yaml"}), HasSubstr("nowhere.yaml: cannot be read"));
+    EXPECT_THAT(fault({"--dock", "3,3"}), HasSubstr("expected X,Y,DEG"));
+    EXPECT_THAT(fault({"--dock", "0,0,0"}), HasSubstr("has no room for the robot"));
+    EXPECT_THAT(fault({"--tree", "RobotNod"}), HasSubstr("did you mean 'RobotNode'?"));
+    EXPECT_THAT(fault({"--plugin", scenario}), HasSubstr("cannot be loaded as a library of trees"));
+    EXPECT_THAT(fault({"--sede", "1"}), HasSubstr("--sede"));
+    EXPECT_EQ(run({"--frames", "0"}).exit_code, 2);
+    EXPECT_EQ(run({"--frames", "5", "--out", scenario}).exit_code, 2) << "a file where a folder is to be";
+}
+
+}  // namespace
+}  // namespace vemra::robot
