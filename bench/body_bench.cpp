@@ -29,7 +29,7 @@ struct Drive
 void bodyFrame(benchmark::State& state)
 {
     Drive drive;
-    for (auto _ : state)
+    while (state.KeepRunning())
         drive.frame();
 }
 BENCHMARK(bodyFrame);
@@ -38,7 +38,7 @@ BENCHMARK(bodyFrame);
 void laserScan(benchmark::State& state)
 {
     Drive drive;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         drive.frame();
         benchmark::DoNotOptimize(drive.body.scan().ranges_mm.data());
     }

@@ -19,7 +19,7 @@ constexpr double kSideFromDeg = 15;
 constexpr double kCliffSensorRadiusMm = 155;
 /// What a wheel without a hold on the floor still does by rubbing on the edge.
 constexpr double kHangingGrip = 0.3;
-constexpr double kNearHalfDeg = 20;
+constexpr int kNearRays = 5;  // to each side
 constexpr double kNearStepDeg = 4;
 constexpr double kNearReachMm = 150;
 constexpr std::uint64_t kScanEverySteps = 5;
@@ -206,7 +206,8 @@ const LaserScan& Body::recentScan()
 std::optional<double> Body::nearAhead() const
 {
     std::optional<double> nearest;
-    for (double bearing = -kNearHalfDeg; bearing <= kNearHalfDeg; bearing += kNearStepDeg) {
+    for (int ray = -kNearRays; ray <= kNearRays; ++ray) {
+        const double bearing = ray * kNearStepDeg;
         const auto range =
             world_.solid().castRay(pose_.at, {pose_.yaw.value + bearing}, kRobotRadiusMm + kNearReachMm);
         if (range && (!nearest || *range - kRobotRadiusMm < *nearest)) {

@@ -16,7 +16,7 @@ inline BT::NodeStatus passed(bool yes)
 }
 
 /// The text of a port as it is now, or `otherwise`.
-inline std::string textOf(const BT::TreeNode& node, std::string_view port, std::string otherwise = {})
+inline std::string textOf(const BT::TreeNode& node, std::string_view port, const std::string& otherwise = {})
 {
     std::string text;
     return node.getParam(port, text) ? text : otherwise;
@@ -39,7 +39,7 @@ public:
             halt_();
     }
 
-    static BT::NodeBuilder builder(Tick tick, Halt halt = {})
+    static BT::NodeBuilder builder(const Tick& tick, const Halt& halt = {})
     {
         return [tick, halt](const std::string& name, const BT::NodeParameters& ports) {
             return std::make_unique<RunningAction>(name, ports, tick, halt);
@@ -85,7 +85,7 @@ public:
         return ConditionNode::executeTick();
     }
 
-    static BT::NodeBuilder builder(Source source)
+    static BT::NodeBuilder builder(const Source& source)
     {
         return [source](const std::string& name, const BT::NodeParameters& ports) {
             return std::make_unique<PassCondition>(name, ports, source);
