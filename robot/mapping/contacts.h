@@ -19,7 +19,7 @@ public:
     };
 
     /// How long a contact that is not to be drawn is remembered, in frames.
-    static constexpr std::int64_t kRememberedFrames = 30 * 50;
+    static constexpr std::int64_t kRememberedFrames = 1500;
 
     void add(PointMm at, std::int64_t frame, bool lasting);
     /// The floor within the disc is free: contacts in it were something that is gone.

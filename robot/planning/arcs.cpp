@@ -135,7 +135,9 @@ Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const F
     // Too near, it comes away little by little while it drives on.
     const double least = std::min(manner.gap_mm, now - 1);
     const double last = std::min(manner.gap_mm, now + 1);
-    for (double turn = manner.most_towards_deg_s; turn >= -kMostAway; turn -= kStep) {
+    const int steps = static_cast<int>((manner.most_towards_deg_s + kMostAway) / kStep);
+    for (int i = 0; i <= steps; ++i) {
+        const double turn = manner.most_towards_deg_s - i * kStep;
         const Motion motion{manner.forward_mm_s, to_wall * turn};
         const Outlook seen = outlook(pose, motion, kLookS, near);
         if (seen.least >= least && seen.last >= last && seen.least > 1) {

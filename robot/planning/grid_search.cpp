@@ -1,5 +1,6 @@
 #include "robot/planning/grid_search.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -8,14 +9,6 @@ namespace {
 
 constexpr int kUnseen = std::numeric_limits<int>::max();
 
-struct Step
-{
-    int column;
-    int row;
-};
-constexpr std::array<Step, 8> kSteps = {
-    {{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 1}, {-1, 1}, {-1, -1}, {1, -1}}};
-
 int octile(CellIndex a, CellIndex b)
 {
     const int dx = std::abs(a.column - b.column);
@@ -23,21 +16,25 @@ int octile(CellIndex a, CellIndex b)
     return kPlainStep * std::max(dx, dy) + 4 * std::min(dx, dy);
 }
 
-// One search over a cost grid. Costs are small whole numbers, so that the queue is a ring of buckets
-// (Dial 1969).
+// One search over a cost grid. The grid gets a rim that cannot be entered, so that no step needs to look
+// whether it leads outside. Costs are small whole numbers: the queue is a ring of buckets (Dial 1969).
 class Search
 {
 public:
     Search(const CostGrid& costs, CellIndex from, std::optional<CellIndex> to)
-        : costs_(costs),
-          window_(costs.window()),
+        : window_(costs.window()),
           to_(to),
-          known_(window_.cells(), kUnseen),
-          came_(known_.size())
+          width_(window_.columns() + 2),
+          costs_(rimmed(costs)),
+          known_(costs_.size(), kUnseen),
+          came_(costs_.size(), 0),
+          // Right, up, left, down, and the diagonals between them.
+          steps_{1, width_, -1, -width_, width_ + 1, width_ - 1, -width_ - 1, -width_ + 1}
     {
         if (window_.contains(from)) {
-            known_[window_.indexOf(from)] = 0;
-            push(from, 0);
+            const int start = indexOf(from);
+            known_[at(start)] = 0;
+            push(start, 0);
         }
     }
 
@@ -45,21 +42,20 @@ public:
     std::optional<CellIndex> next()
     {
         while (waiting_ > 0) {
-            auto& bucket = ring_[at_ % ring_.size()];
+            auto& bucket = ring_[turn_ % ring_.size()];
             if (bucket.empty()) {
-                ++at_;
+                ++turn_;
                 continue;
             }
-            const std::size_t index = bucket.back();
+            const int index = bucket.back();
             bucket.pop_back();
             --waiting_;
-            if ((came_[index] & kDone) != 0) {
+            if ((came_[at(index)] & kDone) != 0) {
                 continue;
             }
-            came_[index] |= kDone;
-            const CellIndex cell = window_.cellOf(index);
-            open(cell, index);
-            return cell;
+            came_[at(index)] |= kDone;
+            open(index);
+            return cellOf(index);
         }
         return std::nullopt;
     }
@@ -67,12 +63,12 @@ public:
     GridPath pathTo(CellIndex cell) const
     {
         GridPath path;
-        path.cost = known_[window_.indexOf(cell)];
+        int index = indexOf(cell);
+        path.cost = known_[at(index)];
         path.cells.push_back(cell);
-        while (known_[window_.indexOf(cell)] != 0) {
-            const Step& step = kSteps[came_[window_.indexOf(cell)] & kFromMask];
-            cell = {cell.column - step.column, cell.row - step.row};
-            path.cells.push_back(cell);
+        while (known_[at(index)] != 0) {
+            index -= steps_.at(came_[at(index)] & kFromMask);
+            path.cells.push_back(cellOf(index));
         }
         std::reverse(path.cells.begin(), path.cells.end());
         return path;
@@ -82,50 +78,78 @@ private:
     static constexpr std::uint8_t kDone = 0x80;
     static constexpr std::uint8_t kFromMask = 0x07;
 
-    void push(CellIndex cell, int cost)
+    static std::size_t at(int index) { return static_cast<std::size_t>(index); }
+    int indexOf(CellIndex cell) const
     {
-        const int rank = cost + (to_ ? octile(cell, *to_) : 0);
+        return (cell.row - window_.low.row + 1) * width_ + cell.column - window_.low.column + 1;
+    }
+    CellIndex cellOf(int index) const
+    {
+        return {index % width_ - 1 + window_.low.column, index / width_ - 1 + window_.low.row};
+    }
+
+    std::vector<std::uint8_t> rimmed(const CostGrid& costs) const
+    {
+        const int columns = window_.columns();
+        std::vector<std::uint8_t> out(at(width_) * at(window_.rows() + 2), 0);
+        for (int row = 0; row < window_.rows(); ++row) {
+            std::copy_n(costs.cells().begin() + static_cast<std::ptrdiff_t>(row) * columns, columns,
+                        out.begin() + static_cast<std::ptrdiff_t>(row + 1) * width_ + 1);
+        }
+        return out;
+    }
+
+    void push(int index, int cost)
+    {
+        const int rank = cost + (to_ ? octile(cellOf(index), *to_) : 0);
         if (first_) {
-            at_ = static_cast<std::size_t>(rank);
+            turn_ = at(rank);
             first_ = false;
         }
-        ring_[static_cast<std::size_t>(rank) % ring_.size()].push_back(window_.indexOf(cell));
+        ring_[at(rank) % ring_.size()].push_back(index);
         ++waiting_;
     }
 
-    void open(CellIndex cell, std::size_t index)
+    void open(int index)
     {
-        const int so_far = known_[index];
-        for (std::size_t i = 0; i < kSteps.size(); ++i) {
-            const Step& step = kSteps[i];
-            const CellIndex beside{cell.column + step.column, cell.row + step.row};
-            const int cost = costs_.at(beside);
-            if (cost == 0) {
-                continue;
+        const int so_far = known_[at(index)];
+        std::array<bool, 4> straight{};
+        for (std::size_t i = 0; i < 4; ++i) {
+            const int beside = index + steps_[i];
+            const int cost = costs_[at(beside)];
+            straight[i] = cost != 0;
+            if (straight[i]) {
+                reach(beside, so_far + cost, i);
             }
-            const bool diagonal = i >= 4;
-            if (diagonal && (costs_.at({cell.column + step.column, cell.row}) == 0 ||
-                             costs_.at({cell.column, cell.row + step.row}) == 0)) {
-                continue;
-            }
-            const int total = so_far + (diagonal ? cost * 14 / 10 : cost);
-            const std::size_t there = window_.indexOf(beside);
-            if (total < known_[there]) {
-                known_[there] = total;
-                came_[there] = static_cast<std::uint8_t>(i);
-                push(beside, total);
+        }
+        for (std::size_t i = 0; i < 4; ++i) {
+            const int beside = index + steps_[i + 4];
+            const int cost = costs_[at(beside)];
+            if (cost != 0 && straight[i] && straight[(i + 1) % 4]) {
+                reach(beside, so_far + cost * 14 / 10, i + 4);
             }
         }
     }
 
-    const CostGrid& costs_;
+    void reach(int index, int total, std::size_t step)
+    {
+        if (total < known_[at(index)]) {
+            known_[at(index)] = total;
+            came_[at(index)] = static_cast<std::uint8_t>(step);
+            push(index, total);
+        }
+    }
+
     CellWindow window_;
     std::optional<CellIndex> to_;
+    int width_;
+    std::vector<std::uint8_t> costs_;
     std::vector<int> known_;
     std::vector<std::uint8_t> came_;
+    std::array<int, 8> steps_;
     // Wide enough for the dearest diagonal step and the change of the estimate with it.
-    std::array<std::vector<std::size_t>, 256> ring_;
-    std::size_t at_ = 0;
+    std::array<std::vector<int>, 256> ring_;
+    std::size_t turn_ = 0;
     std::size_t waiting_ = 0;
     bool first_ = true;
 };

@@ -91,17 +91,29 @@ Grid<std::uint8_t> squaredDistances(const Grid<CellState>& cells, CellState stat
             along[at] = std::min(along[at], away);
         }
     }
+    // Along each row, shifted against itself. The row has a rim of cells without any, so that the inner loop
+    // is a plain one over numbers.
+    const auto none = static_cast<std::uint16_t>(far * far);
+    const auto rim = static_cast<std::size_t>(far);
+    std::vector<std::uint16_t> row_squares(width + 2 * rim, none);
+    std::vector<std::uint16_t> best(width);
     for (int row = 0; row < rows; ++row) {
         const std::size_t start = static_cast<std::size_t>(row) * width;
-        for (int column = 0; column < columns; ++column) {
-            const int first = std::max(0, column - far);
-            const int last = std::min(columns - 1, column + far);
-            int best = far * far;
-            for (int other = first; other <= last; ++other) {
-                const int a = along[start + static_cast<std::size_t>(other)];
-                best = std::min(best, a * a + (other - column) * (other - column));
+        for (std::size_t column = 0; column < width; ++column) {
+            row_squares[column + rim] =
+                static_cast<std::uint16_t>(along[start + column] * along[start + column]);
+        }
+        std::fill(best.begin(), best.end(), none);
+        for (std::size_t shift = 0; shift <= 2 * rim; ++shift) {
+            const int aside = static_cast<int>(shift) - far;
+            const auto square = static_cast<std::uint16_t>(aside * aside);
+            const std::uint16_t* shifted = row_squares.data() + shift;
+            for (std::size_t column = 0; column < width; ++column) {
+                best[column] = std::min(best[column], static_cast<std::uint16_t>(shifted[column] + square));
             }
-            out.cells()[start + static_cast<std::size_t>(column)] = static_cast<std::uint8_t>(best);
+        }
+        for (std::size_t column = 0; column < width; ++column) {
+            out.cells()[start + column] = static_cast<std::uint8_t>(best[column]);
         }
     }
     return out;
