@@ -70,7 +70,7 @@ TEST_F(Command, ToStartResumesTheOpenKindOfTask)
     const auto started = [this](const std::string& state, const std::string& type) {
         robot.set("task_state", state);
         robot.set("task_type", type);
-        const auto by_key = pressed(kStart, "PauseAndStopMode");
+        auto by_key = pressed(kStart, "PauseAndStopMode");
         EXPECT_EQ(robot.key("start_clean_method_key"), "1");
         EXPECT_EQ(commanded("AutoCleanMode", "PauseAndStopMode"), by_key) << state << " by the app";
         return by_key;
@@ -113,6 +113,13 @@ TEST_F(Command, OfTheHomeKeySendsTheRobotHomeUnlessItIsThere)
 {
     EXPECT_THAT(pressed(kHome, "StandbyMode"), ElementsAre("BackHomeMode"));
     EXPECT_EQ(robot.key("start_backhome_method_key"), "2");
+    robot.erase("start_backhome_method_key");
+    robot.set("start_backhome_method_app", "1");
+    robot.set("task_state", "completing");
+    robot.set("last_clean_mode", "FastMapBuildMode");
+    EXPECT_THAT(pressed(kHome, "StandbyMode"), ElementsAre("BackHomeMode"));
+    EXPECT_FALSE(robot.has("start_backhome_method_key")) << "the app was first";
+    EXPECT_EQ(robot.key("FastMapCleanCancleFlag"), "true");
     robot.on_charger = true;
     EXPECT_THAT(pressed(kHome, "ChargingMode"), IsEmpty());
     EXPECT_THAT(robot.music(), Contains("18"));
@@ -174,7 +181,12 @@ TEST_F(Command, OfTheAppAsksForItsMode)
     EXPECT_THAT(commanded("BackHomeMode", "StandbyMode"), ElementsAre("BackHomeMode"));
     EXPECT_EQ(robot.key("start_backhome_method_app"), "1");
     EXPECT_THAT(commanded("PauseAndStopMode", "AutoCleanMode"), ElementsAre("PauseAndStopMode"));
+    robot.set("charge_voice_disable", "true");
+    robot.set("start_from_charger_pose", "dock");
     EXPECT_THAT(commanded("StandbyMode", "AutoCleanMode"), ElementsAre("StandbyMode"));
+    EXPECT_EQ(robot.key("charger_pose_cache"), "dock");
+    EXPECT_EQ(robot.key("charge_voice_disable"), "false");
+    EXPECT_EQ(robot.music().back(), "11");
     EXPECT_EQ(robot.key("ForceStandby"), "true");
 
     robot.battery = 14;

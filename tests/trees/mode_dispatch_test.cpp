@@ -128,6 +128,63 @@ TEST(SelfTest, StopsTheFrameOfTheMode)
     EXPECT_EQ(robot.framesOf("Parse_MCU_FCT_CMD"), 3);
 }
 
+TEST(SelfTest, OfTheAppSkipsWhatIsNotAskedForAndStopsOnDemand)
+{
+    SupervisedRobot robot;
+    robot.powerOn();
+    robot.obeys_requests = false;
+    robot.leaf("NeedToEnterRobotSelfTestMode").succeeds();
+    robot.leaf("IsAPPTest").succeeds();
+    robot.leaf("Is_bump_test").succeeds();
+    robot.leaf("RobotSelfTest_LDS").succeedsAfter(10);
+    robot.forget();
+    robot.forgetRequests();
+    robot.tick(10);
+    EXPECT_TRUE(robot.inOrder({{"RobotSelfTest_Calibration", {}},
+                               {"RobotSelfTest_Cliff", {}},
+                               {"RobotSelfTest_FrontIR", {}},
+                               {"RobotSelfTest_PSD", {}},
+                               {"RobotSelfTest_TOF", {}},
+                               {"RobotSelfTest_LDS", {}}}));
+    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Bump")) << "done already";
+    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Move"));
+    EXPECT_THAT(robot.requests(), IsEmpty());
+    robot.tick();
+    EXPECT_TRUE(robot.inOrder({{"RobotSelfTest_Move", {}},
+                               {"RobotSelfTest_Turn", {}},
+                               {"RobotSelfTest_Mag", {}},
+                               {"RobotSelfTest_DustBox", {}},
+                               {"RobotSelfTest_WaterBox", {}},
+                               {"RobotSelfTest_Fan", {}},
+                               {"RobotSelfTest_SideBrush", {}},
+                               {"RobotSelfTest_Brush", {}},
+                               {"NotifyTrd", {}}}));
+    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
+
+    robot.leaf("IsStopTest").succeeds();
+    robot.forget();
+    robot.tick(2);
+    EXPECT_TRUE(robot.asked("SelfTestTestOver"));
+    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Calibration"));
+}
+
+TEST(WaterBox, DuringACleaningLooksForTheWallsThatItChanges)
+{
+    SupervisedRobot robot;
+    robot.tree("CheckInVirtualWall").succeeds();
+    robot.powerOn();
+    robot.enterMode("AutoCleanMode");
+    robot.leaf("DoesRobotPutOnWaterBox").inTurn({SUCCESS, FAILURE});
+    robot.tick(2);
+    EXPECT_THAT(robot.music(), ElementsAre("23"));
+    EXPECT_TRUE(robot.inOrder({{"GenerateVirtualWalls", {}}, {"CheckInVirtualWall", {}}}));
+    EXPECT_TRUE(robot.has("water_box"));
+    robot.leaf("DoesRobotDropWaterBox").inTurn({SUCCESS, FAILURE});
+    robot.tick(2);
+    EXPECT_THAT(robot.music(), ElementsAre("23", "24"));
+    EXPECT_TRUE(robot.started(2, "CheckInVirtualWall"));
+}
+
 TEST(WaterBox, PutOnPlaysItsMusicAndWakesTheRobot)
 {
     SupervisedRobot robot;

@@ -5,8 +5,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 /// The robot charges, and its station can empty it.
 class Station : public testing::Test

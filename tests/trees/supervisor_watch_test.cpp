@@ -189,18 +189,63 @@ TEST(Warnings, OfAPlaceThatCannotBeReachedSendTheCleaningRobotHome)
     EXPECT_THAT(robot.requests(), Contains("BackHomeMode"));
 }
 
-TEST(Warnings, OfMemoryAreToldOncePerSpell)
+TEST(Warnings, OfLaserAndMemoryAreToldOncePerSpell)
+{
+    for (const auto& [code, number] :
+         std::vector<std::pair<std::string, std::string>>{{"HEAP_CHECK", "75"}, {"I_LDS_ERROR", "0"}}) {
+        SupervisedRobot robot;
+        robot.powerOn();
+        robot.warnings = {code};
+        robot.tick(20);
+        EXPECT_THAT(robot.music(), ElementsAre(number));
+        robot.warnings.clear();
+        robot.tick(2);
+        robot.warnings = {code};
+        robot.tick(20);
+        EXPECT_THAT(robot.music(), ElementsAre(number, number));
+    }
+}
+
+TEST(Watchers, TakeUpWhatOthersLeaveForThem)
+{
+    SupervisedRobot robot;
+    robot.tree("SearchChargeEnding").succeeds();
+    robot.powerOn();
+    robot.set("current_pose", "here");
+    robot.set("build_virtualwall_start", "");
+    robot.set("clear_map_while_standby", "");
+    robot.leaf("NeedSaveStationInfo").inTurn({SUCCESS, FAILURE});
+    robot.tick();
+    EXPECT_TRUE(robot.started(1, "CleanInfoSave"));
+    EXPECT_TRUE(robot.started(1, "VirtualWallAddPoint", {{"point_mm", "here"}}));
+    EXPECT_TRUE(robot.started(1, "SearchChargeEnding"));
+    EXPECT_FALSE(robot.has("build_virtualwall_start"));
+    EXPECT_FALSE(robot.has("clear_map_while_standby"));
+
+    for (const auto& [lock, number] : {std::pair(1, "116"), std::pair(0, "117")}) {
+        robot.set("RobotChildLockStatus", lock);
+        robot.set("ChildLockAppButtonClick", "");
+        robot.tick(2);
+        EXPECT_EQ(robot.music().back(), number);
+    }
+    EXPECT_EQ(robot.music().size(), 2U);
+}
+
+TEST(Watchers, ForgetTheMarksThatAModeHasOutlived)
 {
     SupervisedRobot robot;
     robot.powerOn();
-    robot.warnings = {"HEAP_CHECK"};
-    robot.tick(20);
-    EXPECT_THAT(robot.music(), ElementsAre("75"));
-    robot.warnings.clear();
-    robot.tick(2);
-    robot.warnings = {"HEAP_CHECK"};
-    robot.tick(20);
-    EXPECT_THAT(robot.music(), ElementsAre("75", "75"));
+    robot.set("DisableErrMusic_Box", "");
+    robot.set("breakpoint_getcharger", "");
+    robot.enterMode("BackHomeMode");
+    robot.set("DisableErrMusic_Box", "");
+    robot.tick(5);
+    EXPECT_TRUE(robot.has("DisableErrMusic_Box"));
+    EXPECT_TRUE(robot.has("breakpoint_getcharger"));
+    robot.enterMode("SelectPointCleanMode");
+    robot.tick();
+    EXPECT_FALSE(robot.has("DisableErrMusic_Box"));
+    EXPECT_FALSE(robot.has("breakpoint_getcharger"));
 }
 
 TEST(InfraredSensors, AreOffOnlyWhileChargingOrAsleep)
