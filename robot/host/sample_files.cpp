@@ -9,8 +9,7 @@ std::filesystem::path sampleFile(std::string_view name)
     std::error_code fault;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", fault);
     if (!fault) {
-        const std::filesystem::path installed =
-            program.parent_path().parent_path() / "share" / "vemra" / name;
+        std::filesystem::path installed = program.parent_path().parent_path() / "share" / "vemra" / name;
         if (std::filesystem::exists(installed, fault))
             return installed;
     }

@@ -97,10 +97,10 @@ PoseMm poseOf(const YamlFields& fields, std::string_view name)
     return {{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})};
 }
 
-// [x0, y0, x1, y1] in metres.
-AreaMm areaOf(const YamlFields& fields, const YAML::Node& node, std::string_view name)
+// [x0, y0, x1, y1] in metres, read from a node.
+AreaMm areaOf(const std::vector<double>& edges, const YamlFields& fields, const YAML::Node& node,
+              std::string_view name)
 {
-    const std::vector<double> edges = fields.numbers(node, name, 4);
     if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
         fields.failAt(node, fmt::format("\"{}\": expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1", name));
     }
@@ -121,7 +121,7 @@ Happening readApp(const YamlFields& event)
                 }
                 event.failAt(area, "\"areas\": expected numbers of rooms, as in [1, 3]");
             case Mode::DrawAreaClean:
-                command.areas.push_back(areaOf(event, area, "areas"));
+                command.areas.push_back(areaOf(event.numbers(area, "areas", 4), event, area, "areas"));
                 break;
             case Mode::SelectPointClean: {
                 const std::vector<double> point = event.numbers(area, "areas", 2);
@@ -143,6 +143,7 @@ Happening readStuck(const YamlFields& event, std::string_view name)
         return Stuck{*kind, stuck};
     }
     std::vector<std::string_view> known;
+    known.reserve(kEscapes.size());
     for (const EscapeName& escape : kEscapes) {
         known.push_back(escape.word);
     }
@@ -151,7 +152,8 @@ Happening readStuck(const YamlFields& event, std::string_view name)
 
 Happening readPutDown(const YamlFields& event)
 {
-    PutDown thing{event.text("put_down"), areaOf(event, event.node("box_at"), "box_at"), false};
+    const std::vector<double> edges = event.numbers("box_at", 4);
+    PutDown thing{event.text("put_down"), areaOf(edges, event, event.node("box_at"), "box_at"), false};
     thing.low = event.has("low") && event.flag("low");
     return thing;
 }

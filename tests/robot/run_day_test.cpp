@@ -92,6 +92,25 @@ TEST(Run, RefusesWhatCannotBe)
     EXPECT_THAT(fault({}, "RobotNod"), HasSubstr("no tree \"RobotNod\""));
 }
 
+TEST(Run, AScenarioChangesTheHome)
+{
+    RobotRun run(RobotRun::scenario(
+        "", {"at: 10, put_down: box, box_at: [1.5, 2.0, 1.9, 2.4]",
+             "at: 20, put_down: box, box_at: [2.5, 2.0, 2.9, 2.4]", "at: 30, take_away: box"}));
+    const auto blocked = [&run](std::uint64_t frame, PointMm point) {
+        while (run.robot->frame() <= frame)
+            run.robot->step();
+        return run.robot->home().at(point) == CellState::Occupied;
+    };
+    constexpr PointMm first{1700, 2200};
+    constexpr PointMm second{2700, 2200};
+    EXPECT_FALSE(blocked(9, first));
+    EXPECT_TRUE(blocked(10, first));
+    EXPECT_FALSE(blocked(20, first)) << "there is one such thing";
+    EXPECT_TRUE(blocked(20, second));
+    EXPECT_FALSE(blocked(30, second));
+}
+
 TEST(Run, TellsWhichLeavesHaveNobodyBehindThem)
 {
     RobotRun run(RobotRun::scenario("on_dock: false", {"at: 5s, app: back_home"}));

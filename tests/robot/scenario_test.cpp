@@ -103,6 +103,14 @@ TEST_F(ScenarioFile, EachKindOfEventKeepsWhatItSays)
     EXPECT_THAT(what<StationChange>("at: 1, station: {bag: false, full: true}").parts,
                 ElementsAre(Pair(StationPart::Bag, false), Pair(StationPart::Full, true)));
     EXPECT_FALSE(what<Wheels>("at: 1, wheels: raised").dropped);
+    EXPECT_EQ(what<Stuck>("at: 1, stuck: left_wheel").kind, EscapeKind::LeftWheelCurrent);
+    EXPECT_FALSE(what<Stuck>("at: 1, unstuck: bump").stuck);
+    const auto chair = what<PutDown>("at: 1, put_down: chair, box_at: [1, 2, 1.4, 2.4], low: true");
+    EXPECT_EQ(chair.name, "chair");
+    EXPECT_EQ(chair.box.high, (PointMm{1400, 2400}));
+    EXPECT_TRUE(chair.low);
+    EXPECT_EQ(what<EnterMode>("at: 1, enter_mode: factory_run").mode, Mode::FactoryRun);
+    EXPECT_EQ(what<SelfTestStep>("at: 1, self_test: stop"), SelfTestStep::Stop);
     const auto mop = what<FittingChange>("at: 1, mop: removed");
     EXPECT_EQ(mop.fitting, Fitting::Mop);
     EXPECT_FALSE(mop.installed);
@@ -120,7 +128,7 @@ TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
         read(
             "name: a\nframes: 1\nstart: {on_dock: false, pose: [1, 2, 90], battery: 14.5, "
             "child_lock: true, drain_rate: 20, breakpoint_resume: false, annoy: {from: 1s, "
-            "to: 2s}, parameters_confirmed_after: 30, map: {present: false, check: -1}}\n")
+            "to: 2s}, parameters_confirmed_after: 30, map: {present: false, check: -1}, keys: {a: 1}}\n")
             .start;
     EXPECT_FALSE(start.on_dock);
     EXPECT_THAT(start.pose, Optional(PoseMm{{1000, 2000}, {90}}));
@@ -133,6 +141,7 @@ TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
     EXPECT_EQ(start.annoy->to, 100U);
     EXPECT_THAT(start.parameters_confirmed_after, Optional(30));
     EXPECT_FALSE(start.map.present);
+    EXPECT_THAT(start.keys.values, ElementsAre(Pair("a", "1")));
     EXPECT_EQ(start.map.check, -1);
 }
 
@@ -159,6 +168,9 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(fault("at: 1, app: auto, areas: [1]"), here("only with select_area"));
     EXPECT_THAT(fault("at: 1, app: draw_area, areas: [[1, 1, 0, 2]]"), here("x0 < x1"));
     EXPECT_THAT(fault("at: 1, station: {lid: true}"), here("no field \"lid\": expected one of cap, bag"));
+    EXPECT_THAT(fault("at: 1, stuck: sofa"), here("one of cliff, drop"));
+    EXPECT_THAT(fault("at: 1, put_down: chair"), here("lacks the field \"box_at\""));
+    EXPECT_THAT(fault("at: 1, put_down: chair, box_at: [1, 2, 1, 3]"), here("x0 < x1"));
     EXPECT_THAT(fault("at: 1, put_on_dock: false"), here("expected true"));
     EXPECT_THAT(fault("at: 1, set: task_state"), here("blackboard keys"));
 
