@@ -41,6 +41,8 @@ void CleaningSystemService::install(leaf::LeafHost& host)
                       {{"what", "infrared"}, {"cliff", cliff}, {"front", front}});
         return BT::NodeStatus::SUCCESS;
     });
+    // What a task changed of it is set anew by the next one.
+    host.action("RestoreCleanMode", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     host.action("LDS_Switch",
                 [this](BT::TreeNode& node) { return passed(node.getParam("state", parts_.state.laser_on)); });
 }

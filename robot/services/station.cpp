@@ -230,6 +230,8 @@ void StationService::installEmptying(leaf::LeafHost& host)
 
 void StationService::installStates(leaf::LeafHost& host)
 {
+    // The pressure sensor of this box needs no calibration.
+    host.action("CheckBaroCali", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     host.condition("IsStationNormal", [this](BT::TreeNode&) { return passed(normal()); });
     host.condition("DoesHappenStationErr", [this](BT::TreeNode& node) {
         return passed(heard_.errors.contains(bareCode(textOf(node, "ErrCode"))));

@@ -1,0 +1,325 @@
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <span>
+
+#include "robot/scenario/health_codes.h"
+#include "robot/scenario/scenario_fields.h"
+
+namespace vemra::robot {
+namespace {
+
+template <typename Value>
+struct Word
+{
+    std::string_view text;
+    Value value;
+};
+
+constexpr Word<PanelKey> kKeys[] = {
+    {"start", PanelKey::Start},
+    {"home", PanelKey::Home},
+    {"key1", PanelKey::Start},
+    {"key2", PanelKey::Home},
+    {"key1_long", PanelKey::StartLong},
+    {"key2_long", PanelKey::HomeLong},
+    {"wifi", PanelKey::SetUp},
+    {"reset", PanelKey::Reset},
+    {"key2_very_long", PanelKey::HomeVeryLong},
+};
+
+constexpr Word<Mode> kAppModes[] = {
+    {"pause", Mode::PauseAndStop},
+    {"standby", Mode::Standby},
+    {"auto", Mode::AutoClean},
+    {"back_home", Mode::BackHome},
+    {"remote", Mode::RemoteCtrl},
+    {"ota", Mode::Ota},
+    {"select_area", Mode::SelectAreaClean},
+    {"draw_area", Mode::DrawAreaClean},
+    {"select_point", Mode::SelectPointClean},
+    {"fast_map", Mode::FastMapBuild},
+};
+
+// Modes that no tree asks for.
+constexpr Word<Mode> kOutsideModes[] = {
+    {"follow_wall", Mode::FollowWall},       {"wifi", Mode::WifiSet},           {"factory", Mode::Factory},
+    {"factory_test", Mode::FactoryFuncTest}, {"factory_run", Mode::FactoryRun}, {"self_test", Mode::SelfTest},
+};
+
+constexpr Word<SelfTestStep> kSelfTests[] = {
+    {"board", SelfTestStep::Board}, {"app", SelfTestStep::App}, {"stop", SelfTestStep::Stop}};
+
+constexpr Word<bool> kWifi[] = {{"joined", true}, {"refused", false}};
+
+constexpr Word<StationPart> kStationParts[] = {
+    {"cap", StationPart::Cap},   {"bag", StationPart::Bag},   {"block", StationPart::Block},
+    {"lock", StationPart::Lock}, {"link", StationPart::Link}, {"full", StationPart::Full},
+};
+
+constexpr Word<bool> kWheels[] = {{"dropped", true}, {"raised", false}};
+constexpr Word<bool> kFitting[] = {{"installed", true}, {"removed", false}};
+
+template <typename Value, std::size_t Count>
+Value wordOf(const YamlFields& fields, std::string_view name, const Word<Value> (&words)[Count])
+{
+    const std::string text = fields.text(name);
+    std::vector<std::string_view> known;
+    for (const Word<Value>& word : words) {
+        if (word.text == text) {
+            return word.value;
+        }
+        known.push_back(word.text);
+    }
+    fields.fail(name, fmt::format("one of {}, not \"{}\"", fmt::join(known, ", "), text));
+}
+
+// [x0, y0, x1, y1] in metres, read from a node.
+AreaMm areaOf(const std::vector<double>& edges, const YamlFields& fields, const YAML::Node& node,
+              std::string_view name)
+{
+    if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
+        fields.failAt(node, fmt::format("\"{}\": expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1", name));
+    }
+    return {{1e3 * edges[0], 1e3 * edges[1]}, {1e3 * edges[2], 1e3 * edges[3]}};
+}
+
+Happening readApp(const YamlFields& event)
+{
+    AppCommand command;
+    command.mode = wordOf(event, "app", kAppModes);
+    command.timed_order = event.has("order") && event.flag("order");
+    for (const YAML::Node& area : event.list("areas")) {
+        switch (command.mode) {
+            case Mode::SelectAreaClean:
+                if (int room = 0; YAML::convert<int>::decode(area, room) && room >= 0) {
+                    command.rooms.push_back(room);
+                    break;
+                }
+                event.failAt(area, "\"areas\": expected numbers of rooms, as in [1, 3]");
+            case Mode::DrawAreaClean:
+                command.areas.push_back(areaOf(event.numbers(area, "areas", 4), event, area, "areas"));
+                break;
+            case Mode::SelectPointClean: {
+                const std::vector<double> point = event.numbers(area, "areas", 2);
+                command.points.push_back({1e3 * point[0], 1e3 * point[1]});
+                break;
+            }
+            default:
+                event.fail("areas", "it only with select_area, draw_area or select_point");
+        }
+    }
+    return command;
+}
+
+template <bool stuck>
+Happening readStuck(const YamlFields& event, std::string_view name)
+{
+    const std::string word = event.text(name);
+    if (const auto kind = escapeKindOf(word)) {
+        return Stuck{*kind, stuck};
+    }
+    std::vector<std::string_view> known;
+    known.reserve(kEscapes.size());
+    for (const EscapeName& escape : kEscapes) {
+        known.push_back(escape.word);
+    }
+    event.fail(name, fmt::format("one of {}, not \"{}\"", fmt::join(known, ", "), word));
+}
+
+Happening readPutDown(const YamlFields& event)
+{
+    const std::vector<double> edges = event.numbers("box_at", 4);
+    PutDown thing{event.text("put_down"), areaOf(edges, event, event.node("box_at"), "box_at"), false};
+    thing.low = event.has("low") && event.flag("low");
+    return thing;
+}
+
+template <FaultKind kind, bool raised>
+Happening readFault(const YamlFields& event, std::string_view name)
+{
+    constexpr std::string_view prefix = "OLO_HEALTH_STATUS_TYPE_";
+    std::string code = event.text(name);
+    if (code.starts_with(prefix)) {
+        code.erase(0, prefix.size());
+    }
+    const auto known = kind == FaultKind::Error          ? robotErrorCodes()
+                       : kind == FaultKind::Warning      ? robotWarningCodes()
+                       : kind == FaultKind::StationError ? stationErrorCodes()
+                                                         : stationWarningCodes();
+    if (std::find(known.begin(), known.end(), code) == known.end()) {
+        event.fail(name, fmt::format("one of {}, not \"{}\"", fmt::join(known, ", "), code));
+    }
+    return Fault{kind, code, raised};
+}
+
+Happening readErase(const YamlFields& event)
+{
+    EraseKeys erase;
+    if (event.node("erase").IsScalar()) {
+        erase.keys.push_back(event.text("erase"));
+        return erase;
+    }
+    for (const YAML::Node& key : event.list("erase")) {
+        if (!key.IsScalar()) {
+            event.failAt(key, "\"erase\": expected a key or a list of keys");
+        }
+        erase.keys.push_back(key.Scalar());
+    }
+    return erase;
+}
+
+Happening readStation(const YamlFields& event)
+{
+    const YamlFields parts = event.fields("station");
+    std::vector<std::string_view> known;
+    for (const auto& part : kStationParts) {
+        known.push_back(part.text);
+    }
+    parts.allowOnly(known);
+    StationChange change;
+    for (const auto& part : kStationParts) {
+        if (parts.has(part.text)) {
+            change.parts.emplace_back(part.value, parts.flag(part.text));
+        }
+    }
+    if (change.parts.empty()) {
+        event.fail("station", fmt::format("at least one of {}", fmt::join(known, ", ")));
+    }
+    return change;
+}
+
+// A field that says what happens, the fields that may go with it, and how they are read.
+struct Action
+{
+    std::string_view name;
+    std::vector<std::string_view> extras;
+    Happening (*read)(const YamlFields& event, std::string_view name);
+};
+
+const std::vector<Action>& actions()
+{
+    using Fields = const YamlFields&;
+    using Name = std::string_view;
+    // Fields that only ever say "now": false would mean nothing.
+    static const auto now = [](Fields e, Name n) {
+        if (!e.flag(n)) {
+            e.fail(n, "true");
+        }
+    };
+    static const std::vector<Action> all{
+        {"key", {}, [](Fields e, Name n) -> Happening { return KeyPress{wordOf(e, n, kKeys)}; }},
+        {"app", {"order", "areas"}, [](Fields e, Name) { return readApp(e); }},
+        {"battery", {}, [](Fields e, Name n) -> Happening { return SetBattery{e.number(n, 0, 100)}; }},
+        {"lift", {}, [](Fields e, Name n) -> Happening { return Lift{e.flag(n)}; }},
+        {"carry_to", {}, [](Fields e, Name n) -> Happening { return CarryTo{poseOf(e, n)}; }},
+        {"put_on_dock", {}, [](Fields e, Name n) -> Happening { return now(e, n), PutOnDock{}; }},
+        {"stuck", {}, readStuck<true>},
+        {"unstuck", {}, readStuck<false>},
+        {"slip", {}, [](Fields e, Name n) -> Happening { return Slip{e.number(n, 0, 1)}; }},
+        {"put_down", {"box_at", "low"}, [](Fields e, Name) { return readPutDown(e); }},
+        {"take_away", {}, [](Fields e, Name n) -> Happening { return TakeAway{e.text(n)}; }},
+        {"error", {}, readFault<FaultKind::Error, true>},
+        {"clear_error", {}, readFault<FaultKind::Error, false>},
+        {"warning", {}, readFault<FaultKind::Warning, true>},
+        {"clear_warning", {}, readFault<FaultKind::Warning, false>},
+        {"station_error", {}, readFault<FaultKind::StationError, true>},
+        {"clear_station_error", {}, readFault<FaultKind::StationError, false>},
+        {"station_warning", {}, readFault<FaultKind::StationWarning, true>},
+        {"clear_station_warning", {}, readFault<FaultKind::StationWarning, false>},
+        {"set", {}, [](Fields e, Name n) -> Happening { return keysOf(e, n); }},
+        {"erase", {}, [](Fields e, Name) { return readErase(e); }},
+        {"station", {}, [](Fields e, Name) { return readStation(e); }},
+        {"child_lock", {}, [](Fields e, Name n) -> Happening { return ChildLock{e.flag(n)}; }},
+        {"annoy", {}, [](Fields e, Name n) -> Happening { return Annoy{e.flag(n)}; }},
+        {"app_child_lock", {}, [](Fields e, Name n) -> Happening { return AppChildLock{e.flag(n)}; }},
+        {"empty_now", {}, [](Fields e, Name n) -> Happening { return now(e, n), EmptyNow{}; }},
+        {"enter_mode",
+         {},
+         [](Fields e, Name n) -> Happening { return EnterMode{wordOf(e, n, kOutsideModes)}; }},
+        {"self_test", {}, [](Fields e, Name n) -> Happening { return wordOf(e, n, kSelfTests); }},
+        {"wifi", {}, [](Fields e, Name n) -> Happening { return WifiAnswer{wordOf(e, n, kWifi)}; }},
+        {"find_robot", {}, [](Fields e, Name n) -> Happening { return now(e, n), FindRobot{}; }},
+        {"wheels", {}, [](Fields e, Name n) -> Happening { return Wheels{wordOf(e, n, kWheels)}; }},
+        {"box",
+         {},
+         [](Fields e, Name n) -> Happening {
+             return FittingChange{Fitting::DustBox, wordOf(e, n, kFitting)};
+         }},
+        {"water_box",
+         {},
+         [](Fields e, Name n) -> Happening {
+             return FittingChange{Fitting::WaterBox, wordOf(e, n, kFitting)};
+         }},
+        {"mop",
+         {},
+         [](Fields e, Name n) -> Happening {
+             return FittingChange{Fitting::Mop, wordOf(e, n, kFitting)};
+         }},
+    };
+    return all;
+}
+
+// A field as one line of text, less what a time line has no use for.
+std::string asText(const YAML::Node& value)
+{
+    if (value.IsSequence()) {
+        std::vector<std::string> parts;
+        for (const auto& element : value) {
+            parts.push_back(asText(element));
+        }
+        return fmt::format("[{}]", fmt::join(parts, ", "));
+    }
+    if (value.IsMap()) {
+        std::vector<std::string> parts;
+        for (const auto& field : value) {
+            parts.push_back(asText(field.first) + ": " + asText(field.second));
+        }
+        return fmt::format("{{{}}}", fmt::join(parts, ", "));
+    }
+    return value.IsScalar() ? value.Scalar() : "";
+}
+
+}  // namespace
+
+ScenarioEvent readEvent(const YamlFields& event)
+{
+    std::vector<std::string_view> known{"at"};
+    std::vector<const Action*> found;
+    for (const Action& action : actions()) {
+        known.push_back(action.name);
+        if (event.has(action.name)) {
+            found.push_back(&action);
+        }
+    }
+    if (found.size() == 1) {
+        std::vector<std::string_view> allowed{"at", found.front()->name};
+        allowed.insert(allowed.end(), found.front()->extras.begin(), found.front()->extras.end());
+        // Other actions can't be there, so what is left over is a stranger or an extra out of its place.
+        event.allowOnly(allowed);
+    } else if (found.empty()) {
+        event.allowOnly(known);
+        event.failAt(event.node("at"),
+                     fmt::format("the event says nothing: expected, beside \"at\", one of {}",
+                                 fmt::join(known.begin() + 1, known.end(), ", ")));
+    } else {
+        event.fail(
+            found[1]->name,
+            fmt::format("an event of its own: an event says one thing, here it is \"{}\"", found[0]->name));
+    }
+
+    ScenarioEvent read;
+    read.frame = framesOf(event, "at");
+    read.what = found.front()->read(event, found.front()->name);
+    read.line = event.line();
+    read.text = fmt::format("{}: {}", found.front()->name, asText(event.node(found.front()->name)));
+    for (const std::string_view extra : found.front()->extras) {
+        if (event.has(extra)) {
+            read.text += fmt::format(", {}: {}", extra, asText(event.node(extra)));
+        }
+    }
+    return read;
+}
+
+}  // namespace vemra::robot
