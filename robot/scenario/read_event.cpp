@@ -90,6 +90,9 @@ Happening readApp(const YamlFields& event)
     AppCommand command;
     command.mode = wordOf(event, "app", kAppModes);
     command.timed_order = event.has("order") && event.flag("order");
+    if (command.timed_order && command.mode != Mode::AutoClean && command.mode != Mode::SelectAreaClean) {
+        event.fail("order", "it only with auto or select_area");
+    }
     for (const YAML::Node& area : event.list("areas")) {
         switch (command.mode) {
             case Mode::SelectAreaClean:

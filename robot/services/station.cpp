@@ -175,7 +175,7 @@ void StationService::order(const std::string& status, std::int64_t time_ms)
     } else if (status == "DUST_PAUSE") {
         stopFan("paused");
         setLeft(time_ms);
-    } else if (linked() && time_ms > 0) {
+    } else if (linked() && !locked_ && time_ms > 0) {
         setLeft(time_ms);
         error_ms_ = 0;
         going_on_ = status == "DUST_CONTINUE";

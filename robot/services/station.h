@@ -14,7 +14,7 @@ namespace vemra::robot {
 ///    warning until the robot tells the station to go on; one of ten seconds is an error;
 ///  - bag or cap are missing: an error at once; the bag is full: a warning, and nothing is sucked in;
 ///  - in error the fan goes on for a second, so that the robot can see where it happened;
-///  - it is locked: an error of its own, apart from the others;
+///  - it is locked: an error of its own, apart from the others, and the fan does not start;
 ///  - the infrared does not reach: orders are lost, and the robot goes on with what it heard last.
 class StationService final : public Service
 {

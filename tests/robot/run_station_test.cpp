@@ -56,6 +56,20 @@ TEST(Emptying, AMissingBagIsToldBeforeItBegins)
     EXPECT_THAT(run.texts(LogKind::Mode), Contains("ErrRepotMode"));
 }
 
+TEST(Emptying, AFullBagIsToldWhenTheFanRunsAndALockWhenTheAppAsks)
+{
+    RobotRun full(RobotRun::scenario(kHasCleaned, {"at: 1s, station: {full: true}"}, "20s"));
+    full.play();
+    EXPECT_THAT(full.texts(LogKind::Music), Contains("102"));
+    EXPECT_THAT(full.frames(LogKind::Custom, "emptying stops: done"), IsEmpty());
+
+    RobotRun locked(
+        RobotRun::scenario("", {"at: 1s, station: {lock: true}", "at: 10s, empty_now: true"}, "20s"));
+    locked.play();
+    EXPECT_THAT(locked.texts(LogKind::Music, 500), ElementsAre("154"));
+    EXPECT_THAT(locked.frames(LogKind::Custom, "emptying runs"), IsEmpty());
+}
+
 TEST(Emptying, IsDroppedInSilenceWithoutInfrared)
 {
     RobotRun run(RobotRun::scenario("", {"at: 5s, station: {link: false}", "at: 10s, empty_now: true"}));

@@ -161,6 +161,7 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(fault("at: 1, key: start, battery: 3"), here("an event says one thing"));
     EXPECT_THAT(fault("at: 1, bettery: 3"), here("no field \"bettery\""));
     EXPECT_THAT(fault("at: 1, key: start, order: true"), here("no field \"order\"")) << "belongs to app";
+    EXPECT_THAT(fault("at: 1, app: pause, order: true"), here("only with auto or select_area"));
     EXPECT_THAT(fault("at: 1, battery: 101"), here("from 0 to 100"));
     EXPECT_THAT(fault("at: 1, battery: much"), here("expected a number"));
     EXPECT_THAT(fault("at: 1, lift: up"), here("true or false"));
