@@ -280,7 +280,8 @@ void NavigationSearch::installLooks(leaf::LeafHost& host)
 // Straight on from where the obstacle was hit: the first place behind it where the body fits.
 BT::NodeStatus NavigationSearch::moveThroughWalls(BT::TreeNode& node) const
 {
-    constexpr double kFarthestMm = 2000;
+    constexpr double kStepMm = kCellMm / 2;
+    constexpr int kSteps = 80;  // 2 m
     const auto pose = poseOf(node, "pose");
     const std::string key = textOf(node, "out_point");
     if (!pose || key.empty()) {
@@ -288,8 +289,8 @@ BT::NodeStatus NavigationSearch::moveThroughWalls(BT::TreeNode& node) const
     }
     const PlanningMap plan = planningMapOf(map_, switches_);
     bool through = false;
-    for (double way = 0; way <= kFarthestMm; way += kCellMm / 2) {
-        const PointMm there = pose->at + way * direction(pose->yaw);
+    for (int i = 0; i <= kSteps; ++i) {
+        const PointMm there = pose->at + i * kStepMm * direction(pose->yaw);
         const Ground ground = plan.at(cellAt(there));
         through = through || ground == Ground::Solid;
         if (through && (ground == Ground::Open || ground == Ground::Unknown)) {

@@ -25,7 +25,7 @@ constexpr std::uint64_t kFreshFrames = 150;
 // So often at about the same place within so long is too often.
 constexpr std::size_t kTooOften = 6;
 constexpr double kSamePlaceMm = 300;
-constexpr std::uint64_t kRememberedFrames = 120 * 50;
+constexpr std::uint64_t kRememberedFrames = 6000;
 
 Degrees headingOf(PointMm from, PointMm to)
 {

@@ -55,9 +55,13 @@ TEST(OccupancyMap, AWallStaysAndAThingThatIsCarriedAwayFades)
     EXPECT_EQ(map.at(cellAt({500, 10})), CellState::Free);
     EXPECT_EQ(map.at(cellAt({10, 1900})), CellState::Free) << "nothing was met up to there";
     EXPECT_EQ(map.at(cellAt({1200, 10})), CellState::Unknown) << "behind the wall";
-    // A beam that grazes the wall does not take it away.
+    // Beams that graze the wall do not take it away.
+    std::vector<Beam> grazing{{{0}, 1000}};
+    for (int i = 1; i <= 12; ++i) {
+        grazing.push_back({{0.2 * i}, 1400});
+    }
     for (int i = 0; i < 20; ++i) {
-        map.enter({0, 0}, std::vector<Beam>{{{0}, 1000}, {{0.4}, 1400}}, 2000);
+        map.enter({0, 0}, grazing, 2000);
     }
     EXPECT_EQ(map.at(cellAt({1010, 10})), CellState::Occupied);
     for (int i = 0; i < 30; ++i) {
@@ -187,6 +191,13 @@ TEST(Localisation, ErrsLittleWhileItKnowsAndDriftsWhenLost)
     EXPECT_LT(distance(pose.inWorld({0, 0}), body.truePose().at), 1e-6);
     // Along the old x axis lies the new y axis.
     EXPECT_LT(distance(pose.inWorld({0, 100}), body.truePose().at + PointMm{100, 0}), 1);
+    // Lost again, the odometry carries the pose on in the new frame.
+    body.setSlip(0);
+    pose.lose();
+    const PoseMm lost = pose.pose();
+    drive(50);
+    EXPECT_GT(pose.pose().at.y - lost.at.y, 150);
+    EXPECT_LT(std::abs(pose.pose().at.x - lost.at.x), 20);
 }
 
 }  // namespace

@@ -78,7 +78,7 @@ TEST(Towards, GoesRoundWhatStandsInTheWayAndSlowsDownAtTheEnd)
     const auto round = towards({260, 0}, 2000, pose, leg, {});
     ASSERT_TRUE(round);
     EXPECT_LT(round->turn, -5) << "past it on the right";
-    EXPECT_THAT(towards({30, 0}, 30, pose, {}, {}), Optional(testing::Field(&Motion::forward, Lt(200))));
+    EXPECT_THAT(towards({260, 0}, 40, pose, {}, {}), Optional(testing::Field(&Motion::forward, Lt(230))));
 }
 
 TEST(Towards, GivesUpBeforeAWall)

@@ -189,6 +189,21 @@ TEST(PiecesOf, OutOfAVirtualWallAndThroughAGapAreBridges)
     EXPECT_GT(pieces[2].corners.back().x, 1600);
 }
 
+TEST(FindPath, NoStepGoesPastACornerOrThroughTheRim)
+{
+    CostGrid costs({{0, 0}, {3, 3}}, kPlainStep, 0);
+    costs.set({1, 0}, 0);
+    const auto round = findPath(costs, {0, 0}, {1, 1});
+    ASSERT_TRUE(round);
+    EXPECT_THAT(round->cells, ElementsAre(CellIndex{0, 0}, CellIndex{0, 1}, CellIndex{1, 1}));
+    EXPECT_EQ(round->cost, 2 * kPlainStep);
+    costs.set({0, 1}, 0);
+    EXPECT_FALSE(findPath(costs, {0, 0}, {1, 1}));
+    // The last cell of a row and the first of the next are no neighbours.
+    EXPECT_EQ(findPath(costs, {2, 1}, {1, 2})->cells.size(), 2U);
+    EXPECT_FALSE(findPath(costs, {2, 0}, {3, 0}));
+}
+
 TEST(Wavefront, FindsTheNearestWantedCellAndCountsTheFloor)
 {
     const Search search(twoRooms(4));
