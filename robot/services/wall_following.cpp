@@ -202,6 +202,17 @@ void WallFollowing::installLimits(leaf::LeafHost& host)
                 [limitTo](BT::TreeNode&) { return limitTo("follow_wall_limit", kLimitMm); });
     host.action("SetNaviFollowWallRectLimit",
                 [limitTo](BT::TreeNode&) { return limitTo("navi_follow_wall_limit", kNaviLimitMm); });
+    // The walls may take half as long again as the floor has taken, and two minutes in any case.
+    host.action("CalcFollowWallFrameOut", [](BT::TreeNode& node) {
+        constexpr std::int64_t kLeastFrames = 6000;
+        const std::string key = textOf(node, "out_key");
+        if (key.empty()) {
+            return BT::NodeStatus::FAILURE;
+        }
+        const auto so_far = node.getParam<std::int64_t>("auto_mode_frames").value_or(0);
+        node.blackboard()->set(key, std::max(kLeastFrames, so_far / 2));
+        return BT::NodeStatus::SUCCESS;
+    });
     host.condition("CheckFollowWallRectLimit", [this](BT::TreeNode& node) {
         const std::string key = textOf(node, "follow_wall_limit", "follow_wall_limit");
         // Given by its key or as itself.

@@ -137,6 +137,23 @@ TEST_F(WallTest, NavigateFollowWallGoesRoundTowardsTheGoal)
     EXPECT_EQ(robot.run(3000), NodeStatus::SUCCESS);
 }
 
+TEST_F(WallTest, ThroughObstacleNavigationGetsBehindAWall)
+{
+    // A wall across the room, open at its upper end.
+    robot.world.putDown({{3000, 50}, {3100, 2200}});
+    robot.body.carryTo({{2700, 800}, {0}});
+    for (int i = 0; i < 60; ++i) {
+        robot.frame();
+    }
+    robot.blackboard->slot("initial_bump_pose").assign(*robot.blackboard->getAny("current_pose"));
+    robot.blackboard->set("follow_wall_dir", "false");
+    robot.enter("ThroughObstacleNavigation");
+    EXPECT_EQ(robot.run(5000), NodeStatus::SUCCESS);
+    EXPECT_GT(robot.body.truePose().at.x, 3100 + kRobotRadiusMm - 60);
+    EXPECT_NEAR(robot.body.truePose().at.y, 800, 250);
+    EXPECT_EQ(robot.text("follow_wall_dir"), "false");
+}
+
 TEST_F(WallTest, CollisionsAtOnePlaceAreTooManyAtLast)
 {
     int times = 0;
