@@ -40,14 +40,13 @@ TEST(Blackboard, AKeyExistsFromItsFirstWriteToItsErasure)
     const BT::Any& slot = board->slot("flag");  // looked up, not written
     EXPECT_FALSE(board->contains("flag"));
     EXPECT_FALSE(board->erase("flag"));
-    board->set("flag", "");
-    EXPECT_TRUE(board->contains("flag"));
-    EXPECT_THAT(board->keys(), testing::ElementsAre("flag"));
-    EXPECT_TRUE(board->erase("flag"));
-    EXPECT_EQ(board->getAny("flag"), nullptr);
     for (int i = 0; i < 1000; ++i)
         board->set("other_" + std::to_string(i), i);
     EXPECT_EQ(&board->slot("flag"), &slot);
+    board->set("flag", "");
+    EXPECT_TRUE(board->contains("flag"));
+    EXPECT_TRUE(board->erase("flag"));
+    EXPECT_EQ(board->getAny("flag"), nullptr);
 }
 
 class BuiltInLeaves : public testing::Test
@@ -74,9 +73,9 @@ TEST_F(BuiltInLeaves, SetCopyAndErase)
 {
     EXPECT_EQ(run("SetBlackboard", {{"key", "flag"}, {"value", ""}}), 'S');
     EXPECT_EQ(run("BlackboardContains", {{"key", "flag"}}), 'S');
-    EXPECT_EQ(run("EraseBlackboard", {{"key", "flag"}}), 'S');
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(run("EraseBlackboard", {{"key", "flag"}}), 'S');
     EXPECT_EQ(run("BlackboardContains", {{"key", "flag"}}), 'F');
-    EXPECT_EQ(run("EraseBlackboard", {{"key", "flag"}}), 'S');
 
     board->set("pose", Pose{1, 2});
     EXPECT_EQ(run("SetBlackboard", {{"key", "same"}, {"value", "${pose}"}}), 'S');
@@ -145,20 +144,19 @@ TEST_F(BuiltInLeaves, Calculate)
     EXPECT_EQ(run("IntAdd", {{"int_a", "1"}, {"int_b", "1"}, {"out_sum", ""}}), 'S');
     EXPECT_EQ(run("IntAdd", {{"int_a", "9223372036854775807"}, {"int_b", "1"}, {"out_sum", "n"}}), 'F');
     EXPECT_EQ(board->get<int>("n"), 6);
-    for (const auto& [angle, folded] :
-         {std::pair{"190", -170.0}, {"-180", -180.0}, {"180", -180.0}, {"725", 5.0}}) {
-        EXPECT_EQ(run("FloatModulus",
-                      {{"dividend", angle}, {"divisor", "360"}, {"bias", "-180"}, {"out_remainder", "f"}}),
-                  'S');
+    const auto modulus = [this](const char* dividend, const char* divisor, const char* bias) {
+        return run("FloatModulus",
+                   {{"dividend", dividend}, {"divisor", divisor}, {"bias", bias}, {"out_remainder", "f"}});
+    };
+    for (const auto& [angle, bias, folded] : {std::tuple{"190", "-180", -170.0},
+                                              {"-180", "-180", -180.0},
+                                              {"180", "-180", -180.0},
+                                              {"725", "-180", 5.0},
+                                              {"-1e-20", "0", 0.0}}) {  // never the divisor itself
+        EXPECT_EQ(modulus(angle, "360", bias), 'S');
         EXPECT_EQ(board->get<double>("f"), folded) << angle;
     }
-    EXPECT_EQ(run("FloatModulus",
-                  {{"dividend", "-1e-20"}, {"divisor", "360"}, {"bias", "0"}, {"out_remainder", "f"}}),
-              'S');
-    EXPECT_EQ(board->get<double>("f"), 0.0);  // never the divisor itself
-    EXPECT_EQ(
-        run("FloatModulus", {{"dividend", "1"}, {"divisor", "0"}, {"bias", "0"}, {"out_remainder", "f"}}),
-        'F');
+    EXPECT_EQ(modulus("1", "0", "0"), 'F');
 }
 
 TEST_F(BuiltInLeaves, DelayCountsTicksAndForgetsThemOnAHalt)

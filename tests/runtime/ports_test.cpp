@@ -152,16 +152,5 @@ TEST_F(Ports, AKeyMayBeNamedByAKey)
     EXPECT_EQ(run("EraseBlackboard", {{"key", "${none}"}}), BT::NodeStatus::FAILURE);
 }
 
-TEST_F(Ports, AreKeptAsGiven)
-{
-    const auto node = factory.instantiateTreeNode(
-        "AlwaysSuccess", "parked", {{"area_reset", "5"}, {"run_once", "0"}, {"ticks", "${n}"}}, board);
-    EXPECT_EQ(node->executeTick(), BT::NodeStatus::SUCCESS);
-    EXPECT_EQ(node->initializationParameters().size(), 3u);
-    EXPECT_EQ(node->initializationParameters().at("ticks"), "${n}");
-    EXPECT_EQ(node->registrationName(), "AlwaysSuccess");
-    EXPECT_EQ(node->name(), "parked");
-}
-
 }  // namespace
 }  // namespace vemra::test

@@ -115,13 +115,6 @@ private:
     }
 };
 
-class Lying : public BT::SyncActionNode
-{
-public:
-    Lying(const std::string& name) : BT::SyncActionNode(name) {}
-    NodeStatus tick() override { return NodeStatus::RUNNING; }
-};
-
 class Last : public BT::ControlNode
 {
 public:
@@ -157,7 +150,6 @@ BT_REGISTER_NODES(factory)
     factory.registerNodeType<Brew>("Brew");
     factory.registerNodeType<Greet>("Greet");
     factory.registerNodeType<Ready>("Ready");
-    factory.registerNodeType<Lying>("Lying");
     factory.registerNodeType<Last>("Last");
     factory.registerNodeType<Twice>("Twice");
     factory.registerSimpleCondition("HasGoal", [](BT::TreeNode& self) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
-#include <map>
 #include <stdexcept>
 
 #include "behaviortree_cpp/actions/always_success_node.h"
@@ -180,20 +179,6 @@ void ScriptedRobot::pointsOnALine()
         now.set(now.port("dist_mm"), apart(now));
         return SUCCESS;
     });
-}
-
-std::vector<std::string> ScriptedRobot::nodesOf(const std::string& tree) const
-{
-    std::vector<std::string> nodes;
-    for (const auto& node : factory_.createTree(tree, keys_).nodes) {
-        std::map<std::string, std::string> ports(node->initializationParameters().begin(),
-                                                 node->initializationParameters().end());
-        std::string text = node->registrationName();
-        for (const auto& [port, value] : ports)
-            text.append(" ").append(port).append("=").append(value);
-        nodes.push_back(std::move(text));
-    }
-    return nodes;
 }
 
 std::optional<std::string> ScriptedRobot::key(std::string_view key) const

@@ -94,8 +94,6 @@ public:
     [[nodiscard]] int framesOf(const std::string& who, const PortValues& values = {}) const;
     [[nodiscard]] std::optional<int> firstFrameOf(const std::string& who,
                                                   const PortValues& values = {}) const;
-    /// The nodes of a tree as it was built, in creation order: "Rotate angle_deg=180 ...", ports sorted.
-    [[nodiscard]] std::vector<std::string> nodesOf(const std::string& tree) const;
     void forget() { transcript_.clear(); }
     [[nodiscard]] const Transcript& transcript() const { return transcript_; }
 

@@ -1,13 +1,24 @@
 #pragma once
 
 #include <set>
+#include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "support/scripted_robot.h"
 
 namespace vemra::test {
+
+struct ModeNames
+{
+    const char* mode;
+    const char* tree;
+    const char* entry;  ///< leaf that says the tree is to run; null where the mode is asked for itself
+    const char* port;   ///< of ChangeRobotModeTo; null where no tree asks for the mode
+};
+
+/// The modes, those with an entry first and the most urgent of them foremost.
+std::span<const ModeNames> modes();
 
 /// A scripted robot under `RobotNode`, with what its leaves would read off the machine: the mode, the
 /// battery, the dock, the errors, the keys and the app. Every tree of a mode is replaced by one that runs,
@@ -22,9 +33,8 @@ public:
     std::string mode;  ///< as RobotModeAdjugement names it
     int battery = 80;
     bool on_charger = false;
-    bool quiet_hours = false;  ///< the do-not-disturb time
-    std::set<std::string> errors, warnings, station_errors,
-        station_warnings;  ///< after OLO_HEALTH_STATUS_TYPE_
+    bool quiet_hours = false;                                  ///< the do-not-disturb time
+    std::set<std::string> errors, warnings, station_warnings;  ///< after OLO_HEALTH_STATUS_TYPE_
 
     /// Takes over what ChangeRobotModeTo asks for. When false, requests are only written down.
     bool obeys_requests = true;
@@ -60,8 +70,5 @@ private:
     std::vector<std::string> requests_;
     std::vector<std::string> music_;
 };
-
-/// The trees of the modes, by the name of the mode.
-const std::vector<std::pair<std::string, std::string>>& modeTrees();
 
 }  // namespace vemra::test

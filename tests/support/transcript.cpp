@@ -18,7 +18,7 @@ std::string describe(const std::string& who, const PortValues& values)
     return text;
 }
 
-void printLine(std::ostream& out, const Asking& asking, int more)
+void printLine(std::ostream& out, const Asking& asking)
 {
     out << "  " << asking.first_frame;
     if (asking.last_frame > asking.first_frame)
@@ -29,8 +29,6 @@ void printLine(std::ostream& out, const Asking& asking, int more)
     out << " -> " << BT::toStr(asking.answer);
     if (asking.halted_in)
         out << ", halted in " << *asking.halted_in;
-    if (more > 0)
-        out << ", and " << more << " more";
     out << "   (" << asking.tree << ")\n";
 }
 
@@ -42,11 +40,6 @@ bool Asking::fits(std::string_view name, const PortValues& values) const
                const auto found = ports.find(expected.first);
                return found != ports.end() && found->second == expected.second;
            });
-}
-
-bool Asking::repeats(const Asking& other) const
-{
-    return who == other.who && ports == other.ports && answer == other.answer && !halted_in;
 }
 
 void Transcript::ask(const BT::TreeNode& node, const std::string& who, int frame, bool start)
@@ -112,15 +105,6 @@ std::optional<int> Transcript::firstFrame(std::string_view who, const PortValues
         if (asking.fits(who, values) && asking.last_frame >= asking.first_frame)
             first = std::min(first.value_or(asking.first_frame), asking.first_frame);
     return first;
-}
-
-std::optional<int> Transcript::lastFrame(std::string_view who, const PortValues& values) const
-{
-    std::optional<int> last;
-    for (const Asking& asking : askings_)
-        if (asking.fits(who, values) && asking.last_frame >= asking.first_frame)
-            last = std::max(last.value_or(asking.last_frame), asking.last_frame);
-    return last;
 }
 
 int Transcript::frames(std::string_view who, const PortValues& values) const
@@ -222,19 +206,12 @@ std::string Transcript::print(std::string_view who) const
             if (const leaf::LeafContract* contract = leaf::find(asking.who);
                 contract == nullptr || contract->kind == leaf::LeafKind::Action)
                 chosen.push_back(&asking);
-    // What comes again and again stands once.
-    std::vector<std::pair<const Asking*, int>> lines;
-    for (const Asking* asking : chosen)
-        if (!lines.empty() && lines.back().first->repeats(*asking))
-            ++lines.back().second;
-        else
-            lines.emplace_back(asking, 0);
     std::ostringstream out;
-    const std::size_t left_out = lines.size() - std::min(lines.size(), kMostLines);
+    const std::size_t left_out = chosen.size() - std::min(chosen.size(), kMostLines);
     if (left_out > 0)
         out << "  (" << left_out << " lines before)\n";
-    for (std::size_t i = left_out; i < lines.size(); ++i)
-        printLine(out, *lines[i].first, lines[i].second);
+    for (std::size_t i = left_out; i < chosen.size(); ++i)
+        printLine(out, *chosen[i]);
     return out.str().empty() ? "  nothing at all\n" : out.str();
 }
 

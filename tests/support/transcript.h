@@ -29,7 +29,6 @@ struct Asking
     BT::NodeStatus answer = BT::NodeStatus::IDLE;
     std::optional<int> halted_in;  ///< frame in which it was stopped while RUNNING
 
-    [[nodiscard]] bool repeats(const Asking& other) const;
     [[nodiscard]] bool fits(std::string_view name, const PortValues& values) const;
 };
 
@@ -46,7 +45,6 @@ public:
 
     [[nodiscard]] const std::vector<Asking>& askings() const { return askings_; }
     [[nodiscard]] std::optional<int> firstFrame(std::string_view who, const PortValues& values) const;
-    [[nodiscard]] std::optional<int> lastFrame(std::string_view who, const PortValues& values) const;
     [[nodiscard]] int frames(std::string_view who, const PortValues& values) const;
     [[nodiscard]] int starts(std::string_view who, const PortValues& values) const;
     [[nodiscard]] bool askedIn(int frame, std::string_view who, const PortValues& values) const;

@@ -74,36 +74,9 @@ TEST_F(Bridge, ThatNoLongerFitsTheMapIsUsedUp)
 
     robot.set("path_bridge_max_failure_cnt", 1);
     EXPECT_EQ(robot.tick(20), RUNNING) << "the search took it with its failure";
-}
-
-TEST_F(Bridge, IsGivenUpWhenAnEscapeOnItWasRefused)
-{
-    ofType("NARROW");
-    robot.tree("NavigateTree").runs();
-    robot.start("CrossBridge");
-    robot.tick(5);
     robot.set("traped_when_crossing", "");
-    EXPECT_EQ(robot.finish(10), FAILURE);
+    EXPECT_EQ(robot.finish(10), FAILURE) << "an escape on it was refused";
     EXPECT_FALSE(robot.has("traped_when_crossing"));
-}
-
-TEST_F(Bridge, EachTrapOnItCountsAndIsFollowedByAnotherTry)
-{
-    ofType("NARROW");
-    robot.tree("NavigateTree").failsAfter(3).provided([](const Moment& now) {
-        now.set("caught", now.tick_of_run == 3);
-        return true;
-    });
-    robot.leaf("NotTrapped").provided([](const Moment& now) { return now.keys.get<bool>("caught"); }).fails();
-    robot.start("CrossBridge");
-    robot.tick(3);
-    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "0");
-    EXPECT_EQ(robot.tick(), RUNNING);
-    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "1");
-    robot.tickUntil("NavigateTree", {}, 60);
-    robot.tick(3);
-    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "2");
-    EXPECT_TRUE(robot.notAsked("CutdownBridges"));
 }
 
 TEST_F(Bridge, BlockedByAnObstacleIsTriedAlongItOnBothSides)
@@ -132,43 +105,6 @@ TEST_F(Bridge, BlockedByAnObstacleIsTriedAlongItOnBothSides)
     EXPECT_EQ(robot.key("follow_wall_dir"), "true");
 }
 
-TEST_F(Bridge, OnTrialIsToldToWhoPlansTheLines)
-{
-    ofType("TRIALNOTRACE");
-    robot.set("current_motion_type", "Gong");
-    robot.tree("NaviOnePointProc").fails();
-    robot.tree("NavigateTree").succeeds();
-    robot.set("current_pose", 800);
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.finish(50), SUCCESS) << "200 mm from its near end are near enough";
-    EXPECT_EQ(robot.key("tmp_cross_trial_bridge_token"), "true");
-    EXPECT_EQ(robot.key("cross_trial_bridge_success"), "true");
-    EXPECT_EQ(robot.key("crossed_navigation_bridge"), "bridge");
-    EXPECT_TRUE(robot.started(2, "NaviOnePointProc"));
-
-    ofType("NARROW");
-    EXPECT_EQ(robot.finish(50), FAILURE) << "not so without a trial";
-    EXPECT_EQ(robot.key("cross_trial_bridge_success"), "false");
-}
-
-TEST_F(Bridge, OfHistoryIsCrossedOnceTheRobotIsInTheArea)
-{
-    ofType("HISTORY");
-    robot.tree("NavigateTree").runs();
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.tick(20), RUNNING);
-    robot.leaf("IsNearChainOpenEnd").succeeds().fills("out_chain_element", 5);
-    EXPECT_EQ(robot.tick(20), RUNNING) << "the end of a chain is none of its ends";
-    robot.leaf("InCurrentArea").succeeds();
-    EXPECT_EQ(robot.finish(5), SUCCESS);
-    EXPECT_TRUE(robot.halted("NavigateTree"));
-
-    ofType("NARROW");
-    EXPECT_EQ(robot.finish(5), SUCCESS);
-    EXPECT_EQ(robot.key("closest_chain_end"), "5");
-    EXPECT_EQ(robot.key("cross_bridge_near_chain_end"), "true");
-}
-
 TEST_F(Bridge, OutOfAVirtualWallIsDrivenUntilTheRobotIsOutside)
 {
     ofType("TMP");
@@ -183,7 +119,6 @@ TEST_F(Bridge, OutOfAVirtualWallIsDrivenUntilTheRobotIsOutside)
     EXPECT_TRUE(robot.said("过临时桥成功，已在虚拟墙外"));
     EXPECT_TRUE(robot.asked("SetMapDrawMode", {{"draw_mode", "ClearOnly"}})) << "as it was before";
     EXPECT_FALSE(robot.has("have_trapped_type"));
-    EXPECT_FALSE(robot.has("trapped_in_real_block"));
 }
 
 TEST_F(Bridge, OutOfAVirtualWallThatFailsIsReportedAsATrap)
@@ -206,25 +141,6 @@ TEST_F(Bridge, OutOfAVirtualWallThatFailsIsReportedAsATrap)
     robot.erase("have_trapped_type");
     EXPECT_EQ(robot.finish(100), FAILURE);
     EXPECT_TRUE(robot.has("automode_trapped"));
-}
-
-TEST_F(Bridge, OutOfAVirtualWallEndsItsTriesWhereAnObstacleShutsTheRobotIn)
-{
-    ofType("TMP");
-    robot.leaf("DwaLocalPlanner").fails();
-    robot.tree("NavigateFollowWall").decides([](const Moment& now) {
-        now.set("trapped_in_real_block", "true");
-        return FAILURE;
-    });
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.finish(100), FAILURE);
-    EXPECT_TRUE(robot.started(1, "DwaLocalPlanner"));
-    EXPECT_TRUE(robot.said("过临时桥失败"));
-
-    robot.erase("current_draw_mode");
-    robot.forget();
-    EXPECT_EQ(robot.finish(3), FAILURE) << "it could not restore the draw mode";
-    EXPECT_TRUE(robot.notAsked("DwaLocalPlanner"));
 }
 
 TEST_F(Bridge, OverAStepIsAcrossWhenNearerToTheFarEnd)

@@ -61,11 +61,6 @@ TEST_F(ChargingMode, ClosesATaskThatMayNotBeResumed)
     EXPECT_EQ(robot.key("task_type"), "Idle");
     EXPECT_THAT(robot.requests(), IsEmpty()) << "and stays on the dock";
 
-    robot.set("task_state", "zone_lowpower");
-    enter("SleepMode", "SleepModeDealIndex", 5);
-    EXPECT_TRUE(robot.asked("AdvCleanComplete"));
-    EXPECT_EQ(robot.key("task_state"), "init");
-
     robot.leaf("DoesRobotBreakPointEnable").succeeds();
     robot.leaf("BreakPointElecCalculate").writes("Elec_BreakPoint", 100);
     for (const std::string state : {"lowpower", "zone_lowpower", "area_lowpower", "point_lowpower"}) {
@@ -108,20 +103,6 @@ TEST_F(ChargingMode, KnockedOffTheDockGoesHomeByItself)
     robot.leaf("DoesWheelsDrop").succeeds();
     robot.tick(3);
     EXPECT_THAT(robot.requests(), Contains("StandbyMode")) << "lifted off by somebody";
-}
-
-TEST_F(ChargingMode, KnockedOffTheDockInQuietHoursSleepsOnlyAfterALongRest)
-{
-    robot.quiet_hours = true;
-    robot.leaf("DoesRobotGetChargerSig").succeeds();
-    for (const auto& [rest, mode] : {std::pair(100, "BackHomeMode"), std::pair(30100, "SleepMode")}) {
-        robot.on_charger = true;
-        enter("ChargingMode", "StopChargingIndex", rest);
-        robot.forgetRequests();
-        robot.on_charger = false;
-        robot.tick(255);
-        EXPECT_THAT(robot.requests(), Contains(mode)) << rest;
-    }
 }
 
 TEST_F(ChargingMode, GoesBackToTheWorkThatTheStationInterrupted)

@@ -32,17 +32,12 @@ TEST(EscapeFromATrap, HaltsTheDriveAndIsToldToItExactlyOnce)
     EXPECT_EQ(robot.finish(20), FAILURE) << "the task begins anew after an escape";
     EXPECT_EQ(robot.framesOf("EscapeBumpDeal"), 11);
     EXPECT_TRUE(robot.inOrder({{"EscapeInitDeal", {}}, {"EscapeBumpDeal", {}}, {"EscapeEndDeal", {}}}));
-    EXPECT_TRUE(robot.has("finish_escape"));
-    EXPECT_EQ(robot.key("origin_tick_cnt"), "100");
     EXPECT_EQ(robot.framesOf("NaviOnePoint"), 4);
 
     robot.forget();
     robot.leaf("SensorCheckBumped").succeeds().fills("out_bump_dir", "Left");
     EXPECT_EQ(robot.tick(), FAILURE) << "the drive is told";
-    EXPECT_EQ(robot.key("trapped"), "true");
     EXPECT_EQ(robot.key("bump_dir"), "Left");
-    EXPECT_FALSE(robot.has("finish_escape"));
-    EXPECT_FALSE(robot.has("origin_tick_cnt"));
     EXPECT_TRUE(robot.notAsked("NaviOnePoint"));
 
     EXPECT_EQ(robot.tick(30), RUNNING) << "and is not told again";
@@ -90,21 +85,6 @@ TEST(EscapeFromATrap, HasAWayOutForEachWarningTheMostUrgentFirst)
             robot.leaf(rung->second).succeeds();
         }
     }
-}
-
-TEST(EscapeFromATrap, ThatDidNotWorkIsNotToldAndIsTriedAgain)
-{
-    ScriptedRobot robot;
-    robot.leaf("IsEscapeCheckWarning").succeeds();
-    robot.leaf("IsCliffWarning").succeeds();
-    robot.leaf("EscapeCliffDeal").failsAfter(2);
-    robot.start("EscapeCoat");
-    EXPECT_EQ(robot.finish(10), SUCCESS) << "the task goes on";
-    EXPECT_EQ(robot.key("trapped"), "true");
-    EXPECT_FALSE(robot.has("finish_escape"));
-    EXPECT_TRUE(robot.notAsked("EscapeEndDeal"));
-    robot.finish(10);
-    EXPECT_TRUE(robot.started(2, "EscapeCliffDeal"));
 }
 
 TEST(EscapeFromATrap, IsRefusedAtTheFifthCountOfABridge)
@@ -194,16 +174,6 @@ TEST(Trap, IsNoneWhereTheRobotWalksOutOrCleansASpot)
     EXPECT_TRUE(robot.asked("NaviOnePoint", {{"target_point", "400"}}));
     EXPECT_TRUE(robot.halted("TemporarilyDisableSensor", {{"sensor", "PolygonVirtualWall"}}));
     EXPECT_FALSE(robot.has("out_vw_point"));
-
-    robot.forget();
-    robot.set("current_pose", 380);
-    EXPECT_EQ(robot.finish(20), SUCCESS);
-    EXPECT_TRUE(robot.notAsked("NaviOnePoint")) << "it stands at the way out";
-
-    robot.set("current_pose", 0);
-    robot.leaf("NaviOnePoint").fails();
-    EXPECT_EQ(robot.finish(600), SUCCESS) << "it could not walk, and stands free all the same";
-    EXPECT_FALSE(robot.has("have_trapped_type"));
 
     robot.forget();
     robot.leaf("PromptInVirtualWall").succeeds();

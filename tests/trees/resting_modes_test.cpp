@@ -28,21 +28,6 @@ TEST_F(RestingMode, PauseWithoutATaskIsAStandbyAndAStandbyWithOneAPause)
     EXPECT_TRUE(robot.asked("SetCleanSystem", {{"Fan", "0"}}));
 }
 
-TEST_F(RestingMode, LightsTellALowBatteryBelowFifteenPercent)
-{
-    robot.battery = 15;
-    enter("StandbyMode", "StandbyModeIndex", 20);
-    EXPECT_TRUE(robot.askedNow("Led_Mode_Set", {{"LedMode", "BUTTON_LED_Standby"}}));
-    robot.battery = 14;
-    enter("StandbyMode", "StandbyModeIndex", 20);
-    EXPECT_TRUE(robot.askedNow("Led_Mode_Set", {{"LedMode", "BUTTON_LED_Standby_LowPower"}}));
-    EXPECT_EQ(robot.key("robot_status"), "clean_lowp_standby");
-    robot.set("task_state", "area_cleaning");
-    enter("PauseAndStopMode", "StopModeIndex", 20);
-    EXPECT_TRUE(robot.askedNow("Led_Mode_Set", {{"LedMode", "BUTTON_LED_Pause_LowPower"}}));
-    EXPECT_EQ(robot.key("robot_status"), "clean_lowp_pause");
-}
-
 TEST_F(RestingMode, PauseEndsASpotCleaningAndHoldsOneGoneForPower)
 {
     robot.set("task_state", "part_cleaning");
@@ -157,6 +142,29 @@ TEST_F(RestingMode, PowerOffSaysGoodbyeAndClosesTheTask)
     enter("PowerOffMode", "PowerOffModeIndex", 200);
     EXPECT_TRUE(robot.asked("SearchChargeEnding"));
     EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
+}
+
+TEST_F(RestingMode, UpdateClosesTheTaskAndHoldsTheEmptying)
+{
+    robot.on_charger = true;
+    robot.set("dust_left_time", 700);
+    robot.set("task_state", "cleaning");
+    robot.set("dust_handle", "");
+    enter("OtaModeMode", "OTAModeDealIndex", 5);
+    EXPECT_TRUE(robot.started(1, "AdvCleanComplete"));
+    EXPECT_TRUE(robot.asked("Led_Mode_Set", {{"LedMode", "BUTTON_LED_OTA"}}));
+    EXPECT_TRUE(robot.asked("DustContrlSet", {{"dust_status", "DUST_PAUSE"}, {"time_set", "700"}}));
+    EXPECT_FALSE(robot.has("dust_handle"));
+    EXPECT_EQ(robot.key("robot_status"), "clean_ota");
+    EXPECT_TRUE(robot.askedNow("StopModeDeal"));
+
+    robot.set("task_state", "search_charge");
+    robot.set("annoy_ota", "");
+    enter("OtaModeMode", "OTAModeDealIndex", 5);
+    EXPECT_TRUE(robot.asked("SearchChargeEnding"));
+    EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
+    EXPECT_TRUE(robot.notAsked("Led_Mode_Set")) << "in quiet hours without a light";
+    EXPECT_FALSE(robot.has("annoy_ota"));
 }
 
 }  // namespace

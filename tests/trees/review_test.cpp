@@ -101,20 +101,6 @@ TEST_F(Review, ThatMovedTheRobotEndsWithAStepBackAndARest)
     EXPECT_EQ(robot.key("disable_layer_marker"), "1");
 }
 
-TEST_F(Review, EndsATurnThatAnEscapeBroke)
-{
-    robot.leaf("SuspectWireDetect").succeeds();
-    robot.leaf("Rotate").where("angle_deg", "-360").decides([](const Moment& now) {
-        now.set("finish_escape", "true");
-        return RUNNING;
-    });
-    robot.start("LaserReviewAction");
-    EXPECT_EQ(robot.finish(400), SUCCESS);
-    EXPECT_EQ(robot.framesOf("Rotate", {{"angle_deg", "-360"}}), 1);
-    EXPECT_TRUE(robot.halted("Rotate", {{"angle_deg", "-360"}}));
-    EXPECT_EQ(back("90"), back()) << "the way back is made all the same";
-}
-
 /// The turn that the look behind a blind corner makes after an arc of so many frames, in degrees; none: 0.
 class BlindZone : public Review, public testing::WithParamInterface<std::tuple<int, int, bool>>
 {};
@@ -147,40 +133,6 @@ INSTANTIATE_TEST_SUITE_P(Arcs, BlindZone,
                          testing::Values(std::tuple(30, 80, true), std::tuple(31, 60, true),
                                          std::tuple(49, 60, true), std::tuple(50, 0, true),
                                          std::tuple(30, 80, false), std::tuple(49, 60, false)));
-
-TEST_F(Review, OfASuspectedLineTurnsToItBacksAndSwings)
-{
-    for (const int turn : {30, -30}) {
-        robot.set("current_pose", 0.0);
-        robot.set("current_yaw_deg", 0.0);
-        robot.set("suspect_step", "step");
-        robot.set("fAngle_start", 20);
-        robot.set("fAngle_dest", 20);
-        robot.leaf("IsStepNearBy").fills("o_angle_deg", turn).fills("o_mid_pt", "point");
-        robot.start("LaserReviewAction");
-        EXPECT_EQ(robot.finish(500), SUCCESS);
-        const std::string first = turn > 0 ? "360" : "-360";
-        EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", first}}},
-                                   {"OpenCloseMove", {{"left_mm_s", "-120"}, {"right_mm_s", "-120"}}},
-                                   {"Rotate", {{"angle_deg", "360"}}},
-                                   {"Rotate", {{"angle_deg", "-360"}}},
-                                   {"Rotate", {{"angle_deg", "360"}}},
-                                   {"OpenCloseMove", {{"left_mm_s", "120"}, {"right_mm_s", "120"}}}}));
-        EXPECT_NEAR(robot.keys().get<double>("current_yaw_deg"), turn, 2.6);
-        EXPECT_EQ(back("-120"), back("120"));
-    }
-}
-
-TEST_F(Review, WithTheCameraBacksOffWhatLiesUnderTheBody)
-{
-    robot.leaf("BodyInObstacle").decides([](const Moment& now) {
-        return now.keys.get<double>("current_pose") > -15 ? SUCCESS : FAILURE;
-    });
-    robot.start("AiReviewAction");
-    EXPECT_EQ(robot.finish(400), SUCCESS);
-    EXPECT_EQ(back("-80"), 10);
-    EXPECT_EQ(robot.key("sidebrush_slowdown").value_or("restored"), "restored");
-}
 
 TEST_F(Review, WithTheCameraScansAtTheSpeedsThatItAsksFor)
 {

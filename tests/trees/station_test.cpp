@@ -3,8 +3,6 @@
 namespace vemra::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
 
 /// The robot charges, and its station can empty it.
 class Station : public testing::Test
@@ -28,7 +26,6 @@ protected:
         robot.tick(130);  // the charge tune is over
         robot.forget();
         robot.forgetRequests();
-        tunes_ = robot.music().size();
     }
 
     void landAfterCleaning()
@@ -37,15 +34,7 @@ protected:
         robot.set("dust_handle", "");
     }
 
-    [[nodiscard]] std::vector<std::string> music() const
-    {
-        return {robot.music().begin() + static_cast<std::ptrdiff_t>(tunes_), robot.music().end()};
-    }
-
     SupervisedRobot robot;
-
-private:
-    std::size_t tunes_ = 0;
 };
 
 const PortValues kRun{{"dust_status", "DUST_START"}, {"time_set", "10000"}};
@@ -60,7 +49,7 @@ TEST_F(Station, EmptiesTheRobotBehindACleaning)
     EXPECT_TRUE(robot.started(1, "DustContrlSet", kRun));
     EXPECT_TRUE(robot.has("Have_dust_task"));
     EXPECT_TRUE(robot.has("dust_delay_start"));
-    EXPECT_THAT(music(), ElementsAre("110"));
+    EXPECT_EQ(robot.music().back(), "110");
     robot.tick(110);
     EXPECT_TRUE(robot.inOrder(
         {{"SetDustTime", {}}, {"DustContrlSet", kRun}, {"DustTimeHandle", {}}, {"DustContrlSet", kQuit}}));
@@ -104,19 +93,6 @@ TEST_F(Station, WaitsUntilThereWereMoreCleaningsThanItsSetting)
     robot.set("dust_handle", "");
     robot.tick(2);
     EXPECT_FALSE(robot.has("dust_handle")) << "no cleaning since the last landing";
-}
-
-TEST_F(Station, KeepsQuietInQuietHours)
-{
-    robot.quiet_hours = true;
-    landAfterCleaning();
-    robot.tick(400);
-    EXPECT_TRUE(robot.notAsked("DustContrlSet", kRun));
-    EXPECT_TRUE(robot.has("DustInAnnoy"));
-    EXPECT_TRUE(robot.asked("SetDustLight", {{"StaLedMode", "STATTON_LED_WhiteOff"}}));
-    robot.quiet_hours = false;
-    robot.tick();
-    EXPECT_FALSE(robot.has("DustInAnnoy"));
 }
 
 TEST_F(Station, DoesNotEmptyOnTheFirstLandingOfATaskThatGoesOn)
@@ -178,77 +154,6 @@ TEST_F(Station, GoesOnAfterABlockForTenSecondsMoreThanWasLeft)
     robot.tick(120);
     EXPECT_FALSE(robot.has("continue_dust"));
     EXPECT_FALSE(robot.has("Have_dust_task"));
-}
-
-TEST_F(Station, ThatFailsInARunIsReportedAndRunsTheRestWhenItIsMended)
-{
-    robot.obeys_requests = false;
-    landAfterCleaning();
-    robot.tick(350);
-    ASSERT_TRUE(robot.askedNow("DustTimeHandle"));
-    robot.leaf("DoesDustStatus").where("dust_state", "DUST_RUNNING").succeeds();
-    robot.station_errors = {"DUST_BAG"};
-    robot.set("dust_left_time", 6000);
-    robot.tick(2);
-    EXPECT_THAT(robot.requests(), ElementsAre("ErrRepotMode"));
-    EXPECT_EQ(robot.key("StationNotNormal"), "true");
-    EXPECT_THAT(music(), Contains("101"));
-
-    robot.leaf("DoesDustStatus").fails();
-    robot.enterMode("ErrRepotMode");
-    robot.forget();
-    robot.station_errors.clear();
-    robot.tick(10);
-    EXPECT_EQ(robot.key("StationNotNormal"), "false");
-    EXPECT_TRUE(robot.asked("DustContrlSet", {{"dust_status", "DUST_START"}, {"time_set", "6000"}}));
-    robot.tick(110);
-    EXPECT_FALSE(robot.has("dust_restart"));
-    EXPECT_FALSE(robot.has("Have_dust_task"));
-}
-
-TEST_F(Station, HasAMusicForEachOfItsFaults)
-{
-    robot.obeys_requests = false;
-    robot.leaf("DoesDustStatus").where("dust_state", "DUST_RUNNING").succeeds();
-    const std::vector<std::tuple<std::string, std::string, std::string>> faults = {
-        {"DUST_LOCK", "154", "normal"},
-        {"DUST_BLOCK", "102", "normal"},
-        {"DUST_BAG", "101", "normal"},
-        {"DUST_CAP", "101", "normal"},
-        {"CLEAN_WATERTANK_NOTINSTALLED", "91", "clean_no_rinsing"},
-        {"DIRT_WATERTANK_NOTINSTALLED", "109", "clean_no_sewage"},
-        {"CLEAN_WATERTANK_NOWATER", "93", "clean_no_purge"},
-        {"DIRT_WATERTANK_FULL", "109", "clean_purge_full"},
-        {"WASHDISH_NOTINSTALLED", "104", "clean_purge_full"},
-        {"WASHDISH_WATERLEVE", "108", "clean_purge_full"},
-    };
-    for (const auto& [code, number, status] : faults) {
-        robot.set("robot_status", "normal");
-        robot.set("StationNotNormal", "false");
-        robot.station_errors = {code};
-        robot.forgetRequests();
-        robot.tick();
-        EXPECT_EQ(robot.music().back(), number) << code;
-        EXPECT_EQ(robot.key("robot_status"), status) << code;
-        EXPECT_THAT(robot.requests(), ElementsAre("ErrRepotMode")) << code;
-        robot.station_errors.clear();
-        robot.tick();
-    }
-}
-
-TEST_F(Station, IsResetWhenTheDockIsLost)
-{
-    robot.set("dust_handle", "");
-    robot.set("continue_dust", "");
-    robot.set("StationNotNormal", "true");
-    robot.leaf("DoesChargerDrop").inTurn({SUCCESS, FAILURE});
-    robot.on_charger = false;
-    robot.tick();
-    EXPECT_TRUE(robot.asked("DustContrlSet", kQuit));
-    EXPECT_TRUE(robot.asked("SetDustTime", {{"time", "0"}}));
-    EXPECT_EQ(robot.key("StationNotNormal"), "false");
-    EXPECT_FALSE(robot.has("dust_handle"));
-    EXPECT_FALSE(robot.has("continue_dust"));
 }
 
 }  // namespace

@@ -74,11 +74,6 @@ TEST_F(ThroughObstacle, EndsWithoutAPathOrOutsideTheSquare)
     EXPECT_EQ(robot.finish(5), FAILURE);
     EXPECT_TRUE(robot.notAsked("NavigateProc"));
     expectCleanUp();
-
-    robot.leaf("MoveThroughWalls").fails();
-    robot.forget();
-    EXPECT_EQ(robot.finish(5), FAILURE);
-    EXPECT_TRUE(robot.notAsked("Stop"));
 }
 
 }  // namespace
