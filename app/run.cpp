@@ -1,18 +1,19 @@
 #include "app/run.h"
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <chrono>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <sstream>
 
+#include "app/interrupt.h"
 #include "app/near_names.h"
+#include "app/progress.h"
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
+#include "app/whole_number.h"
 #include "robot/drawing/home_picture.h"
 #include "robot/drawing/run_picture.h"
 #include "robot/events/json_lines.h"
@@ -28,6 +29,9 @@ namespace {
 
 using robot::Robot;
 
+// A thousand years.
+constexpr std::uint64_t kMostFrames = 1'500'000'000'000;
+
 struct RunOptions
 {
     std::filesystem::path home;
@@ -39,45 +43,6 @@ struct RunOptions
     std::optional<std::uint64_t> frames;
     std::optional<std::filesystem::path> out;
     bool json = false;
-};
-
-/// How far the run is, on a terminal, once it has taken two seconds.
-class Progress
-{
-public:
-    explicit Progress(std::uint64_t frames) : frames_(frames), shown_on_terminal_(::isatty(2) == 1) {}
-    ~Progress()
-    {
-        if (shown_)
-            std::cerr << "\r\033[K" << std::flush;
-    }
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
-
-    void tell(std::uint64_t frame)
-    {
-        if (!shown_on_terminal_ || frame % 256 != 0)
-            return;
-        const auto now = Clock::now();
-        if (now < next_)
-            return;
-        next_ = now + std::chrono::milliseconds(200);
-        shown_ = true;
-        const double rate = static_cast<double>(frame) / std::chrono::duration<double>(now - start_).count();
-        std::cerr << fmt::format("\r\033[K{:3.0f} %  {} of {} frames, {:.0f} a second",
-                                 100.0 * static_cast<double>(frame) / static_cast<double>(frames_), frame,
-                                 frames_, rate)
-                  << std::flush;
-    }
-
-private:
-    using Clock = std::chrono::steady_clock;
-
-    std::uint64_t frames_;
-    bool shown_on_terminal_;
-    bool shown_ = false;
-    Clock::time_point start_ = Clock::now();
-    Clock::time_point next_ = start_ + std::chrono::seconds(2);
 };
 
 /// The dock of the run; where the map names none, the user hears where it was put.
@@ -175,20 +140,23 @@ void run(const RunOptions& options)
         shown = std::make_unique<robot::TimelinePrinter>(
             std::cout, robot::isColourTerminal(1) ? robot::TimelinePrinter::Colour::On
                                                   : robot::TimelinePrinter::Colour::Off);
+    Progress progress(frames);
+    robot.addSink(progress);
     robot.addSink(*shown);
     Records records;
     if (options.out)
         records.follow(robot);
-    {
-        Progress progress(frames);
-        while (robot.frame() < frames && !robot.over()) {
-            robot.step();
-            progress.tell(robot.frame());
-        }
+    const Interrupt interrupt;
+    while (robot.frame() < frames && !robot.over() && !interrupt.waits()) {
+        robot.step();
+        progress.tell(robot.frame());
     }
     robot.finish();
     if (options.out)
         writeFolder(*options.out, robot, records, title);
+    if (interrupt.waits())
+        std::cerr << "vemra: stopped after " << robot.frame() << " of " << frames << " frames\n";
+    std::cout.flush();
 }
 
 }  // namespace
@@ -210,13 +178,14 @@ void addRunCommand(CLI::App& program, int& /*exit_code*/)
     command->add_option("--dock", options->dock, "Where the dock stands, in metres and degrees")
         ->type_name("X,Y,DEG");
     command->add_option("--seed", options->seed, "Seed of the run's chance")
+        ->check(wholeNumber(0))
         ->type_name("N")
         ->capture_default_str();
     command->add_option("--frames", options->frames, "Frames of 20 ms to run, instead of the scenario's")
-        ->check(CLI::PositiveNumber)
+        ->check(wholeNumber(1, kMostFrames))
         ->type_name("N");
     command->add_option("--tree", options->tree, "The tree that is ticked")
-        ->type_name("NAME")
+        ->type_name("TREE")
         ->capture_default_str();
     command->add_option("--out", options->out, "Folder for time line, events, report and pictures")
         ->type_name("DIR");

@@ -14,6 +14,7 @@
 #include "app/trees/shared_options.h"
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
+#include "app/whole_number.h"
 #include "robot/output_file.h"
 
 namespace vemra::app {
@@ -124,7 +125,7 @@ void addTreesCommand(CLI::App& program, int& exit_code)
     show_command.add_option("tree", options->tree, "Name of the tree")->required()->type_name("TREE");
     show_command.add_option("--depth", options->depth, "Show so many levels; 1 is the root alone")
         ->type_name("N")
-        ->check(CLI::Range(std::size_t{1}, std::numeric_limits<std::size_t>::max(), ""));
+        ->check(wholeNumber(1));
     show_command.add_flag(
         "--expand", options->expand,
         "Go on into the trees that are entered, into each at the first place that enters it");
