@@ -7,11 +7,14 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include <set>
 
 #include "robot/input_error.h"
 
 namespace vemra::robot {
 namespace {
+
+constexpr int kMaxDepth = 50;
 
 int lineOf(const YAML::Node& node)
 {
@@ -30,6 +33,27 @@ bool readNumber(const YAML::Node& node, double& value)
     return readScalar(node, value) && std::isfinite(value);
 }
 
+// A field that is written twice would hide one of the two.
+void refuseTwins(const YAML::Node& node, const std::string& file, int depth = 0)
+{
+    if (depth > kMaxDepth) {
+        throw InputError(file, lineOf(node), fmt::format("expected at most {} levels", kMaxDepth));
+    }
+    std::set<std::string> names;
+    for (const auto& element : node) {
+        if (node.IsSequence()) {
+            refuseTwins(element, file, depth + 1);
+            continue;
+        }
+        if (element.first.IsScalar() && !names.insert(element.first.Scalar()).second) {
+            throw InputError(
+                file, lineOf(element.first),
+                fmt::format("\"{}\" stands here twice: expected it once", element.first.Scalar()));
+        }
+        refuseTwins(element.second, file, depth + 1);
+    }
+}
+
 }  // namespace
 
 YAML::Node readYaml(const std::filesystem::path& file)
@@ -39,7 +63,13 @@ YAML::Node readYaml(const std::filesystem::path& file)
         throw InputError(file.string(), 0, "cannot be read: expected a YAML file");
     }
     try {
-        return YAML::Load(in);
+        const std::vector<YAML::Node> documents = YAML::LoadAll(in);
+        if (documents.size() > 1) {
+            throw InputError(file.string(), lineOf(documents[1]), "expected one YAML document in the file");
+        }
+        const YAML::Node read = documents.empty() ? YAML::Node() : documents.front();
+        refuseTwins(read, file.string());
+        return read;
     } catch (const YAML::Exception& fault) {
         throw InputError(file.string(), fault.mark.is_null() ? 0 : fault.mark.line + 1,
                          "not YAML: " + fault.msg);
@@ -125,11 +155,11 @@ bool YamlFields::flag(std::string_view name) const
     return value;
 }
 
-std::string YamlFields::text(std::string_view name) const
+std::string YamlFields::text(std::string_view name, const char* expected) const
 {
-    const YAML::Node found = need(name, "a text");
+    const YAML::Node found = need(name, expected);
     if (!found.IsScalar()) {
-        fail(name, "a text");
+        fail(name, expected);
     }
     return found.Scalar();
 }

@@ -33,7 +33,7 @@ public:
     double number(std::string_view name, double low, double high) const;
     int integer(std::string_view name, int low, int high) const;
     bool flag(std::string_view name) const;
-    std::string text(std::string_view name) const;
+    std::string text(std::string_view name, const char* expected = "a text") const;
     /// A list of exactly count finite numbers.
     std::vector<double> numbers(std::string_view name, std::size_t count) const;
     std::vector<double> numbers(const YAML::Node& list, std::string_view name, std::size_t count) const;

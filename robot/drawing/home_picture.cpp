@@ -38,7 +38,8 @@ public:
     void draw(double width, double height)
     {
         pen_.box(0, 0, width, height, kPaper);
-        pen_.text(kRim, kRim, marks_.title, 16, kInk, Pen::Anchor::Left, true);
+        pen_.text(kRim, kRim, pen_.fitted(marks_.title, width - 2 * kRim, 16, true), 16, kInk,
+                  Pen::Anchor::Left, true);
         pen_.box(x(home_.origin()), y(home_.farCorner()), home_.columns() * Home::kCellMm * scale_,
                  home_.rows() * Home::kCellMm * scale_, kUnknown);
         cells(CellState::Free, kFloor);

@@ -62,6 +62,22 @@ double Pen::textWidth(const std::string& text, double size, bool bold)
     return extents.x_advance;
 }
 
+std::string Pen::fitted(std::string text, double width, double size, bool bold)
+{
+    if (textWidth(text, size, bold) <= width) {
+        return text;
+    }
+    const auto isInside = [](char byte) { return (static_cast<unsigned char>(byte) & 0xc0) == 0x80; };
+    while (!text.empty() && textWidth(text + "…", size, bold) > width) {
+        // Whole characters of UTF-8.
+        while (text.size() > 1 && isInside(text.back())) {
+            text.pop_back();
+        }
+        text.pop_back();
+    }
+    return text + "…";
+}
+
 void Pen::font(double size, bool bold)
 {
     cairo_select_font_face(context_, "sans-serif", CAIRO_FONT_SLANT_NORMAL,

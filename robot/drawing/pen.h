@@ -35,6 +35,8 @@ public:
     /// y is the base line. Text that is not UTF-8 is not drawn.
     void text(double x, double y, const std::string& text, double size, Colour ink,
               Anchor anchor = Anchor::Left, bool bold = false);
+    /// The text, or where that is wider than width as much of it as fits, and an ellipsis.
+    std::string fitted(std::string text, double width, double size, bool bold = false);
     double textWidth(const std::string& text, double size, bool bold = false);
 
 private:

@@ -25,7 +25,8 @@ constexpr std::array<unsigned, 12> kBandColours{0x8ecae6, 0xffc971, 0xa7d7a9, 0x
                                                 0x95d5cf, 0xf7b7d2, 0xb8c4ce, 0xd9c3a5, 0xb5d99c, 0xa9bcf5};
 
 constexpr double kWidth = 1200;
-constexpr double kLabels = 110;  // the column of the bands' names
+constexpr double kMarkWidth = 420;  // of the longest text at a tick
+constexpr double kLabels = 110;     // the column of the bands' names
 constexpr double kRight = 30;
 constexpr double kTop = 52;
 constexpr double kBandHeight = 26;
@@ -189,7 +190,7 @@ public:
     void draw(double height)
     {
         pen_.box(0, 0, kWidth, height, kPaper);
-        pen_.text(20, 28, title_, 16, kInk, Pen::Anchor::Left, true);
+        pen_.text(20, 28, pen_.fitted(title_, kWidth - 40, 16, true), 16, kInk, Pen::Anchor::Left, true);
         axis(height - 12);
         for (const Band& band : run_.bands) {
             drawBand(band);
@@ -314,7 +315,8 @@ private:
         std::array<double, kMarkRows> taken{};
         for (const Mark& mark : row.marks) {
             const double at = x(mark.frame);
-            const double width = pen_.textWidth(mark.text, 10);
+            const std::string text = pen_.fitted(mark.text, kMarkWidth, 10);
+            const double width = pen_.textWidth(text, 10);
             // At the right edge the text stands before its tick.
             const bool turned = at + 3 + width > kWidth - 4;
             const double start = turned ? at - 3 - width : at + 3;
@@ -323,7 +325,7 @@ private:
                     const double base = y_ + kMarkRow * (static_cast<double>(i) + 1);
                     // Clear of the ticks behind it.
                     pen_.box(start - 1.5, base - 9, width + 3, 12, kEmpty);
-                    pen_.text(start, base, mark.text, 10, row.ink);
+                    pen_.text(start, base, text, 10, row.ink);
                     taken[i] = start + width + 5;
                     break;
                 }

@@ -22,14 +22,18 @@ bool isAway(const PoseMm& a, const PoseMm& b, double mm, double degrees)
     return distance(a.at, b.at) > mm || std::abs(wrapped({a.yaw.value - b.yaw.value}).value) > degrees;
 }
 
+// Every dock has room here, since the robot could not back out of it otherwise.
+PoseMm poseBefore(const Dock& dock)
+{
+    const PoseMm docked = dockedPose(dock);
+    return {docked.at - kBeforeDockMm * direction(docked.yaw), docked.yaw};
+}
+
 PoseMm startPose(const RobotSetup& setup)
 {
-    const PoseMm docked = dockedPose(setup.dock);
     if (setup.scenario.start.on_dock)
-        return docked;
-    if (setup.scenario.start.pose)
-        return *setup.scenario.start.pose;
-    return {docked.at - kBeforeDockMm * direction(docked.yaw), docked.yaw};
+        return dockedPose(setup.dock);
+    return setup.scenario.start.pose.value_or(poseBefore(setup.dock));
 }
 
 }  // namespace
@@ -103,7 +107,7 @@ void Robot::checkPlaces() const
                             what, kRobotRadiusMm, pose.at.x / 1000, pose.at.y / 1000));
     };
     if (setup_.scenario.start.pose)
-        expectRoom(*setup_.scenario.start.pose, 0, "pose");
+        expectRoom(*setup_.scenario.start.pose, setup_.scenario.start.pose_line, "pose");
     for (const ScenarioEvent& event : setup_.scenario.events) {
         if (const auto* carry = std::get_if<CarryTo>(&event.what))
             expectRoom(carry->pose, event.line, "carry_to");
@@ -132,6 +136,8 @@ bool Robot::moveBody(const Happening& what)
         body_.setSlip(slip->share);
     } else if (std::holds_alternative<PutOnDock>(what)) {
         body_.carryTo(dockedPose(setup_.dock));
+    } else if (std::holds_alternative<TakeOffDock>(what)) {
+        body_.carryTo(poseBefore(setup_.dock));
     } else {
         return false;
     }

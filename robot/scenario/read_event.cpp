@@ -218,6 +218,7 @@ const std::vector<Action>& actions()
         {"lift", {}, [](Fields e, Name n) -> Happening { return Lift{e.flag(n)}; }},
         {"carry_to", {}, [](Fields e, Name n) -> Happening { return CarryTo{poseOf(e, n)}; }},
         {"put_on_dock", {}, [](Fields e, Name n) -> Happening { return now(e, n), PutOnDock{}; }},
+        {"take_off_dock", {}, [](Fields e, Name n) -> Happening { return now(e, n), TakeOffDock{}; }},
         {"stuck", {}, readStuck<true>},
         {"unstuck", {}, readStuck<false>},
         {"slip", {}, [](Fields e, Name n) -> Happening { return Slip{e.number(n, 0, 1)}; }},

@@ -1,5 +1,7 @@
 #include "robot/scenario/scenario.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "robot/scenario/scenario_fields.h"
@@ -46,6 +48,7 @@ ScenarioStart readStart(const YamlFields& start)
             start.fail("pose", "it only with \"on_dock: false\"");
         }
         read.pose = poseOf(start, "pose");
+        read.pose_line = start.line("pose");
     }
     if (start.has("battery")) {
         read.battery = start.number("battery", 0, 100);
@@ -95,7 +98,11 @@ Scenario readScenario(const std::filesystem::path& file)
         scenario.start = readStart(top.fields("start"));
     }
     for (const YAML::Node& event : top.list("events")) {
-        scenario.events.push_back(readEvent({event, top.file(), "an event"}));
+        const YamlFields fields(event, top.file(), "an event");
+        scenario.events.push_back(readEvent(fields));
+        if (scenario.events.back().frame >= scenario.frames) {
+            fields.fail("at", fmt::format("a time before the end of the run, {} frames", scenario.frames));
+        }
     }
     std::stable_sort(scenario.events.begin(), scenario.events.end(),
                      [](const ScenarioEvent& a, const ScenarioEvent& b) { return a.frame < b.frame; });

@@ -83,6 +83,10 @@ struct CarryTo
 struct PutOnDock
 {};
 
+/// Set down half a metre before the dock.
+struct TakeOffDock
+{};
+
 /// Gets the robot stuck in a way of escape_kinds.h, or free of it.
 struct Stuck
 {
@@ -184,8 +188,8 @@ struct FittingChange
 
 using Happening =
     std::variant<KeyPress, AppCommand, EmptyNow, AppChildLock, WifiAnswer, EnterMode, SelfTestStep,
-                 SetBattery, Lift, CarryTo, Stuck, Slip, PutDown, TakeAway, PutOnDock, Fault, SetKeys,
-                 EraseKeys, StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
+                 SetBattery, Lift, CarryTo, Stuck, Slip, PutDown, TakeAway, PutOnDock, TakeOffDock, Fault,
+                 SetKeys, EraseKeys, StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
 
 struct ScenarioEvent
 {
@@ -213,6 +217,7 @@ struct ScenarioStart
 {
     bool on_dock = true;
     std::optional<PoseMm> pose;  ///< where the robot stands when it isn't on the dock
+    int pose_line = 0;           ///< in the scenario file
     double battery = 80;         ///< percent
     bool child_lock = false;
     std::optional<double> charge_rate;  ///< percent an hour

@@ -8,7 +8,7 @@ namespace vemra::robot {
 
 std::uint64_t framesOf(const YamlFields& fields, std::string_view name)
 {
-    const std::string text = fields.text(name);
+    const std::string text = fields.text(name, "a count of frames or a time");
     const auto frames = framesOfText(text);
     if (!frames) {
         fields.fail(name,

@@ -32,7 +32,7 @@ GreyScale readScale(const YamlFields& map)
     if (scale.mode != "trinary" && scale.mode != "scale" && scale.mode != "raw") {
         map.fail("mode", "trinary, scale or raw");
     }
-    const std::string negate = map.text("negate");
+    const std::string negate = map.text("negate", "0 or 1");
     scale.negate = negate == "1" || negate == "0" ? negate == "1" : map.flag("negate");
     scale.occupied = map.number("occupied_thresh", 0, 1);
     scale.free = map.number("free_thresh", 0, 1);

@@ -77,12 +77,13 @@ TEST(RunCommand, RunsInAnyMapAndSaysWhereItPutTheDock)
     const auto map = folder.write("room.yaml",
                                   "image: room.pgm\nresolution: 0.05\norigin: [0, 0, 0]\nnegate: 0\n"
                                   "occupied_thresh: 0.65\nfree_thresh: 0.196\n");
-    const ProgramResult result = run({"--home", map.string(), "--frames", "100", "--json", "--scenario",
-                                      folder.write("quiet.yaml", "name: q\nframes: 9\n").string()});
+    // The day of those who name no scenario, in which the robot is taken off its dock.
+    const ProgramResult result = run({"--home", map.string(), "--frames", "2300", "--json"});
     EXPECT_EQ(result.exit_code, 0) << result.err;
     EXPECT_THAT(result.err, HasSubstr("names no dock; it is put at --dock "));
     const auto report = nlohmann::json::parse(linesOf(result.out).back())["report"];
-    EXPECT_TRUE(report["on_dock"]);
+    EXPECT_FALSE(report["on_dock"]);
+    EXPECT_EQ(report["mode"], "StandbyMode");
     EXPECT_THAT(result.err, HasSubstr(report["dock"].get<std::string>()));
 }
 
@@ -101,7 +102,7 @@ TEST(RunCommand, RefusesBadInputWithPlaceAndExpectation)
         folder.write("bad.yaml", "name: b\nframes: 9\nevents:\n  - {at: 1, key: go}\n").string();
     const std::string out = (folder / "out").string();
     const auto fault = [&](std::vector<std::string> words) {
-        words.insert(words.end(), {"--out", out, "--frames", "5"});
+        words.insert(words.begin(), {"--out", out});
         const ProgramResult result = run(words);
         EXPECT_EQ(result.exit_code, 2) << result.err;
         EXPECT_THAT(result.out, IsEmpty());
@@ -115,8 +116,29 @@ TEST(RunCommand, RefusesBadInputWithPlaceAndExpectation)
     EXPECT_THAT(fault({"--tree", "RobotNod"}), HasSubstr("did you mean 'RobotNode'?"));
     EXPECT_THAT(fault({"--plugin", scenario}), HasSubstr("cannot be loaded as a library of trees"));
     EXPECT_THAT(fault({"--sede", "1"}), HasSubstr("--sede"));
-    EXPECT_EQ(run({"--frames", "0"}).exit_code, 2);
+    for (const char* number : {"0", "-1", "1.5", "many", "99999999999999999999999"})
+        EXPECT_THAT(fault({"--frames", number}), HasSubstr("expected a whole number from 1 to")) << number;
+    EXPECT_THAT(fault({"--seed", "-1"}), HasSubstr("expected a whole number of at least 0, not '-1'"));
+    const std::string posed =
+        folder.write("posed.yaml", "name: p\nframes: 9\nstart:\n  on_dock: false\n  pose: [90, 0, 0]\n")
+            .string();
+    EXPECT_THAT(fault({"--scenario", posed}), HasSubstr("posed.yaml:5: \"pose\": expected a place"));
     EXPECT_EQ(run({"--frames", "5", "--out", scenario}).exit_code, 2) << "a file where a folder is to be";
+}
+
+TEST(RunCommand, KeepsWhatHappenedUntilItIsInterrupted)
+{
+    const Folder folder;
+    const std::string scenario = folder.write("long.yaml", "name: l\nframes: 9\n").string();
+    const std::filesystem::path out = folder / "out";
+    const ProgramResult result =
+        test::runProgram({"timeout", "-s", "INT", "2", std::string(VEMRA_BIN_DIR) + "/vemra", "run",
+                          "--scenario", scenario, "--frames", "1000000000", "--out", out.string()});
+    EXPECT_NE(result.exit_code, 0);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("vemra: stopped after "), HasSubstr("of 1000000000 frames")));
+    EXPECT_THAT(bytesOf(out / "timeline.txt"), AllOf(HasSubstr("ChargingMode"), testing::StrEq(result.out)));
+    EXPECT_THAT(result.err, HasSubstr(nlohmann::json::parse(bytesOf(out / "report.json"))["frames"].dump()));
+    EXPECT_THAT(bytesOf(out / "home.png"), StartsWith("\x89PNG"));
 }
 
 }  // namespace

@@ -174,6 +174,8 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(fault("at: 1, put_down: chair, box_at: [1, 2, 1, 3]"), here("x0 < x1"));
     EXPECT_THAT(fault("at: 1, put_on_dock: false"), here("expected true"));
     EXPECT_THAT(fault("at: 1, set: task_state"), here("blackboard keys"));
+    EXPECT_THAT(fault("at: 1, key: start, key: home"), here("\"key\" stands here twice"));
+    EXPECT_THAT(fault("at: 1h, key: start"), here("before the end of the run"));
 
     const auto whole = [&](const std::string& text) { return faultOf([&] { read(text); }); };
     EXPECT_THAT(whole("name: a\nframes: 0\n"), HasSubstr("day.yaml:2: \"frames\": expected at least one"));
@@ -183,6 +185,8 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(whole("name: a\nframes: 9\nstart: {map: {check: 2}}\n"), HasSubstr("0, 0.5 or -1"));
     EXPECT_THAT(whole("name: a\nframes: 9\nevents:\n - [1]\n"), HasSubstr("day.yaml:4: expected an event"));
     EXPECT_THAT(whole("name: {a\n"), HasSubstr("not YAML"));
+    EXPECT_THAT(whole("name: a\nframes: 9\n---\nname: b\n"), HasSubstr("day.yaml:4: expected one YAML"));
+    EXPECT_THAT(whole("name: &a [*a]\nframes: 9\n"), HasSubstr("levels"));
     EXPECT_THAT(whole(""), HasSubstr("expected a scenario"));
 }
 
