@@ -23,5 +23,10 @@ function(vemra_test name)
   target_compile_definitions(${name} PRIVATE VEMRA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                              VEMRA_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
                                              VEMRA_LIB_DIR="${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  set(environment "")
+  if(VEMRA_SANITIZE)
+    set(environment ENVIRONMENT
+                    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks_of_others.txt:print_suppressions=0")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ${environment})
 endfunction()

@@ -1,11 +1,10 @@
-#include <regex>
-
 #include "app_support.h"
 
 namespace vemra::test {
 namespace {
 
 using testing::HasSubstr;
+using testing::MatchesRegex;
 namespace fs = std::filesystem;
 
 class BadInput : public testing::Test
@@ -137,7 +136,7 @@ TEST(Help, EachCommandTellsItsOptions)
 
 TEST(Version, NamesTheCommit)
 {
-    EXPECT_TRUE(std::regex_match(vemraOutput({"--version"}), std::regex("commit-.+-[0-9]+-g[0-9a-f]{7,}\n")));
+    EXPECT_THAT(vemraOutput({"--version"}), MatchesRegex("commit-.+-[0-9]+-g[0-9a-f]{7,}\n"));
 }
 
 }  // namespace
