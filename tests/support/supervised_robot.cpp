@@ -28,6 +28,8 @@ constexpr ModeNames kModes[] = {
     {"FastMapBuildMode", "MapBuildModeIndex", nullptr, "IsAimMode_FastMapBuild"},
 };
 
+constexpr const char* kKeyValue = "1";
+
 NodeStatus passed(bool yes)
 {
     return yes ? SUCCESS : FAILURE;
@@ -108,7 +110,6 @@ void SupervisedRobot::scriptMachine()
     };
     holds("DoesHappenThisErr", errors);
     holds("DoesHappenThisWarning", warnings);
-    holds("DoesHappenStationWarning", station_warnings);
     for (const char* confirmed : {"IsElecParaInitOK", "IsGyroParaInitOK", "IsIrParaInitOK",
                                   "IsLightFlowParaInitOK", "IsInfraredConnect", "IsInFrequentDust"})
         leaf(confirmed).succeeds();
@@ -130,7 +131,7 @@ void SupervisedRobot::scriptCommands()
         return passed(now.frame == key_frame_);
     });
     leaf("DoesKeyValueIs").decides([this](const Moment& now) {
-        return passed(now.frame >= key_frame_ && now.port("button_value") == key_value_);
+        return passed(now.frame >= key_frame_ && now.port("button_value") == kKeyValue);
     });
     for (const char* key : {"Is_Key1_Click", "Is_Key2_Click", "Is_Key1_LongPressed", "Is_Key2_LongPressed",
                             "Is_SetWIFIKey_Click", "Is_ResetKey_LongPress"})
@@ -163,12 +164,11 @@ void SupervisedRobot::enterMode(const std::string& name)
     tick();
 }
 
-void SupervisedRobot::press(const std::string& key_leaf, const std::string& value)
+void SupervisedRobot::press(const std::string& key_leaf)
 {
     key_leaf_ = key_leaf;
-    key_value_ = value;
     key_frame_ = frame() + 1;
-    set("OloButton", value);
+    set("OloButton", kKeyValue);
 }
 
 void SupervisedRobot::command(const std::string& mode_name)

@@ -33,8 +33,8 @@ public:
     std::string mode;  ///< as RobotModeAdjugement names it
     int battery = 80;
     bool on_charger = false;
-    bool quiet_hours = false;                                  ///< the do-not-disturb time
-    std::set<std::string> errors, warnings, station_warnings;  ///< after OLO_HEALTH_STATUS_TYPE_
+    bool quiet_hours = false;                ///< the do-not-disturb time
+    std::set<std::string> errors, warnings;  ///< after OLO_HEALTH_STATUS_TYPE_
 
     /// Takes over what ChangeRobotModeTo asks for. When false, requests are only written down.
     bool obeys_requests = true;
@@ -44,7 +44,7 @@ public:
     /// Changes the mode as from outside and ticks until the change is dealt with.
     void enterMode(const std::string& name);
     /// One press, taken on the next frame: "Is_Key1_Click", or a leaf of another key.
-    void press(const std::string& key_leaf, const std::string& value = "1");
+    void press(const std::string& key_leaf);
     /// One command of the app, taken on the next frame, by the mode that it names.
     void command(const std::string& mode_name);
 
@@ -65,7 +65,6 @@ private:
     int key_frame_ = -1;
     int command_frame_ = -1;
     std::string key_leaf_;
-    std::string key_value_;
     std::string command_;
     std::vector<std::string> requests_;
     std::vector<std::string> music_;

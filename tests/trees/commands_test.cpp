@@ -25,11 +25,10 @@ protected:
         robot.forget();
     }
     /// What was asked for by one press of a key, in this mode.
-    std::vector<std::string> pressed(const std::string& key, const std::string& mode,
-                                     const std::string& value = "1")
+    std::vector<std::string> pressed(const std::string& key, const std::string& mode)
     {
         in(mode);
-        robot.press(key, value);
+        robot.press(key);
         robot.tick();
         return robot.requests();
     }

@@ -3,43 +3,6 @@
 namespace vemra::test {
 namespace {
 
-using testing::ElementsAre;
-
-TEST(StartUp, OffTheDockStandsByAndOnItCharges)
-{
-    SupervisedRobot robot;
-    robot.powerOn();
-    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
-    EXPECT_TRUE(robot.askedNow("StandbyModeIndex"));
-    EXPECT_FALSE(robot.has("chargemode_poweron"));
-    EXPECT_TRUE(robot.asked("LDS_Switch", {{"state", "false"}}));
-    EXPECT_EQ(robot.key("task_state"), "init");
-    EXPECT_EQ(robot.key("task_type"), "Idle");
-    EXPECT_EQ(robot.key("bump_dir"), "None");
-
-    SupervisedRobot docked;
-    docked.on_charger = true;
-    docked.powerOn();
-    EXPECT_THAT(docked.requests(), ElementsAre("ChargingMode"));
-    EXPECT_TRUE(docked.askedNow("StopChargingIndex"));
-    EXPECT_EQ(docked.key("chargemode_poweron"), "true");
-}
-
-TEST(StartUp, KeepsTheMapOnlyAtAReturnOfZero)
-{
-    for (const double returned : {0.0, 0.5, -1.0}) {
-        const bool cleared = returned != 0;
-        SupervisedRobot robot;
-        robot.set("reuse_map_id", "7");
-        robot.leaf("SlamCleanComplete").writes("slam_save_map_reta", returned);
-        robot.powerOn();
-        EXPECT_EQ(robot.has("reuse_map_id"), !cleared) << returned;
-        EXPECT_EQ(robot.key("startup_clear_flag") == "check_map_id_failed", cleared) << returned;
-        EXPECT_EQ(robot.has("clear_map_flag"), cleared) << returned;
-        EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode")) << "the robot goes on in any case";
-    }
-}
-
 TEST(StartUp, ClearsTheMapWhoseSegmentsCannotBeHad)
 {
     SupervisedRobot robot;

@@ -3,7 +3,6 @@
 namespace vemra::test {
 namespace {
 
-
 /// The robot charges, and its station can empty it.
 class Station : public testing::Test
 {
@@ -134,26 +133,6 @@ TEST_F(Station, EmptiesOnDemandAndDropsItWhenTheLinkIsLostForTwentyTries)
     EXPECT_EQ(robot.key("handle_dust_numbers"), "2");
     EXPECT_FALSE(robot.has("APPDustHandle"));
     EXPECT_EQ(robot.music().size(), tunes) << "without a sound";
-}
-
-TEST_F(Station, GoesOnAfterABlockForTenSecondsMoreThanWasLeft)
-{
-    landAfterCleaning();
-    robot.tick(350);
-    ASSERT_TRUE(robot.askedNow("DustTimeHandle"));
-    robot.leaf("DoesDustStatus").where("dust_state", "DUST_RUNNING").succeeds();
-    robot.set("dust_left_time", 4000);
-    robot.station_warnings = {"DUST_BLOCK"};
-    robot.tick();
-    EXPECT_TRUE(robot.has("continue_dust"));
-    EXPECT_FALSE(robot.has("dust_handle"));
-    robot.station_warnings.clear();
-    robot.tick(2);
-    EXPECT_TRUE(robot.asked("DustContrlSet", {{"dust_status", "DUST_CONTINUE"}, {"time_set", "14000"}}));
-    robot.leaf("DoesDustStatus").fails();
-    robot.tick(120);
-    EXPECT_FALSE(robot.has("continue_dust"));
-    EXPECT_FALSE(robot.has("Have_dust_task"));
 }
 
 }  // namespace
