@@ -7,7 +7,6 @@
 #include "robot/files.h"
 #include "robot/sketch.h"
 #include "robot/world/map_file.h"
-#include "robot/world/walls.h"
 
 namespace vemra::robot {
 namespace {
@@ -17,14 +16,6 @@ using testing::HasSubstr;
 std::string check(const Home& home, const Dock& dock)
 {
     return faultOf([&] { checkDock(home, dock, "map.yaml", 7); });
-}
-
-TEST(Dock, TheDockedRobotTouchesTheFaceAndLooksAtIt)
-{
-    const PoseMm pose = dockedPose({{{1000, 50}, {90}}});
-    EXPECT_NEAR(pose.at.x, 1000, 1e-9);
-    EXPECT_NEAR(pose.at.y, 225, 1e-9);
-    EXPECT_EQ(pose.yaw, Degrees{-90});
 }
 
 TEST(Dock, BadPlacesAreRefusedWithTheirReasonAndAnOffer)
@@ -102,7 +93,10 @@ TEST(Dock, AnyRoomGetsADockThatPassesTheCheck)
         const auto dock = placeDock(home);
         ASSERT_TRUE(dock) << angle;
         EXPECT_EQ(check(home, *dock), "nothing thrown") << angle;
-        EXPECT_TRUE(home.isDiscFree(dockedPose(*dock).at, kRobotRadiusMm)) << angle;
+        const PoseMm docked = dockedPose(*dock);
+        EXPECT_TRUE(home.isDiscFree(docked.at, kRobotRadiusMm)) << angle;
+        const PointMm face = docked.at + kRobotRadiusMm * direction(docked.yaw);
+        EXPECT_LT(distance(face, dock->face.at), 1e-6) << "touches it and looks at it";
         EXPECT_EQ(placeDock(home), dock) << "the same again";
     }
     EXPECT_EQ(placeDock(sketch({"....", "...."})), std::nullopt) << "no room for a robot";
@@ -130,36 +124,6 @@ TEST(Dock, OptionTextIsMetresAndDegrees)
     for (const char* bad : {"", "1,2", "1,2,3,4", "1;2;3", "1,2,x", "1,2,3 ", "a,2,3", "nan,0,0", "1,,3"}) {
         EXPECT_THAT(faultOf([&] { parseDock(bad); }), HasSubstr("expected X,Y,DEG")) << bad;
     }
-}
-
-TEST(Walls, StretchesEndWhereWallOrFloorDo)
-{
-    // The lower wall is 1000 mm; a pillar 10 cells above it takes 50 mm out, leaving 600 and 350.
-    auto lines = room(22, 22);
-    lines[21 - 10][13] = '#';
-    std::vector<WallStretch> up;
-    for (const WallStretch& wall : freeWalls(sketch(lines), {600, 600, 0})) {
-        if (wall.looks.value == 90 && wall.middle.y == 50) {
-            up.push_back(wall);
-        }
-    }
-    ASSERT_EQ(up.size(), 1U);
-    EXPECT_EQ(up[0].length_mm, 600);
-    EXPECT_EQ(up[0].middle, (PointMm{350, 50}));
-}
-
-TEST(Walls, UnevenWallsCountAsOneAndOpenFloorAsNone)
-{
-    auto lines = room(22, 22);
-    lines[20] =
-        "#" + std::string(7, '#') + std::string(13, '.') + "#";  // a step of one cell in the lower wall
-    std::vector<PointMm> up;
-    for (const WallStretch& wall : freeWalls(sketch(lines), {1000, 600, 2})) {
-        if (wall.looks.value == 90) {
-            up.push_back(wall.middle);
-        }
-    }
-    EXPECT_THAT(up, testing::ElementsAre(PointMm{550, 100}));
 }
 
 }  // namespace

@@ -32,20 +32,6 @@ struct MapRig
     std::uint64_t frame = 0;
 };
 
-TEST(Grid, KeepsItsCellsWhenItMovesAndKnowsNegativeOnes)
-{
-    EXPECT_EQ(cellAt({-1, 49}), (CellIndex{-1, 0}));
-    EXPECT_EQ(centreOf({-1, 0}), (PointMm{-25, 25}));
-    EXPECT_EQ(cellsOf({{-10, 0}, {60, 10}}), (CellWindow{{-1, 0}, {2, 1}}));
-    Grid<int> grid({{-2, -2}, {2, 2}}, 0, 9);
-    grid.set({-2, 1}, 5);
-    grid.set({7, 7}, 6);
-    grid.moveTo({{-5, 0}, {1, 4}});
-    EXPECT_EQ(grid.at({-2, 1}), 5);
-    EXPECT_EQ(grid.at({-4, 3}), 9) << "new cells are as outside";
-    EXPECT_EQ(grid.at({7, 7}), 9);
-}
-
 TEST(OccupancyMap, AWallStaysAndAThingThatIsCarriedAwayFades)
 {
     OccupancyMap map;
@@ -83,11 +69,9 @@ TEST(OccupancyMap, GrowsToItsLimitAndNoFurther)
 
 TEST(RobotMap, ADriveThroughARoomGivesItsWalls)
 {
-    const std::vector<std::string> lines = room(60, 40);
-    MapRig rig(lines, {{600, 1000}, {0}});
+    MapRig rig(room(60, 40), {{600, 1000}, {0}});
     rig.body.drive({200, 200});
     rig.frames(300);
-    const Grid<CellState> truth = gridOf(lines);
     int free = 0;
     int wrong = 0;
     for (int row = 1; row < 39; ++row) {
@@ -141,61 +125,32 @@ TEST(RobotMap, AWallThatTheLaserSeesIsNoContactAndAnEdgeOfTheFloorIs)
     EXPECT_FALSE(stairs.map.contacts().all().empty());
 }
 
-TEST(Track, FindsPlacesByDistanceAndByTime)
-{
-    Track track;
-    for (int x = 0; x <= 1000; x += 10) {
-        track.follow({static_cast<double>(x), 25});
-    }
-    for (int x = 1000; x >= 500; x -= 10) {
-        track.follow({static_cast<double>(x), 325});
-    }
-    const auto any = [](CellIndex) { return true; };
-    EXPECT_EQ(track.size(), 21U + 11U);
-    EXPECT_TRUE(track.passed({4, 0}));
-    EXPECT_FALSE(track.passed({4, 2}));
-    EXPECT_TRUE(track.covered({4, 2}));
-    EXPECT_EQ(track.nearest({210, 900}, any), (CellIndex{10, 6}));
-    EXPECT_EQ(track.nearest({210, 900}, [](CellIndex c) { return c.row == 0; }), (CellIndex{4, 0}));
-    EXPECT_EQ(track.last([](CellIndex c) { return c.column >= 15; }), (CellIndex{15, 6}));
-    EXPECT_EQ(track.lastWithin({0, 0}, 200, any), (CellIndex{3, 0}));
-    EXPECT_FALSE(track.nearest({0, 0}, [](CellIndex) { return false; }));
-}
-
 TEST(Localisation, ErrsLittleWhileItKnowsAndDriftsWhenLost)
 {
-    World world(sketch(room(100, 40)));
-    Body body(world, {{600, 1000}, {0}}, Chance(3));
-    Localisation pose(body);
-    double worst = 0;
-    const auto drive = [&](int frames) {
-        for (int i = 0; i < frames; ++i) {
-            body.step(0.02);
-            worst = std::max(worst, distance(pose.pose().at, body.truePose().at));
-        }
-    };
-    body.drive({200, 200});
-    drive(300);
-    EXPECT_GT(worst, 1);
-    EXPECT_LT(worst, 15);
+    MapRig rig(room(100, 40), {{600, 1000}, {0}});
+    Localisation& pose = rig.pose;
+    const auto off = [&] { return distance(pose.pose().at, rig.body.truePose().at); };
+    rig.body.drive({200, 200});
+    for (int i = 0; i < 300; ++i) {
+        rig.frames(1);
+        ASSERT_LT(off(), 15);
+    }
     pose.lose();
-    body.setSlip(0.5);
-    drive(300);
-    EXPECT_GT(distance(pose.pose().at, body.truePose().at), 300) << "odometry does not feel slip";
+    rig.body.setSlip(0.5);
+    rig.frames(300);
+    EXPECT_GT(off(), 300) << "odometry does not feel slip";
     pose.find();
-    EXPECT_LT(distance(pose.pose().at, body.truePose().at), 15);
+    EXPECT_LT(off(), 15);
 
+    // In a new frame, along the old x axis lies the new y axis.
     pose.restart({{0, 0}, {90}});
-    EXPECT_LT(distance(pose.pose().at, {0, 0}), 15);
     EXPECT_NEAR(pose.pose().yaw.value, 90, 1);
-    EXPECT_LT(distance(pose.inWorld({0, 0}), body.truePose().at), 1e-6);
-    // Along the old x axis lies the new y axis.
-    EXPECT_LT(distance(pose.inWorld({0, 100}), body.truePose().at + PointMm{100, 0}), 1);
+    EXPECT_LT(distance(pose.inWorld({0, 100}), rig.body.truePose().at + PointMm{100, 0}), 1);
     // Lost again, the odometry carries the pose on in the new frame.
-    body.setSlip(0);
+    rig.body.setSlip(0);
     pose.lose();
     const PoseMm lost = pose.pose();
-    drive(50);
+    rig.frames(50);
     EXPECT_GT(pose.pose().at.y - lost.at.y, 150);
     EXPECT_LT(std::abs(pose.pose().at.x - lost.at.x), 20);
 }

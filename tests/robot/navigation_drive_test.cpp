@@ -9,9 +9,6 @@ using BT::NodeStatus;
 using testing::IsEmpty;
 using testing::Not;
 
-const std::filesystem::path kFlat = std::filesystem::path(VEMRA_SOURCE_DIR) / "homes/flat/flat.yaml";
-const std::string kTrees = VEMRA_LIB_DIR "/libvemra_tree.so";
-
 constexpr PoseMm kLivingRoom{{2700, 2600}, {-90}};
 constexpr PointMm kBathroom{7900, 5500};
 constexpr double kArrivedMm = 110;
@@ -28,30 +25,26 @@ struct FlatTest : testing::Test
             if (!robot.search(mode, goal)) {
                 return false;
             }
-            robot.enter(mode == "Target" ? "NavigateProc" : "NavigateProcNoUnknown");
-            if (robot.run(6000) == NodeStatus::SUCCESS) {
+            const std::string drive = mode == "Target" ? "NavigateProc" : "NavigateProcNoUnknown";
+            if (robot.runTree(drive, 6000) == NodeStatus::SUCCESS) {
                 return true;
             }
             robot.passes("SetMapDrawMode", {{"draw_mode", "BlockOnly"}});
             robot.blackboard->set("navi_followwall_mode", mode);
-            robot.enter("NavigateFollowWall");
-            EXPECT_EQ(robot.run(4000), NodeStatus::FAILURE);
-            follow_frames += robot.frames_run;
+            EXPECT_EQ(robot.runTree("NavigateFollowWall", 4000), NodeStatus::FAILURE);
         }
         return false;
     }
 
-    NavigationRig robot{readHome(kFlat).home, kLivingRoom, kTrees};
+    NavigationRig robot{NavigationRig::flat(), kLivingRoom};
     int tries = 0;
-    int follow_frames = 0;
 };
 
 TEST_F(FlatTest, GotoPointDrivesFromTheLivingRoomToTheBathroom)
 {
     robot.knowHome();
     ASSERT_TRUE(robot.search("TargetNoUnknown", kBathroom));
-    robot.enter("GotoPoint");
-    EXPECT_EQ(robot.run(3000), NodeStatus::SUCCESS);
+    EXPECT_EQ(robot.runTree("GotoPoint", 3000), NodeStatus::SUCCESS);
     EXPECT_LT(robot.away(kBathroom), kArrivedMm);
     EXPECT_FALSE(robot.bumped);
     EXPECT_EQ(robot.body.commanded(), WheelSpeeds{});
@@ -66,22 +59,12 @@ TEST_F(FlatTest, FloorThatWasNotSeenYetIsNoHindranceUnlessItIsAskedFor)
     EXPECT_TRUE(goTo(kLivingRoom.at, "TargetNoUnknown", 1));
 }
 
-TEST_F(FlatTest, ANearGoalNeedsNoPlan)
-{
-    const PointMm near = kLivingRoom.at + PointMm{60, -60};
-    robot.blackboard->set("navi_target_point", near);
-    robot.enter("NavigateProc");
-    EXPECT_EQ(robot.run(600), NodeStatus::SUCCESS);
-    EXPECT_LT(robot.away(near), 40);
-}
-
 TEST_F(FlatTest, AThingBelowTheLaserIsBumpedIntoAndPassedAlong)
 {
     robot.knowHome();
     robot.world.putDown({{3900, 2800}, {4500, 3100}}, Height::Low);
     ASSERT_TRUE(robot.search("Target", kBathroom));
-    robot.enter("NavigateProc");
-    EXPECT_EQ(robot.run(3000), NodeStatus::FAILURE);
+    EXPECT_EQ(robot.runTree("NavigateProc", 3000), NodeStatus::FAILURE);
     EXPECT_TRUE(robot.bumped);
     EXPECT_TRUE(robot.passes("Bumped", {{"bump_dir", "${bump_dir}"}}));
     EXPECT_FALSE(robot.body.bumper().any()) << "it has backed off";
@@ -113,8 +96,7 @@ TEST_F(FlatTest, AShutDoorMakesItTakeAnotherWayAndNoneIsAFailure)
     EXPECT_FALSE(robot.search("Origin", kLivingRoom.at));
     // The tree that keeps on searching ends as well.
     robot.blackboard->set("navi_target_point", kLivingRoom.at);
-    robot.enter("NavigateProcWithHistoryMapNoneStop");
-    EXPECT_EQ(robot.run(4000), NodeStatus::FAILURE);
+    EXPECT_EQ(robot.runTree("NavigateProcWithHistoryMapNoneStop", 4000), NodeStatus::FAILURE);
 }
 
 TEST_F(FlatTest, AGapThatIsTooNarrowByTheMapIsTriedWhereThereIsNoOtherWay)
@@ -133,8 +115,7 @@ TEST_F(FlatTest, ItLeavesAVirtualWallThatItStandsIn)
     robot.knowHome();
     robot.blackboard->set("virtual_wall_rects", "2200;2200;3200;3000");
     ASSERT_TRUE(robot.passes("GenerateVirtualWalls"));
-    robot.enter("CheckInVirtualWall");
-    EXPECT_EQ(robot.run(2000), NodeStatus::SUCCESS);
+    EXPECT_EQ(robot.runTree("CheckInVirtualWall", 2000), NodeStatus::SUCCESS);
     EXPECT_EQ(robot.map.virtualWalls().areaAt(robot.body.truePose().at), nullptr);
     EXPECT_FALSE(robot.blackboard->contains("have_trapped_type"));
 
@@ -162,8 +143,7 @@ TEST_F(FlatTest, ExploringShowsTheWholeFlat)
                                       {"output_point", "navi_target_point"}};
     int drives = 0;
     while (drives < 60 && robot.passes("AwesomeSearch", frontier)) {
-        robot.enter("NavigateExploreProc");
-        robot.run(3000);
+        robot.runTree("NavigateExploreProc", 3000);
         ++drives;
     }
     EXPECT_LT(drives, 60);

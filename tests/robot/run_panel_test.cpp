@@ -90,35 +90,6 @@ TEST(Sleep, IsLeftByOtherKeysThanSetUpAndByTheApp)
     EXPECT_THAT(modes("key: reset"), IsEmpty());
 }
 
-TEST(QuietHours, PutTheLightOutUntilSomebodyComes)
-{
-    RobotRun run(RobotRun::scenario("annoy: {from: 10s, to: 50s}", {"at: 20s, key: home"}));
-    run.play();
-    EXPECT_THAT(run.texts(LogKind::Light, 499, 502), ElementsAre("BUTTON_LED_OFF"));
-    EXPECT_THAT(run.texts(LogKind::Light, 1000, 1002), ElementsAre("BUTTON_LED_Charging_NoTask_Workable"));
-}
-
-TEST(WifiSetUp, EndsWithAnAnswerThatIsThereOrAfterSixSeconds)
-{
-    const auto back = [](const std::vector<std::string>& events) {
-        RobotRun run(RobotRun::scenario("on_dock: false", events));
-        run.play();
-        EXPECT_THAT(run.texts(LogKind::Mode, 500), ElementsAre("WIFISetMode", "StandbyMode"));
-        return run.frames(LogKind::Mode, "StandbyMode").back();
-    };
-    EXPECT_LT(back({"at: 9s, wifi: joined", "at: 10s, key: wifi"}), 510U);
-    EXPECT_GT(back({"at: 10s, key: wifi"}), 800U);
-}
-
-TEST(Update, StandsByWhenItIsDone)
-{
-    RobotRun run(RobotRun::scenario("on_dock: false", {"at: 5s, app: ota", "at: 10s, key: start"}, "2m"));
-    run.play();
-    EXPECT_THAT(run.texts(LogKind::Mode), ElementsAre("StandbyMode", "OtaModeMode", "StandbyMode"))
-        << "no key is taken during an update";
-    EXPECT_THAT(run.texts(LogKind::Light), Contains("BUTTON_LED_OTA"));
-}
-
 TEST(SelfTest, OfTheBoardRetriesAFailedTestAndEndsInStandby)
 {
     RobotRun run(RobotRun::scenario(
@@ -127,14 +98,6 @@ TEST(SelfTest, OfTheBoardRetriesAFailedTestAndEndsInStandby)
     run.play();
     EXPECT_GT(run.frames(LogKind::Custom, "RobotSelfTest_Fan failed").size(), 5U);
     EXPECT_NEAR(static_cast<double>(run.first(LogKind::Custom, "RobotSelfTest_Fan passed")), 1000, 30);
-    EXPECT_THAT(run.texts(LogKind::Mode), ElementsAre("StandbyMode", "SelfTestMode", "StandbyMode"));
-}
-
-TEST(SelfTest, OfTheAppTestsEachPartOnceUntilItIsStopped)
-{
-    RobotRun run(RobotRun::scenario("on_dock: false", {"at: 5s, self_test: app"}));
-    run.play();
-    EXPECT_EQ(run.frames(LogKind::Custom, "RobotSelfTest_Turn passed").size(), 1U);
     EXPECT_THAT(run.texts(LogKind::Mode), ElementsAre("StandbyMode", "SelfTestMode", "StandbyMode"));
 }
 
