@@ -90,6 +90,28 @@ TEST(ModeChange, IntoACleaningModeStopsTheDustWork)
     EXPECT_TRUE(robot.has("dust_delay_end"));
 }
 
+TEST(SelfTest, OfTheAppSkipsWhatIsNotAskedForAndStopsOnDemand)
+{
+    SupervisedRobot robot;
+    robot.powerOn();
+    robot.obeys_requests = false;
+    robot.leaf("NeedToEnterRobotSelfTestMode").succeeds();
+    robot.leaf("IsAPPTest").succeeds();
+    robot.leaf("Is_bump_test").succeeds();
+    robot.forget();
+    robot.forgetRequests();
+    robot.tick();
+    EXPECT_TRUE(robot.inOrder({{"RobotSelfTest_Cliff", {}}, {"RobotSelfTest_LDS", {}}, {"NotifyTrd", {}}}));
+    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Bump")) << "done already";
+    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
+
+    robot.leaf("IsStopTest").succeeds();
+    robot.forget();
+    robot.tick(2);
+    EXPECT_TRUE(robot.asked("SelfTestTestOver"));
+    EXPECT_TRUE(robot.notAsked("RobotSelfTest_Calibration"));
+}
+
 TEST(WaterBox, DuringACleaningLooksForTheWallsThatItChanges)
 {
     SupervisedRobot robot;

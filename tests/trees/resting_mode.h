@@ -10,7 +10,7 @@ class RestingMode : public testing::Test
 protected:
     RestingMode()
         : robot({"StandbyModeIndex", "StopModeIndex", "StopChargingIndex", "SleepModeDealIndex",
-                 "PowerOffModeIndex", "OTAModeDealIndex"})
+                 "PowerOffModeIndex", "OTAModeDealIndex", "SetWIFIModeIndex"})
     {
         robot.obeys_requests = false;
         robot.set("task_state", "init");

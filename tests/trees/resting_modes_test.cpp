@@ -167,5 +167,16 @@ TEST_F(RestingMode, UpdateClosesTheTaskAndHoldsTheEmptying)
     EXPECT_FALSE(robot.has("annoy_ota"));
 }
 
+TEST_F(RestingMode, WifiSetUpEndsInStandbyWithTheAnswerOrWithoutOne)
+{
+    enter("WIFISetMode", "SetWIFIModeIndex", 300);
+    EXPECT_THAT(robot.requests(), IsEmpty());
+    robot.tick(5);
+    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
+    robot.leaf("DoesAlreadyGetWIFIRes").succeeds();
+    enter("WIFISetMode", "SetWIFIModeIndex", 3);
+    EXPECT_THAT(robot.requests(), Contains("StandbyMode"));
+}
+
 }  // namespace
 }  // namespace vemra::test

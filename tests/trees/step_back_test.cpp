@@ -57,6 +57,21 @@ TEST(StepBack, AfterAnEscapeIsNotMade)
     EXPECT_TRUE(robot.asked("Stop"));
 }
 
+TEST(BlindAdvance, ThatBumpsGivesTheWholeRunUpAndWaitsBehindItsStepBack)
+{
+    ScriptedRobot robot;
+    robot.tree("Back2cm").succeedsAfter(3);
+    robot.leaf("SensorCheckBumped").decides(pressedIn({{30, 30}}, "Left"));
+    robot.start("BlindAdvance");
+    EXPECT_EQ(robot.tick(30), RUNNING);
+    EXPECT_EQ(robot.key("bump_dir"), "Left");
+    EXPECT_TRUE(robot.halted("OpenCloseMove"));
+    const int driven = robot.framesOf("OpenCloseMove");
+    EXPECT_EQ(robot.tick(3 + 19), RUNNING);
+    EXPECT_EQ(robot.finish(3), SUCCESS);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove"), driven);
+}
+
 TEST(ShakeAndBack, StopsAfterTenCentimetresAndTurnsOnlyBeforeADock)
 {
     ScriptedRobot robot;
