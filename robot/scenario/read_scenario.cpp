@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 
+#include "robot/input_error.h"
 #include "robot/scenario/scenario_fields.h"
 
 namespace vemra::robot {
@@ -80,6 +82,23 @@ ScenarioStart readStart(const YamlFields& start)
     return read;
 }
 
+// Somebody who misspells a thing would wonder why it stays.
+void checkThings(const Scenario& scenario)
+{
+    std::set<std::string> there;
+    for (const ScenarioEvent& event : scenario.events) {
+        if (const auto* thing = std::get_if<PutDown>(&event.what)) {
+            there.insert(thing->name);
+        } else if (const auto* gone = std::get_if<TakeAway>(&event.what);
+                   gone != nullptr && there.erase(gone->name) == 0) {
+            throw InputError(
+                scenario.file, event.line,
+                fmt::format("\"take_away\": expected a thing that was put down before, not \"{}\"",
+                            gone->name));
+        }
+    }
+}
+
 }  // namespace
 
 Scenario readScenario(const std::filesystem::path& file)
@@ -106,6 +125,7 @@ Scenario readScenario(const std::filesystem::path& file)
     }
     std::stable_sort(scenario.events.begin(), scenario.events.end(),
                      [](const ScenarioEvent& a, const ScenarioEvent& b) { return a.frame < b.frame; });
+    checkThings(scenario);
     return scenario;
 }
 

@@ -35,6 +35,7 @@ TEST(BashCompletion, OffersCommandsAndOptionsWhereTheyStand)
     EXPECT_THAT(offered({"trees", ""}), IsSupersetOf({"list", "show", "export", "keys"}));
     EXPECT_THAT(offered({"trees", "export", "--f"}), ElementsAre("--format"));
     EXPECT_THAT(offered({"leaves", "list", "--"}), Not(Contains("--format")));
+    EXPECT_THAT(offered({"run", "--tree", "RobotN"}), ElementsAre("RobotNode"));
     // The value of an option is no command.
     EXPECT_THAT(offered({"trees", "show", "--plugin", "list", "--e"}), ElementsAre("--expand"));
 }

@@ -175,6 +175,7 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(fault("at: 1, put_on_dock: false"), here("expected true"));
     EXPECT_THAT(fault("at: 1, set: task_state"), here("blackboard keys"));
     EXPECT_THAT(fault("at: 1, key: start, key: home"), here("\"key\" stands here twice"));
+    EXPECT_THAT(fault("at: 1, take_away: chair"), here("put down before, not \"chair\""));
     EXPECT_THAT(fault("at: 1h, key: start"), here("before the end of the run"));
 
     const auto whole = [&](const std::string& text) { return faultOf([&] { read(text); }); };
