@@ -4,7 +4,7 @@ namespace vemra::test {
 namespace {
 
 /// The bumper is pressed in these frames, inclusive.
-Answer::Function pressedIn(std::vector<std::pair<int, int>> frames, const std::string& direction)
+Answer::Function pressedIn(const std::vector<std::pair<int, int>>& frames, const std::string& direction)
 {
     return [frames, direction](const Moment& now) {
         for (const auto& [first, last] : frames)
