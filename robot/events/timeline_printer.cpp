@@ -78,11 +78,39 @@ void TimelinePrinter::take(const LogEntry& entry)
     times_ = 1;
 }
 
-void TimelinePrinter::finish(const nlohmann::ordered_json&)
+void TimelinePrinter::finish(const nlohmann::ordered_json& report)
 {
     print();
     pending_.reset();
+    if (report.is_object() && report.contains("frames")) {
+        summarise(report);
+    }
     out_.flush();
+}
+
+void TimelinePrinter::summarise(const nlohmann::ordered_json& report)
+{
+    const auto frames = report.value("frames", std::uint64_t{0});
+    out_ << fmt::format("\n{} frames, {}", frames, timeOfFrame(frames));
+    if (const std::string mode = report.value("mode", ""); !mode.empty()) {
+        out_ << ", " << mode;
+    }
+    if (report.contains("battery")) {
+        out_ << fmt::format(", battery {:.0f} %", report.value("battery", 0.0));
+    }
+    if (report.contains("run_mm")) {
+        out_ << fmt::format(", {:.1f} m driven", report.value("run_mm", 0.0) / 1000);
+    }
+    out_ << '\n';
+    const auto unanswered = report.find("leaves_without_service");
+    if (unanswered == report.end() || unanswered->empty()) {
+        return;
+    }
+    out_ << "leaves that nothing on this robot answers, and how often they were asked:";
+    for (const auto& [leaf, ticks] : unanswered->items()) {
+        out_ << fmt::format(" {} {}", leaf, ticks.get<std::uint64_t>());
+    }
+    out_ << '\n';
 }
 
 void TimelinePrinter::print()

@@ -9,7 +9,7 @@
 namespace vemra::robot {
 
 /// The time line for people: frame, time, kind, text. The same thing said in frame after frame is printed
-/// once, with how often it was said; of the battery, each tenth percent.
+/// once, with how often it was said; of the battery, each tenth percent. At the end what the run came to.
 class TimelinePrinter : public LogSink
 {
 public:
@@ -27,6 +27,8 @@ public:
 
 private:
     void print();
+    /// What the run came to, of the fields of the robot's report.
+    void summarise(const nlohmann::ordered_json& report);
 
     std::ostream& out_;
     bool colour_;

@@ -9,6 +9,7 @@
 namespace vemra::robot {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -60,17 +61,25 @@ TEST(TimelinePrinter, FoldsWhatIsSaidFrameAfterFrameAndSkipsSingleBatteryPercent
               "       9  0:00:00.180  mode           ChargingMode\n"
               "      10  0:00:00.200  message        charging  x3\n"
               "      14  0:00:00.280  message        two lines \"quoted\" \xff\n"
-              "  180001  1:00:00.020  body           battery 70 %\n");
+              "  180001  1:00:00.020  body           battery 70 %\n"
+              "\n180002 frames, 1:00:00.040\n");
 }
 
-TEST(TimelinePrinter, HasColoursOfItsOwnAlone)
+TEST(TimelinePrinter, HasColoursOfItsOwnAloneAndEndsWithWhatTheRunCameTo)
 {
     std::ostringstream out;
     TimelinePrinter printer(out, TimelinePrinter::Colour::On);
     EventLog log;
     log.addSink(printer);
     log.record(0, LogKind::Mode, "a \033[31m trick");
-    log.finish({});
+    log.finish({{"frames", 1},
+                {"mode", "SleepMode"},
+                {"battery", 7.6},
+                {"leaves_without_service", {{"Rotate", 3}}}});
+    EXPECT_THAT(out.str(),
+                EndsWith("\n1 frames, 0:00:00.020, SleepMode, battery 8 %\n"
+                         "leaves that nothing on this robot answers, and how often they were asked: "
+                         "Rotate 3\n"));
     EXPECT_THAT(out.str(), HasSubstr("\033[1;34mmode"));
     EXPECT_THAT(out.str(), Not(HasSubstr("\033[31m")));
 }
