@@ -88,7 +88,7 @@ void MapService::installSlam(leaf::LeafHost& host)
         slam_resumable_ = true;
         return BT::NodeStatus::SUCCESS;
     });
-    host.action("SlamPause", [this](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    host.action("SlamPause", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     host.condition("SlamIsResumable", [this](BT::TreeNode&) { return passed(slam_resumable_); });
     host.action("ChargingReloc", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
 }

@@ -9,13 +9,14 @@ namespace fs = std::filesystem;
 
 class BadInput : public testing::Test
 {
-protected:
+public:
     BadInput() : folder_(fs::temp_directory_path() / ("vemra_app_" + std::to_string(::getpid())))
     {
         fs::create_directories(folder_);
     }
     ~BadInput() override { fs::remove_all(folder_); }
 
+protected:
     static void expectRefusal(const std::vector<std::string>& arguments, const std::string& message)
     {
         const ProgramResult result = runVemra(arguments);

@@ -76,7 +76,7 @@ Home turnedRoom(double angle)
     std::vector<CellState> cells;
     for (int row = 0; row < side; ++row) {
         for (int column = 0; column < side; ++column) {
-            const PointMm p{(column + 0.5 - side / 2) * 50, (row + 0.5 - side / 2) * 50};
+            const PointMm p{(column + 0.5 - side / 2.0) * 50, (row + 0.5 - side / 2.0) * 50};
             const double u = std::abs(p.x * along.x + p.y * along.y) - 2000;
             const double v = std::abs(p.y * along.x - p.x * along.y) - 1500;
             const double out = std::max(u, v);

@@ -9,13 +9,6 @@
 #include "robot/files.h"
 #include "robot/sketch.h"
 
-// The font library keeps what it has read for the whole process.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions()
-{
-    return "leak:libfontconfig";
-}
-
 namespace vemra::robot {
 namespace {
 
@@ -33,7 +26,8 @@ public:
     std::uint32_t at(int x, int y) const
     {
         const unsigned char* row =
-            cairo_image_surface_get_data(surface_.get()) + y * cairo_image_surface_get_stride(surface_.get());
+            cairo_image_surface_get_data(surface_.get()) +
+            static_cast<std::ptrdiff_t>(y) * cairo_image_surface_get_stride(surface_.get());
         return reinterpret_cast<const std::uint32_t*>(row)[x] & 0xffffff;
     }
     bool good() const { return cairo_surface_status(surface_.get()) == CAIRO_STATUS_SUCCESS; }
