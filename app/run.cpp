@@ -14,14 +14,14 @@
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
 #include "app/whole_number.h"
+#include "robot/base/input_error.h"
+#include "robot/base/output_file.h"
 #include "robot/drawing/home_picture.h"
 #include "robot/drawing/run_picture.h"
 #include "robot/events/json_lines.h"
 #include "robot/events/timeline_printer.h"
 #include "robot/host/robot.h"
 #include "robot/host/sample_files.h"
-#include "robot/input_error.h"
-#include "robot/output_file.h"
 #include "robot/world/map_file.h"
 
 namespace vemra::app {

@@ -15,7 +15,7 @@
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
 #include "app/whole_number.h"
-#include "robot/output_file.h"
+#include "robot/base/output_file.h"
 
 namespace vemra::app {
 

@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
+#include "robot/base/chance.h"
 #include "robot/body/laser.h"
 #include "robot/body/pose_source.h"
-#include "robot/chance.h"
 #include "robot/world/dock.h"
 #include "robot/world/world.h"
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "robot/chance.h"
+#include "robot/base/chance.h"
 #include "robot/world/home.h"
 
 namespace vemra::robot {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "robot/world/geometry.h"
+#include "robot/geometry/points.h"
 
 namespace vemra::robot {
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "robot/input_error.h"
-#include "robot/output_file.h"
+#include "robot/base/input_error.h"
+#include "robot/base/output_file.h"
 
 namespace vemra::robot {
 namespace {

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <optional>
 
-#include "robot/clock.h"
+#include "robot/base/clock.h"
 #include "robot/drawing/pen.h"
 
 namespace vemra::robot {

@@ -1,6 +1,6 @@
 #include "robot/events/json_lines.h"
 
-#include "robot/clock.h"
+#include "robot/base/clock.h"
 
 namespace vemra::robot {
 

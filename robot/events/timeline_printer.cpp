@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "robot/clock.h"
+#include "robot/base/clock.h"
 
 namespace vemra::robot {
 namespace {

@@ -6,8 +6,8 @@
 #include <cmath>
 #include <utility>
 
-#include "robot/clock.h"
-#include "robot/input_error.h"
+#include "robot/base/clock.h"
+#include "robot/base/input_error.h"
 
 namespace vemra::robot {
 namespace {

@@ -4,10 +4,10 @@
 #include <memory>
 #include <vector>
 
-#include "robot/mapping/localisation.h"
-#include "robot/mapping/robot_map.h"
-#include "robot/services/sensor_switches.h"
-#include "robot/services/service.h"
+#include "robot/belief/localisation.h"
+#include "robot/belief/robot_map.h"
+#include "robot/belief/sensor_switches.h"
+#include "robot/services/core/service.h"
 
 namespace vemra::robot {
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "robot/world/geometry.h"
+#include "robot/geometry/points.h"
 
 namespace vemra::robot {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "robot/mapping/grid.h"
+#include "robot/belief/grid.h"
 
 namespace vemra::robot {
 

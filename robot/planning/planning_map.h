@@ -4,7 +4,7 @@
 #include <functional>
 #include <span>
 
-#include "robot/mapping/grid.h"
+#include "robot/belief/grid.h"
 #include "robot/world/virtual_walls.h"
 
 namespace vemra::robot {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-#include "robot/input_error.h"
+#include "robot/base/input_error.h"
 #include "robot/scenario/scenario_fields.h"
 
 namespace vemra::robot {

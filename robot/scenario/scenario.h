@@ -8,10 +8,10 @@
 #include <variant>
 #include <vector>
 
-#include "robot/mode.h"
-#include "robot/panel.h"
-#include "robot/services/escape_kinds.h"
-#include "robot/world/geometry.h"
+#include "robot/geometry/points.h"
+#include "robot/services/escape/escape_kinds.h"
+#include "robot/vocabulary/mode.h"
+#include "robot/vocabulary/panel_key.h"
 
 namespace vemra::robot {
 

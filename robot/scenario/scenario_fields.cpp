@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "robot/clock.h"
+#include "robot/base/clock.h"
 
 namespace vemra::robot {
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "robot/base/yaml_fields.h"
 #include "robot/scenario/scenario.h"
-#include "robot/yaml_fields.h"
 
 namespace vemra::robot {
 

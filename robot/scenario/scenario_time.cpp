@@ -3,7 +3,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "robot/clock.h"
+#include "robot/base/clock.h"
 #include "robot/scenario/scenario.h"
 
 namespace vemra::robot {

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "robot/input_error.h"
-#include "robot/output_file.h"
+#include "robot/base/input_error.h"
+#include "robot/base/output_file.h"
 #include "robot/world/plan.h"
 
 int main(int count, char** words)

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "robot/input_error.h"
+#include "robot/base/input_error.h"
 #include "robot/world/reach.h"
 #include "robot/world/walls.h"
 

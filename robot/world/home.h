@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "robot/world/geometry.h"
+#include "robot/geometry/points.h"
 
 namespace vemra::robot {
 

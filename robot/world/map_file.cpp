@@ -6,9 +6,9 @@
 #include <array>
 #include <cmath>
 
-#include "robot/input_error.h"
+#include "robot/base/input_error.h"
+#include "robot/base/yaml_fields.h"
 #include "robot/world/pgm.h"
-#include "robot/yaml_fields.h"
 
 namespace vemra::robot {
 namespace {

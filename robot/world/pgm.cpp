@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string_view>
 
-#include "robot/input_error.h"
+#include "robot/base/input_error.h"
 
 namespace vemra::robot {
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "robot/yaml_fields.h"
+#include "robot/base/yaml_fields.h"
 
 namespace vemra::robot {
 namespace {

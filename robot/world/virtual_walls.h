@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "robot/world/geometry.h"
+#include "robot/geometry/points.h"
 
 namespace vemra::robot {
 

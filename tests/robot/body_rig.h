@@ -1,11 +1,11 @@
 #pragma once
 
 #include "robot/robot_rig.h"
-#include "robot/services/escape.h"
-#include "robot/services/motion.h"
-#include "robot/services/navigation_points.h"
-#include "robot/services/sensing.h"
-#include "robot/services/sensing_review.h"
+#include "robot/services/escape/escape.h"
+#include "robot/services/motion/motion.h"
+#include "robot/services/navigation/goals/navigation_points.h"
+#include "robot/services/sensing/sensing.h"
+#include "robot/services/sensing/sensing_review.h"
 
 namespace vemra::robot {
 

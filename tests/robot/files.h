@@ -8,7 +8,7 @@
 #include <iterator>
 #include <string>
 
-#include "robot/input_error.h"
+#include "robot/base/input_error.h"
 
 namespace vemra::robot {
 

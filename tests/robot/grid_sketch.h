@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "robot/mapping/grid.h"
+#include "robot/belief/grid.h"
 #include "robot/sketch.h"
 
 namespace vemra::robot {

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
+#include "robot/belief/localisation.h"
+#include "robot/belief/robot_map.h"
 #include "robot/grid_sketch.h"
-#include "robot/mapping/localisation.h"
-#include "robot/mapping/robot_map.h"
 
 namespace vemra::robot {
 namespace {

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "robot/belief/localisation.h"
 #include "robot/grid_sketch.h"
-#include "robot/mapping/localisation.h"
 #include "robot/robot_rig.h"
-#include "robot/services/blackboard_types.h"
-#include "robot/services/escape.h"
-#include "robot/services/motion.h"
-#include "robot/services/navigation.h"
-#include "robot/services/sensing.h"
+#include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/escape/escape.h"
+#include "robot/services/motion/motion.h"
+#include "robot/services/navigation/navigation.h"
+#include "robot/services/sensing/sensing.h"
 #include "robot/world/map_file.h"
 
 namespace vemra::robot {

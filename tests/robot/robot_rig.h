@@ -9,11 +9,11 @@
 
 #include "behaviortree_cpp/bt_factory.h"
 #include "leaves/host/host.h"
+#include "robot/base/clock.h"
+#include "robot/belief/sensor_switches.h"
 #include "robot/body/body.h"
-#include "robot/clock.h"
-#include "robot/services/robot_state.h"
-#include "robot/services/sensor_switches.h"
-#include "robot/services/service.h"
+#include "robot/services/core/robot_state.h"
+#include "robot/services/core/service.h"
 #include "robot/sketch.h"
 
 namespace vemra::robot {

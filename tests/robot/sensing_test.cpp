@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "robot/body_rig.h"
-#include "robot/services/sensing_direction.h"
+#include "robot/services/sensing/sensing_direction.h"
 
 namespace vemra::robot {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "behaviortree_cpp/actions/always_success_node.h"
 #include "leaves/host/host.h"
-#include "robot/clock.h"
+#include "robot/base/clock.h"
 
 namespace vemra::test {
 namespace {

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "robot/belief/contacts.h"
+#include "robot/belief/occupancy.h"
+#include "robot/belief/track.h"
+#include "robot/body/body.h"
+#include "robot/world/virtual_walls.h"
+
+namespace vemra::robot {
+
+/// What driving may write on the map.
+enum class DrawMode : std::uint8_t
+{
+    Nothing,
+    BlockOnly,  ///< obstacles that were met
+    ClearOnly,  ///< floor that was driven over
+    Everything
+};
+
+/// All that the robot knows of the floor it works on: filled by its senses at the pose that it believes in.
+class RobotMap
+{
+public:
+    /// Both must outlive the map.
+    RobotMap(Body& body, const PoseSource& pose) : body_(body), pose_(pose) {}
+
+    /// A frame: the laser's scan in every fifth, the track, contacts.
+    void update(std::uint64_t frame);
+    /// Begins an empty map; virtual walls stay.
+    void reset();
+
+    [[nodiscard]] PoseMm pose() const { return pose_.pose(); }
+    [[nodiscard]] const OccupancyMap& occupancy() const { return occupancy_; }
+    [[nodiscard]] OccupancyMap& occupancy() { return occupancy_; }
+    [[nodiscard]] const Track& track() const { return track_; }
+    [[nodiscard]] const ContactMap& contacts() const { return contacts_; }
+    [[nodiscard]] const VirtualWalls& virtualWalls() const { return virtual_walls_; }
+    void setVirtualWalls(VirtualWalls walls) { virtual_walls_ = std::move(walls); }
+    [[nodiscard]] DrawMode drawMode() const { return draw_mode_; }
+    void setDrawMode(DrawMode mode) { draw_mode_ = mode; }
+
+    /// Where something is around the robot, on the map and within radius_mm of its middle: what the last scan
+    /// saw, unless the laser is not to count, what was bumped into, and edges of the floor.
+    [[nodiscard]] std::vector<PointMm> obstaclesNear(double radius_mm, bool by_laser) const;
+    /// Where the last bump was, and in which frame; none: 0.
+    [[nodiscard]] PointMm lastContact() const { return last_contact_; }
+    [[nodiscard]] std::uint64_t lastContactFrame() const { return last_contact_frame_; }
+
+private:
+    void enterScan();
+    void enterContact(std::uint64_t frame);
+
+    Body& body_;
+    const PoseSource& pose_;
+    OccupancyMap occupancy_;
+    Track track_;
+    ContactMap contacts_;
+    VirtualWalls virtual_walls_;
+    DrawMode draw_mode_ = DrawMode::Everything;
+
+    std::vector<PointMm> seen_;  ///< where the beams of the last scan ended
+    PoseMm scanned_at_;
+    std::uint64_t scanned_in_ = 0;
+    bool scanned_ = false;
+    bool pressed_ = false;
+    PointMm last_contact_;
+    std::uint64_t last_contact_frame_ = 0;
+};
+
+}  // namespace vemra::robot

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <vector>
+
+#include "robot/body/body.h"
+#include "robot/services/escape/escape_kinds.h"
+
+namespace vemra::robot {
+
+struct WheelStep
+{
+    WheelSpeeds speeds;
+    int frames = 0;
+};
+
+/// What the wheels try, step after step, to get the robot out; `felt` is where it feels something in front.
+/// An escape that is over sooner leaves the rest.
+[[nodiscard]] std::vector<WheelStep> escapePath(EscapeKind kind, const Sides& felt);
+
+/// Whether all of the path has to be driven: it leads away from the place, and only that helps.
+[[nodiscard]] bool leadsAway(EscapeKind kind);
+
+}  // namespace vemra::robot

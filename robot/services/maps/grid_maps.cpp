@@ -1,0 +1,275 @@
+#include "robot/services/maps/grid_maps.h"
+
+#include <array>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "robot/planning/grid_search.h"
+#include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/core/leaf_functions.h"
+
+namespace vemra::robot {
+namespace {
+
+constexpr double kLimitMarginMm = 1000;
+constexpr double kNearLimitMm = 300;
+constexpr double kWallPointsEveryMm = 30;
+
+constexpr std::array<std::pair<DrawMode, std::string_view>, 4> kDrawModes = {
+    {{DrawMode::Nothing, "None"},
+     {DrawMode::BlockOnly, "BlockOnly"},
+     {DrawMode::ClearOnly, "ClearOnly"},
+     {DrawMode::Everything, "Default"}}};
+
+std::optional<DrawMode> drawModeOf(std::string_view text)
+{
+    for (const auto& [mode, name] : kDrawModes) {
+        if (name == text) {
+            return mode;
+        }
+    }
+    return std::nullopt;
+}
+
+VirtualWalls switchedOn(const VirtualWalls& walls, const SensorSwitches& switches)
+{
+    VirtualWalls on;
+    if (switches.isOn("VirtualWall")) {
+        on.lines = walls.lines;
+    }
+    if (switches.isOn("PolygonVirtualWall")) {
+        on.areas = walls.areas;
+    }
+    return on;
+}
+
+// Points along the piece of an edge that is near.
+void addEdge(std::vector<PointMm>& points, const SegmentMm& edge, PointMm at, double radius_mm)
+{
+    if (distance(nearestOn(edge, at), at) > radius_mm) {
+        return;
+    }
+    const double length = distance(edge.from, edge.to);
+    const int steps = std::max(1, static_cast<int>(length / kWallPointsEveryMm));
+    for (int i = 0; i <= steps; ++i) {
+        const PointMm p = edge.from + (static_cast<double>(i) / steps) * (edge.to - edge.from);
+        if (distance(p, at) <= radius_mm) {
+            points.push_back(p);
+        }
+    }
+}
+
+// Numbers of a key, in groups.
+std::vector<double> numbersOf(const BT::Blackboard& keys, const char* key)
+{
+    std::vector<double> numbers;
+    keys.get(key, numbers);
+    return numbers;
+}
+
+PolygonMm boxOutline(PointMm a, PointMm b)
+{
+    return {a, {b.x, a.y}, b, {a.x, b.y}};
+}
+
+}  // namespace
+
+PlanningMap planningMapOf(const RobotMap& map, const SensorSwitches& switches)
+{
+    std::vector<PointMm> contacts;
+    contacts.reserve(map.contacts().all().size());
+    for (const ContactMap::Contact& contact : map.contacts().all()) {
+        contacts.push_back(contact.at);
+    }
+    const VirtualWalls walls = switchedOn(map.virtualWalls(), switches);
+    return makePlanningMap(map.occupancy().states(map.occupancy().window()),
+                           {.contacts = contacts, .virtual_walls = &walls, .passed = [&map](CellIndex cell) {
+                                return map.track().passed(cell);
+                            }});
+}
+
+std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& switches, double radius_mm)
+{
+    std::vector<PointMm> points = map.obstaclesNear(radius_mm, switches.isOn("LdsPointcloud"));
+    const PointMm at = map.pose().at;
+    const VirtualWalls walls = switchedOn(map.virtualWalls(), switches);
+    for (const SegmentMm& line : walls.lines) {
+        addEdge(points, line, at, radius_mm);
+    }
+    for (const PolygonMm& area : walls.areas) {
+        // From within, the edge is the way out.
+        if (isInside(area, at)) {
+            continue;
+        }
+        for (std::size_t i = 0; i < area.size(); ++i) {
+            addEdge(points, {area[i], area[(i + 1) % area.size()]}, at, radius_mm);
+        }
+    }
+    return points;
+}
+
+/// `SetMapDrawMode`. With LockState "true" it holds the mode for as long as it runs, whatever inner steps ask
+/// for, and gives the former one back.
+class GridMapService::DrawModeAction final : public BT::ActionNodeBase
+{
+public:
+    DrawModeAction(const std::string& name, const BT::NodeParameters& ports, GridMapService& service)
+        : ActionNodeBase(name, ports), service_(service)
+    {}
+
+    void halt() override
+    {
+        if (service_.draw_mode_lock_ == this) {
+            service_.draw_mode_lock_ = nullptr;
+            service_.map_.setDrawMode(before_);
+            service_.showDrawMode();
+        }
+    }
+
+private:
+    BT::NodeStatus tick() override
+    {
+        const auto mode = drawModeOf(textOf(*this, "draw_mode"));
+        if (!mode) {
+            return BT::NodeStatus::FAILURE;
+        }
+        const bool lock = getParam<bool>("LockState").value_or(false);
+        if (service_.draw_mode_lock_ == nullptr) {
+            if (lock) {
+                service_.draw_mode_lock_ = this;
+                before_ = service_.map_.drawMode();
+            }
+            service_.map_.setDrawMode(*mode);
+            service_.showDrawMode();
+        }
+        return lock ? BT::NodeStatus::RUNNING : BT::NodeStatus::SUCCESS;
+    }
+
+    GridMapService& service_;
+    DrawMode before_ = DrawMode::Everything;
+};
+
+void GridMapService::showDrawMode()
+{
+    for (const auto& [mode, name] : kDrawModes) {
+        if (mode == map_.drawMode()) {
+            parts_.blackboard.set("current_draw_mode", name);
+        }
+    }
+}
+
+void GridMapService::update()
+{
+    if (parts_.state.laser_on) {
+        map_.update(parts_.state.frame);
+    }
+    const CellWindow& window = map_.occupancy().window();
+    const CellIndex end = window.end;
+    const PointMm margin{kLimitMarginMm, kLimitMarginMm};
+    const PointMm low = kCellMm * PointMm{double(window.low.column), double(window.low.row)};
+    const PointMm high = kCellMm * PointMm{double(end.column), double(end.row)};
+    const BoxMm limit{low - margin, high + margin};
+    const BT::Any& slot = parts_.blackboard.slot("gridmap_limit");
+    if (const auto* before = slot.object<BoxMm>(); before == nullptr || !(*before == limit)) {
+        parts_.blackboard.set("gridmap_limit", limit);
+    }
+    if (!parts_.blackboard.contains("current_draw_mode")) {
+        showDrawMode();
+    }
+}
+
+void GridMapService::install(leaf::LeafHost& host)
+{
+    const auto makeMap = [this](BT::TreeNode&) {
+        parts_.blackboard.set("obstacle_expanded_map",
+                              std::make_shared<const PlanningMap>(planningMapOf(map_, switches_)));
+        return BT::NodeStatus::SUCCESS;
+    };
+    host.action("MakeMap", makeMap);
+    host.action("Makemap", makeMap);
+    host.action("MapCopy", [](BT::TreeNode& node) {
+        const BT::Any* source = node.blackboard()->getAny(textOf(node, "source"));
+        const std::string target = textOf(node, "target");
+        if (source == nullptr || target.empty()) {
+            return BT::NodeStatus::FAILURE;
+        }
+        node.blackboard()->slot(target).assign(*source);
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.builder("SetMapDrawMode", [this](const std::string& name, const BT::NodeParameters& ports) {
+        return std::make_unique<DrawModeAction>(name, ports, *this);
+    });
+    host.condition("GridmapLimitCheck", [this](BT::TreeNode&) {
+        const auto limit = boxOf(parts_.blackboard, "gridmap_limit");
+        return passed(limit && contains(*limit, map_.pose().at));
+    });
+    host.condition("NearGridmapLimit", [this](BT::TreeNode&) {
+        const auto limit = boxOf(parts_.blackboard, "gridmap_limit");
+        const PointMm margin{kNearLimitMm, kNearLimitMm};
+        return passed(limit && !contains({limit->low + margin, limit->high - margin}, map_.pose().at));
+    });
+    host.action("ResetMap", [this](BT::TreeNode&) {
+        map_.reset();
+        return BT::NodeStatus::SUCCESS;
+    });
+    installVirtualWalls(host);
+}
+
+void GridMapService::installVirtualWalls(leaf::LeafHost& host)
+{
+    host.action("GenerateVirtualWalls", [this](BT::TreeNode&) {
+        generateVirtualWalls();
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.condition("PromptInVirtualWall", [this](BT::TreeNode&) { return findWayOutOfVirtualWall(); });
+}
+
+// `virtual_wall_lines`, `virtual_wall_rects` and `virtual_wall_mop_rects` are lists of x;y;x;y in mm,
+// `polygon_virtual_walls` of the corners of one area.
+void GridMapService::generateVirtualWalls()
+{
+    VirtualWalls walls;
+    const BT::Blackboard& keys = parts_.blackboard;
+    const std::vector<double> lines = numbersOf(keys, "virtual_wall_lines");
+    for (std::size_t i = 0; i + 3 < lines.size(); i += 4) {
+        walls.lines.push_back({{lines[i], lines[i + 1]}, {lines[i + 2], lines[i + 3]}});
+    }
+    for (const char* key : {"virtual_wall_rects", "virtual_wall_mop_rects"}) {
+        const std::vector<double> boxes = numbersOf(keys, key);
+        for (std::size_t i = 0; i + 3 < boxes.size(); i += 4) {
+            walls.areas.push_back(boxOutline({boxes[i], boxes[i + 1]}, {boxes[i + 2], boxes[i + 3]}));
+        }
+    }
+    const std::vector<double> corners = numbersOf(keys, "polygon_virtual_walls");
+    PolygonMm polygon;
+    for (std::size_t i = 0; i + 1 < corners.size(); i += 2) {
+        polygon.push_back({corners[i], corners[i + 1]});
+    }
+    if (polygon.size() >= 3) {
+        walls.areas.push_back(polygon);
+    }
+    map_.setVirtualWalls(std::move(walls));
+}
+
+BT::NodeStatus GridMapService::findWayOutOfVirtualWall()
+{
+    const PlanningMap plan = planningMapOf(map_, switches_);
+    const CellIndex here = cellAt(map_.pose().at);
+    if (plan.at(here) != Ground::Forbidden) {
+        return BT::NodeStatus::FAILURE;
+    }
+    CostGrid costs(plan.window(), 0, 0);
+    for (std::size_t i = 0; i < costs.cells().size(); ++i) {
+        const Ground ground = plan.ground.cells()[i];
+        costs.cells()[i] = ground == Ground::Forbidden || ground == Ground::Open ? kPlainStep : 0;
+    }
+    const auto way = findNearest(costs, here, [&](CellIndex cell) { return isOpenAround(plan, cell); });
+    if (!way) {
+        return BT::NodeStatus::SUCCESS;
+    }
+    parts_.blackboard.set("out_vw_point", centreOf(way->cells.back()));
+    return BT::NodeStatus::FAILURE;
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include "robot/belief/robot_map.h"
+#include "robot/belief/sensor_switches.h"
+#include "robot/planning/planner.h"
+#include "robot/services/bridges/bridges.h"
+#include "robot/services/core/service.h"
+#include "robot/services/navigation/drive/navigation_plan.h"
+
+namespace vemra::robot {
+
+/// What a search has before it when it picks a goal by itself.
+struct SearchGround
+{
+    const RobotMap& known;
+    const PlanningMap& plan;
+    const CostGrid& costs;
+    CellIndex from;
+    std::optional<BoxMm> region;
+    BT::Blackboard& keys;
+};
+
+/// Picks the goal of a search mode, with the way there; nothing when there is none.
+using GoalRule = std::function<std::optional<GridPath>(const SearchGround&)>;
+
+/// Leaves that search the map and hand the plan out piece by piece. `AwesomeSearch` leaves the plan in
+/// `navigation_path_segments`, its mode and region in `awesome_search_mode` and `awesome_search_region`, the
+/// way's length in cells in `path_length_grid`, the failures of its worst bridge in
+/// `path_bridge_max_failure_cnt`. A plan has bridges only where there is no other way.
+class NavigationSearch final : public Service
+{
+public:
+    NavigationSearch(const RobotParts& parts, const RobotMap& map, const SensorSwitches& switches,
+                     const BridgeBook& bridges);
+
+    void install(leaf::LeafHost& host) override;
+
+    /// Settles how a mode without a target picks its goal; a later rule takes the place of an earlier one.
+    void setGoalRule(const std::string& mode, GoalRule rule) { rules_[mode] = std::move(rule); }
+
+    /// The plan of the last search; empty before the first.
+    [[nodiscard]] const PlanPtr& lastPlan() const { return last_plan_; }
+
+private:
+    struct Request;
+    struct Found;
+
+    BT::NodeStatus search(BT::TreeNode& node);
+    [[nodiscard]] std::optional<Found> find(const Request& request, const PlanningMap& plan,
+                                            bool over_bridges) const;
+    [[nodiscard]] std::vector<PlanSegment> segmentsOf(const std::vector<WayPiece>& pieces,
+                                                      const Request& request, PointMm goal) const;
+    [[nodiscard]] BridgePtr bridgeOf(const WayPiece& piece) const;
+    void installPlan(leaf::LeafHost& host);
+    void installLooks(leaf::LeafHost& host);
+    BT::NodeStatus takeUpNext(BT::TreeNode& node);
+    BT::NodeStatus moveThroughWalls(BT::TreeNode& node) const;
+
+    RobotParts parts_;
+    const RobotMap& map_;
+    const SensorSwitches& switches_;
+    const BridgeBook& bridges_;
+    std::map<std::string, GoalRule, std::less<>> rules_;
+    PlanPtr last_plan_;
+    bool vector_in_hand_ = true;
+};
+
+}  // namespace vemra::robot
