@@ -1,37 +1,50 @@
 #include "app/interrupt.h"
 
+#include <algorithm>
+
 namespace vemra::app {
 namespace {
 
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+// The kernel keeps the note that a signal came: its own action is the default again from then on.
+void note(int /*signal*/)
+{}
+
+bool came(int signal)
+{
+    struct sigaction now = {};
+    return ::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == SIG_DFL;
+}
 
 }  // namespace
 
 Interrupt::Interrupt()
 {
-    ::sigemptyset(&held_);
-    for (const int signal : kSignals) {
-        struct sigaction action = {};
-        if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN)
-            ::sigaddset(&held_, signal);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before = {};
+        if (::sigaction(signal, nullptr, &before) != 0 || before.sa_handler == SIG_IGN)
+            continue;
+        struct sigaction once = {};
+        once.sa_handler = note;
+        once.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+        ::sigemptyset(&once.sa_mask);
+        if (::sigaction(signal, &once, nullptr) == 0)
+            held_.push_back({signal, before});
     }
-    ::pthread_sigmask(SIG_BLOCK, &held_, &before_);
 }
 
 Interrupt::~Interrupt()
 {
-    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    for (const Held& held : held_) {
+        const bool waits = came(held.signal);
+        ::sigaction(held.signal, &held.before, nullptr);
+        if (waits)
+            ::raise(held.signal);
+    }
 }
 
 bool Interrupt::waits() const
 {
-    sigset_t pending{};
-    ::sigpending(&pending);
-    for (const int signal : kSignals) {
-        if (::sigismember(&held_, signal) == 1 && ::sigismember(&pending, signal) == 1)
-            return true;
-    }
-    return false;
+    return std::any_of(held_.begin(), held_.end(), [](const Held& held) { return came(held.signal); });
 }
 
 }  // namespace vemra::app

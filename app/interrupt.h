@@ -1,11 +1,13 @@
 #pragma once
 
 #include <csignal>
+#include <vector>
 
 namespace vemra::app {
 
-/// While it lives, an interrupt (Ctrl-C) or a request to end waits, so that what was begun can be brought to
-/// a good end first; then it takes effect. Signals that the process ignores stay ignored.
+/// While it lives, the first interrupt (Ctrl-C) or request to end waits, so that what was begun can be
+/// brought to a good end; it takes effect with the end of this object. A second one ends the process at once.
+/// Signals that the process ignores stay ignored.
 class Interrupt
 {
 public:
@@ -18,8 +20,13 @@ public:
     [[nodiscard]] bool waits() const;
 
 private:
-    sigset_t held_{};
-    sigset_t before_{};
+    struct Held
+    {
+        int signal;
+        struct sigaction before;
+    };
+
+    std::vector<Held> held_;
 };
 
 }  // namespace vemra::app

@@ -1,23 +1,19 @@
 #include "app/run.h"
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <sstream>
 
 #include "app/interrupt.h"
 #include "app/near_names.h"
 #include "app/progress.h"
+#include "app/run_records.h"
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
 #include "app/whole_number.h"
 #include "robot/base/input_error.h"
-#include "robot/base/output_file.h"
-#include "robot/drawing/home_picture.h"
-#include "robot/drawing/run_picture.h"
+#include "robot/base/number_list.h"
 #include "robot/events/json_lines.h"
 #include "robot/events/timeline_printer.h"
 #include "robot/host/robot.h"
@@ -39,6 +35,7 @@ struct RunOptions
     std::filesystem::path plugin;
     std::string dock;
     std::string tree = "RobotNode";
+    std::string goal;
     std::uint64_t seed = 1;
     std::optional<std::uint64_t> frames;
     std::optional<std::filesystem::path> out;
@@ -51,6 +48,11 @@ robot::Dock dockOf(const RunOptions& options, const robot::HomeFile& home)
     std::optional<robot::Dock> given;
     if (!options.dock.empty())
         given = robot::parseDock(options.dock);
+    for (const std::string& doubt : home.doubts)
+        std::cerr << "vemra: " << doubt << '\n';
+    if (given && robot::looksLikeRadians(*given))
+        std::cerr << "vemra: the yaw of --dock is in degrees: " << given->face.yaw.value
+                  << " looks like radians\n";
     const robot::ChosenDock chosen = robot::chooseDock(home, given);
     if (chosen.source == robot::DockSource::Placed)
         std::cerr << "vemra: " << home.file << " names no dock; it is put at --dock "
@@ -66,54 +68,15 @@ void loadTrees(BT::BehaviorTreeFactory& factory, const RunOptions& options)
                         didYouMean(options.tree, factory.treeNames()));
 }
 
-/// What goes into the folder of --out, kept until the run is over.
-struct Records
+std::optional<robot::PointMm> goalOf(const RunOptions& options)
 {
-    std::ostringstream timeline;
-    std::ostringstream json;
-    robot::TimelinePrinter printer{timeline, robot::TimelinePrinter::Colour::Off};
-    robot::JsonLines lines{json};
-
-    void follow(Robot& robot)
-    {
-        robot.addSink(printer);
-        robot.addSink(lines);
-    }
-};
-
-std::vector<std::vector<robot::PointMm>> trackOf(const robot::Body& body)
-{
-    std::vector<std::vector<robot::PointMm>> stretches;
-    for (const robot::Body::TrackPoint& point : body.track()) {
-        if (stretches.empty() || point.carried_here)
-            stretches.emplace_back();
-        stretches.back().push_back(point.pose.at);
-    }
-    return stretches;
-}
-
-void writeFolder(const std::filesystem::path& folder, const Robot& robot, const Records& records,
-                 const std::string& title)
-{
-    robot::writeFile(folder / "timeline.txt", records.timeline.view());
-    robot::writeFile(folder / "events.jsonl", records.json.view());
-    robot::writeFile(folder / "report.json", robot.report().dump(2) + "\n");
-    robot::writePng(folder / "timeline.png", robot::runPicture(robot.log().entries(), robot.frame(), title),
-                    2);
-    robot::writePng(folder / "home.png",
-                    robot::homePicture(robot.home(), {.title = title,
-                                                      .dock = robot.dock(),
-                                                      .robot = robot.body().truePose(),
-                                                      .track = trackOf(robot.body())}),
-                    2);
-}
-
-void makeFolder(const std::filesystem::path& folder)
-{
-    std::error_code fault;
-    std::filesystem::create_directories(folder, fault);
-    if (fault || ::access(folder.c_str(), W_OK) != 0)
-        throw robot::InputError(folder.string(), 0, "expected a folder that can be written to");
+    if (options.goal.empty())
+        return std::nullopt;
+    const auto metres = robot::numbersOfText(options.goal, 2);
+    if (!metres)
+        throw robot::InputError("--goal", 0,
+                                "\"" + options.goal + "\": expected X,Y in metres, as in 1.25,-0.4");
+    return robot::PointMm{1e3 * metres->at(0), 1e3 * metres->at(1)};
 }
 
 void run(const RunOptions& options)
@@ -123,16 +86,6 @@ void run(const RunOptions& options)
     const robot::Dock dock = dockOf(options, home);
     const std::uint64_t frames = options.frames.value_or(scenario.frames);
     const std::string title = scenario.name;
-    Robot robot({.load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTrees(factory, options); },
-                 .home = home.home,
-                 .dock = dock,
-                 .cliffs = home.cliffs,
-                 .scenario = std::move(scenario),
-                 .seed = options.seed,
-                 .tree = options.tree});
-    if (options.out)
-        makeFolder(*options.out);
-
     std::unique_ptr<robot::LogSink> shown;
     if (options.json)
         shown = std::make_unique<robot::JsonLines>(std::cout);
@@ -141,19 +94,28 @@ void run(const RunOptions& options)
             std::cout, robot::isColourTerminal(1) ? robot::TimelinePrinter::Colour::On
                                                   : robot::TimelinePrinter::Colour::Off);
     Progress progress(frames);
+    std::optional<RunRecords> records;
+    Robot robot({.load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTrees(factory, options); },
+                 .home = home.home,
+                 .dock = dock,
+                 .cliffs = home.cliffs,
+                 .scenario = std::move(scenario),
+                 .seed = options.seed,
+                 .tree = options.tree,
+                 .goal = goalOf(options)});
+    if (options.out)
+        records.emplace(*options.out).follow(robot);
     robot.addSink(progress);
     robot.addSink(*shown);
-    Records records;
-    if (options.out)
-        records.follow(robot);
+
     const Interrupt interrupt;
     while (robot.frame() < frames && !robot.over() && !interrupt.waits()) {
         robot.step();
         progress.tell(robot.frame());
     }
     robot.finish();
-    if (options.out)
-        writeFolder(*options.out, robot, records, title);
+    if (records)
+        records->write(robot, title);
     if (interrupt.waits())
         std::cerr << "vemra: stopped after " << robot.frame() << " of " << frames << " frames\n";
     std::cout.flush();
@@ -187,6 +149,12 @@ void addRunCommand(CLI::App& program, int& /*exit_code*/)
     command->add_option("--tree", options->tree, "The tree that is ticked")
         ->type_name("TREE")
         ->capture_default_str();
+    command
+        ->add_option(
+            "--goal", options->goal,
+            "With --tree: search the way to this place first, in metres, so that a tree that drives along "
+            "a plan has one")
+        ->type_name("X,Y");
     command->add_option("--out", options->out, "Folder for time line, events, report and pictures")
         ->type_name("DIR");
     command->add_flag("--json", options->json, "Print one JSON object a line, the report last");

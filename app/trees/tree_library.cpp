@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "app/near_names.h"
+#include "app/trees/elf_file.h"
 #include "app/user_error.h"
 #include "leaves/host/host.h"
 
@@ -42,6 +43,8 @@ std::string loadTreeLibrary(BT::BehaviorTreeFactory& factory, const std::filesys
     std::error_code fault;
     if (!std::filesystem::exists(file, fault))
         throw UserError(file.string() + ": no such file; expected a library of trees");
+    if (isTruncatedLibrary(file))
+        throw UserError(file.string() + ": cannot be loaded as a library of trees: the file ends early");
     const OutputCatch output;
     try {
         // A name without a slash would be looked for in the system's folders.

@@ -10,11 +10,10 @@
 #include <set>
 
 #include "robot/base/input_error.h"
+#include "robot/base/yaml_bounds.h"
 
 namespace vemra::robot {
 namespace {
-
-constexpr int kMaxDepth = 50;
 
 int lineOf(const YAML::Node& node)
 {
@@ -34,15 +33,12 @@ bool readNumber(const YAML::Node& node, double& value)
 }
 
 // A field that is written twice would hide one of the two.
-void refuseTwins(const YAML::Node& node, const std::string& file, int depth = 0)
+void refuseTwins(const YAML::Node& node, const std::string& file)
 {
-    if (depth > kMaxDepth) {
-        throw InputError(file, lineOf(node), fmt::format("expected at most {} levels", kMaxDepth));
-    }
     std::set<std::string> names;
     for (const auto& element : node) {
         if (node.IsSequence()) {
-            refuseTwins(element, file, depth + 1);
+            refuseTwins(element, file);
             continue;
         }
         if (element.first.IsScalar() && !names.insert(element.first.Scalar()).second) {
@@ -50,24 +46,34 @@ void refuseTwins(const YAML::Node& node, const std::string& file, int depth = 0)
                 file, lineOf(element.first),
                 fmt::format("\"{}\" stands here twice: expected it once", element.first.Scalar()));
         }
-        refuseTwins(element.second, file, depth + 1);
+        refuseTwins(element.second, file);
     }
+}
+
+std::string textOf(const std::filesystem::path& file)
+{
+    constexpr std::size_t most = 1 << 20;
+    std::ifstream in(file, std::ios::binary);
+    if (!in || std::filesystem::is_directory(file)) {
+        throw InputError(file.string(), 0, "cannot be read: expected a YAML file");
+    }
+    std::string text(most + 1, '\0');
+    in.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(in.gcount()));
+    if (text.size() > most) {
+        throw InputError(file.string(), 0, fmt::format("expected at most {} bytes of YAML", most));
+    }
+    return text;
 }
 
 }  // namespace
 
 YAML::Node readYaml(const std::filesystem::path& file)
 {
-    std::ifstream in(file);
-    if (!in || std::filesystem::is_directory(file)) {
-        throw InputError(file.string(), 0, "cannot be read: expected a YAML file");
-    }
+    const std::string text = textOf(file);
     try {
-        const std::vector<YAML::Node> documents = YAML::LoadAll(in);
-        if (documents.size() > 1) {
-            throw InputError(file.string(), lineOf(documents[1]), "expected one YAML document in the file");
-        }
-        const YAML::Node read = documents.empty() ? YAML::Node() : documents.front();
+        checkYamlBounds(text, file.string());
+        const YAML::Node read = YAML::Load(text);
         refuseTwins(read, file.string());
         return read;
     } catch (const YAML::Exception& fault) {
@@ -179,6 +185,21 @@ std::vector<double> YamlFields::numbers(const YAML::Node& list, std::string_view
     }
     if (!good) {
         failAt(list, fmt::format("\"{}\": expected a list of {} numbers", name, count));
+    }
+    return values;
+}
+
+std::vector<double> YamlFields::places(std::string_view name, std::size_t count) const
+{
+    return places(need(name, "a list of numbers"), name, count);
+}
+
+std::vector<double> YamlFields::places(const YAML::Node& list, std::string_view name, std::size_t count) const
+{
+    constexpr double most = 1e6;
+    std::vector<double> values = numbers(list, name, count);
+    if (std::any_of(values.begin(), values.end(), [](double v) { return std::abs(v) > most; })) {
+        failAt(list, fmt::format("\"{}\": expected metres, none beyond {:.0f}", name, most));
     }
     return values;
 }

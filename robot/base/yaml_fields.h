@@ -11,7 +11,8 @@
 
 namespace vemra::robot {
 
-/// Reads a YAML file. Throws InputError with the line if it is missing or not YAML.
+/// Reads a YAML file of one document and at most 1 MiB. Throws InputError with the line if it is missing, not
+/// YAML, or more than a file of this kind can need (yaml_bounds.h).
 YAML::Node readYaml(const std::filesystem::path& file);
 
 /// One mapping of a YAML file, read field by field. All faults are InputErrors with file and line that name
@@ -37,6 +38,10 @@ public:
     /// A list of exactly count finite numbers.
     std::vector<double> numbers(std::string_view name, std::size_t count) const;
     std::vector<double> numbers(const YAML::Node& list, std::string_view name, std::size_t count) const;
+    /// Likewise of metres, the first two of a pose or all of a box: within 1,000 km of the map's origin,
+    /// which is farther than any home and still exact in millimetres.
+    std::vector<double> places(std::string_view name, std::size_t count) const;
+    std::vector<double> places(const YAML::Node& list, std::string_view name, std::size_t count) const;
     /// The elements of a list; an absent field is an empty list.
     std::vector<YAML::Node> list(std::string_view name) const;
     /// A mapping below this one.

@@ -20,6 +20,7 @@ constexpr Colour kInk{0x2a323b};
 constexpr Colour kFaint{0x6d7782};
 constexpr Colour kTrack{0x2f7ed8, 0.75};
 constexpr Colour kCarried{0x8a94a6};
+constexpr Colour kForbidden{0xc0392b};
 constexpr Colour kDock{0x2c9a57};
 constexpr Colour kRobot{0xe4572e};
 
@@ -45,6 +46,7 @@ public:
         cells(CellState::Free, kFloor);
         metreLines();
         cells(CellState::Occupied, kSolid);
+        virtualWalls();
         track();
         dock();
         robot();
@@ -55,10 +57,29 @@ private:
     double x(PointMm p) const { return kRim + (p.x - home_.origin().x) * scale_; }
     double y(PointMm p) const { return kHead + (home_.farCorner().y - p.y) * scale_; }
 
-    // Runs of equal cells as one box each, without smoothing, so that no seams show between them.
+    PointMm corner(int column, int row) const
+    {
+        return home_.origin() + Home::kCellMm * PointMm{double(column), double(row)};
+    }
+
+    // Adds a box by its corners: neighbours share them to the last bit, which a width and a height would not
+    // give.
+    void outline(PointMm low, PointMm high)
+    {
+        cairo_t* const context = pen_.context();
+        cairo_move_to(context, x(low), y(low));
+        cairo_line_to(context, x(high), y(low));
+        cairo_line_to(context, x(high), y(high));
+        cairo_line_to(context, x(low), y(high));
+        cairo_close_path(context);
+    }
+
+    // Runs of equal cells as one box each, in one path and without smoothing, so that no seams show between
+    // them.
     void cells(CellState state, Colour fill)
     {
         cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_NONE);
+        cairo_new_path(pen_.context());
         for (int row = 0; row < home_.rows(); ++row) {
             for (int column = 0; column < home_.columns();) {
                 int end = column;
@@ -66,14 +87,13 @@ private:
                     ++end;
                 }
                 if (end > column) {
-                    const PointMm corner =
-                        home_.origin() + Home::kCellMm * PointMm{double(column), double(row + 1)};
-                    pen_.box(x(corner), y(corner), (end - column) * Home::kCellMm * scale_,
-                             Home::kCellMm * scale_, fill);
+                    outline(corner(column, row), corner(end, row + 1));
                 }
                 column = end + 1;
             }
         }
+        pen_.colour(fill);
+        cairo_fill(pen_.context());
         cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_DEFAULT);
     }
 
@@ -100,6 +120,26 @@ private:
             if (home_.at(start + (Home::kCellMm / 2) * step) == CellState::Free) {
                 pen_.line(x(start), y(start), x(end), y(end), 1, kMetreLine);
             }
+        }
+    }
+
+    void virtualWalls()
+    {
+        cairo_t* const context = pen_.context();
+        for (const PolygonMm& area : marks_.walls.areas) {
+            cairo_new_path(context);
+            for (const PointMm& point : area) {
+                cairo_line_to(context, x(point), y(point));
+            }
+            cairo_close_path(context);
+            pen_.colour({kForbidden.rgb, 0.18});
+            cairo_fill_preserve(context);
+            pen_.colour(kForbidden);
+            cairo_set_line_width(context, 1.5);
+            cairo_stroke(context);
+        }
+        for (const SegmentMm& line : marks_.walls.lines) {
+            pen_.line(x(line.from), y(line.from), x(line.to), y(line.to), 2.5, kForbidden);
         }
     }
 
@@ -171,6 +211,9 @@ private:
         double at = kRim + metre + 60;
         at = key(at, base, kSolid, "walls and furniture");
         at = key(at, base, kUnknown, "unknown");
+        if (!marks_.walls.lines.empty() || !marks_.walls.areas.empty()) {
+            at = key(at, base, kForbidden, "virtual walls");
+        }
         if (marks_.dock) {
             at = key(at, base, kDock, "dock");
         }
@@ -207,7 +250,7 @@ Picture homePicture(const Home& home, HomeMarks marks)
     const double scale = kLongSide / std::max(wide, high);
     Picture picture;
     // The foot has its own least width: a narrow home is not to cut it off.
-    picture.width = std::ceil(std::max(wide * scale, 560.0) + 2 * kRim);
+    picture.width = std::ceil(std::max(wide * scale, 680.0) + 2 * kRim);
     picture.height = std::ceil(high * scale + kHead + kFoot);
     picture.draw = [&home, marks = std::move(marks), scale, w = picture.width, h = picture.height](
                        cairo_t* context) { HomeDrawing(home, marks, context, scale).draw(w, h); };

@@ -7,6 +7,7 @@
 #include "robot/drawing/picture.h"
 #include "robot/world/dock.h"
 #include "robot/world/home.h"
+#include "robot/world/virtual_walls.h"
 
 namespace vemra::robot {
 
@@ -16,6 +17,7 @@ struct HomeMarks
     std::string title;
     std::optional<Dock> dock;
     std::optional<PoseMm> robot;
+    VirtualWalls walls = {};  ///< as the robot keeps them
     /// Where the robot really went on its own wheels: a stretch each time from where it was put down.
     std::vector<std::vector<PointMm>> track;
 };

@@ -5,9 +5,9 @@
 
 #include <cmath>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
-#include "robot/base/input_error.h"
 #include "robot/base/output_file.h"
 
 namespace vemra::robot {
@@ -29,17 +29,18 @@ void drawOn(cairo_surface_t* surface, const Picture& picture, double scale)
     picture.draw(context.get());
 }
 
-void expectGood(cairo_status_t status, const std::filesystem::path& file)
+// With a surface in memory that can only be a lack of it.
+void expectGood(cairo_status_t status)
 {
     if (status != CAIRO_STATUS_SUCCESS) {
-        throw InputError(file.string(), 0,
-                         fmt::format("cannot be drawn: {}", cairo_status_to_string(status)));
+        throw std::runtime_error(
+            fmt::format("a picture cannot be drawn: {}", cairo_status_to_string(status)));
     }
 }
 
 }  // namespace
 
-void writePng(const std::filesystem::path& file, const Picture& picture, double scale)
+std::string pngBytes(const Picture& picture, double scale)
 {
     const Surface surface(
         cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(picture.width * scale)),
@@ -47,8 +48,13 @@ void writePng(const std::filesystem::path& file, const Picture& picture, double 
         cairo_surface_destroy);
     drawOn(surface.get(), picture, scale);
     std::string bytes;
-    expectGood(cairo_surface_write_to_png_stream(surface.get(), append, &bytes), file);
-    writeFile(file, bytes);
+    expectGood(cairo_surface_write_to_png_stream(surface.get(), append, &bytes));
+    return bytes;
+}
+
+void writePng(const std::filesystem::path& file, const Picture& picture, double scale)
+{
+    writeFile(file, pngBytes(picture, scale));
 }
 
 void writeSvg(const std::filesystem::path& file, const Picture& picture)
@@ -58,7 +64,7 @@ void writeSvg(const std::filesystem::path& file, const Picture& picture)
                           cairo_surface_destroy);
     drawOn(surface.get(), picture, 1);
     cairo_surface_finish(surface.get());
-    expectGood(cairo_surface_status(surface.get()), file);
+    expectGood(cairo_surface_status(surface.get()));
     writeFile(file, bytes);
 }
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 
 namespace vemra::robot {
 
@@ -15,7 +16,10 @@ struct Picture
     std::function<void(cairo_t*)> draw;
 };
 
-/// Write the whole file or none. scale is pixels a point. Throw InputError if the file cannot be written.
+[[nodiscard]] std::string pngBytes(const Picture& picture, double scale = 1);
+
+/// Write the whole file or none. scale is pixels a point. Throw InputError if the file cannot be written, and
+/// std::runtime_error if there is no memory to draw in.
 void writePng(const std::filesystem::path& file, const Picture& picture, double scale = 1);
 void writeSvg(const std::filesystem::path& file, const Picture& picture);
 

@@ -4,10 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 #include "robot/base/clock.h"
 #include "robot/base/input_error.h"
+#include "robot/host/end_reason.h"
+#include "robot/host/goal_tree.h"
+#include "robot/host/places.h"
+#include "robot/host/unwritten_trees.h"
 
 namespace vemra::robot {
 namespace {
@@ -64,18 +69,27 @@ Robot::Robot(RobotSetup setup)
 {
     for (const BoxMm& cliff : setup_.cliffs)
         world_.addCliff(cliff);
-    checkPlaces();
+    checkPlaces(setup_.scenario, world_.solid());
     blackboard_->setClock(clock_);
     setup_.load_trees(factory_);
     if (!factory_.hasTree(setup_.tree))
         throw InputError("--tree", 0, fmt::format("there is no tree \"{}\"", setup_.tree));
+    watchUnwritten(factory_, [this](const std::string& tree) {
+        if (++unwritten_met_[tree] == 1)
+            record(LogKind::Custom,
+                   fmt::format("tree {} is not written: it fails wherever it is entered", tree),
+                   {{"what", "not_written"}, {"tree", tree}});
+    });
 
     const Report report = [this](const std::string& kind, const std::string& text,
                                  nlohmann::ordered_json fields) {
-        record(logKindOfText(kind).value_or(LogKind::Custom), text, std::move(fields));
+        const std::optional<LogKind> known = logKindOfText(kind);
+        if (!known)
+            throw std::logic_error("a service reports an event of an unknown kind: " + kind);
+        record(*known, text, std::move(fields));
     };
     services_ =
-        makeServices({*blackboard_, report, chance_, state_, body_}, knowledge_, setup_.scenario.start);
+        setup_.services({*blackboard_, report, chance_, state_, body_}, knowledge_, setup_.scenario.start);
     leaf::LeafHost host(factory_);
     host.use_runtime_builtin();
     for (const auto& service : services_)
@@ -86,7 +100,20 @@ Robot::Robot(RobotSetup setup)
         else
             defaults_met_.emplace(id, 1);
     });
+    plantTree();
+}
+
+void Robot::plantTree()
+{
     tree_ = factory_.createTree(setup_.tree, blackboard_);
+    if (isUnwritten(tree_))
+        throw InputError(
+            "--tree", 0,
+            fmt::format("tree \"{}\" has a name and no description: it is not written", setup_.tree));
+    if (setup_.goal && !contains({world_.solid().origin(), world_.solid().farCorner()}, *setup_.goal))
+        throw InputError("--goal", 0, "expected a place within the home");
+    if (setup_.goal)
+        tree_ = goalTree(factory_, blackboard_, setup_.tree, *setup_.goal);
 }
 
 Robot::~Robot()
@@ -94,24 +121,6 @@ Robot::~Robot()
     // Nodes of trees that wait to be entered again refer to services.
     tree_ = {};
     factory_.clearTreePools();
-}
-
-void Robot::checkPlaces() const
-{
-    const auto expectRoom = [this](const PoseMm& pose, int line, const char* what) {
-        if (!world_.solid().isDiscFree(pose.at, kRobotRadiusMm))
-            throw InputError(
-                setup_.scenario.file, line,
-                fmt::format("\"{}\": expected a place where the robot has room ({} mm around it), "
-                            "not [{}, {}]",
-                            what, kRobotRadiusMm, pose.at.x / 1000, pose.at.y / 1000));
-    };
-    if (setup_.scenario.start.pose)
-        expectRoom(*setup_.scenario.start.pose, setup_.scenario.start.pose_line, "pose");
-    for (const ScenarioEvent& event : setup_.scenario.events) {
-        if (const auto* carry = std::get_if<CarryTo>(&event.what))
-            expectRoom(carry->pose, event.line, "carry_to");
-    }
 }
 
 void Robot::record(LogKind kind, const std::string& text, nlohmann::ordered_json fields)
@@ -215,15 +224,28 @@ void Robot::step()
     beginFrame();
     for (const auto& service : services_)
         service->update();
-    const BT::NodeStatus result = tree_.root_node->executeTick();
+    std::string reason;
+    const BT::NodeStatus result = tick(reason);
     showMode();
     showKeys();
-    showResult(result);
+    showResult(result, reason);
     ++state_.frame;
 }
 
+// A tree that ends as soon as it is entered was most often given too little to work with: the user hears what
+// it lacked.
+BT::NodeStatus Robot::tick(std::string& reason)
+{
+    if (state_.frame > 0)
+        return tree_.root_node->executeTick();
+    const EndReason watch(*blackboard_);
+    const BT::NodeStatus result = tree_.root_node->executeTick();
+    reason = watch.of(result);
+    return result;
+}
+
 // A root that ends is entered anew in the next frame; told once, and again when it ends in the other way.
-void Robot::showResult(BT::NodeStatus result)
+void Robot::showResult(BT::NodeStatus result, const std::string& reason)
 {
     if (result == BT::NodeStatus::RUNNING)
         return;
@@ -231,7 +253,9 @@ void Robot::showResult(BT::NodeStatus result)
     if (result == shown_result_)
         return;
     shown_result_ = result;
-    record(LogKind::Custom, fmt::format("tree {} ends: {}", setup_.tree, BT::toStr(result)),
+    record(LogKind::Custom,
+           fmt::format("tree {} ends: {}{}{}", setup_.tree, BT::toStr(result), reason.empty() ? "" : ", by ",
+                       reason),
            {{"what", "tree"}, {"result", BT::toStr(result)}});
 }
 
@@ -244,6 +268,9 @@ nlohmann::ordered_json Robot::report() const
     nlohmann::ordered_json defaults = nlohmann::ordered_json::object();
     for (const auto& [leaf, ticks] : defaults_met_)
         defaults[leaf] = ticks;
+    nlohmann::ordered_json unwritten = nlohmann::ordered_json::object();
+    for (const auto& [tree, ticks] : unwritten_met_)
+        unwritten[tree] = ticks;
     return {{"scenario", setup_.scenario.name},
             {"tree", setup_.tree},
             {"root_ended", {{"SUCCESS", root_successes_}, {"FAILURE", root_failures_}}},
@@ -261,7 +288,8 @@ nlohmann::ordered_json Robot::report() const
                                               std::round(wrapped(stands.yaw).value)}},
             {"run_mm", std::round(body_.runMm())},
             {"frames_in_mode", modes},
-            {"leaves_without_service", defaults}};
+            {"leaves_without_service", defaults},
+            {"trees_not_written", unwritten}};
 }
 
 }  // namespace vemra::robot

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,7 @@ struct RobotSetup
     Scenario scenario;
     std::uint64_t seed = 1;
     std::string tree = "RobotNode";        ///< the root; entered anew whenever it ends
+    std::optional<PointMm> goal = {};      ///< a way there is searched before the tree is entered
     ServiceMaker services = makeServices;  ///< what answers the leaves
 };
 
@@ -37,8 +39,8 @@ struct RobotSetup
 class Robot
 {
 public:
-    /// Throws InputError when the tree is unknown or a place in the scenario leaves the robot no room, and
-    /// what load_trees throws.
+    /// Throws InputError when the tree is unknown or not written, or a place in the scenario lies outside the
+    /// home or leaves the robot no room, and what load_trees throws.
     explicit Robot(RobotSetup setup);
     ~Robot();
     Robot(const Robot&) = delete;
@@ -61,6 +63,7 @@ public:
     [[nodiscard]] const Body& body() const { return body_; }
     [[nodiscard]] const Home& home() const { return world_.solid(); }
     [[nodiscard]] const Dock& dock() const { return setup_.dock; }
+    [[nodiscard]] const VirtualWalls& virtualWalls() const { return knowledge_.map.virtualWalls(); }
     [[nodiscard]] BT::Blackboard& blackboard() { return *blackboard_; }
 
     /// What came of the run, in figures.
@@ -77,7 +80,6 @@ private:
     };
 
     void record(LogKind kind, const std::string& text, nlohmann::ordered_json fields = {});
-    void checkPlaces() const;
     void happen(const ScenarioEvent& event);
     bool moveBody(const Happening& what);
     bool changeHome(const Happening& what);
@@ -86,7 +88,9 @@ private:
     void beginFrame();
     void showMode();
     void showKeys();
-    void showResult(BT::NodeStatus result);
+    void showResult(BT::NodeStatus result, const std::string& reason);
+    void plantTree();
+    [[nodiscard]] BT::NodeStatus tick(std::string& reason);
 
     RobotSetup setup_;
     EventLog log_;
@@ -108,6 +112,7 @@ private:
     Mode shown_mode_ = Mode::None;
     std::vector<WatchedKey> keys_;
     std::map<std::string, std::uint64_t, std::less<>> defaults_met_;  ///< leaf without service: ticks
+    std::map<std::string, std::uint64_t> unwritten_met_;              ///< tree without description: ticks
     std::map<std::string, std::uint64_t> frames_in_mode_;
 };
 

@@ -44,8 +44,8 @@ constexpr Word<Mode> kAppModes[] = {
 
 // Modes that no tree asks for.
 constexpr Word<Mode> kOutsideModes[] = {
-    {"follow_wall", Mode::FollowWall},       {"wifi", Mode::WifiSet},           {"factory", Mode::Factory},
-    {"factory_test", Mode::FactoryFuncTest}, {"factory_run", Mode::FactoryRun}, {"self_test", Mode::SelfTest},
+    {"follow_wall", Mode::FollowWall}, {"wifi", Mode::WifiSet},           {"factory", Mode::Factory},
+    {"board_test", Mode::BoardTest},   {"factory_run", Mode::FactoryRun}, {"self_test", Mode::SelfTest},
 };
 
 constexpr Word<SelfTestStep> kSelfTests[] = {
@@ -102,10 +102,10 @@ Happening readApp(const YamlFields& event)
                 }
                 event.failAt(area, "\"areas\": expected numbers of rooms, as in [1, 3]");
             case Mode::DrawAreaClean:
-                command.areas.push_back(areaOf(event.numbers(area, "areas", 4), event, area, "areas"));
+                command.areas.push_back(areaOf(event.places(area, "areas", 4), event, area, "areas"));
                 break;
             case Mode::SelectPointClean: {
-                const std::vector<double> point = event.numbers(area, "areas", 2);
+                const std::vector<double> point = event.places(area, "areas", 2);
                 command.points.push_back({1e3 * point[0], 1e3 * point[1]});
                 break;
             }
@@ -133,7 +133,7 @@ Happening readStuck(const YamlFields& event, std::string_view name)
 
 Happening readPutDown(const YamlFields& event)
 {
-    const std::vector<double> edges = event.numbers("box_at", 4);
+    const std::vector<double> edges = event.places("box_at", 4);
     PutDown thing{event.text("put_down"), areaOf(edges, event, event.node("box_at"), "box_at"), false};
     thing.low = event.has("low") && event.flag("low");
     return thing;

@@ -21,7 +21,7 @@ std::uint64_t framesOf(const YamlFields& fields, std::string_view name)
 
 PoseMm poseOf(const YamlFields& fields, std::string_view name)
 {
-    const std::vector<double> at = fields.numbers(name, 3);
+    const std::vector<double> at = fields.places(name, 3);
     return {{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})};
 }
 

@@ -28,8 +28,8 @@ enum class Mode : std::uint8_t
     FollowWall = 16,
     WifiSet = 17,
     Factory = 18,
-    FactoryFuncTest = 19,
-    FactoryRun = 20,
+    FactoryRun = 19,  ///< the self-test run on the factory floor
+    BoardTest = 20,   ///< a test of the board alone: no tree belongs to it
     SelfTest = 21,
 };
 

@@ -3,11 +3,11 @@
 #include <fmt/format.h>
 
 #include <array>
-#include <charconv>
 #include <cmath>
-#include <string_view>
+#include <numbers>
 
 #include "robot/base/input_error.h"
+#include "robot/base/number_list.h"
 #include "robot/world/reach.h"
 #include "robot/world/walls.h"
 
@@ -97,25 +97,26 @@ std::optional<Dock> placeDock(const Home& home)
     return std::nullopt;
 }
 
+bool looksLikeRadians(const Dock& dock)
+{
+    const double yaw = dock.face.yaw.value;
+    // Millionths of a degree are never measured, and docks stand by quarters of a turn.
+    const double eighths = yaw / (std::numbers::pi / 4);
+    const double thousands = yaw * 1e3;
+    const bool a_fraction_of_pi = std::abs(eighths) > 0.5 && std::abs(eighths - std::round(eighths)) < 0.003;
+    return std::abs(yaw) <= 2 * std::numbers::pi + 0.01 &&
+           (a_fraction_of_pi || std::abs(thousands - std::round(thousands)) > 1e-6);
+}
+
 Dock parseDock(const std::string& text)
 {
-    std::array<double, 3> values{};
-    const char* at = text.data();
-    const char* const end = text.data() + text.size();
-    bool good = true;
-    for (std::size_t i = 0; i < values.size() && good; ++i) {
-        const auto [rest, fault] = std::from_chars(at, end, values[i]);
-        const bool last = i + 1 == values.size();
-        good = fault == std::errc{} && std::isfinite(values[i]) &&
-               (last ? rest == end : rest != end && *rest == ',');
-        at = rest + (last ? 0 : 1);
-    }
-    if (!good) {
+    const auto values = numbersOfText(text, 3);
+    if (!values) {
         throw InputError(
             "--dock", 0,
             fmt::format("\"{}\": expected X,Y,DEG in metres and degrees, as in 1.25,-0.4,90", text));
     }
-    return {{{values[0] * 1e3, values[1] * 1e3}, wrapped({values[2]})}};
+    return {{{values->at(0) * 1e3, values->at(1) * 1e3}, wrapped({values->at(2)})}};
 }
 
 std::string toText(const Dock& dock)

@@ -31,6 +31,10 @@ void checkDock(const Home& home, const Dock& dock, const std::string& file, int 
 /// none.
 std::optional<Dock> placeDock(const Home& home);
 
+/// Whether the yaw can hardly be meant in degrees: it lies within a turn in radians, and is a fraction of pi
+/// or has more than three decimals.
+bool looksLikeRadians(const Dock& dock);
+
 /// "X,Y,DEG": metres and degrees, as in "1.25,-0.4,90". Throws InputError for "--dock".
 Dock parseDock(const std::string& text);
 

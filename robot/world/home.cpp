@@ -61,6 +61,9 @@ void Home::set(CellIndex cell, CellState state)
 
 bool Home::isDiscFree(PointMm centre, double radius_mm) const
 {
+    if (!contains(cellOf(centre))) {
+        return false;
+    }
     // A micrometre of slack: a disc laid exactly against a wall touches it and no more.
     const double reach = std::max(radius_mm - 1e-3, 0.0);
     const CellIndex low = cellOf(centre - PointMm{reach, reach});

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 
 #include "robot/base/input_error.h"
 #include "robot/base/yaml_fields.h"
@@ -13,7 +14,7 @@
 namespace vemra::robot {
 namespace {
 
-constexpr double kMaxHomeMm = 250'000;
+constexpr double kMaxSideMm = 250'000;
 constexpr double kMaxCells = 16e6;
 
 // How the grey values of a map are to be read.
@@ -66,6 +67,12 @@ CellState stateOf(int grey, int max_value, const GreyScale& scale)
         return 2 * occupancy < scale.occupied + scale.free ? CellState::Free : CellState::Occupied;
     }
     return CellState::Unknown;
+}
+
+// More than one turn either way: no angle in radians is written so.
+bool looksLikeDegrees(double yaw)
+{
+    return std::abs(yaw) > 2 * std::numbers::pi + 1e-3;
 }
 
 // The picture laid into the map frame.
@@ -155,6 +162,9 @@ Home toCells(const MapPicture& picture, double resolution_mm)
 HomeFile readHome(const std::filesystem::path& yaml)
 {
     const YamlFields map(readYaml(yaml), yaml.string(), "a map");
+    map.allowOnly({"image", "resolution", "origin", "negate", "occupied_thresh", "free_thresh", "mode",
+                   "dock", "cliffs"});
+    std::vector<std::string> doubts;
     const std::string image_name = map.text("image");
     if (image_name.empty()) {
         map.fail("image", "the name of a PGM picture");
@@ -163,16 +173,26 @@ HomeFile readHome(const std::filesystem::path& yaml)
     if (resolution_mm < 1 || resolution_mm > 1e4) {
         map.fail("resolution", "metres a pixel, from 0.001 to 10");
     }
-    const std::vector<double> origin = map.numbers("origin", 3);
+    const std::vector<double> origin = map.places("origin", 3);
+    if (looksLikeDegrees(origin[2])) {
+        doubts.push_back(
+            fmt::format("{}:{}: the yaw of `origin` is in radians, as map_server has it: {} is more "
+                        "than a turn",
+                        yaml.string(), map.line("origin"), origin[2]));
+    }
     const GreyScale scale = readScale(map);
     std::optional<Dock> dock;
     if (map.has("dock")) {
-        const std::vector<double> at = map.numbers("dock", 3);
-        dock = Dock{{{1e3 * at[0], 1e3 * at[1]}, wrapped(degreesOfRadians(at[2]))}};
+        const std::vector<double> at = map.places("dock", 3);
+        dock = Dock{{{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})}};
+        if (looksLikeRadians(*dock)) {
+            doubts.push_back(fmt::format("{}:{}: the yaw of `dock` is in degrees: {} looks like radians",
+                                         yaml.string(), map.line("dock"), at[2]));
+        }
     }
     std::vector<BoxMm> cliffs;
     for (const YAML::Node& node : map.list("cliffs")) {
-        const std::vector<double> at = map.numbers(node, "cliffs", 4);
+        const std::vector<double> at = map.places(node, "cliffs", 4);
         cliffs.push_back({{1e3 * at[0], 1e3 * at[1]}, {1e3 * at[2], 1e3 * at[3]}});
         if (at[0] >= at[2] || at[1] >= at[3]) {
             map.failAt(node, "an empty box: expected [x0, y0, x1, y1] with x0 < x1 and y0 < y1");
@@ -185,11 +205,13 @@ HomeFile readHome(const std::filesystem::path& yaml)
                              {{1e3 * origin[0], 1e3 * origin[1]}, degreesOfRadians(origin[2])});
     const auto [low, high] = picture.box();
     const PointMm size = high - low;
-    if (size.x > kMaxHomeMm || size.y > kMaxHomeMm ||
-        size.x * size.y > kMaxCells * Home::kCellMm * Home::kCellMm) {
-        map.fail("resolution",
-                 fmt::format("a home of at most {:.0f} m: {} x {} pixels would be {:.0f} x {:.0f} m",
-                             kMaxHomeMm / 1e3, image.width, image.height, size.x / 1e3, size.y / 1e3));
+    const double area = size.x * size.y;
+    const double most_area = kMaxCells * Home::kCellMm * Home::kCellMm;
+    if (size.x > kMaxSideMm || size.y > kMaxSideMm || area > most_area) {
+        const std::string limit = area > most_area ? fmt::format("{:.0f} m2", most_area / 1e6)
+                                                   : fmt::format("{:.0f} m a side", kMaxSideMm / 1e3);
+        map.fail("resolution", fmt::format("a home of at most {}: {} x {} pixels would be {:.0f} x {:.0f} m",
+                                           limit, image.width, image.height, size.x / 1e3, size.y / 1e3));
     }
     Home home = toCells(picture, resolution_mm);
     if (home.freeAreaM2() == 0) {
@@ -197,7 +219,7 @@ HomeFile readHome(const std::filesystem::path& yaml)
                          "the map has no free floor: expected pixels that `free_thresh`, `negate` and `mode` "
                          "make free");
     }
-    return {std::move(home), dock, yaml.string(), map.line("dock"), std::move(cliffs)};
+    return {std::move(home), dock, yaml.string(), map.line("dock"), std::move(cliffs), std::move(doubts)};
 }
 
 ChosenDock chooseDock(const HomeFile& home, const std::optional<Dock>& given)
@@ -213,8 +235,9 @@ ChosenDock chooseDock(const HomeFile& home, const std::optional<Dock>& given)
     if (const auto placed = placeDock(home.home)) {
         return {*placed, DockSource::Placed};
     }
-    throw InputError(home.file, 0,
-                     "no free stretch of wall for a dock: expected `dock: [x, y, yaw]` or --dock X,Y,DEG");
+    throw InputError(
+        home.file, 0,
+        "no free stretch of wall for a dock: expected `dock: [x, y, degrees]` or --dock X,Y,DEG");
 }
 
 }  // namespace vemra::robot

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <cmath>
-#include <numbers>
 
 #include "robot/base/yaml_fields.h"
 
@@ -48,7 +47,7 @@ public:
             plan_.cliffs.push_back(inside(cliff, "cliffs"));
         }
         if (top_.has("dock")) {
-            const std::vector<double> at = top_.numbers("dock", 3);
+            const std::vector<double> at = top_.places("dock", 3);
             plan_.dock = Dock{{{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})}};
         }
         return plan_;
@@ -67,7 +66,7 @@ private:
 
     BoxMm box(const YAML::Node& node, const char* name) const
     {
-        const std::vector<double> edges = top_.numbers(node, name, 4);
+        const std::vector<double> edges = top_.places(node, name, 4);
         const BoxMm box{{onGrid(edges[0], node), onGrid(edges[1], node)},
                         {onGrid(edges[2], node), onGrid(edges[3], node)}};
         if (box.low.x >= box.high.x || box.low.y >= box.high.y) {
@@ -163,8 +162,8 @@ std::string mapYaml(const Plan& plan)
         plan.name, Home::kCellMm / 1e3, corner.x / 1e3, corner.y / 1e3);
     if (plan.dock) {
         const PoseMm& face = plan.dock->face;
-        text += fmt::format("dock: [{}, {}, {:.6f}]\n", face.at.x / 1e3, face.at.y / 1e3,
-                            face.yaw.value * std::numbers::pi / 180);
+        text += fmt::format("dock: [{}, {}, {}]  # metres and degrees\n", face.at.x / 1e3, face.at.y / 1e3,
+                            face.yaw.value);
     }
     if (!plan.cliffs.empty()) {
         text += "cliffs:\n";

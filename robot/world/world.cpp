@@ -39,8 +39,9 @@ void World::enter(const Thing& thing)
     const double inside = 1e-6;
     const CellIndex low = solid_.cellOf(thing.box.low + PointMm{inside, inside});
     const CellIndex high = solid_.cellOf(thing.box.high - PointMm{inside, inside});
-    for (int row = low.row; row <= high.row; ++row) {
-        for (int column = low.column; column <= high.column; ++column) {
+    for (int row = std::max(low.row, 0); row <= std::min(high.row, solid_.rows() - 1); ++row) {
+        for (int column = std::max(low.column, 0); column <= std::min(high.column, solid_.columns() - 1);
+             ++column) {
             solid_.set({column, row}, CellState::Occupied);
             if (thing.height == Height::Tall) {
                 visible_.set({column, row}, CellState::Occupied);

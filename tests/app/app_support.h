@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "support/folder.h"
 #include "support/program.h"
 
 namespace vemra::test {

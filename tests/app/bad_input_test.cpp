@@ -9,13 +9,6 @@ namespace fs = std::filesystem;
 
 class BadInput : public testing::Test
 {
-public:
-    BadInput() : folder_(fs::temp_directory_path() / ("vemra_app_" + std::to_string(::getpid())))
-    {
-        fs::create_directories(folder_);
-    }
-    ~BadInput() override { fs::remove_all(folder_); }
-
 protected:
     static void expectRefusal(const std::vector<std::string>& arguments, const std::string& message)
     {
@@ -26,7 +19,7 @@ protected:
         EXPECT_THAT(result.err, HasSubstr(message));
     }
 
-    fs::path folder_;
+    Folder folder_;
 };
 
 TEST_F(BadInput, UnknownNamesComeBackWithNearOnes)
@@ -59,10 +52,12 @@ TEST_F(BadInput, ValuesOutOfRangeAndMissingOnes)
 
 TEST_F(BadInput, LibrariesThatAreNone)
 {
-    const std::string text = (folder_ / "text.so").string();
-    std::ofstream(text) << "no library";
+    const std::string text = folder_.write("text.so", "no library").string();
+    const std::string whole = bytesOf(std::string(VEMRA_LIB_DIR) + "/libvemra_tree.so");
+    const std::string half = folder_.write("half.so", whole.substr(0, whole.size() / 2)).string();
     expectRefusal({"trees", "list", "--plugin", (folder_ / "none.so").string()}, "none.so: no such file");
     expectRefusal({"trees", "list", "--plugin", text}, "text.so: cannot be loaded");
+    expectRefusal({"trees", "list", "--plugin", half}, "the file ends early");
     expectRefusal({"trees", "list", "--plugin", std::string(VEMRA_LIB_DIR) + "/libbehaviortree_cpp.so"},
                   "BT_RegisterNodesFromPlugin");
     expectRefusal({"trees", "show", "UnknownLeaf", "--plugin", foreignTrees()}, "NobodyKnowsThis");
@@ -76,7 +71,7 @@ TEST_F(BadInput, ExportsThatAreNone)
         expectRefusal({"trees", "diff", file}, "old.json: " + message);
     };
     expectRefusal({"trees", "diff", (folder_ / "none.json").string()}, "none.json: cannot be read");
-    expectRefusal({"trees", "diff", folder_.string()}, "cannot be read");
+    expectRefusal({"trees", "diff", folder_.path().string()}, "cannot be read");
     refused("{\"trees\":[\n{]}", "parse error at line 2, column 2");
     refused("[1]", "the file: expected an object with \"trees\"");
     refused(R"({"trees":[{"name":"A"}]})", "tree 0: expected an object with \"nodes\"");
@@ -96,10 +91,10 @@ TEST_F(BadInput, NothingIsHalfWritten)
     expectRefusal({"trees", "export", "UnknownLeaf", "--plugin", foreignTrees(), "--out", kept},
                   "NobodyKnowsThis");
     expectRefusal({"trees", "export", "--out", (folder_ / "no" / "such.json").string()}, "cannot be written");
-    expectRefusal({"trees", "export", "--out", folder_.string()}, "cannot be written");
+    expectRefusal({"trees", "export", "--out", folder_.path().string()}, "cannot be written");
     std::ifstream in(kept);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "as before");
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_.path()), fs::directory_iterator()), 1);
 
     EXPECT_EQ(vemraOutput({"trees", "export", "--out", kept}), "");
     EXPECT_GT(fs::file_size(kept), 1000U);

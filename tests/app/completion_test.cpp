@@ -58,13 +58,11 @@ TEST(BashCompletion, OffersValues)
 
 TEST(BashCompletion, OffersFilesAlsoWithBlanks)
 {
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("vemra_files_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder / "my trees.so") << "";
-    std::ofstream(folder / "other") << "";
-    EXPECT_THAT(offered({"trees", "list", "--plugin", "my"}, folder.string()), ElementsAre("my trees.so"));
-    std::filesystem::remove_all(folder);
+    const Folder folder;
+    folder.write("my trees.so", "");
+    folder.write("other", "");
+    EXPECT_THAT(offered({"trees", "list", "--plugin", "my"}, folder.path().string()),
+                ElementsAre("my trees.so"));
 }
 
 }  // namespace

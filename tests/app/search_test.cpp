@@ -95,8 +95,8 @@ TEST_F(TreeSearch, KeysTellsWhatNodesDoWithAKey)
 
 TEST_F(TreeSearch, DiffShowsWhatCameAndWent)
 {
-    const std::filesystem::path file =
-        std::filesystem::temp_directory_path() / ("vemra_diff_" + std::to_string(::getpid()) + ".json");
+    const Folder folder;
+    const std::filesystem::path file = folder / "old.json";
     vemraOutput({"trees", "export", "--out", file.string()});
     EXPECT_EQ(vemraOutput({"trees", "diff", file.string()}), "");
 
@@ -111,7 +111,6 @@ TEST_F(TreeSearch, DiffShowsWhatCameAndWent)
     }
     std::ofstream(file) << old;
     const ProgramResult result = runVemra({"trees", "diff", file.string(), "--color", "never"});
-    std::filesystem::remove(file);
     EXPECT_EQ(result.exit_code, 1);
     const auto lines = linesOf(result.out);
     EXPECT_THAT(

@@ -65,7 +65,6 @@ protected:
 
 TEST_F(Plugin, RegistersAllTreesInTheirOrder)
 {
-    EXPECT_EQ(factory.treeNames().size(), 123u);
     EXPECT_EQ(factory.treeNames(), registry());
     EXPECT_TRUE(std::is_sorted(registry().begin(), registry().end()));
     EXPECT_TRUE(factory.hasTree("CrosslineSearch"));

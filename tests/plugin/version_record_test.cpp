@@ -96,15 +96,16 @@ TEST_F(VersionRecord, IsLeftOutWhereItCannotBeWritten)
     const std::string banner = load(factory);
     fs::remove(kRecord);
     EXPECT_THAT(banner, MatchesRegex("vemra_tree git commit: " + kVersion + "\n"));
-    EXPECT_EQ(factory.treeNames().size(), 123u);
+    EXPECT_TRUE(factory.hasTree("RobotNode"));
 }
 
 TEST_F(VersionRecord, ASecondLoadIntoOneFactoryTakesThePlaceOfTheFirst)
 {
     BT::BehaviorTreeFactory factory;
     load(factory);
+    const std::vector<std::string> once = factory.treeNames();
     load(factory);
-    EXPECT_EQ(factory.treeNames().size(), 123u);
+    EXPECT_EQ(factory.treeNames(), once);
     const auto blackboard = BT::Blackboard::create<BT::BlackboardLocal>();
     EXPECT_EQ(factory.createTree("AlwaysSuccess", blackboard).nodes.size(), 1u);
 }

@@ -62,6 +62,36 @@ TEST(HomePicture, WallsFloorDockAndRobotStandWhereTheyAre)
     EXPECT_EQ(at(500, 1400 - 100), floor) << "beside the robot";
 }
 
+// A wall of many rows: where a row ends between two pixels the next one begins.
+TEST(HomePicture, ShowsNoSeamsBetweenCellsWhateverTheirSizeInPixels)
+{
+    for (const int rows : {61, 117, 233, 310}) {
+        const Home home = sketch(std::vector<std::string>(static_cast<std::size_t>(rows), "###"));
+        const Folder folder;
+        writePng(folder / "home.png", homePicture(home, {}), 2);
+        const Pixels pixels(folder / "home.png");
+        const int x = 2 * 24 + 3 * 2000 / rows / 2;
+        for (int y = 2 * 34 + 1; y < 2 * 34 + 1999; ++y)
+            ASSERT_EQ(pixels.at(x, y), pixels.at(x, 2 * 34 + 5)) << rows << " rows, line " << y;
+    }
+}
+
+TEST(HomePicture, ShowsVirtualWalls)
+{
+    const Folder folder;
+    const Home home = sketch(room(40, 40));
+    HomeMarks marks;
+    marks.walls.lines = {{{525, 1525}, {1525, 1525}}};
+    marks.walls.areas = {{{525, 525}, {1025, 525}, {1025, 1025}, {525, 1025}}};
+    writePng(folder / "home.png", homePicture(home, marks));
+    const Pixels pixels(folder / "home.png");
+    const auto at = [&](int x, int y) { return pixels.at(24 + x / 2, 34 + 1000 - y / 2); };
+    const std::uint32_t floor = at(1275, 1275);
+    EXPECT_NE(at(1325, 1525), floor) << "on the line";
+    EXPECT_NE(at(775, 775), floor) << "in the area";
+    EXPECT_EQ(at(1125, 775), floor) << "beside it";
+}
+
 TEST(RunPicture, ShowsTheRunTheSameEachTimeAndSurvivesOddOnes)
 {
     const Folder folder;

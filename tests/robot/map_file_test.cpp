@@ -97,15 +97,28 @@ TEST_F(MapFile, OriginShiftsAndTurnsTheMap)
     EXPECT_EQ(odd.at(25 * along + 75 * PointMm{-along.y, along.x}), CellState::Occupied);
 }
 
-TEST_F(MapFile, DockComesInMetresAndRadians)
+TEST_F(MapFile, DockComesInMetresAndDegrees)
 {
     folder_.write("map.pgm", "P2 1 1 255 254");
-    const HomeFile home = readHome(yaml("dock: [1.25, -0.4, 3.141592653589793]"));
+    const HomeFile home = readHome(yaml("dock: [1.25, -0.4, -90]"));
     ASSERT_TRUE(home.dock);
-    EXPECT_EQ(home.dock->face.at, (PointMm{1250, -400}));
-    EXPECT_NEAR(home.dock->face.yaw.value, 180, 1e-9);
+    EXPECT_EQ(home.dock->face, (PoseMm{{1250, -400}, {-90}}));
     EXPECT_EQ(home.dock_line, 7);
-    EXPECT_FALSE(readHome(yaml("author: someone")).dock) << "fields of others are left alone";
+}
+
+TEST_F(MapFile, AnAngleThatLooksLikeTheOtherUnitIsDoubted)
+{
+    folder_.write("map.pgm", "P2 1 1 255 254");
+    const auto doubts = [this](const std::string& field) { return readHome(yaml(field)).doubts; };
+    for (const char* radians : {"-1.570796", "3.141592653589793", "1.57", "3.14", "0.7854", "0.123456"})
+        EXPECT_THAT(doubts(std::string("dock: [0, 0, ") + radians + "]"),
+                    ElementsAre(AllOf(HasSubstr("map.yaml:7: "), HasSubstr("looks like radians"))))
+            << radians;
+    for (const char* degrees : {"0", "-90", "180", "2", "1.5", "-3", "6", "45.25"})
+        EXPECT_THAT(doubts(std::string("dock: [0, 0, ") + degrees + "]"), ElementsAre()) << degrees;
+    EXPECT_THAT(doubts("origin: [0, 0, 90]"),
+                ElementsAre(AllOf(HasSubstr("map.yaml:6: "), HasSubstr("is in radians"))));
+    EXPECT_THAT(doubts("origin: [0, 0, -3.14159]"), ElementsAre());
 }
 
 TEST_F(MapFile, FaultsOfTheYamlNameFileLineAndWhatWasExpected)
@@ -124,6 +137,8 @@ TEST_F(MapFile, FaultsOfTheYamlNameFileLineAndWhatWasExpected)
     EXPECT_THAT(fault(good, "cliffs: [[1, 1, 2, 1]]"), at_line(7, "an empty box"));
     EXPECT_THAT(fault(good, "dock: here"), at_line(7, "a list of 3 numbers"));
     EXPECT_THAT(fault(good, "dock: [1,"), HasSubstr("not YAML"));
+    EXPECT_THAT(fault(good, "dokc: [1, 1, 0]"), at_line(7, "no field \"dokc\": expected one of image"));
+    EXPECT_THAT(fault(good, "origin: [1e308, 0, 0]"), at_line(6, "none beyond 1000000"));
 
     EXPECT_THAT(faultOf([&] { readHome(folder_ / "none.yaml"); }), HasSubstr("none.yaml: cannot be read"));
     folder_.write("list.yaml", "- 1\n");
@@ -146,7 +161,9 @@ TEST_F(MapFile, FaultsOfThePictureNameIt)
     EXPECT_THAT(fault("P5 99999999999999999999 1 255\n"), HasSubstr("the width is out of range"));
     EXPECT_THAT(fault("P2 2 1 255 0 205"), HasSubstr("no free floor"));
     EXPECT_THAT(fault("P5 100 1 255\n" + std::string(100, 'z'), "resolution: 10"),
-                HasSubstr("at most 250 m"));
+                HasSubstr("at most 250 m a side: 100 x 1 pixels would be 1000 x 10 m"));
+    EXPECT_THAT(fault("P5 24 24 255\n" + std::string(576, 'z'), "resolution: 10"),
+                HasSubstr("at most 40000 m2: 24 x 24 pixels would be 240 x 240 m"));
     std::filesystem::remove(folder_ / "map.pgm");
     EXPECT_THAT(faultOf([&] { readHome(yaml()); }), HasSubstr("map.pgm: cannot be read"));
 }

@@ -124,6 +124,50 @@ TEST(RunCommand, RefusesBadInputWithPlaceAndExpectation)
             .string();
     EXPECT_THAT(fault({"--scenario", posed}), HasSubstr("posed.yaml:5: \"pose\": expected a place"));
     EXPECT_EQ(run({"--frames", "5", "--out", scenario}).exit_code, 2) << "a file where a folder is to be";
+    const std::string outside =
+        folder
+            .write("outside.yaml",
+                   "name: o\nframes: 9\nevents:\n  - {at: 1, put_down: a, box_at: [1, 1, 99, 2]}\n")
+            .string();
+    EXPECT_THAT(fault({"--scenario", outside}),
+                HasSubstr("outside.yaml:4: \"box_at\": expected a place within"));
+    EXPECT_THAT(fault({"--tree", "GotoPoint", "--goal", "99,0"}),
+                HasSubstr("--goal: expected a place within"));
+    EXPECT_THAT(fault({"--goal", "1"}), HasSubstr("expected X,Y in metres"));
+}
+
+TEST(RunCommand, WritesAllItsRecordsOrNone)
+{
+    const Folder folder;
+    std::filesystem::create_directories(folder / "out/home.png");
+    const ProgramResult result = run({"--frames", "9", "--out", (folder / "out").string()});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_THAT(result.err, HasSubstr("home.png: cannot be written"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / "out"), {}), 1);
+}
+
+TEST(RunCommand, MakesThePlanOfATreeThatDrivesAlongOne)
+{
+    const ProgramResult result = run({"--tree", "GotoPoint", "--goal", "3,2", "--frames", "2000"});
+    EXPECT_THAT(result.out, HasSubstr("tree GotoPoint ends: SUCCESS"));
+    const ProgramResult without = run({"--tree", "GotoPoint", "--frames", "1"});
+    EXPECT_THAT(without.out,
+                HasSubstr("tree GotoPoint ends: FAILURE, by ArePointsTooClose (GotoPoint, node "));
+    EXPECT_THAT(without.out, HasSubstr("not on the blackboard: navi_target_point"));
+}
+
+TEST(RunCommand, SaysThatATreeIsNotWritten)
+{
+    const std::string plugin = std::string(VEMRA_LIB_DIR) + "/libunwritten_trees.so";
+    const ProgramResult alone = run({"--plugin", plugin, "--tree", "Unwritten"});
+    EXPECT_EQ(alone.exit_code, 2);
+    EXPECT_THAT(alone.err, HasSubstr("\"Unwritten\" has a name and no description: it is not written"));
+    const ProgramResult entered =
+        run({"--plugin", plugin, "--tree", "EntersUnwritten", "--frames", "3", "--json"});
+    EXPECT_EQ(entered.exit_code, 0) << entered.err;
+    EXPECT_THAT(entered.out, HasSubstr("tree Unwritten is not written: it fails wherever it is entered"));
+    EXPECT_EQ(nlohmann::json::parse(linesOf(entered.out).back())["report"]["trees_not_written"]["Unwritten"],
+              3);
 }
 
 TEST(RunCommand, KeepsWhatHappenedUntilItIsInterrupted)

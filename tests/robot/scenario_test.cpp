@@ -145,6 +145,23 @@ TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
     EXPECT_EQ(start.map.check, -1);
 }
 
+// Four bytes that the parser makes no headway with, and ten lines that stand for ten million values.
+TEST_F(ScenarioFile, WhatATextStandsForIsBounded)
+{
+    const auto whole = [&](const std::string& text) { return faultOf([&] { read(text); }); };
+    EXPECT_THAT(whole(", a"), HasSubstr("day.yaml:1: not YAML: a value was expected here"));
+    std::string bomb = "a0: &a0 [x, x, x, x, x, x, x, x, x, x]\n";
+    for (int i = 1; i < 8; ++i) {
+        const std::string before = "*a" + std::to_string(i - 1);
+        const std::string name = "a" + std::to_string(i);
+        bomb.append(name).append(": &").append(name).append(" [").append(before);
+        for (int times = 1; times < 10; ++times)
+            bomb.append(", ").append(before);
+        bomb += "]\n";
+    }
+    EXPECT_THAT(whole(bomb), HasSubstr("at most 100000 values, those of aliases included"));
+}
+
 TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
 {
     const auto here = [](const std::string& expected) {
@@ -168,6 +185,7 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(fault("at: 1, carry_to: [1, 2]"), here("a list of 3 numbers"));
     EXPECT_THAT(fault("at: 1, app: auto, areas: [1]"), here("only with select_area"));
     EXPECT_THAT(fault("at: 1, app: draw_area, areas: [[1, 1, 0, 2]]"), here("x0 < x1"));
+    EXPECT_THAT(fault("at: 1, carry_to: [1e7, 2, 0]"), here("none beyond 1000000"));
     EXPECT_THAT(fault("at: 1, station: {lid: true}"), here("no field \"lid\": expected one of cap, bag"));
     EXPECT_THAT(fault("at: 1, stuck: sofa"), here("one of cliff, drop"));
     EXPECT_THAT(fault("at: 1, put_down: chair"), here("lacks the field \"box_at\""));
@@ -186,8 +204,11 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(whole("name: a\nframes: 9\nstart: {map: {check: 2}}\n"), HasSubstr("0, 0.5 or -1"));
     EXPECT_THAT(whole("name: a\nframes: 9\nevents:\n - [1]\n"), HasSubstr("day.yaml:4: expected an event"));
     EXPECT_THAT(whole("name: {a\n"), HasSubstr("not YAML"));
-    EXPECT_THAT(whole("name: a\nframes: 9\n---\nname: b\n"), HasSubstr("day.yaml:4: expected one YAML"));
-    EXPECT_THAT(whole("name: &a [*a]\nframes: 9\n"), HasSubstr("levels"));
+    EXPECT_THAT(whole("name: a\nframes: 9\n---\nname: b\n"), HasSubstr("day.yaml:3: expected one YAML"));
+    EXPECT_THAT(whole("name: &a [*a]\nframes: 9\n"), HasSubstr("stands within what it stands for"));
+    EXPECT_THAT(whole("name: " + std::string(60, '[') + std::string(60, ']')),
+                HasSubstr("at most 50 levels"));
+    EXPECT_THAT(whole("# " + std::string(1 << 20, 'x')), HasSubstr("at most 1048576 bytes"));
     EXPECT_THAT(whole(""), HasSubstr("expected a scenario"));
 }
 

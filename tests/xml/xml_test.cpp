@@ -9,6 +9,7 @@
 
 #include "behaviortree_cpp/loggers/bt_file_logger.h"
 #include "leaves/host/host.h"
+#include "support/folder.h"
 
 namespace {
 
@@ -114,7 +115,8 @@ TEST_F(Xml, WhatIsWrittenIsReadBackAsTheSameNodes)
 
 TEST_F(Xml, AFileLoggerTellsTheTreeAndItsChanges)
 {
-    const auto file = std::filesystem::temp_directory_path() / "vemra_file_logger_test.jsonl";
+    const vemra::test::Folder folder;
+    const auto file = folder / "log.jsonl";
     const BT::Tree tree = build(
         "<root><BehaviorTree ID='A'><Sequence><Delay ticks='1'/><Note name='a \"b\"' text='x'/></Sequence>"
         "</BehaviorTree></root>");
@@ -127,7 +129,6 @@ TEST_F(Xml, AFileLoggerTellsTheTreeAndItsChanges)
     std::vector<std::string> lines;
     for (std::string line; std::getline(in, line);)
         lines.push_back(line);
-    std::filesystem::remove(file);
     ASSERT_GE(lines.size(), 4U);
     EXPECT_THAT(lines[0], HasSubstr(R"({"index":2,"parent":0,"id":"Note","name":"a \"b\""})"));
     EXPECT_THAT(lines, testing::Contains(HasSubstr(R"("index":2,"from":"IDLE","to":"SUCCESS")")));

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <sstream>
+#include <string>
+
+#include "robot/base/output_file.h"
+#include "robot/events/json_lines.h"
+#include "robot/events/timeline_printer.h"
+#include "robot/host/robot.h"
+
+namespace vemra::app {
+
+/// What a run leaves in the folder of --out, kept until the run is over and then written, all of it or
+/// nothing.
+class RunRecords
+{
+public:
+    /// Makes the folder where there is none. Throws robot::InputError when it cannot be written to.
+    explicit RunRecords(const std::filesystem::path& folder);
+
+    /// From now on all that the robot logs is kept; must outlive the robot.
+    void follow(robot::Robot& robot);
+    void write(const robot::Robot& robot, const std::string& title);
+
+private:
+    robot::OutputFolder folder_;
+    std::ostringstream timeline_;
+    std::ostringstream json_;
+    robot::TimelinePrinter printer_{timeline_, robot::TimelinePrinter::Colour::Off};
+    robot::JsonLines lines_{json_};
+};
+
+}  // namespace vemra::app

@@ -1,0 +1,26 @@
+// A library with a tree that has a name and no description, as a generator leaves it, and one that enters it.
+
+#include "behaviortree_cpp/bt_factory.h"
+
+namespace {
+
+BT::Tree alone(BT::TreeNode::Ptr node)
+{
+    BT::TreeNode* const root = node.get();
+    return {root, {std::move(node)}};
+}
+
+}  // namespace
+
+BT_REGISTER_NODES(factory)
+{
+    using Board = BT::Blackboard::Ptr;
+    factory.registerTreeBuilder("Unwritten", [](const BT::BehaviorTreeFactory& make, const Board& board) {
+        return alone(make.instantiateTreeNode("AlwaysFailure", "not written", {}, board));
+    });
+    factory.registerTreeBuilder(
+        "EntersUnwritten", [](const BT::BehaviorTreeFactory& make, const Board& board) {
+            return alone(make.instantiateTreeNode("SubtreeCondition", "SubtreeCondition",
+                                                  {{"subtree_file_path", "Unwritten"}}, board));
+        });
+}
