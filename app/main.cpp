@@ -3,11 +3,12 @@
 
 #include "app/completion/commands.h"
 #include "app/leaves/commands.h"
+#include "app/manual.h"
 #include "app/near_names.h"
 #include "app/run.h"
 #include "app/trees/commands.h"
 #include "app/user_error.h"
-#include "plugin/version.h"
+#include "version/version.h"
 
 namespace {
 
@@ -69,6 +70,7 @@ int main(int argc, char** argv)
     addRunCommand(program, exit_code);
     addTreesCommand(program, exit_code);
     addLeavesCommand(program);
+    addManualCommand(program);
     addCompletionCommand(program);
     // Set last: commands take over the footer that is there when they are added.
     program.footer(

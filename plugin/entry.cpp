@@ -4,7 +4,7 @@
 
 #include "behaviortree_cpp/bt_factory.h"
 #include "plugin/tree_table.h"
-#include "plugin/version.h"
+#include "version/version.h"
 
 namespace {
 

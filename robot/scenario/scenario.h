@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "robot/geometry/points.h"
-#include "robot/services/escape/escape_kinds.h"
+#include "robot/vocabulary/escape_kinds.h"
 #include "robot/vocabulary/mode.h"
 #include "robot/vocabulary/panel_key.h"
 

@@ -130,6 +130,30 @@ TEST(Help, EachCommandTellsItsOptions)
     }
 }
 
+TEST(Manual, IsReadByManAndTellsAllThatHelpTells)
+{
+    const Folder folder;
+    const std::string page = folder.write("vemra.1", vemraOutput({"manual"})).string();
+    const ProgramResult made = runProgram({"groff", "-man", "-ww", "-Tascii", "-P-cbou", page});
+    EXPECT_EQ(made.exit_code, 0);
+    EXPECT_EQ(made.err, "");
+    const std::vector<std::vector<std::string>> commands{{"run"},
+                                                         {"trees", "list"},
+                                                         {"trees", "export"},
+                                                         {"trees", "where"},
+                                                         {"leaves", "list"},
+                                                         {"completion", "zsh"}};
+    for (std::vector<std::string> command : commands) {
+        EXPECT_THAT(made.out, HasSubstr(command.back()));
+        command.emplace_back("--help");
+        for (const std::string& line : linesOf(vemraOutput(command)))
+            if (const std::size_t at = line.find("--"); line.starts_with("  -") && at != std::string::npos) {
+                const std::string option = line.substr(at, line.find_first_of(" ,=", at) - at);
+                EXPECT_THAT(made.out, HasSubstr(option)) << command.front();
+            }
+    }
+}
+
 TEST(Version, NamesTheCommit)
 {
     EXPECT_THAT(vemraOutput({"--version"}), MatchesRegex("commit-.+-[0-9]+-g[0-9a-f]{7,}\n"));

@@ -65,5 +65,33 @@ TEST(BashCompletion, OffersFilesAlsoWithBlanks)
                 ElementsAre("my trees.so"));
 }
 
+// What zsh offers; its own functions of completion are replaced by such as print.
+std::vector<std::string> offeredByZsh(const std::vector<std::string>& words)
+{
+    std::vector<std::string> call{
+        "zsh", "-fc",
+        R"(compadd() { shift; print -l -- "$@" }; _files() { print files "$@" }; compset() { :; }
+           source <("$0" completion zsh) && words=("$0" "$@") CURRENT=$(($# + 1)) && _vemra)",
+        std::string(VEMRA_BIN_DIR) + "/vemra"};
+    call.insert(call.end(), words.begin(), words.end());
+    const ProgramResult result = runProgram(call);
+    EXPECT_EQ(result.err, "");
+    return linesOf(result.out);
+}
+
+TEST(ZshCompletion, OffersWhatBashDoesAndLeavesThePrefixToTheShell)
+{
+    EXPECT_THAT(offeredByZsh({"tr"}), IsSupersetOf({"run", "trees", "leaves", "completion"}));
+    EXPECT_THAT(offeredByZsh({"trees", ""}), IsSupersetOf({"list", "show", "export", "keys"}));
+    EXPECT_THAT(offeredByZsh({"trees", "export", "--f"}), IsSupersetOf({"--format", "--out"}));
+    EXPECT_THAT(offeredByZsh({"trees", "export", "--format", ""}), ElementsAre("json", "xml", "dot"));
+    EXPECT_THAT(offeredByZsh({"trees", "export", "--format=x"}), ElementsAre("json", "xml", "dot"));
+    EXPECT_THAT(offeredByZsh({"trees", "show", "--plugin", "list", "E"}), Contains("EscapeCoat"));
+    EXPECT_THAT(offeredByZsh({"trees", "where", "Ro"}), IsSupersetOf({"IfThenElse", "Rotate"}));
+    EXPECT_THAT(offeredByZsh({"run", "--home", ""}), ElementsAre("files"));
+    EXPECT_THAT(offeredByZsh({"run", "--out", ""}), ElementsAre("files -/"));
+    EXPECT_THAT(offeredByZsh({"trees", "show", "--depth", ""}), IsEmpty());
+}
+
 }  // namespace
 }  // namespace vemra::test

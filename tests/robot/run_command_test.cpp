@@ -51,6 +51,23 @@ TEST(RunCommand, PrintsOneObjectALineAndTheReportLast)
     EXPECT_EQ(run({"--json", "--frames", "2300"}).out, result.out);
 }
 
+TEST(RunCommand, WhatItPrintsForMachinesKeepsToItsSchema)
+{
+    const std::string source = VEMRA_SOURCE_DIR;
+    const auto kinds = [&source](const std::string& options) {
+        const ProgramResult result = test::runProgram(
+            {"sh", "-c", "\"$0\" run --json " + options + " | /usr/bin/python3 \"$1\" \"$2\"",
+             std::string(VEMRA_BIN_DIR) + "/vemra", source + "/tests/robot/check_lines.py",
+             source + "/docs/run.schema.json"});
+        EXPECT_EQ(result.exit_code, 0) << result.out << result.err;
+        return result.out;
+    };
+    EXPECT_EQ(
+        kinds("--frames 5000"),
+        "body custom last_line light message mode motion music robot_status station_light task_state user\n");
+    EXPECT_THAT(kinds("--scenario " + source + "/scenarios/emptying_with_a_block.yaml"), HasSubstr("error"));
+}
+
 TEST(RunCommand, LeavesItsRecordsInAFolder)
 {
     const Folder folder;

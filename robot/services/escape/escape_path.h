@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "robot/body/body.h"
-#include "robot/services/escape/escape_kinds.h"
+#include "robot/vocabulary/escape_kinds.h"
 
 namespace vemra::robot {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "robot/body/body.h"
-#include "robot/services/escape/escape_kinds.h"
+#include "robot/vocabulary/escape_kinds.h"
 
 namespace vemra::robot {
 

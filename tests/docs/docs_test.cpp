@@ -1,0 +1,134 @@
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <regex>
+#include <sstream>
+
+#include "support/folder.h"
+#include "support/program.h"
+
+namespace vemra::test {
+namespace {
+
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+const fs::path kSource = VEMRA_SOURCE_DIR;
+const std::string kVemra = std::string(VEMRA_BIN_DIR) + "/vemra";
+const std::string kExampleTrees = std::string(VEMRA_LIB_DIR) + "/libexample_trees.so";
+
+std::vector<fs::path> pages()
+{
+    std::vector<fs::path> all{kSource / "README.md", kSource / "scenarios/README.md",
+                              kSource / "examples/README.md"};
+    for (const auto& page : fs::directory_iterator(kSource / "docs"))
+        if (page.path().extension() == ".md")
+            all.push_back(page.path());
+    return all;
+}
+
+// The blocks of code of a page that are in this language.
+std::vector<std::string> blocksOf(const fs::path& page, const std::string& language)
+{
+    std::vector<std::string> blocks;
+    const std::string text = bytesOf(page);
+    const std::string opening = "\n```" + language + "\n";
+    for (std::size_t at = text.find(opening); at != std::string::npos; at = text.find(opening, at)) {
+        at += opening.size();
+        blocks.push_back(text.substr(at, text.find("\n```", at) + 1 - at));
+    }
+    return blocks;
+}
+
+// The examples that were built of the pages (see CMakeLists.txt), by the name of their tree.
+std::vector<std::string> builtExamples()
+{
+    std::vector<std::string> names;
+    for (const auto& file : fs::directory_iterator(VEMRA_EXAMPLES))
+        if (file.path().extension() == ".cpp" && file.path().stem() != "main" &&
+            file.path().stem() != "trees")
+            names.push_back(file.path().stem());
+    return names;
+}
+
+TEST(Docs, EachTreeThatIsShownIsOneOfTheRobotsOrWasBuilt)
+{
+    const std::vector<std::string> built = builtExamples();
+    EXPECT_THAT(built, testing::Contains("BackOff"));
+    int own = 0;
+    for (const fs::path& page : pages()) {
+        for (const std::string& block : blocksOf(page, "cpp")) {
+            std::smatch name;
+            if (!std::regex_search(block, name, std::regex(R"((?:^|\n)TREE\((\w+)\))")))
+                continue;
+            std::string source;
+            for (const auto& file : fs::recursive_directory_iterator(kSource / "trees"))
+                if (file.path().filename() == name[1].str() + ".cpp")
+                    source = bytesOf(file.path());
+            if (source.empty())
+                EXPECT_THAT(built, testing::Contains(name[1].str())) << page;
+            else
+                EXPECT_THAT(source, HasSubstr(block))
+                    << page << " shows another " << name[1] << " than there is";
+            own += source.empty() ? 0 : 1;
+        }
+    }
+    EXPECT_GT(own, 0);
+}
+
+TEST(Docs, ExamplesRun)
+{
+    for (const std::string& name : builtExamples()) {
+        const ProgramResult run =
+            runProgram({kVemra, "run", "--tree", name, "--plugin", kExampleTrees, "--frames", "3000"});
+        EXPECT_EQ(run.exit_code, 0) << run.err;
+        if (name == "BackOff") {
+            EXPECT_THAT(run.out, HasSubstr("tree BackOff ends: SUCCESS")) << "and does not turn for ever";
+        }
+    }
+}
+
+// All calls of vemra in blocks of the shell are made, in a folder where the files that they name are.
+TEST(Docs, CommandsDoWhatIsSaid)
+{
+    const Folder folder;
+    fs::create_symlink(kSource / "scenarios", folder / "scenarios");
+    ASSERT_EQ(
+        runProgram({kVemra, "trees", "export", "--plugin", kExampleTrees, "--out", folder / "before.json"})
+            .exit_code,
+        0);
+    int calls = 0;
+    for (const fs::path& page : pages()) {
+        for (const std::string& block : blocksOf(page, "sh")) {
+            std::istringstream lines(block);
+            for (std::string line; std::getline(lines, line);) {
+                std::smatch call;
+                if (!std::regex_match(line, call, std::regex(R"((\$?vemra|\./run)( [^#|<>]*)?(#.*)?)")) ||
+                    line.find("my_") != std::string::npos)
+                    continue;
+                const std::string words = (call[1] == "./run" ? " run" : "") + call[2].str();
+                const bool loads = words.starts_with(" trees") || words.starts_with(" run");
+                const ProgramResult result = runProgram(
+                    {"sh", "-c",
+                     "cd \"$1\" && \"$0\"" + words + (loads ? " --plugin \"$2\"" : "") + " >/dev/null",
+                     kVemra, folder.path(), kExampleTrees});
+                EXPECT_EQ(result.exit_code, 0) << page << ": " << line << '\n' << result.err;
+                ++calls;
+            }
+        }
+    }
+    EXPECT_GT(calls, 8);
+}
+
+TEST(Docs, ScenariosThatAreShownRun)
+{
+    const Folder folder;
+    for (const std::string& block : blocksOf(kSource / "scenarios/README.md", "yaml")) {
+        const std::string file = folder.write("shown.yaml", block).string();
+        const ProgramResult run = runProgram({kVemra, "run", "--scenario", file, "--frames", "1"});
+        EXPECT_NE(run.exit_code, 2) << run.err;
+    }
+}
+
+}  // namespace
+}  // namespace vemra::test
