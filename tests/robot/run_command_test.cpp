@@ -175,7 +175,7 @@ TEST(RunCommand, MakesThePlanOfATreeThatDrivesAlongOne)
 
 TEST(RunCommand, SaysThatATreeIsNotWritten)
 {
-    const std::string plugin = std::string(VEMRA_LIB_DIR) + "/libunwritten_trees.so";
+    const std::string plugin = std::string(VEMRA_LIB_DIR) + "/libodd_trees.so";
     const ProgramResult alone = run({"--plugin", plugin, "--tree", "Unwritten"});
     EXPECT_EQ(alone.exit_code, 2);
     EXPECT_THAT(alone.err, HasSubstr("\"Unwritten\" has a name and no description: it is not written"));
@@ -185,6 +185,17 @@ TEST(RunCommand, SaysThatATreeIsNotWritten)
     EXPECT_THAT(entered.out, HasSubstr("tree Unwritten is not written: it fails wherever it is entered"));
     EXPECT_EQ(nlohmann::json::parse(linesOf(entered.out).back())["report"]["trees_not_written"]["Unwritten"],
               3);
+}
+
+// A leaf that never returns holds back the first signal, as what a run has done so far would be lost.
+TEST(RunCommand, EndsAtTheSecondSignalWhateverItDoes)
+{
+    const ProgramResult result = test::runProgram(
+        {"timeout", "10", "sh", "-c",
+         "\"$0\" run --plugin \"$1\" --tree Hangs & p=$!; sleep 1; kill -TERM $p; sleep 0.3; "
+         "kill -0 $p || exit 99; kill -TERM $p; wait $p",
+         std::string(VEMRA_BIN_DIR) + "/vemra", std::string(VEMRA_LIB_DIR) + "/libodd_trees.so"});
+    EXPECT_EQ(result.exit_code, 128 + 15) << result.err;
 }
 
 TEST(RunCommand, KeepsWhatHappenedUntilItIsInterrupted)

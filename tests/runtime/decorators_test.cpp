@@ -121,6 +121,12 @@ TEST(BBPrecondition, HaltsFromAboveWhenTheBreakFlagTurns)
     EXPECT_EQ(t.at("Loop").status(), BT::NodeStatus::IDLE);
     t.blackboard->set("break", false);  // as a truth value it reads the same
     EXPECT_EQ(t.tick(), "R a");
+    t.blackboard->erase("break");
+    EXPECT_EQ(t.tick(), "F a!") << "a key that goes is like one that is not there";
+    t.blackboard->set("break", "false");
+    EXPECT_EQ(t.tick(), "R a");
+    t.blackboard->set("break", "no truth value");
+    EXPECT_EQ(t.tick(), "F a!") << "what cannot be read is not what is expected";
 }
 
 }  // namespace

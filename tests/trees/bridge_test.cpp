@@ -105,6 +105,40 @@ TEST_F(Bridge, BlockedByAnObstacleIsTriedAlongItOnBothSides)
     EXPECT_EQ(robot.key("follow_wall_dir"), "true");
 }
 
+// What ends one of the two ways of crossing does not end the other.
+TEST_F(Bridge, OnceCrossedEndsInTheCurrentAreaAndAnyOtherNearAnOpenEndOfTheChain)
+{
+    const auto ends = [this](const char* type, const char* by) {
+        ofType(type);
+        robot.tree("NavigateTree").runs();
+        robot.leaf("InCurrentArea").fails();
+        robot.leaf("IsNearChainOpenEnd").fails();
+        robot.start("CrossBridge");
+        EXPECT_EQ(robot.tick(5), RUNNING) << type;
+        robot.leaf(by).succeeds();
+        return robot.finish(5);
+    };
+    EXPECT_EQ(ends("HISTORY", "InCurrentArea"), SUCCESS);
+    EXPECT_EQ(ends("HISTORY", "IsNearChainOpenEnd"), RUNNING);
+    EXPECT_EQ(ends("NARROW", "IsNearChainOpenEnd"), SUCCESS);
+    EXPECT_EQ(ends("NARROW", "InCurrentArea"), RUNNING);
+}
+
+TEST_F(Bridge, OnWhichTheRobotIsTrappedIsTriedAgainAfterOneFrameOfRest)
+{
+    ofType("NARROW");
+    robot.tree("NavigateTree").fails();
+    robot.leaf("NotTrapped").fails();
+    robot.start("CrossBridge");
+    std::vector<bool> tries;
+    for (int frame = 0; frame < 6; ++frame) {
+        EXPECT_EQ(robot.tick(), RUNNING);
+        tries.push_back(robot.askedNow("NavigateTree"));
+    }
+    EXPECT_THAT(tries, testing::ElementsAre(true, false, true, false, true, false));
+    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "3");
+}
+
 TEST_F(Bridge, OutOfAVirtualWallIsDrivenUntilTheRobotIsOutside)
 {
     ofType("TMP");

@@ -125,5 +125,22 @@ TEST_F(FollowAfterABump, WithoutAPathGoesOnlyToTheEdge)
     EXPECT_TRUE(robot.started(1, "AwesomeSearch"));
 }
 
+// The token is gone as soon as the rest has begun, and the choice is made anew in every frame.
+TEST(FollowWallDeal, RestsOneFrameAfterAReviewThatMovedTheRobot)
+{
+    ScriptedRobot robot;
+    robot.tree("LaserReviewAction").succeeds();
+    robot.leaf("SensorConsole").runs();
+    robot.start("FollowWallDeal");
+    EXPECT_EQ(robot.tick(5), RUNNING);
+    robot.set("review_halt_token", "");
+    EXPECT_EQ(robot.tick(), RUNNING);
+    EXPECT_FALSE(robot.askedNow("SensorConsole"));
+    EXPECT_TRUE(robot.halted("SensorConsole"));
+    EXPECT_FALSE(robot.has("review_halt_token"));
+    EXPECT_EQ(robot.tick(5), RUNNING);
+    EXPECT_EQ(robot.framesOf("SensorConsole"), 10);
+}
+
 }  // namespace
 }  // namespace vemra::test

@@ -1,4 +1,8 @@
-// A library with a tree that has a name and no description, as a generator leaves it, and one that enters it.
+// A library with a tree that has a name and no description, as a generator leaves it, one that enters it, and
+// one with a leaf that never returns.
+
+#include <chrono>
+#include <thread>
 
 #include "behaviortree_cpp/bt_factory.h"
 
@@ -14,6 +18,10 @@ BT::Tree alone(BT::TreeNode::Ptr node)
 
 BT_REGISTER_NODES(factory)
 {
+    factory.registerSimpleAction("Hang", [](BT::TreeNode&) -> BT::NodeStatus {
+        while (true)
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+    });
     using Board = BT::Blackboard::Ptr;
     factory.registerTreeBuilder("Unwritten", [](const BT::BehaviorTreeFactory& make, const Board& board) {
         return alone(make.instantiateTreeNode("AlwaysFailure", "not written", {}, board));
@@ -23,4 +31,7 @@ BT_REGISTER_NODES(factory)
             return alone(make.instantiateTreeNode("SubtreeCondition", "SubtreeCondition",
                                                   {{"subtree_file_path", "Unwritten"}}, board));
         });
+    factory.registerTreeBuilder("Hangs", [](const BT::BehaviorTreeFactory& make, const Board& board) {
+        return alone(make.instantiateTreeNode("Hang", "Hang", {}, board));
+    });
 }
