@@ -10,7 +10,7 @@ NodeStatus SyncActionNode::executeTick()
     setStatus(result);
     if (result == NodeStatus::RUNNING) [[unlikely]]
         throw std::logic_error("SyncActionNode '" + name() + "' returned RUNNING");
-    return result;
+    return ticked(result);
 }
 
 AsyncActionNode::~AsyncActionNode()
@@ -38,12 +38,12 @@ NodeStatus AsyncActionNode::executeTick()
         });
     }
     if (!done_.load(std::memory_order_acquire))
-        return NodeStatus::RUNNING;
+        return ticked(NodeStatus::RUNNING);
     join();
     if (thrown_ != nullptr)
         std::rethrow_exception(std::exchange(thrown_, nullptr));
     setStatus(result_);
-    return result_;
+    return ticked(result_);
 }
 
 void AsyncActionNode::stopAndJoin()
@@ -80,12 +80,12 @@ NodeStatus CoroActionNode::executeTick()
         changed_.wait(lock, [this] { return turn_ == Turn::Tree; });
     }
     if (!ended_)
-        return NodeStatus::RUNNING;
+        return ticked(NodeStatus::RUNNING);
     flow_.join();
     if (thrown_ != nullptr)
         std::rethrow_exception(std::exchange(thrown_, nullptr));
     setStatus(result_);
-    return result_;
+    return ticked(result_);
 }
 
 void CoroActionNode::runFlow()

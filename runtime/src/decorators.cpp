@@ -21,13 +21,13 @@ NodeStatus DecoratorNode::executeTick()
 {
     if (child_node_ == nullptr) {
         setStatus(NodeStatus::FAILURE);
-        return NodeStatus::FAILURE;
+        return ticked(NodeStatus::FAILURE);
     }
     if (status() > NodeStatus::RUNNING)
         setStatus(NodeStatus::IDLE);
     const NodeStatus result = tick();
     setStatus(result);
-    return result;
+    return ticked(result);
 }
 
 void DecoratorNode::halt()

@@ -32,7 +32,7 @@ NodeStatus TreeNode::executeTick()
         setStatus(NodeStatus::IDLE);
     const NodeStatus result = tick();
     setStatus(result);
-    return result;
+    return ticked(result);
 }
 
 void TreeNode::setBlackboard(const Blackboard::Ptr& blackboard)
@@ -108,6 +108,12 @@ void TreeNode::notifyStatusChange(NodeStatus before, NodeStatus now)
         std::erase_if(extras_->listeners, [](const auto& listener) { return listener.expired(); });
         has_listeners_ = !extras_->listeners.empty();
     }
+}
+
+void TreeNode::notifyTick(NodeStatus result) const
+{
+    if (blackboard_ != nullptr && blackboard_->statusObserver() != nullptr)
+        blackboard_->statusObserver()->onTick(*this, result);
 }
 
 void TreeNode::takePortSnapshot()

@@ -67,6 +67,26 @@ TEST(Observation, AnObserverSeesEnteredTreesToo)
                                            "SubtreeCondition RF", "Inverter RS"));
 }
 
+TEST(Observation, AnObserverSeesTicksThatChangeNothing)
+{
+    class Recorder : public BT::StatusObserver
+    {
+    public:
+        void onStatusChange(const BT::TreeNode&, BT::NodeStatus, BT::NodeStatus) override {}
+        void onTick(const BT::TreeNode& node, BT::NodeStatus result) override
+        {
+            seen.push_back(node.name() + " " + letterOf(result));
+        }
+        std::vector<std::string> seen;
+    };
+    ScriptedTree t(node("Inverter", {action("a", "RRF")}));
+    Recorder recorder;
+    t.blackboard->setStatusObserver(&recorder);
+    t.ticks(3);
+    t.blackboard->setStatusObserver(nullptr);
+    EXPECT_THAT(recorder.seen, ElementsAre("a R", "Inverter R", "a R", "Inverter R", "a F", "Inverter S"));
+}
+
 TEST(Observation, ALoggerGetsChangesWithTheirTimes)
 {
     class Lines : public BT::StatusChangeLogger

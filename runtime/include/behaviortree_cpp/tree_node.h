@@ -127,6 +127,13 @@ protected:
     virtual NodeStatus tick() = 0;
 
     void setCountsAsAction() { counts_as_action_ = true; }
+    /// The result of a tick, told to who observes the blackboard: what executeTick() returns.
+    NodeStatus ticked(NodeStatus result)
+    {
+        if (isWatched()) [[unlikely]]
+            notifyTick(result);
+        return result;
+    }
     /// Whether nodes below may be other than IDLE once this one has ended.
     void setLiveBelowAfterEnd(bool live) { live_below_after_end_ = live; }
 
@@ -141,6 +148,7 @@ private:
         return has_listeners_ || (blackboard_ != nullptr && blackboard_->statusObserver() != nullptr);
     }
     void notifyStatusChange(NodeStatus before, NodeStatus now);
+    void notifyTick(NodeStatus result) const;
 
     /// What few nodes have: listeners, a snapshot, a name apart from the identifier.
     struct Extras;

@@ -22,6 +22,8 @@ class StatusObserver
 public:
     virtual ~StatusObserver() = default;
     virtual void onStatusChange(const TreeNode& node, NodeStatus before, NodeStatus now) = 0;
+    /// Each tick of a node, after it: also one that changes no status, as of a node that runs on.
+    virtual void onTick(const TreeNode& /*node*/, NodeStatus /*result*/) {}
 };
 
 /// The one store that trees and leaf services share, by key. A key exists from its first write to its
