@@ -78,7 +78,9 @@ int main(int argc, char** argv)
         "  vemra trees show Escape --expand | less -R\n"
         "  vemra trees export RobotNode --format xml --out robot.xml\n"
         "  vemra leaves show Rotate\n"
-        "Exit codes: 0 done, 1 trees diff has found differences, 2 what was given cannot be used.");
+        "Exit codes: 0 done; 1 trees diff has found differences, or a run was not as its scenario expects; 2 "
+        "what was "
+        "given cannot be used.");
 
     try {
         program.parse(argc, argv);

@@ -30,11 +30,11 @@ constexpr std::uint64_t kMostFrames = 1'500'000'000'000;
 
 struct RunOptions
 {
-    std::filesystem::path home;
+    std::optional<std::filesystem::path> home;
     std::filesystem::path scenario;
     std::filesystem::path plugin;
     std::string dock;
-    std::string tree = "RobotNode";
+    std::optional<std::string> tree;
     std::string goal;
     std::uint64_t seed = 1;
     std::optional<std::uint64_t> frames;
@@ -60,18 +60,29 @@ robot::Dock dockOf(const RunOptions& options, const robot::HomeFile& home)
     return chosen.dock;
 }
 
-void loadTrees(BT::BehaviorTreeFactory& factory, const RunOptions& options)
+void loadTrees(BT::BehaviorTreeFactory& factory, const RunOptions& options, const std::string& tree)
 {
     loadTreeLibrary(factory, options.plugin);
-    if (!factory.hasTree(options.tree))
-        throw UserError("there is no tree '" + options.tree + "'" +
-                        didYouMean(options.tree, factory.treeNames()));
+    if (!factory.hasTree(tree))
+        throw UserError("there is no tree '" + tree + "'" + didYouMean(tree, factory.treeNames()));
 }
 
-std::optional<robot::PointMm> goalOf(const RunOptions& options)
+/// The tree of the run: the option's, or the scenario's, or that of the whole robot.
+std::string treeOf(const RunOptions& options, const robot::Scenario& scenario)
+{
+    return options.tree.value_or(scenario.tree.empty() ? "RobotNode" : scenario.tree);
+}
+
+std::filesystem::path homeOf(const RunOptions& options, const robot::Scenario& scenario)
+{
+    return options.home.value_or(scenario.home.empty() ? robot::sampleFile("homes/flat/flat.yaml")
+                                                       : scenario.home);
+}
+
+std::optional<robot::PointMm> goalOf(const RunOptions& options, const robot::Scenario& scenario)
 {
     if (options.goal.empty())
-        return std::nullopt;
+        return scenario.goal;
     const auto metres = robot::numbersOfText(options.goal, 2);
     if (!metres)
         throw robot::InputError("--goal", 0,
@@ -79,13 +90,28 @@ std::optional<robot::PointMm> goalOf(const RunOptions& options)
     return robot::PointMm{1e3 * metres->at(0), 1e3 * metres->at(1)};
 }
 
-void run(const RunOptions& options)
+/// What the scenario expected in vain goes to standard error too: whoever runs many reads it there.
+int verdict(const Robot& robot, const std::string& scenario)
+{
+    for (const robot::Unmet& unmet : robot.unmet())
+        std::cerr << "vemra: " << scenario << ':' << unmet.line << ": frame " << unmet.frame << ": "
+                  << unmet.text << '\n';
+    return robot.unmet().empty() ? kDone : kNotAsExpected;
+}
+
+int run(const RunOptions& options)
 {
     robot::Scenario scenario = robot::readScenario(options.scenario);
-    const robot::HomeFile home = robot::readHome(options.home);
+    const std::string scenario_file = scenario.file;
+    const robot::HomeFile home = robot::readHome(homeOf(options, scenario));
     const robot::Dock dock = dockOf(options, home);
     const std::uint64_t frames = options.frames.value_or(scenario.frames);
     const std::string title = scenario.name;
+    const std::string tree = treeOf(options, scenario);
+    const std::optional<robot::PointMm> goal = goalOf(options, scenario);
+    // They are said of the tree that the scenario was written for.
+    if (options.tree && *options.tree != (scenario.tree.empty() ? "RobotNode" : scenario.tree))
+        scenario.expectations.clear();
     std::unique_ptr<robot::LogSink> shown;
     if (options.json)
         shown = std::make_unique<robot::JsonLines>(std::cout);
@@ -95,14 +121,14 @@ void run(const RunOptions& options)
                                                   : robot::TimelinePrinter::Colour::Off);
     Progress progress(frames);
     std::optional<RunRecords> records;
-    Robot robot({.load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTrees(factory, options); },
+    Robot robot({.load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTrees(factory, options, tree); },
                  .home = home.home,
                  .dock = dock,
                  .cliffs = home.cliffs,
                  .scenario = std::move(scenario),
                  .seed = options.seed,
-                 .tree = options.tree,
-                 .goal = goalOf(options)});
+                 .tree = tree,
+                 .goal = goal});
     if (options.out)
         records.emplace(*options.out).follow(robot);
     robot.addSink(progress);
@@ -119,21 +145,22 @@ void run(const RunOptions& options)
     if (interrupt.waits())
         std::cerr << "vemra: stopped after " << robot.frame() << " of " << frames << " frames\n";
     std::cout.flush();
+    return verdict(robot, scenario_file);
 }
 
 }  // namespace
 
-void addRunCommand(CLI::App& program, int& /*exit_code*/)
+void addRunCommand(CLI::App& program, int& exit_code)
 {
     auto options = std::make_shared<RunOptions>();
-    options->home = robot::sampleFile("homes/flat/flat.yaml");
     options->scenario = robot::sampleFile("scenarios/day_on_the_dock.yaml");
     options->plugin = ownTreeLibrary();
 
     CLI::App* command = program.add_subcommand("run", "Play a scenario in a home and print its time line");
     command
-        ->add_option("--home", options->home,
-                     "Map of the home (YAML as map_server writes it); without it a sample flat")
+        ->add_option(
+            "--home", options->home,
+            "Map of the home (YAML as map_server writes it); without it the scenario's, or a sample flat")
         ->type_name("FILE");
     command->add_option("--scenario", options->scenario, "What happens when; without it a day on the dock")
         ->type_name("FILE");
@@ -146,9 +173,10 @@ void addRunCommand(CLI::App& program, int& /*exit_code*/)
     command->add_option("--frames", options->frames, "Frames of 20 ms to run, instead of the scenario's")
         ->check(wholeNumber(1, kMostFrames))
         ->type_name("N");
-    command->add_option("--tree", options->tree, "The tree that is ticked")
-        ->type_name("TREE")
-        ->capture_default_str();
+    command
+        ->add_option("--tree", options->tree,
+                     "The tree that is ticked; without it the scenario's, or RobotNode")
+        ->type_name("TREE");
     command
         ->add_option(
             "--goal", options->goal,
@@ -160,7 +188,7 @@ void addRunCommand(CLI::App& program, int& /*exit_code*/)
     command->add_flag("--json", options->json, "Print one JSON object a line, the report last");
     command->add_option("--plugin", options->plugin, "Library of trees, instead of the program's own")
         ->type_name("FILE");
-    command->callback([options] { run(*options); });
+    command->callback([options, &exit_code] { exit_code = run(*options); });
 }
 
 }  // namespace vemra::app

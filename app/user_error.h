@@ -6,6 +6,7 @@ namespace vemra::app {
 
 /// Exit codes of the command.
 inline constexpr int kDone = 0;
+inline constexpr int kNotAsExpected = 1;
 inline constexpr int kBadInput = 2;
 
 /// What a person asked for cannot be done as asked. what() says what was wrong and what was expected; the

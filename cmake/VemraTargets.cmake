@@ -14,6 +14,9 @@ function(vemra_library name)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
 endfunction()
 
+set(VEMRA_LSAN_OPTIONS
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks_of_others.txt:print_suppressions=0")
+
 # vemra_test(NAME SOURCES ... [LIBS ...]): a test program under CTest.
 function(vemra_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
@@ -25,8 +28,7 @@ function(vemra_test name)
                                              VEMRA_LIB_DIR="${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
   set(environment "")
   if(VEMRA_SANITIZE)
-    set(environment ENVIRONMENT
-                    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks_of_others.txt:print_suppressions=0")
+    set(environment ENVIRONMENT ${VEMRA_LSAN_OPTIONS})
   endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ${environment})
 endfunction()

@@ -27,6 +27,8 @@ public:
     int line() const;
     int line(std::string_view name) const;
 
+    /// The mapping itself, for messages.
+    const YAML::Node& whole() const { return node_; }
     bool has(std::string_view name) const;
     YAML::Node node(std::string_view name) const;
 

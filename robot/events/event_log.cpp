@@ -7,9 +7,9 @@
 namespace vemra::robot {
 namespace {
 
-constexpr std::array<const char*, 13> kKinds{"mode",          "task_state", "robot_status", "light", "music",
+constexpr std::array<const char*, 14> kKinds{"mode",          "task_state", "robot_status", "light", "music",
                                              "station_light", "message",    "user",         "body",  "error",
-                                             "motion",        "escape",     "custom"};
+                                             "motion",        "escape",     "expectation",  "custom"};
 
 }  // namespace
 

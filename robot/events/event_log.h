@@ -21,8 +21,9 @@ enum class LogKind : std::uint8_t
     User,  ///< what the scenario does
     Body,  ///< on or off the dock ("on_dock"), the battery in percent ("battery")
     Error,
-    Motion,  ///< what the robot is about to do ("account": the key that is accounted to)
-    Escape,  ///< the robot gets stuck, free, or stays stuck ("kind")
+    Motion,       ///< what the robot is about to do ("account": the key that is accounted to)
+    Escape,       ///< the robot gets stuck, free, or stays stuck ("kind")
+    Expectation,  ///< what the scenario expects has not come true ("line" in its file)
     Custom
 };
 

@@ -22,6 +22,7 @@ const char* colourOf(LogKind kind)
         case LogKind::User:
             return "\033[1;32m";
         case LogKind::Error:
+        case LogKind::Expectation:
             return "\033[1;31m";
         case LogKind::Light:
         case LogKind::StationLight:
@@ -102,6 +103,8 @@ void TimelinePrinter::summarise(const nlohmann::ordered_json& report)
         out_ << fmt::format(", {:.1f} m driven", report.value("run_mm", 0.0) / 1000);
     }
     out_ << '\n';
+    if (const auto expected = report.find("expectations"); expected != report.end())
+        summariseExpectations(*expected);
     const auto unanswered = report.find("leaves_without_service");
     if (unanswered == report.end() || unanswered->empty()) {
         return;
@@ -110,6 +113,17 @@ void TimelinePrinter::summarise(const nlohmann::ordered_json& report)
     for (const auto& [leaf, ticks] : unanswered->items()) {
         out_ << fmt::format(" {} {}", leaf, ticks.get<std::uint64_t>());
     }
+    out_ << '\n';
+}
+
+void TimelinePrinter::summariseExpectations(const nlohmann::ordered_json& expected)
+{
+    const auto count = [&expected](const char* name) { return expected.value(name, std::uint64_t{0}); };
+    if (count("met") + count("unmet") + count("open") == 0)
+        return;
+    out_ << fmt::format("as expected: {}, otherwise: {}", count("met"), count("unmet"));
+    if (count("open") > 0)
+        out_ << fmt::format(", not come to: {}", count("open"));
     out_ << '\n';
 }
 

@@ -29,6 +29,7 @@ private:
     void print();
     /// What the run came to, of the fields of the robot's report.
     void summarise(const nlohmann::ordered_json& report);
+    void summariseExpectations(const nlohmann::ordered_json& expected);
 
     std::ostream& out_;
     bool colour_;

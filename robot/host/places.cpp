@@ -27,9 +27,16 @@ public:
             else if (const auto* command = std::get_if<AppCommand>(&event.what))
                 expectWithin(*command, event.line);
         }
+        for (const Expectation& expectation : scenario_.expectations)
+            expectWithin(expectation);
     }
 
 private:
+    void expectWithin(const Expectation& expectation) const
+    {
+        if (expectation.state.place)
+            expectWithin(*expectation.state.place, expectation.line, "place");
+    }
     void expectWithin(PointMm point, int line, const char* what) const
     {
         if (contains(within_, point))

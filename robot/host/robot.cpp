@@ -65,12 +65,16 @@ Robot::Robot(RobotSetup setup)
       clock_(std::make_shared<FrameClock>(state_)),
       blackboard_(BT::Blackboard::create()),
       knowledge_(body_),
-      keys_{{"task_state", LogKind::TaskState, {}}, {"robot_status", LogKind::RobotStatus, {}}}
+      keys_{{"task_state", LogKind::TaskState, {}}, {"robot_status", LogKind::RobotStatus, {}}},
+      swept_(world_.solid()),
+      first_place_(body_.truePose().at),
+      expectations_(setup_.scenario.expectations)
 {
     for (const BoxMm& cliff : setup_.cliffs)
         world_.addCliff(cliff);
     checkPlaces(setup_.scenario, world_.solid());
     blackboard_->setClock(clock_);
+    log_.addSink(expectations_);
     setup_.load_trees(factory_);
     if (!factory_.hasTree(setup_.tree))
         throw InputError("--tree", 0, fmt::format("there is no tree \"{}\"", setup_.tree));
@@ -217,6 +221,7 @@ void Robot::step()
 {
     if (over())
         return;
+    expectations_.begin(state_.frame);
     const auto& events = setup_.scenario.events;
     for (; next_event_ < events.size() && events[next_event_].frame <= state_.frame; ++next_event_)
         happen(events[next_event_]);
@@ -229,7 +234,40 @@ void Robot::step()
     showMode();
     showKeys();
     showResult(result, reason);
+    if (state_.brushes_on)
+        swept_.sweep(body_.truePose().at);
+    showUnmet(expectations_.look(moment()));
     ++state_.frame;
+}
+
+void Robot::finish()
+{
+    // A robot that is off stays as it is. A run that was broken off says nothing of what was to come.
+    if (over())
+        showUnmet(expectations_.close(moment()));
+    log_.finish(report());
+}
+
+Moment Robot::moment() const
+{
+    return {.frame = state_.frame,
+            .mode = state_.modes.current(),
+            .task_state = keys_[0].text,
+            .robot_status = keys_[1].text,
+            .docked = state_.contacts.touching(),
+            .powered_off = state_.powered_off,
+            .errors = state_.errors,
+            .stands_at = body_.truePose().at,
+            .keys = *blackboard_,
+            .coverage = [this] { return swept_.percentOfReach(first_place_); }};
+}
+
+void Robot::showUnmet(std::vector<Unmet> unmet)
+{
+    for (Unmet& one : unmet) {
+        record(LogKind::Expectation, one.text, {{"line", one.line}});
+        unmet_.push_back(std::move(one));
+    }
 }
 
 // A tree that ends as soon as it is entered was most often given too little to work with: the user hears what
@@ -287,6 +325,9 @@ nlohmann::ordered_json Robot::report() const
             {"stands_at", std::vector<double>{std::round(stands.at.x), std::round(stands.at.y),
                                               std::round(wrapped(stands.yaw).value)}},
             {"run_mm", std::round(body_.runMm())},
+            {"swept_m2", std::round(swept_.areaM2() * 100) / 100},
+            {"expectations",
+             {{"met", expectations_.met()}, {"unmet", unmet_.size()}, {"open", expectations_.open()}}},
             {"frames_in_mode", modes},
             {"leaves_without_service", defaults},
             {"trees_not_written", unwritten}};

@@ -12,9 +12,11 @@
 #include "behaviortree_cpp/bt_factory.h"
 #include "robot/body/body.h"
 #include "robot/events/event_log.h"
+#include "robot/host/expectations.h"
 #include "robot/host/services.h"
 #include "robot/scenario/scenario.h"
 #include "robot/world/dock.h"
+#include "robot/world/swept_floor.h"
 #include "robot/world/world.h"
 
 namespace vemra::robot {
@@ -56,12 +58,18 @@ public:
     /// The robot has switched itself off; nothing happens any more.
     [[nodiscard]] bool over() const { return state_.powered_off; }
     /// Closes the log with the report.
-    void finish() { log_.finish(report()); }
+    void finish();
+    /// What the scenario expected and did not come true; complete when the run is finished.
+    [[nodiscard]] const std::vector<Unmet>& unmet() const { return unmet_; }
+    /// How many expectations the run was too short for.
+    [[nodiscard]] std::uint64_t openExpectations() const { return expectations_.open(); }
 
     [[nodiscard]] const EventLog& log() const { return log_; }
     [[nodiscard]] const RobotState& state() const { return state_; }
     [[nodiscard]] const Body& body() const { return body_; }
     [[nodiscard]] const Home& home() const { return world_.solid(); }
+    /// The floor that was swept, in square metres.
+    [[nodiscard]] double sweptM2() const { return swept_.areaM2(); }
     [[nodiscard]] const Dock& dock() const { return setup_.dock; }
     [[nodiscard]] const VirtualWalls& virtualWalls() const { return knowledge_.map.virtualWalls(); }
     [[nodiscard]] BT::Blackboard& blackboard() { return *blackboard_; }
@@ -86,6 +94,8 @@ private:
     void takeAway(const std::string& thing);
     [[nodiscard]] bool isDocked() const;
     void beginFrame();
+    void showUnmet(std::vector<Unmet> unmet);
+    [[nodiscard]] Moment moment() const;
     void showMode();
     void showKeys();
     void showResult(BT::NodeStatus result, const std::string& reason);
@@ -111,6 +121,10 @@ private:
     std::uint64_t root_failures_ = 0;
     Mode shown_mode_ = Mode::None;
     std::vector<WatchedKey> keys_;
+    SweptFloor swept_;
+    PointMm first_place_;
+    Expectations expectations_;
+    std::vector<Unmet> unmet_;
     std::map<std::string, std::uint64_t, std::less<>> defaults_met_;  ///< leaf without service: ticks
     std::map<std::string, std::uint64_t> unwritten_met_;              ///< tree without description: ticks
     std::map<std::string, std::uint64_t> frames_in_mode_;

@@ -265,7 +265,8 @@ const std::vector<Action>& actions()
     return all;
 }
 
-// A field as one line of text, less what a time line has no use for.
+}  // namespace
+
 std::string asText(const YAML::Node& value)
 {
     if (value.IsSequence()) {
@@ -285,11 +286,16 @@ std::string asText(const YAML::Node& value)
     return value.IsScalar() ? value.Scalar() : "";
 }
 
-}  // namespace
+bool saysWhatHappens(const YamlFields& event)
+{
+    return !event.has("expect") ||
+           std::any_of(actions().begin(), actions().end(),
+                       [&event](const Action& action) { return event.has(action.name); });
+}
 
 ScenarioEvent readEvent(const YamlFields& event)
 {
-    std::vector<std::string_view> known{"at"};
+    std::vector<std::string_view> known{"at", "expect"};
     std::vector<const Action*> found;
     for (const Action& action : actions()) {
         known.push_back(action.name);
@@ -298,7 +304,7 @@ ScenarioEvent readEvent(const YamlFields& event)
         }
     }
     if (found.size() == 1) {
-        std::vector<std::string_view> allowed{"at", found.front()->name};
+        std::vector<std::string_view> allowed{"at", "expect", found.front()->name};
         allowed.insert(allowed.end(), found.front()->extras.begin(), found.front()->extras.end());
         // Other actions can't be there, so what is left over is a stranger or an extra out of its place.
         event.allowOnly(allowed);

@@ -104,11 +104,19 @@ void checkThings(const Scenario& scenario)
 Scenario readScenario(const std::filesystem::path& file)
 {
     const YamlFields top(readYaml(file), file.string(), "a scenario");
-    top.allowOnly({"name", "about", "start", "frames", "events"});
+    top.allowOnly({"name", "about", "home", "tree", "goal", "start", "frames", "events"});
     Scenario scenario;
     scenario.file = file.string();
     scenario.name = top.text("name");
     scenario.about = top.has("about") ? top.text("about") : "";
+    scenario.tree = top.has("tree") ? top.text("tree") : "";
+    if (top.has("home")) {
+        scenario.home = file.parent_path() / top.text("home");
+    }
+    if (top.has("goal")) {
+        const std::vector<double> at = top.places("goal", 2);
+        scenario.goal = PointMm{1e3 * at[0], 1e3 * at[1]};
+    }
     scenario.frames = framesOf(top, "frames");
     if (scenario.frames == 0) {
         top.fail("frames", "at least one frame");
@@ -118,13 +126,22 @@ Scenario readScenario(const std::filesystem::path& file)
     }
     for (const YAML::Node& event : top.list("events")) {
         const YamlFields fields(event, top.file(), "an event");
-        scenario.events.push_back(readEvent(fields));
-        if (scenario.events.back().frame >= scenario.frames) {
+        if (framesOf(fields, "at") >= scenario.frames) {
             fields.fail("at", fmt::format("a time before the end of the run, {} frames", scenario.frames));
+        }
+        if (saysWhatHappens(fields)) {
+            scenario.events.push_back(readEvent(fields));
+        } else {
+            fields.allowOnly({"at", "expect"});
+        }
+        if (fields.has("expect")) {
+            scenario.expectations.push_back(readExpectation(fields, scenario.frames));
         }
     }
     std::stable_sort(scenario.events.begin(), scenario.events.end(),
                      [](const ScenarioEvent& a, const ScenarioEvent& b) { return a.frame < b.frame; });
+    std::stable_sort(scenario.expectations.begin(), scenario.expectations.end(),
+                     [](const Expectation& a, const Expectation& b) { return a.from < b.from; });
     checkThings(scenario);
     return scenario;
 }

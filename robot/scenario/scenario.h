@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "robot/geometry/points.h"
+#include "robot/scenario/expectation.h"
 #include "robot/vocabulary/escape_kinds.h"
 #include "robot/vocabulary/mode.h"
 #include "robot/vocabulary/panel_key.h"
@@ -235,9 +236,13 @@ struct Scenario
     std::string file;
     std::string name;
     std::string about;
+    std::string tree;             ///< the tree that is ticked; empty: the whole robot
+    std::filesystem::path home;   ///< map of the home; empty: the caller's choice
+    std::optional<PointMm> goal;  ///< a way there is searched before the tree is entered
     ScenarioStart start;
-    std::uint64_t frames = 0;           ///< how long the run lasts
-    std::vector<ScenarioEvent> events;  ///< by frame; those of one frame in the order of the file
+    std::uint64_t frames = 0;               ///< how long the run lasts
+    std::vector<ScenarioEvent> events;      ///< by frame; those of one frame in the order of the file
+    std::vector<Expectation> expectations;  ///< by their first frame, likewise
 };
 
 /// Reads a scenario file; scenarios/README.md tells its form. Throws InputError with file, line and what was

@@ -19,5 +19,12 @@ SetKeys keysOf(const YamlFields& fields, std::string_view name);
 
 /// One element of "events".
 ScenarioEvent readEvent(const YamlFields& event);
+/// Whether an event says that something happens, beside what is expected from then on.
+bool saysWhatHappens(const YamlFields& event);
+/// Its field "expect", in a run of so many frames.
+Expectation readExpectation(const YamlFields& event, std::uint64_t frames);
+
+/// A field as one line of text, less what a time line has no use for.
+std::string asText(const YAML::Node& value);
 
 }  // namespace vemra::robot

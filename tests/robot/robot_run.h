@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <sstream>
@@ -38,10 +37,6 @@ public:
         robot->addSink(json_);
     }
 
-    static RobotRun ofFile(const std::string& name)
-    {
-        return RobotRun(readScenario(std::string(VEMRA_SOURCE_DIR) + "/scenarios/" + name));
-    }
     // start: the fields of "start"; events: one a line, without the dash.
     static Scenario scenario(const std::string& start, const std::vector<std::string>& events,
                              const std::string& frames = "1m")
@@ -60,35 +55,6 @@ public:
         robot->finish();
         return *this;
     }
-
-    // What was logged of a kind from one frame to another, the last included, in order.
-    std::vector<std::string> texts(LogKind kind, std::uint64_t from = 0, std::uint64_t to = ~0ULL) const
-    {
-        std::vector<std::string> found;
-        for (const LogEntry& entry : robot->log().entries()) {
-            if (entry.kind == kind && entry.frame >= from && entry.frame <= to)
-                found.push_back(entry.text);
-        }
-        return found;
-    }
-    // The frames in which this was logged.
-    std::vector<std::uint64_t> frames(LogKind kind, const std::string& text) const
-    {
-        std::vector<std::uint64_t> found;
-        for (const LogEntry& entry : robot->log().entries()) {
-            if (entry.kind == kind && entry.text == text)
-                found.push_back(entry.frame);
-        }
-        return found;
-    }
-    // The first of them; a failure of the test, and 0, where there is none.
-    std::uint64_t first(LogKind kind, const std::string& text) const
-    {
-        const auto found = frames(kind, text);
-        EXPECT_FALSE(found.empty()) << "never logged: " << toText(kind) << " " << text;
-        return found.empty() ? 0 : found.front();
-    }
-    bool said(const std::string& message) const { return !frames(LogKind::Message, message).empty(); }
 
     std::string bytes() const { return out_->str(); }
 

@@ -198,6 +198,24 @@ TEST(RunCommand, EndsAtTheSecondSignalWhateverItDoes)
     EXPECT_EQ(result.exit_code, 128 + 15) << result.err;
 }
 
+TEST(RunCommand, SaysWhatWasNotAsExpected)
+{
+    const Folder folder;
+    const std::string file = folder
+                                 .write("hope.yaml",
+                                        "name: h\nframes: 99\nevents:\n"
+                                        "  - {at: 9, expect: {mode: SleepMode}}\n"
+                                        "  - {at: 50, expect: {mode: ChargingMode}}\n")
+                                 .string();
+    const ProgramResult result = run({"--scenario", file});
+    EXPECT_EQ(result.exit_code, 1);
+    EXPECT_EQ(result.err, "vemra: " + file + ":4: frame 9: expected {mode: SleepMode}: mode was none\n");
+    EXPECT_THAT(result.out, HasSubstr("as expected: 1, otherwise: 1\n"));
+    const ProgramResult cut = run({"--scenario", file, "--frames", "9"});
+    EXPECT_EQ(cut.exit_code, 0) << "it did not come to that";
+    EXPECT_THAT(cut.out, HasSubstr("not come to: 2"));
+}
+
 TEST(RunCommand, KeepsWhatHappenedUntilItIsInterrupted)
 {
     const Folder folder;

@@ -162,6 +162,39 @@ TEST_F(ScenarioFile, WhatATextStandsForIsBounded)
     EXPECT_THAT(whole(bomb), HasSubstr("at most 100000 values, those of aliases included"));
 }
 
+TEST_F(ScenarioFile, ExpectationsStandBesideEventsOrAlone)
+{
+    const Scenario scenario = read(
+        "name: e\nframes: 100\nevents:\n"
+        "  - {at: 9, key: start, expect: {mode: ChargingMode, music: [], within: 5}}\n"
+        "  - {at: 7, expect: {never: {docked: true}}}\n"
+        "  - {at: 8, expect: {keys: {a: b}}}\n");
+    EXPECT_EQ(scenario.events.size(), 1U);
+    ASSERT_EQ(scenario.expectations.size(), 3U);
+    EXPECT_TRUE(scenario.expectations[0].never);
+    EXPECT_EQ(scenario.expectations[0].to, 99U);
+    EXPECT_EQ(scenario.expectations[1].to, 8U);
+    EXPECT_THAT(scenario.expectations[1].state.keys, ElementsAre(Pair("a", "b")));
+    EXPECT_EQ(scenario.expectations[2].to, 14U);
+    EXPECT_EQ(scenario.expectations[2].line, 4);
+    EXPECT_EQ(scenario.expectations[2].state.mode, Mode::Charging);
+    EXPECT_THAT(scenario.expectations[2].events.music, Optional(testing::IsEmpty()));
+
+    const auto here = [](const std::string& expected) {
+        return AllOf(HasSubstr("day.yaml:4: "), HasSubstr(expected));
+    };
+    EXPECT_THAT(fault("at: 1, expect: {}"), here("something to look for"));
+    EXPECT_THAT(fault("at: 1, expect: {within: 3}"), here("something to look for"));
+    EXPECT_THAT(fault("at: 1, expect: {mood: good}"), here("no field \"mood\": expected one of mode"));
+    EXPECT_THAT(fault("at: 1, expect: {mode: Charging}"), here("names of modes, as in ChargingMode"));
+    EXPECT_THAT(fault("at: 1, expect: {modes: [Charging]}"), here("names of modes"));
+    EXPECT_THAT(fault("at: 1, expect: {mode: ChargingMode, within: 99}"), here("before the end of the run"));
+    EXPECT_THAT(fault("at: 1, expect: {place: [1, 2]}"), here("\"place\" and \"mm\" together"));
+    EXPECT_THAT(fault("at: 1, expect: {times: 2}"), here("with either \"message\" or \"told\""));
+    EXPECT_THAT(fault("at: 1, expect: {never: {music: []}}"), here("expected no \"times\", \"modes\" or"));
+    EXPECT_THAT(fault("at: 1, bettery: 3, expect: {mode: ChargingMode}"), here("no field \"bettery\""));
+}
+
 TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
 {
     const auto here = [](const std::string& expected) {

@@ -3,6 +3,12 @@
 #include "robot/services/core/leaf_functions.h"
 
 namespace vemra::robot {
+namespace {
+
+// The power of a brush that stands ready and does not turn.
+constexpr int kReady = 1;
+
+}  // namespace
 
 void CleaningSystemService::install(leaf::LeafHost& host)
 {
@@ -15,6 +21,7 @@ void CleaningSystemService::install(leaf::LeafHost& host)
         if (powers == powers_)
             return BT::NodeStatus::SUCCESS;
         powers_ = powers;
+        parts_.state.brushes_on = powers_["Brush"] > kReady;
         nlohmann::ordered_json fields{{"what", "clean_system"}};
         std::string text = "cleaning system:";
         for (const auto& [part, power] : powers_) {
