@@ -11,9 +11,12 @@
 #include "app/run_records.h"
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
+#include "app/visits/tree_watch.h"
+#include "app/visits/visit_file.h"
 #include "app/whole_number.h"
 #include "robot/base/input_error.h"
 #include "robot/base/number_list.h"
+#include "robot/base/output_file.h"
 #include "robot/events/json_lines.h"
 #include "robot/events/timeline_printer.h"
 #include "robot/host/robot.h"
@@ -39,6 +42,8 @@ struct RunOptions
     std::uint64_t seed = 1;
     std::optional<std::uint64_t> frames;
     std::optional<std::filesystem::path> out;
+    std::optional<std::filesystem::path> visits;
+    std::string watch;
     bool json = false;
 };
 
@@ -99,6 +104,26 @@ int verdict(const Robot& robot, const std::string& scenario)
     return robot.unmet().empty() ? kDone : kNotAsExpected;
 }
 
+/// What is printed while the run goes on; nothing beside a watch, which prints of itself.
+std::unique_ptr<robot::LogSink> printerOf(const RunOptions& options)
+{
+    using robot::TimelinePrinter;
+    if (options.json)
+        return std::make_unique<robot::JsonLines>(std::cout);
+    if (!options.watch.empty())
+        return nullptr;
+    return std::make_unique<TimelinePrinter>(
+        std::cout, robot::isColourTerminal(1) ? TimelinePrinter::Colour::On : TimelinePrinter::Colour::Off);
+}
+
+std::unique_ptr<TreeWatch> watchOf(const RunOptions& options)
+{
+    if (options.watch.empty())
+        return nullptr;
+    const WatchedPart part = watchedPartOf(options.watch);
+    return std::make_unique<TreeWatch>(std::cout, TreeLibrary(options.plugin).build(part.tree), part.top);
+}
+
 int run(const RunOptions& options)
 {
     robot::Scenario scenario = robot::readScenario(options.scenario);
@@ -112,15 +137,11 @@ int run(const RunOptions& options)
     // They are said of the tree that the scenario was written for.
     if (options.tree && *options.tree != (scenario.tree.empty() ? "RobotNode" : scenario.tree))
         scenario.expectations.clear();
-    std::unique_ptr<robot::LogSink> shown;
-    if (options.json)
-        shown = std::make_unique<robot::JsonLines>(std::cout);
-    else
-        shown = std::make_unique<robot::TimelinePrinter>(
-            std::cout, robot::isColourTerminal(1) ? robot::TimelinePrinter::Colour::On
-                                                  : robot::TimelinePrinter::Colour::Off);
+    const std::unique_ptr<robot::LogSink> shown = printerOf(options);
+    const std::unique_ptr<TreeWatch> watch = watchOf(options);
     Progress progress(frames);
     std::optional<RunRecords> records;
+    robot::VisitCounter counter;
     Robot robot({.load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTrees(factory, options, tree); },
                  .home = home.home,
                  .dock = dock,
@@ -131,17 +152,28 @@ int run(const RunOptions& options)
                  .goal = goal});
     if (options.out)
         records.emplace(*options.out).follow(robot);
+    if (options.visits)
+        robot.addObserver(counter);
+    if (watch)
+        robot.addObserver(*watch);
     robot.addSink(progress);
-    robot.addSink(*shown);
+    if (shown)
+        robot.addSink(*shown);
 
     const Interrupt interrupt;
     while (robot.frame() < frames && !robot.over() && !interrupt.waits()) {
         robot.step();
+        if (records)
+            records->frame(robot);
+        if (watch)
+            watch->frame(robot.frame() - 1);
         progress.tell(robot.frame());
     }
     robot.finish();
     if (records)
         records->write(robot, title);
+    if (options.visits)
+        robot::writeFile(*options.visits, visitFileText(counter, title, robot.frame()));
     if (interrupt.waits())
         std::cerr << "vemra: stopped after " << robot.frame() << " of " << frames << " frames\n";
     std::cout.flush();
@@ -183,9 +215,18 @@ void addRunCommand(CLI::App& program, int& exit_code)
             "With --tree: search the way to this place first, in metres, so that a tree that drives along "
             "a plan has one")
         ->type_name("X,Y");
-    command->add_option("--out", options->out, "Folder for time line, events, report and pictures")
+    command->add_option("--out", options->out, "Folder for time line, events, track, report and pictures")
         ->type_name("DIR");
-    command->add_flag("--json", options->json, "Print one JSON object a line, the report last");
+    command->add_option("--visits", options->visits, "File for what was visited: see trees visits")
+        ->type_name("FILE");
+    auto* watch = command
+                      ->add_option("--watch", options->watch,
+                                   "Print what is ticked of this tree, or from this line of it on, whenever "
+                                   "that changes, instead "
+                                   "of the time line")
+                      ->type_name("TREE[:LINE]");
+    command->add_flag("--json", options->json, "Print one JSON object a line, the report last")
+        ->excludes(watch);
     command->add_option("--plugin", options->plugin, "Library of trees, instead of the program's own")
         ->type_name("FILE");
     command->callback([options, &exit_code] { exit_code = run(*options); });

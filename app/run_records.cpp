@@ -24,7 +24,8 @@ std::vector<std::vector<robot::PointMm>> trackOf(const robot::Body& body)
 }  // namespace
 
 RunRecords::RunRecords(const std::filesystem::path& folder)
-    : folder_(folder, {"timeline.txt", "events.jsonl", "report.json", "timeline.png", "home.png"})
+    : folder_(folder,
+              {"timeline.txt", "events.jsonl", "track.csv", "report.json", "timeline.png", "home.png"})
 {}
 
 void RunRecords::follow(robot::Robot& robot)
@@ -37,6 +38,7 @@ void RunRecords::write(const robot::Robot& robot, const std::string& title)
 {
     folder_.add("timeline.txt", timeline_.str());
     folder_.add("events.jsonl", json_.str());
+    folder_.add("track.csv", track_.text());
     folder_.add("report.json", robot.report().dump(2) + "\n");
     folder_.add(
         "timeline.png",

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include "app/track_table.h"
 #include "robot/base/output_file.h"
 #include "robot/events/json_lines.h"
 #include "robot/events/timeline_printer.h"
@@ -21,6 +22,8 @@ public:
 
     /// From now on all that the robot logs is kept; must outlive the robot.
     void follow(robot::Robot& robot);
+    /// To be called after each frame.
+    void frame(const robot::Robot& robot) { track_.frame(robot); }
     void write(const robot::Robot& robot, const std::string& title);
 
 private:
@@ -29,6 +32,7 @@ private:
     std::ostringstream json_;
     robot::TimelinePrinter printer_{timeline_, robot::TimelinePrinter::Colour::Off};
     robot::JsonLines lines_{json_};
+    TrackTable track_;
 };
 
 }  // namespace vemra::app

@@ -46,7 +46,7 @@ std::string kindOf(const CLI::Option& option)
     if (type == "FAMILY")
         return familyWords();
     for (const char* known : {"TREE", "LEAF", "NODE", "KEY", "FILE", "DIR"})
-        if (type == known)
+        if (type == known || type.starts_with(std::string(known) + "["))
             return known;
     // A number or a text of its own: nothing to offer, but it is a value.
     return "NONE";

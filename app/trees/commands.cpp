@@ -9,11 +9,13 @@
 #include <sstream>
 
 #include "app/trees/export.h"
+#include "app/trees/liveness.h"
 #include "app/trees/outline.h"
 #include "app/trees/search_commands.h"
 #include "app/trees/shared_options.h"
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
+#include "app/visits/commands.h"
 #include "app/whole_number.h"
 #include "robot/base/output_file.h"
 
@@ -21,14 +23,12 @@ namespace vemra::app {
 
 namespace {
 
-// The tree that a robot starts with.
-constexpr const char* kFirstTree = "RobotNode";
-
 struct TreesOptions
 {
     std::string plugin;
     bool names_only = false;
     bool json = false;
+    bool off = false;
     std::string tree;
     std::vector<std::string> trees;
     std::size_t depth = std::numeric_limits<std::size_t>::max();
@@ -38,6 +38,43 @@ struct TreesOptions
     std::string out;
 };
 
+using Lives = std::map<std::string, TreeLife>;
+
+std::vector<TreeModel> buildable(const TreeLibrary& library)
+{
+    std::vector<TreeModel> trees;
+    for (const std::string& name : library.names()) {
+        try {
+            trees.push_back(library.build(name));
+        } catch (const UserError&) {
+            continue;
+        }
+    }
+    return trees;
+}
+
+Lives livesOf(const TreeLibrary& library, const std::vector<TreeModel>& trees)
+{
+    return livenessOf(trees, kFirstTree,
+                      [&library](const ModelNode& node) { return library.constantResult(node); });
+}
+
+/// What of a tree is never ticked, the topmost node of each branch, and the constant that does it.
+void writeOff(std::ostream& out, const TreeModel& tree, const TreeLife& life)
+{
+    if (!life.entered) {
+        out << fmt::format("{}: off: no live node enters it\n", tree.name);
+        return;
+    }
+    for (std::size_t i = 0; i < tree.nodes.size(); ++i) {
+        if (life.off_by[i] == TreeLife::kNone)
+            continue;
+        const auto by = static_cast<std::size_t>(life.off_by[i]);
+        out << fmt::format("{}:{}: {}  off by line {}: {}\n", tree.name, i + 1, nodeText(tree.nodes[i]),
+                           by + 1, nodeText(tree.nodes[by]));
+    }
+}
+
 void list(const TreesOptions& options)
 {
     const TreeLibrary library(options.plugin);
@@ -46,20 +83,28 @@ void list(const TreesOptions& options)
             std::cout << name << '\n';
         return;
     }
+    const std::vector<TreeModel> trees = buildAll(library);
+    const auto lives = livesOf(library, trees);
+    if (options.off) {
+        for (const TreeModel& tree : trees)
+            writeOff(std::cout, tree, lives.at(tree.name));
+        return;
+    }
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
-    for (const std::string& name : library.names()) {
-        const TreeModel tree = library.build(name);
+    for (const TreeModel& tree : trees) {
+        const std::size_t live = lives.at(tree.name).liveNodes();
         if (options.json)
-            all.push_back({{"name", name},
+            all.push_back({{"name", tree.name},
                            {"nodes", tree.nodes.size()},
+                           {"live", live},
                            {"levels", tree.levels()},
                            {"written", tree.written()}});
         else if (tree.written())
-            std::cout << fmt::format("{:<40} {:>5} {:<5}  {:>2} {}\n", name, tree.nodes.size(),
-                                     tree.nodes.size() == 1 ? "node" : "nodes", tree.levels(),
-                                     tree.levels() == 1 ? "level" : "levels");
+            std::cout << fmt::format("{:<40} {:>5} {:<5} {:>5} live  {:>2} {}\n", tree.name,
+                                     tree.nodes.size(), tree.nodes.size() == 1 ? "node" : "nodes", live,
+                                     tree.levels(), tree.levels() == 1 ? "level" : "levels");
         else
-            std::cout << fmt::format("{:<40}     not written\n", name);
+            std::cout << fmt::format("{:<40}     not written\n", tree.name);
     }
     if (options.json)
         std::cout << all.dump(2) << '\n';
@@ -68,10 +113,21 @@ void list(const TreesOptions& options)
 void show(const TreesOptions& options)
 {
     const TreeLibrary library(options.plugin);
-    const OutlineStyle style{colorWanted(options.color), options.depth, options.expand};
+    const TreeModel tree = library.build(options.tree);
+    const bool color = colorWanted(options.color);
+    // A tree of the library that cannot be built is no reason not to show another.
+    const auto lives = color || options.off ? livesOf(library, buildable(library)) : Lives();
+    if (options.off) {
+        writeOff(std::cout, tree, lives.at(tree.name));
+        return;
+    }
+    const OutlineStyle style{color, options.depth, options.expand,
+                             [&lives](const std::string& name, std::size_t index) {
+                                 const auto life = lives.find(name);
+                                 return life == lives.end() || life->second.live.at(index);
+                             }};
     writeOutline(
-        std::cout, library.build(options.tree), style,
-        [&library](const std::string& name) { return library.build(name); },
+        std::cout, tree, style, [&library](const std::string& name) { return library.build(name); },
         [&library](const std::string& name) { return library.has(name); });
 }
 
@@ -114,9 +170,18 @@ void addTreesCommand(CLI::App& program, int& exit_code)
     trees.require_subcommand(1);
 
     CLI::App& list_command =
-        *trees.add_subcommand("list", "All trees with their numbers of nodes and levels");
+        *trees.add_subcommand("list", "All trees with their numbers of nodes, live nodes and levels");
     auto* names = list_command.add_flag("--names", options->names_only, "Names alone, a line each");
-    list_command.add_flag("--json", options->json, "As JSON")->excludes(names);
+    auto* as_json = list_command.add_flag("--json", options->json, "As JSON")->excludes(names);
+    list_command
+        .add_flag("--off", options->off,
+                  "What can never be ticked, and the constant that does it, instead of trees")
+        ->excludes(names)
+        ->excludes(as_json);
+    list_command.footer(
+        "Live is what can ever be ticked from RobotNode on. Off is what constant conditions switch off, what "
+        "stands\n"
+        "behind a loop without an end, and what no live node enters.");
     addPluginOption(list_command, options->plugin);
     list_command.callback([options] { list(*options); });
 
@@ -129,6 +194,10 @@ void addTreesCommand(CLI::App& program, int& exit_code)
     show_command.add_flag(
         "--expand", options->expand,
         "Go on into the trees that are entered, into each at the first place that enters it");
+    show_command.add_flag(
+        "--off", options->off,
+        "What of the tree can never be ticked, and the constant that does it; in colours it is dimmed "
+        "without this");
     addColorOption(show_command, options->color);
     addPluginOption(show_command, options->plugin);
     show_command.callback([options] { show(*options); });
@@ -148,6 +217,7 @@ void addTreesCommand(CLI::App& program, int& exit_code)
     export_command.callback([options] { exportTrees(*options); });
 
     addSearchCommands(trees, exit_code);
+    addVisitsCommand(trees);
 }
 
 }  // namespace vemra::app

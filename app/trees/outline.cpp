@@ -81,13 +81,10 @@ private:
         const bool cut = depth + 1 >= style_.levels;
         ++line_;
         out_ << std::string(depth * 2, ' ');
-        paint(colorOf(node), node.id);
-        if (showsLabel(node))
-            paint(kLabel, " " + quoted(node.name));
-        for (const auto& [name, text] : node.ports) {
-            paint(kDim, " " + name + "=");
-            out_ << quoted(text);
-        }
+        if (style_.live && !style_.live(tree.name, index))
+            paint(kDim, nodeText(node));
+        else
+            bright(node);
         if (!tree.written())
             paint(kDim, "  (not written)");
         if (style_.expand && !entered.empty() && !goes_on)
@@ -112,6 +109,17 @@ private:
         out_ << '\n';
         for (const std::size_t child : node.children)
             this->node(tree, child, depth + 1);
+    }
+
+    void bright(const ModelNode& node)
+    {
+        paint(colorOf(node), node.id);
+        if (showsLabel(node))
+            paint(kLabel, " " + quoted(node.name));
+        for (const auto& [name, text] : node.ports) {
+            paint(kDim, " " + name + "=");
+            out_ << quoted(text);
+        }
     }
 
     void paint(std::string_view color, std::string_view text)

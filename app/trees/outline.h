@@ -14,6 +14,8 @@ struct OutlineStyle
     bool color = false;
     std::size_t levels = std::numeric_limits<std::size_t>::max();  ///< how many levels are shown
     bool expand = false;  ///< goes on into entered trees, into each at the first place that enters it
+    /// Whether a node can ever be ticked; one that cannot is dimmed. Empty: all are taken to be live.
+    std::function<bool(const std::string& tree, std::size_t index)> live = {};
 };
 
 /// A node as its line in an outline says it, without indent and colour.

@@ -1,6 +1,8 @@
 #include "app/trees/tree_library.h"
 
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <sstream>
 #include <system_error>
 
@@ -69,6 +71,21 @@ void TreeLibrary::expect(const std::string& name) const
 {
     if (!has(name))
         throw UserError("there is no tree '" + name + "'" + didYouMean(name, names_));
+}
+
+std::optional<BT::NodeStatus> TreeLibrary::constantResult(const ModelNode& node) const
+{
+    static constexpr const char* kComparisons[] = {"StringMatch", "BoolMatch", "IsAGreaterThanBInt",
+                                                   "IsAGreaterThanBFloat"};
+    const bool compares =
+        std::find(std::begin(kComparisons), std::end(kComparisons), node.id) != std::end(kComparisons);
+    const bool refers = std::any_of(node.ports.begin(), node.ports.end(), [](const auto& port) {
+        return port.second.find("${") != std::string::npos;
+    });
+    if (!compares || refers)
+        return std::nullopt;
+    const BT::NodeParameters ports(node.ports.begin(), node.ports.end());
+    return factory_.instantiateTreeNode(node.id, node.name, ports, blackboard_)->executeTick();
 }
 
 TreeModel TreeLibrary::build(const std::string& name) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,9 @@
 #include "behaviortree_cpp/bt_factory.h"
 
 namespace vemra::app {
+
+/// The tree that a robot starts with.
+inline constexpr const char* kFirstTree = "RobotNode";
 
 /// The library of trees that belongs to this program: ../lib/libvemra_tree.so, seen from the executable.
 [[nodiscard]] std::filesystem::path ownTreeLibrary();
@@ -30,6 +34,9 @@ public:
     [[nodiscard]] const std::vector<BT::TreeNodeManifest>& nodeTypes() const { return factory_.manifests(); }
     /// Throws UserError when there is no such tree, with the names that are near.
     void expect(const std::string& name) const;
+    /// The result of a comparison whose texts refer to nothing on the blackboard; nothing for all other
+    /// nodes.
+    [[nodiscard]] std::optional<BT::NodeStatus> constantResult(const ModelNode& node) const;
     /// Builds a tree and takes it down again. Throws UserError when there is no such tree or when it names a
     /// node type that nobody knows.
     [[nodiscard]] TreeModel build(const std::string& name) const;

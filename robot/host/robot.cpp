@@ -57,12 +57,42 @@ private:
     const RobotState& state_;
 };
 
+/// A blackboard has one observer; this one tells others.
+class Robot::Observers final : public BT::StatusObserver
+{
+public:
+    void add(BT::StatusObserver& observer) { all_.push_back(&observer); }
+    void remove(const BT::StatusObserver& observer) { std::erase(all_, &observer); }
+    [[nodiscard]] bool empty() const { return all_.empty(); }
+
+    void onStatusChange(const BT::TreeNode& node, BT::NodeStatus before, BT::NodeStatus now) override
+    {
+        for (BT::StatusObserver* observer : all_)
+            observer->onStatusChange(node, before, now);
+    }
+    void onTick(const BT::TreeNode& node, BT::NodeStatus result) override
+    {
+        for (BT::StatusObserver* observer : all_)
+            observer->onTick(node, result);
+    }
+
+private:
+    std::vector<BT::StatusObserver*> all_;
+};
+
+void Robot::addObserver(BT::StatusObserver& observer)
+{
+    observers_->add(observer);
+    blackboard_->setStatusObserver(observers_.get());
+}
+
 Robot::Robot(RobotSetup setup)
     : setup_(std::move(setup)),
       chance_(setup_.seed),
       world_(setup_.home),
       body_(world_, startPose(setup_), chance_.branch()),
       clock_(std::make_shared<FrameClock>(state_)),
+      observers_(std::make_unique<Observers>()),
       blackboard_(BT::Blackboard::create()),
       knowledge_(body_),
       keys_{{"task_state", LogKind::TaskState, {}}, {"robot_status", LogKind::RobotStatus, {}}},
@@ -123,6 +153,7 @@ void Robot::plantTree()
 Robot::~Robot()
 {
     // Nodes of trees that wait to be entered again refer to services.
+    blackboard_->setStatusObserver(nullptr);
     tree_ = {};
     factory_.clearTreePools();
 }
@@ -276,8 +307,13 @@ BT::NodeStatus Robot::tick(std::string& reason)
 {
     if (state_.frame > 0)
         return tree_.root_node->executeTick();
-    const EndReason watch(*blackboard_);
+    EndReason watch;
+    observers_->add(watch);
+    blackboard_->setStatusObserver(observers_.get());
     const BT::NodeStatus result = tree_.root_node->executeTick();
+    observers_->remove(watch);
+    if (observers_->empty())
+        blackboard_->setStatusObserver(nullptr);
     reason = watch.of(result);
     return result;
 }

@@ -51,6 +51,9 @@ public:
     /// Gets all that is logged from now on; must outlive the robot.
     void addSink(LogSink& sink) { log_.addSink(sink); }
 
+    /// Sees all nodes of the trees at work from now on; must outlive the robot.
+    void addObserver(BT::StatusObserver& observer);
+
     /// One frame: what the scenario lets happen, the body's step, the services, one tick of the trees.
     void step();
     /// Frames done.
@@ -68,6 +71,8 @@ public:
     [[nodiscard]] const RobotState& state() const { return state_; }
     [[nodiscard]] const Body& body() const { return body_; }
     [[nodiscard]] const Home& home() const { return world_.solid(); }
+    /// Where the robot thinks it is.
+    [[nodiscard]] PoseMm believedPose() const { return knowledge_.localisation.pose(); }
     /// The floor that was swept, in square metres.
     [[nodiscard]] double sweptM2() const { return swept_.areaM2(); }
     [[nodiscard]] const Dock& dock() const { return setup_.dock; }
@@ -79,6 +84,7 @@ public:
 
 private:
     class FrameClock;
+    class Observers;
     /// A key of the blackboard that is shown on the time line.
     struct WatchedKey
     {
@@ -109,6 +115,7 @@ private:
     World world_;
     Body body_;
     std::shared_ptr<FrameClock> clock_;
+    std::unique_ptr<Observers> observers_;
     BT::Blackboard::Ptr blackboard_;
     BT::BehaviorTreeFactory factory_;
     Knowledge knowledge_;

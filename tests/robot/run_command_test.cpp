@@ -78,6 +78,14 @@ TEST(RunCommand, LeavesItsRecordsInAFolder)
     EXPECT_THAT(bytesOf(out / "timeline.txt"), testing::StrEq(result.out));
     EXPECT_EQ(linesOf(bytesOf(out / "events.jsonl")).back().substr(0, 10), "{\"report\":");
     EXPECT_EQ(nlohmann::json::parse(bytesOf(out / "report.json"))["frames"], 300);
+    const auto track = linesOf(bytesOf(out / "track.csv"));
+    ASSERT_GT(track.size(), 30U);
+    EXPECT_THAT(track[0], StartsWith("frame,time_s,x_mm,y_mm,yaw_deg,believed_x_mm"));
+    for (const std::string& row : track)
+        EXPECT_EQ(std::count(row.begin(), row.end(), ','), 12) << row;
+    EXPECT_THAT(track, testing::Contains(
+                           "20,0.40,3000.0,3625.0,90.00,3000.0,3625.0,90.00,0,0,80.01,ChargingMode,0.00"))
+        << "a change of mode";
     for (const char* picture : {"timeline.png", "home.png"})
         EXPECT_THAT(bytesOf(out / picture), StartsWith("\x89PNG")) << picture;
 }

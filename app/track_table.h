@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "robot/host/robot.h"
+
+namespace vemra::app {
+
+/// Where a run was when, as a table that plotting tools open: comma-separated values under a head, five rows
+/// a second and one for each change of mode. Poses in millimetres and degrees, speeds in mm/s, floor in
+/// square metres.
+class TrackTable
+{
+public:
+    TrackTable();
+
+    /// To be called after each frame.
+    void frame(const robot::Robot& robot);
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+private:
+    std::string text_;
+    std::optional<robot::Mode> mode_;
+};
+
+}  // namespace vemra::app

@@ -1,0 +1,82 @@
+// A library of small trees in which constants switch branches off, written as outlines.
+
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "behaviortree_cpp/bt_factory.h"
+
+namespace {
+
+// A node a line, two blanks a level: identifier and ports.
+class Outline
+{
+public:
+    explicit Outline(std::string text) : text_(std::move(text)) {}
+
+    BT::Tree operator()(const BT::BehaviorTreeFactory& factory, const BT::Blackboard::Ptr& blackboard) const
+    {
+        std::vector<BT::TreeNode::Ptr> nodes;
+        std::vector<BT::TreeNode*> above;
+        std::istringstream lines(text_);
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t depth = line.find_first_not_of(' ') / 2;
+            std::smatch id;
+            std::regex_search(line, id, std::regex(R"(\w+)"));
+            BT::NodeParameters ports;
+            const std::regex port(R"re((\w+)="([^"]*)")re");
+            for (std::sregex_iterator at(line.begin(), line.end(), port); at != std::sregex_iterator(); ++at)
+                ports[(*at)[1]] = (*at)[2];
+            nodes.push_back(factory.instantiateTreeNode(id[0], id[0], ports, blackboard));
+            above.resize(depth);
+            if (depth > 0)
+                hang(*above.back(), *nodes.back());
+            above.push_back(nodes.back().get());
+        }
+        return {nodes.front().get(), nodes};
+    }
+
+private:
+    static void hang(BT::TreeNode& parent, BT::TreeNode& child)
+    {
+        if (auto* control = dynamic_cast<BT::ControlNode*>(&parent))
+            control->addChild(&child);
+        else
+            dynamic_cast<BT::DecoratorNode&>(parent).setChild(&child);
+    }
+
+    std::string text_;
+};
+
+constexpr const char* kRobotNode = R"(SequenceStar
+  IfThenElseStar
+    StringMatch string_a="a" string_b="b"
+    SubtreeCondition subtree_file_path="Dead"
+    SubtreeCondition subtree_file_path="Living.xml"
+  Fallback
+    BoolMatch bool_a="true" bool_b="true"
+    Inverter
+      AlwaysFailure
+  Loop num_cycles="-1"
+    BlackboardContains key="x"
+  AlwaysSuccess)";
+
+constexpr const char* kLiving = R"(FallbackStar
+  ForceFailure
+    BlackboardContains key="y"
+  AlwaysSuccess
+  AlwaysFailure)";
+
+constexpr const char* kDead = R"(Sequence
+  AlwaysSuccess)";
+
+}  // namespace
+
+BT_REGISTER_NODES(factory)
+{
+    factory.registerTreeBuilder("Dead", Outline(kDead));
+    factory.registerTreeBuilder("Living", Outline(kLiving));
+    factory.registerTreeBuilder("RobotNode", Outline(kRobotNode));
+}
