@@ -43,7 +43,13 @@ public:
         add(&add(&choice, "ForceFailure"), "SaySomething", {{"message", complaint}});
     }
 
-    BT::Tree take() { return BT::Tree(nodes_.front().get(), nodes_); }
+    BT::Tree take()
+    {
+        BT::Tree tree;
+        tree.root_node = nodes_.front().get();
+        tree.nodes = std::move(nodes_);
+        return tree;
+    }
 
 private:
     const BT::BehaviorTreeFactory& factory_;

@@ -18,7 +18,7 @@ public:
 
     BT::Tree operator()(const BT::BehaviorTreeFactory& factory, const BT::Blackboard::Ptr& blackboard) const
     {
-        std::vector<BT::TreeNode::Ptr> nodes;
+        BT::Tree tree;
         std::vector<BT::TreeNode*> above;
         std::istringstream lines(text_);
         for (std::string line; std::getline(lines, line);) {
@@ -29,13 +29,14 @@ public:
             const std::regex port(R"re((\w+)="([^"]*)")re");
             for (std::sregex_iterator at(line.begin(), line.end(), port); at != std::sregex_iterator(); ++at)
                 ports[(*at)[1]] = (*at)[2];
-            nodes.push_back(factory.instantiateTreeNode(id[0], id[0], ports, blackboard));
+            tree.nodes.push_back(factory.instantiateTreeNode(id[0], id[0], ports, blackboard));
             above.resize(depth);
             if (depth > 0)
-                hang(*above.back(), *nodes.back());
-            above.push_back(nodes.back().get());
+                hang(*above.back(), *tree.nodes.back());
+            above.push_back(tree.nodes.back().get());
         }
-        return {nodes.front().get(), nodes};
+        tree.root_node = tree.nodes.front().get();
+        return tree;
     }
 
 private:

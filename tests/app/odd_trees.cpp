@@ -2,6 +2,8 @@
 // one with a leaf that never returns.
 
 #include <chrono>
+#include <cstdlib>
+#include <fstream>
 #include <thread>
 
 #include "behaviortree_cpp/bt_factory.h"
@@ -10,15 +12,20 @@ namespace {
 
 BT::Tree alone(BT::TreeNode::Ptr node)
 {
-    BT::TreeNode* const root = node.get();
-    return {root, {std::move(node)}};
+    BT::Tree tree;
+    tree.root_node = node.get();
+    tree.nodes.push_back(std::move(node));
+    return tree;
 }
 
 }  // namespace
 
 BT_REGISTER_NODES(factory)
 {
+    // Leaves a file, so that whoever waits knows that it has come so far.
     factory.registerSimpleAction("Hang", [](BT::TreeNode&) -> BT::NodeStatus {
+        if (const char* const mark = std::getenv("HANGS"))
+            std::ofstream(mark) << "hangs";
         while (true)
             std::this_thread::sleep_for(std::chrono::seconds(1));
     });

@@ -198,23 +198,26 @@ TEST(RunCommand, SaysThatATreeIsNotWritten)
 // A leaf that never returns holds back the first signal, as what a run has done so far would be lost.
 TEST(RunCommand, EndsAtTheSecondSignalWhateverItDoes)
 {
-    const ProgramResult result = test::runProgram(
-        {"timeout", "10", "sh", "-c",
-         "\"$0\" run --plugin \"$1\" --tree Hangs & p=$!; sleep 1; kill -TERM $p; sleep 0.3; "
-         "kill -0 $p || exit 99; kill -TERM $p; wait $p",
-         std::string(VEMRA_BIN_DIR) + "/vemra", std::string(VEMRA_LIB_DIR) + "/libodd_trees.so"});
+    const Folder folder;
+    const std::string script =
+        "HANGS=\"$2\" \"$0\" run --plugin \"$1\" --tree Hangs & p=$!\n"
+        "until [ -s \"$2\" ]; do sleep 0.05; done\n"
+        "kill -TERM $p; sleep 0.3; kill -0 $p || exit 99\n"
+        "kill -TERM $p; wait $p";
+    const ProgramResult result =
+        test::runProgram({"timeout", "60", "sh", "-c", script, std::string(VEMRA_BIN_DIR) + "/vemra",
+                          std::string(VEMRA_LIB_DIR) + "/libodd_trees.so", folder / "hangs"});
     EXPECT_EQ(result.exit_code, 128 + 15) << result.err;
 }
 
 TEST(RunCommand, SaysWhatWasNotAsExpected)
 {
     const Folder folder;
-    const std::string file = folder
-                                 .write("hope.yaml",
-                                        "name: h\nframes: 99\nevents:\n"
-                                        "  - {at: 9, expect: {mode: SleepMode}}\n"
-                                        "  - {at: 50, expect: {mode: ChargingMode}}\n")
-                                 .string();
+    const std::string text =
+        "name: h\nframes: 99\nevents:\n"
+        "  - {at: 9, expect: {mode: SleepMode}}\n"
+        "  - {at: 50, expect: {mode: ChargingMode}}\n";
+    const std::string file = folder.write("hope.yaml", text).string();
     const ProgramResult result = run({"--scenario", file});
     EXPECT_EQ(result.exit_code, 1);
     EXPECT_EQ(result.err, "vemra: " + file + ":4: frame 9: expected {mode: SleepMode}: mode was none\n");
