@@ -11,6 +11,7 @@
 #include "robot/base/input_error.h"
 #include "robot/host/end_reason.h"
 #include "robot/host/goal_tree.h"
+#include "robot/host/observers.h"
 #include "robot/host/places.h"
 #include "robot/host/unwritten_trees.h"
 
@@ -55,29 +56,6 @@ public:
 
 private:
     const RobotState& state_;
-};
-
-/// A blackboard has one observer; this one tells others.
-class Robot::Observers final : public BT::StatusObserver
-{
-public:
-    void add(BT::StatusObserver& observer) { all_.push_back(&observer); }
-    void remove(const BT::StatusObserver& observer) { std::erase(all_, &observer); }
-    [[nodiscard]] bool empty() const { return all_.empty(); }
-
-    void onStatusChange(const BT::TreeNode& node, BT::NodeStatus before, BT::NodeStatus now) override
-    {
-        for (BT::StatusObserver* observer : all_)
-            observer->onStatusChange(node, before, now);
-    }
-    void onTick(const BT::TreeNode& node, BT::NodeStatus result) override
-    {
-        for (BT::StatusObserver* observer : all_)
-            observer->onTick(node, result);
-    }
-
-private:
-    std::vector<BT::StatusObserver*> all_;
 };
 
 void Robot::addObserver(BT::StatusObserver& observer)
@@ -331,42 +309,6 @@ void Robot::showResult(BT::NodeStatus result, const std::string& reason)
            fmt::format("tree {} ends: {}{}{}", setup_.tree, BT::toStr(result), reason.empty() ? "" : ", by ",
                        reason),
            {{"what", "tree"}, {"result", BT::toStr(result)}});
-}
-
-nlohmann::ordered_json Robot::report() const
-{
-    const PoseMm& stands = body_.truePose();
-    nlohmann::ordered_json modes = nlohmann::ordered_json::object();
-    for (const auto& [mode, frames] : frames_in_mode_)
-        modes[mode.empty() ? "none" : mode] = frames;
-    nlohmann::ordered_json defaults = nlohmann::ordered_json::object();
-    for (const auto& [leaf, ticks] : defaults_met_)
-        defaults[leaf] = ticks;
-    nlohmann::ordered_json unwritten = nlohmann::ordered_json::object();
-    for (const auto& [tree, ticks] : unwritten_met_)
-        unwritten[tree] = ticks;
-    return {{"scenario", setup_.scenario.name},
-            {"tree", setup_.tree},
-            {"root_ended", {{"SUCCESS", root_successes_}, {"FAILURE", root_failures_}}},
-            {"seed", setup_.seed},
-            {"dock", toText(setup_.dock)},
-            {"frames", state_.frame},
-            {"ms", state_.frame * kFrameMs},
-            {"powered_off", state_.powered_off},
-            {"mode", toText(state_.modes.current())},
-            {"task_state", keys_[0].text},
-            {"robot_status", keys_[1].text},
-            {"battery", std::round(state_.battery_percent * 100) / 100},
-            {"on_dock", state_.contacts.touching()},
-            {"stands_at", std::vector<double>{std::round(stands.at.x), std::round(stands.at.y),
-                                              std::round(wrapped(stands.yaw).value)}},
-            {"run_mm", std::round(body_.runMm())},
-            {"swept_m2", std::round(swept_.areaM2() * 100) / 100},
-            {"expectations",
-             {{"met", expectations_.met()}, {"unmet", unmet_.size()}, {"open", expectations_.open()}}},
-            {"frames_in_mode", modes},
-            {"leaves_without_service", defaults},
-            {"trees_not_written", unwritten}};
 }
 
 }  // namespace vemra::robot

@@ -21,6 +21,8 @@
 
 namespace vemra::robot {
 
+class Observers;
+
 /// What a run needs. The same setup gives the same run, event by event.
 struct RobotSetup
 {
@@ -84,7 +86,6 @@ public:
 
 private:
     class FrameClock;
-    class Observers;
     /// A key of the blackboard that is shown on the time line.
     struct WatchedKey
     {

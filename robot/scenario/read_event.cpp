@@ -6,74 +6,10 @@
 
 #include "robot/scenario/health_codes.h"
 #include "robot/scenario/scenario_fields.h"
+#include "robot/scenario/words.h"
 
 namespace vemra::robot {
 namespace {
-
-template <typename Value>
-struct Word
-{
-    std::string_view text;
-    Value value;
-};
-
-constexpr Word<PanelKey> kKeys[] = {
-    {"start", PanelKey::Start},
-    {"home", PanelKey::Home},
-    {"key1", PanelKey::Start},
-    {"key2", PanelKey::Home},
-    {"key1_long", PanelKey::StartLong},
-    {"key2_long", PanelKey::HomeLong},
-    {"wifi", PanelKey::SetUp},
-    {"reset", PanelKey::Reset},
-    {"key2_very_long", PanelKey::HomeVeryLong},
-};
-
-constexpr Word<Mode> kAppModes[] = {
-    {"pause", Mode::PauseAndStop},
-    {"standby", Mode::Standby},
-    {"auto", Mode::AutoClean},
-    {"back_home", Mode::BackHome},
-    {"remote", Mode::RemoteCtrl},
-    {"ota", Mode::Ota},
-    {"select_area", Mode::SelectAreaClean},
-    {"draw_area", Mode::DrawAreaClean},
-    {"select_point", Mode::SelectPointClean},
-    {"fast_map", Mode::FastMapBuild},
-};
-
-// Modes that no tree asks for.
-constexpr Word<Mode> kOutsideModes[] = {
-    {"follow_wall", Mode::FollowWall}, {"wifi", Mode::WifiSet},           {"factory", Mode::Factory},
-    {"board_test", Mode::BoardTest},   {"factory_run", Mode::FactoryRun}, {"self_test", Mode::SelfTest},
-};
-
-constexpr Word<SelfTestStep> kSelfTests[] = {
-    {"board", SelfTestStep::Board}, {"app", SelfTestStep::App}, {"stop", SelfTestStep::Stop}};
-
-constexpr Word<bool> kWifi[] = {{"joined", true}, {"refused", false}};
-
-constexpr Word<StationPart> kStationParts[] = {
-    {"cap", StationPart::Cap},   {"bag", StationPart::Bag},   {"block", StationPart::Block},
-    {"lock", StationPart::Lock}, {"link", StationPart::Link}, {"full", StationPart::Full},
-};
-
-constexpr Word<bool> kWheels[] = {{"dropped", true}, {"raised", false}};
-constexpr Word<bool> kFitting[] = {{"installed", true}, {"removed", false}};
-
-template <typename Value, std::size_t Count>
-Value wordOf(const YamlFields& fields, std::string_view name, const Word<Value> (&words)[Count])
-{
-    const std::string text = fields.text(name);
-    std::vector<std::string_view> known;
-    for (const Word<Value>& word : words) {
-        if (word.text == text) {
-            return word.value;
-        }
-        known.push_back(word.text);
-    }
-    fields.fail(name, fmt::format("one of {}, not \"{}\"", fmt::join(known, ", "), text));
-}
 
 // [x0, y0, x1, y1] in metres, read from a node.
 AreaMm areaOf(const std::vector<double>& edges, const YamlFields& fields, const YAML::Node& node,

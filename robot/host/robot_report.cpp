@@ -1,0 +1,51 @@
+#include <cmath>
+
+#include "robot/base/clock.h"
+#include "robot/host/robot.h"
+
+namespace vemra::robot {
+namespace {
+
+nlohmann::ordered_json counted(const auto& counts)
+{
+    nlohmann::ordered_json object = nlohmann::ordered_json::object();
+    for (const auto& [name, count] : counts)
+        object[name.empty() ? "none" : name] = count;
+    return object;
+}
+
+double hundredths(double value)
+{
+    return std::round(value * 100) / 100;
+}
+
+}  // namespace
+
+nlohmann::ordered_json Robot::report() const
+{
+    const PoseMm& stands = body_.truePose();
+    return {{"scenario", setup_.scenario.name},
+            {"tree", setup_.tree},
+            {"root_ended", {{"SUCCESS", root_successes_}, {"FAILURE", root_failures_}}},
+            {"seed", setup_.seed},
+            {"dock", toText(setup_.dock)},
+            {"frames", state_.frame},
+            {"ms", state_.frame * kFrameMs},
+            {"powered_off", state_.powered_off},
+            {"mode", toText(state_.modes.current())},
+            {"task_state", keys_[0].text},
+            {"robot_status", keys_[1].text},
+            {"battery", hundredths(state_.battery_percent)},
+            {"on_dock", state_.contacts.touching()},
+            {"stands_at", std::vector<double>{std::round(stands.at.x), std::round(stands.at.y),
+                                              std::round(wrapped(stands.yaw).value)}},
+            {"run_mm", std::round(body_.runMm())},
+            {"swept_m2", hundredths(swept_.areaM2())},
+            {"expectations",
+             {{"met", expectations_.met()}, {"unmet", unmet_.size()}, {"open", expectations_.open()}}},
+            {"frames_in_mode", counted(frames_in_mode_)},
+            {"leaves_without_service", counted(defaults_met_)},
+            {"trees_not_written", counted(unwritten_met_)}};
+}
+
+}  // namespace vemra::robot
