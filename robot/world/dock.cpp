@@ -97,15 +97,20 @@ std::optional<Dock> placeDock(const Home& home)
     return std::nullopt;
 }
 
+bool canOnlyBeRadians(double yaw)
+{
+    // Nobody measures a dock's yaw to ten-thousandths of a degree.
+    const double thousands = yaw * 1e3;
+    return std::abs(yaw) <= 2 * std::numbers::pi + 0.01 && std::abs(thousands - std::round(thousands)) > 1e-6;
+}
+
 bool looksLikeRadians(const Dock& dock)
 {
+    // Docks stand by quarters of a turn.
     const double yaw = dock.face.yaw.value;
-    // Millionths of a degree are never measured, and docks stand by quarters of a turn.
     const double eighths = yaw / (std::numbers::pi / 4);
-    const double thousands = yaw * 1e3;
-    const bool a_fraction_of_pi = std::abs(eighths) > 0.5 && std::abs(eighths - std::round(eighths)) < 0.003;
-    return std::abs(yaw) <= 2 * std::numbers::pi + 0.01 &&
-           (a_fraction_of_pi || std::abs(thousands - std::round(thousands)) > 1e-6);
+    return canOnlyBeRadians(yaw) || (std::abs(eighths) > 0.5 && std::abs(eighths) < 8.5 &&
+                                     std::abs(eighths - std::round(eighths)) < 0.003);
 }
 
 Dock parseDock(const std::string& text)

@@ -31,8 +31,10 @@ void checkDock(const Home& home, const Dock& dock, const std::string& file, int 
 /// none.
 std::optional<Dock> placeDock(const Home& home);
 
-/// Whether the yaw can hardly be meant in degrees: it lies within a turn in radians, and is a fraction of pi
-/// or has more than three decimals.
+/// Whether a yaw cannot be meant in degrees: it lies within a turn in radians and has more than three
+/// decimals.
+bool canOnlyBeRadians(double yaw);
+/// Whether the yaw is at least doubtful: also a rounded fraction of pi, as 1.57.
 bool looksLikeRadians(const Dock& dock);
 
 /// "X,Y,DEG": metres and degrees, as in "1.25,-0.4,90". Throws InputError for "--dock".

@@ -185,7 +185,13 @@ HomeFile readHome(const std::filesystem::path& yaml)
     if (map.has("dock")) {
         const std::vector<double> at = map.places("dock", 3);
         dock = Dock{{{1e3 * at[0], 1e3 * at[1]}, wrapped({at[2]})}};
-        if (looksLikeRadians(*dock)) {
+        if (canOnlyBeRadians(at[2])) {
+            dock->face.yaw = wrapped(degreesOfRadians(at[2]));
+            doubts.push_back(
+                fmt::format("{}:{}: the yaw of `dock` is in degrees: {} can only be radians and is read as "
+                            "{:.6g} degrees",
+                            yaml.string(), map.line("dock"), at[2], dock->face.yaw.value));
+        } else if (looksLikeRadians(*dock)) {
             doubts.push_back(fmt::format("{}:{}: the yaw of `dock` is in degrees: {} looks like radians",
                                          yaml.string(), map.line("dock"), at[2]));
         }

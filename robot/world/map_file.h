@@ -26,7 +26,8 @@ struct HomeFile
 /// `resolution` (metres a pixel), `origin` ([x, y, yaw], metres and radians, of the lower left corner),
 /// `negate`, `occupied_thresh`, `free_thresh`, and, if wanted, `mode` (trinary, scale, raw) and `dock` ([x,
 /// y, degrees], metres, of its face and where that looks) and `cliffs` (a list of [x0, y0, x1, y1] in metres,
-/// where the floor ends though the picture shows it free). Other fields are refused.
+/// where the floor ends though the picture shows it free). Other fields are refused. A dock's yaw that
+/// can only be in radians is read so, and doubted.
 ///
 /// The pixels come to 50 mm cells: a cell is occupied if any pixel in it is, so that no wall is lost; else
 /// free if at least half of it is; else unknown. A map that is turned by its origin's yaw is turned upright

@@ -110,7 +110,12 @@ TEST_F(MapFile, AnAngleThatLooksLikeTheOtherUnitIsDoubted)
 {
     folder_.write("map.pgm", "P2 1 1 255 254");
     const auto doubts = [this](const std::string& field) { return readHome(yaml(field)).doubts; };
-    for (const char* radians : {"-1.570796", "3.141592653589793", "1.57", "3.14", "0.7854", "0.123456"})
+    for (const char* radians : {"-1.570796", "3.141592653589793", "0.123456"}) {
+        const HomeFile home = readHome(yaml(std::string("dock: [0, 0, ") + radians + "]"));
+        EXPECT_THAT(home.doubts, ElementsAre(HasSubstr("can only be radians and is read as")));
+        EXPECT_NEAR(home.dock->face.yaw.value, std::stod(radians) * 180 / std::numbers::pi, 1e-9);
+    }
+    for (const char* radians : {"1.57", "3.14", "0.785"})
         EXPECT_THAT(doubts(std::string("dock: [0, 0, ") + radians + "]"),
                     ElementsAre(AllOf(HasSubstr("map.yaml:7: "), HasSubstr("looks like radians"))))
             << radians;
