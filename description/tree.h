@@ -13,6 +13,7 @@
 
 #include <concepts>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -26,18 +27,35 @@ using leaf::Port;
 template <class T>
 concept NodeLike = std::convertible_to<T, Node>;
 
+/// A row of steps. Given to a composite it stands for its nodes, so that a step may be missing and a function
+/// may return several.
+using Nodes = std::vector<Node>;
+
+template <class T>
+concept Steps = NodeLike<T> || std::same_as<std::remove_cvref_t<T>, Nodes>;
+
 namespace detail {
 
-template <NodeLike... Children>
+template <NodeLike T>
+void append(Nodes& below, T&& node)
+{
+    below.push_back(Node(std::forward<T>(node)));
+}
+inline void append(Nodes& below, const Nodes& row)
+{
+    below.insert(below.end(), row.begin(), row.end());
+}
+
+template <Steps... Children>
 Node control(const char* id, std::vector<PortText> ports, Children&&... children)
 {
-    std::vector<Node> below;
+    Nodes below;
     below.reserve(sizeof...(children));
-    (below.push_back(Node(std::forward<Children>(children))), ...);
+    (append(below, std::forward<Children>(children)), ...);
     return {id, std::move(ports), std::move(below)};
 }
 
-template <NodeLike... Children>
+template <Steps... Children>
 Node resettable(const char* id, const char* reset, Children&&... children)
 {
     return control(id, {{"reset_on_failure", reset}}, std::forward<Children>(children)...);
@@ -45,47 +63,63 @@ Node resettable(const char* id, const char* reset, Children&&... children)
 
 }  // namespace detail
 
+/// The steps as a row.
+template <Steps... Children>
+Nodes row(Children&&... children)
+{
+    Nodes steps;
+    (detail::append(steps, std::forward<Children>(children)), ...);
+    return steps;
+}
+
+/// The steps of a tree that its sisters do not have: none unless `given`.
+template <Steps... Children>
+Nodes only_if(bool given, Children&&... children)
+{
+    return given ? row(std::forward<Children>(children)...) : Nodes{};
+}
+
 // --- composites ---------------------------------------------------------------------------------
 
-template <NodeLike... Children>
+template <Steps... Children>
 requires(sizeof...(Children) >= 1) Node Sequence(Children&&... children)
 {
     return detail::control("Sequence", {}, std::forward<Children>(children)...);
 }
 
-template <NodeLike... Children>
+template <Steps... Children>
 requires(sizeof...(Children) >= 1) Node SequenceStar(Children&&... children)
 {
     return detail::resettable("SequenceStar", "true", std::forward<Children>(children)...);
 }
 
 /// A `SequenceStar` that keeps its place over a failure and tries the failed child again.
-template <NodeLike... Children>
+template <Steps... Children>
 requires(sizeof...(Children) >= 1) Node SequenceStarKeepingPlace(Children&&... children)
 {
     return detail::resettable("SequenceStar", "false", std::forward<Children>(children)...);
 }
 
-template <NodeLike... Children>
+template <Steps... Children>
 requires(sizeof...(Children) >= 1) Node Fallback(Children&&... children)
 {
     return detail::control("Fallback", {}, std::forward<Children>(children)...);
 }
 
-template <NodeLike... Children>
+template <Steps... Children>
 requires(sizeof...(Children) >= 1) Node FallbackStar(Children&&... children)
 {
     return detail::resettable("FallbackStar", "true", std::forward<Children>(children)...);
 }
 
 /// Companions first, the body last.
-template <NodeLike... Children>
+template <Steps... Children>
 requires(sizeof...(Children) >= 2) Node DoWhile(Children&&... children)
 {
     return detail::control("DoWhile", {}, std::forward<Children>(children)...);
 }
 
-template <NodeLike... Children>
+template <Steps... Children>
 requires(sizeof...(Children) >= 2) Node ParallelNode(const Port& threshold, Children&&... children)
 {
     return detail::control("ParallelNode", {{"threshold", threshold.text()}},

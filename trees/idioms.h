@@ -88,13 +88,85 @@ inline Node key_is_any(const std::string& key, std::initializer_list<const char*
     return any_of(std::move(tests));
 }
 
+// --- decision tables ----------------------------------------------------------------------------
+
+/// A row of a decision table.
+struct Case
+{
+    Node when;
+    Node then;
+};
+
+/// The first row whose test passes is carried out to its end: nested `IfThenElseStar`s.
+inline Node choose(std::vector<Case> rows, Node otherwise = AlwaysSuccess{})
+{
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+        otherwise = IfThenElseStar(std::move(row->when), std::move(row->then), std::move(otherwise));
+    return otherwise;
+}
+
+/// The tests are looked at again on each tick, and a row further up takes over: nested `IfThenElse`s.
+inline Node keep_choosing(std::vector<Case> rows, Node otherwise = AlwaysSuccess{})
+{
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+        otherwise = IfThenElse(std::move(row->when), std::move(row->then), std::move(otherwise));
+    return otherwise;
+}
+
+struct TextCase
+{
+    const char* text;
+    Node then;
+};
+
+/// Chooses by the text under `key`.
+inline Node by_text(const std::string& key, const std::vector<TextCase>& rows,
+                    Node otherwise = AlwaysSuccess{})
+{
+    std::vector<Case> cases;
+    for (const TextCase& row : rows)
+        cases.push_back({key_is(key, row.text), row.then});
+    return choose(std::move(cases), std::move(otherwise));
+}
+
+// --- leaving a loop -----------------------------------------------------------------------------
+
+/// A key that ends a stretch of the tree from within. The key is "false" while `body` runs; `leave()` sets it
+/// and waits for the tick on which the stretch is halted.
+inline Node until_left(const std::string& break_key, Node body)
+{
+    return BB_Precondition(break_key, std::move(body));
+}
+
+inline Nodes leave(const std::string& break_key)
+{
+    return row(SetBlackboard{break_key, "true"}, Delay{1});
+}
+
+// --- senses -------------------------------------------------------------------------------------
+
+/// A sense that does not count while `body` runs; companions of a `DoWhile` undo themselves.
+template <Steps... Children>
+Node without_sensor(const char* sensor, Children&&... children)
+{
+    return DoWhile(TemporarilyDisableSensor{.lock_status = "false", .sensor = sensor},
+                   std::forward<Children>(children)...);
+}
+
+template <Steps... Children>
+Node with_sensor(const char* sensor, Children&&... children)
+{
+    return DoWhile(TemporarilyEnableSensor{.lock_status = "false", .sensor = sensor},
+                   std::forward<Children>(children)...);
+}
+
 // --- steps --------------------------------------------------------------------------------------
 
 /// Runs the steps in order when all before them pass, and succeeds in any case.
-template <NodeLike... Steps>
-Node optionally(Steps&&... steps)
+template <Steps... Children>
+Node optionally(Children&&... steps)
 {
-    return ForceSuccess(SequenceStar(std::forward<Steps>(steps)...));
+    return ForceSuccess(SequenceStar(std::forward<Children>(steps)...));
 }
 
 /// A `SequenceStar` of steps that are put together one by one.
@@ -125,6 +197,12 @@ inline Node back_off_on_contact()
                         ForceFailure(SubtreeCondition{"Back2cm.xml"}));
 }
 
+/// A motion that an escape ends in failure.
+inline Node guarded(Node motion)
+{
+    return Sequence(SubtreeCondition{"Escape"}, std::move(motion));
+}
+
 /// A turn by `angle_deg` from where the robot looks now. An escape on the way ends it in failure.
 inline Node guarded_turn(const Port& angle_deg, const Port& deg_s)
 {
@@ -140,6 +218,18 @@ inline Node guarded_turn(const Port& angle_deg, const Port& deg_s)
 inline Node music(const char* number, const char* interrupt)
 {
     return SetMusicPlayPara{.Interrupt_En = interrupt, .MusicNumber = number};
+}
+
+/// Cuts off what plays.
+inline Node play(const char* number)
+{
+    return music(number, "true");
+}
+
+/// Waits for what plays.
+inline Node queue(const char* number)
+{
+    return music(number, "false");
 }
 
 }  // namespace vemra::trees
