@@ -131,13 +131,14 @@ inline Node by_text(const std::string& key, const std::vector<TextCase>& rows,
 
 // --- leaving a loop -----------------------------------------------------------------------------
 
-/// A key that ends a stretch of the tree from within. The key is "false" while `body` runs; `leave()` sets it
-/// and waits for the tick on which the stretch is halted.
-inline Node until_left(const std::string& break_key, Node body)
+/// The two steps of a stretch that `break_key` ends from within: the key is set back to "false", then `body`
+/// runs until `leave` or its own end.
+inline Nodes until_left(const std::string& break_key, Node body)
 {
-    return BB_Precondition(break_key, std::move(body));
+    return row(SetBlackboard{break_key, "false"}, BB_Precondition(break_key, std::move(body)));
 }
 
+/// Ends the stretch, and waits for the tick on which it is halted.
 inline Nodes leave(const std::string& break_key)
 {
     return row(SetBlackboard{break_key, "true"}, Delay{1});
@@ -145,7 +146,7 @@ inline Nodes leave(const std::string& break_key)
 
 // --- senses -------------------------------------------------------------------------------------
 
-/// A sense that does not count while `body` runs; companions of a `DoWhile` undo themselves.
+/// A sense that does not count while the last of the steps runs; those before it are companions beside it.
 template <Steps... Children>
 Node without_sensor(const char* sensor, Children&&... children)
 {
@@ -153,6 +154,7 @@ Node without_sensor(const char* sensor, Children&&... children)
                    std::forward<Children>(children)...);
 }
 
+/// A sense that counts for as long.
 template <Steps... Children>
 Node with_sensor(const char* sensor, Children&&... children)
 {
