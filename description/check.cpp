@@ -16,63 +16,6 @@ namespace vemra::description {
 
 namespace {
 
-/// What a control node or a reference takes.
-struct Shape
-{
-    std::string_view id;
-    std::size_t least_children;
-    std::size_t most_children;
-    std::vector<std::string_view> ports;
-};
-
-constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
-
-const std::vector<Shape>& shapes()
-{
-    static const std::vector<Shape> kShapes{
-        {"Sequence", 1, kAnyNumber, {}},
-        {"SequenceStar", 1, kAnyNumber, {"reset_on_failure"}},
-        {"Fallback", 1, kAnyNumber, {}},
-        {"FallbackStar", 1, kAnyNumber, {"reset_on_failure"}},
-        {"IfThenElse", 3, 3, {"halt_on_switch"}},
-        {"IfThenElseStar", 3, 3, {"reset_on_failure"}},
-        {"DoWhile", 2, kAnyNumber, {}},
-        {"ParallelNode", 2, kAnyNumber, {"threshold"}},
-        {"PostProcess", 2, 2, {"tick_on_halt"}},
-        {"ForceSuccess", 1, 1, {}},
-        {"ForceFailure", 1, 1, {}},
-        {"Inverter", 1, 1, {}},
-        {"ActionDecorator", 1, 1, {}},
-        {"RetryUntilSuccesful", 1, 1, {"num_attempts"}},
-        {"Repeat", 1, 1, {"num_cycles"}},
-        {"Loop", 1, 1, {"num_cycles"}},
-        {"Frameout", 1, 1, {"frames"}},
-        {"Timeout", 1, 1, {"msec"}},
-        {"BB_Precondition", 1, 1, {"key", "expected"}},
-        {"SubTree", 1, 1, {"name", "display_name"}},
-        {"SubtreeCondition", 0, 0, {"subtree_file_path", "expand_in_logger"}},
-    };
-    return kShapes;
-}
-
-const Shape* shapeOf(std::string_view id)
-{
-    const auto found =
-        std::find_if(shapes().begin(), shapes().end(), [id](const Shape& s) { return s.id == id; });
-    return found == shapes().end() ? nullptr : &*found;
-}
-
-/// The type of a control node's port, where it is checked.
-leaf::PortType typeOfControlPort(std::string_view port)
-{
-    if (port == "num_attempts" || port == "num_cycles" || port == "frames" || port == "msec" ||
-        port == "threshold")
-        return leaf::PortType::Int;
-    if (port == "reset_on_failure" || port == "halt_on_switch" || port == "tick_on_halt")
-        return leaf::PortType::Bool;
-    return leaf::PortType::Text;
-}
-
 bool readsAs(leaf::PortType type, std::string_view literal)
 {
     std::int64_t integer = 0;
@@ -134,7 +77,7 @@ private:
     void walk(const Node& node, const std::string& path)
     {
         const leaf::LeafContract* contract = leaf::find(node.id);
-        const Shape* shape = shapeOf(node.id);
+        const leaf::ControlContract* shape = leaf::findControl(node.id);
         if (contract == nullptr && shape == nullptr)
             report(path, "no node type '" + node.id + "'");
         else {
@@ -155,17 +98,18 @@ private:
         return node.name == node.id ? node.id : node.id + "(" + node.name + ")";
     }
 
-    void checkChildren(const Node& node, const Shape* shape, const std::string& path)
+    void checkChildren(const Node& node, const leaf::ControlContract* shape, const std::string& path)
     {
         const std::size_t least = shape != nullptr ? shape->least_children : 0;
         const std::size_t most = shape != nullptr ? shape->most_children : 0;
         const std::size_t have = node.children.size();
         if (have < least || have > most)
-            report(path, node.id + " takes " +
-                             (least == most        ? "exactly " + std::to_string(least)
-                              : most == kAnyNumber ? "at least " + std::to_string(least)
+            report(path,
+                   node.id + " takes " +
+                       (least == most              ? "exactly " + std::to_string(least)
+                        : most == leaf::kAnyNumber ? "at least " + std::to_string(least)
                                                    : std::to_string(least) + " to " + std::to_string(most)) +
-                             (least == 1 ? " child" : " children") + ", has " + std::to_string(have));
+                       (least == 1 ? " child" : " children") + ", has " + std::to_string(have));
     }
 
     /// A number of children that are never all there can never succeed.
@@ -180,32 +124,25 @@ private:
                              std::to_string(node.children.size()));
     }
 
-    void checkPorts(const Node& node, const Shape* shape, const leaf::LeafContract* contract,
+    void checkPorts(const Node& node, const leaf::ControlContract* shape, const leaf::LeafContract* contract,
                     const std::string& path)
     {
+        const std::span<const leaf::PortContract> ports = shape != nullptr ? shape->ports : contract->ports;
         std::set<std::string_view> seen;
         for (const PortText& port : node.ports) {
             if (!seen.insert(port.name).second)
                 report(path, "port " + port.name + " is given twice");
-            if (shape != nullptr) {
-                if (std::find(shape->ports.begin(), shape->ports.end(), port.name) == shape->ports.end())
-                    report(path, node.id + " has no port " + port.name);
-                else
-                    checkText(port, typeOfControlPort(port.name), {}, path);
-                continue;
-            }
-            const auto known =
-                std::find_if(contract->ports.begin(), contract->ports.end(),
-                             [&port](const leaf::PortContract& p) { return p.name == port.name; });
-            if (known == contract->ports.end())
+            const auto known = std::find_if(ports.begin(), ports.end(), [&port](const leaf::PortContract& p) {
+                return p.name == port.name;
+            });
+            if (known == ports.end())
                 report(path, node.id + " has no port " + port.name);
             else
                 checkText(port, typeToldBeside(node, port).value_or(known->type), known->values, path);
         }
-        if (shape != nullptr)
-            for (const std::string_view needed : shape->ports)
-                if (typeOfControlPort(needed) != leaf::PortType::Bool && node.port(needed) == nullptr)
-                    report(path, node.id + " lacks port " + std::string(needed));
+        for (const leaf::PortContract& needed : ports)
+            if (needed.required && node.port(needed.name) == nullptr)
+                report(path, node.id + " lacks port " + std::string(needed.name));
     }
 
     /// What a value must read as where another port of the node tells its type.

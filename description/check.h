@@ -26,7 +26,8 @@ struct Fault
 
 /// Holds the trees against the rules that the compiler cannot see:
 ///  - each node is known, a control node, or a leaf of the contract, and has as many children as it takes;
-///  - each port belongs to its node, and its text can be read: a "${" is closed, a number port holds a
+///  - each port belongs to its node, each one that is needed is given, and its text can be read: a "${" is
+///  closed, a number port holds a
 ///    number, a reference or an expression, a port with a closed set of values one of these; as many
 ///    successes as a `ParallelNode` waits for can come;
 ///  - each tree entered is one of `registry`, but for what `StandsForNoTree` says, and no tree can be

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "description/check_keys.h"
 #include "generator/emit.h"
 
 namespace vemra::generator {
@@ -73,10 +74,13 @@ int treegen(int argc, const char* const* argv, std::vector<description::NamedTre
     CLI::App app("Checks the tree descriptions and turns them into the plug-in's build functions.",
                  "treegen");
     std::string registry_file;
+    std::string on_purpose_file;
     std::string source_file;
     std::string exports_file;
     app.add_option("--registry", registry_file, "the names of all trees, a line each, in byte order")
         ->required();
+    app.add_option("--on-purpose", on_purpose_file,
+                   "what the trees hold against a rule of the keys on purpose, a line each: TREE WHAT: WHY");
     app.add_option("--source", source_file, "the C++ source to write");
     app.add_option("--exports", exports_file, "the linker's version script to write");
     try {
@@ -87,7 +91,12 @@ int treegen(int argc, const char* const* argv, std::vector<description::NamedTre
 
     try {
         const std::vector<std::string> registry = readRegistry(registry_file);
-        const auto faults = description::check(described, registry);
+        const auto on_purpose = on_purpose_file.empty() ? std::vector<description::OnPurpose>{}
+                                                        : description::readOnPurpose(on_purpose_file);
+        auto faults = description::check(described, registry);
+        const auto key_faults =
+            description::checkKeys(described, leaf::keys(), on_purpose, described.size() == registry.size());
+        faults.insert(faults.end(), key_faults.begin(), key_faults.end());
         for (const description::Fault& fault : faults)
             std::cerr << "treegen: " << description::toText(fault) << '\n';
         if (!faults.empty())

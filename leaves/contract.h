@@ -19,6 +19,7 @@ struct PortContract
     std::span<const std::string_view> examples;  ///< some literals of an open set
     std::optional<std::string_view> default_text;
     std::string_view about;
+    bool required = false;  ///< a node without it is refused
 };
 
 struct LeafContract
@@ -37,10 +38,39 @@ struct FamilyContract
     std::span<const LeafContract> leaves;
 };
 
+/// A node that orders others.
+struct ControlContract
+{
+    std::string_view id;
+    std::size_t least_children;
+    std::size_t most_children;  ///< kAnyNumber: no limit
+    std::string_view about;
+    std::span<const PortContract> ports;
+};
+
+/// A key of the blackboard, through which trees and robot talk with each other.
+struct KeyContract
+{
+    std::string_view name;
+    KeyType type;
+    std::span<const std::string_view> values;  ///< all texts that it may hold; empty: not a closed set
+    KeyOrigin from;
+    std::string_view about;
+};
+
 /// All leaves, family by family.
 [[nodiscard]] std::span<const LeafContract> all();
 [[nodiscard]] std::span<const FamilyContract> families();
 /// Null when there is no such leaf.
 [[nodiscard]] const LeafContract* find(std::string_view id);
+
+[[nodiscard]] std::span<const ControlContract> controls();
+/// Null when there is no such control node.
+[[nodiscard]] const ControlContract* findControl(std::string_view id);
+
+/// All keys, in the order of their names.
+[[nodiscard]] std::span<const KeyContract> keys();
+/// Null when there is no such key.
+[[nodiscard]] const KeyContract* findKey(std::string_view name);
 
 }  // namespace vemra::leaf

@@ -26,6 +26,44 @@ enum class PortType : std::uint8_t
     Value    ///< whatever the blackboard can hold: a pose, a line, a map
 };
 
+/// What a key of the blackboard holds.
+enum class KeyType : std::uint8_t
+{
+    Flag,  ///< its presence is the fact
+    Text,
+    Int,
+    Float,
+    Bool,
+    Point,  ///< a place in mm or in cells
+    Pose,
+    Box,
+    Line,
+    Path,
+    Map,
+    Bridge,
+    List,
+    Time,
+    Key  ///< the name of another key
+};
+
+/// Who writes a key when no tree does.
+enum class KeyOrigin : std::uint8_t
+{
+    Trees,
+    App,
+    Station,
+    Board,
+    Leaf,
+    Slam
+};
+
+inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
+
+inline constexpr std::array<std::string_view, 15> kKeyTypeNames{"flag",  "text",   "int",  "float", "bool",
+                                                                "point", "pose",   "box",  "line",  "path",
+                                                                "map",   "bridge", "list", "time",  "key"};
+inline constexpr std::array<std::string_view, 6> kKeyOriginNames{"trees", "app",  "station",
+                                                                 "board", "leaf", "slam"};
 inline constexpr std::array<std::string_view, 2> kLeafKindNames{"condition", "action"};
 inline constexpr std::array<std::string_view, 7> kPortTypeNames{"text", "int",     "float", "bool",
                                                                 "key",  "out_key", "value"};
@@ -38,6 +76,16 @@ constexpr std::string_view toText(LeafKind kind)
 constexpr std::string_view toText(PortType type)
 {
     return kPortTypeNames[static_cast<std::size_t>(type)];
+}
+
+constexpr std::string_view toText(KeyType type)
+{
+    return kKeyTypeNames[static_cast<std::size_t>(type)];
+}
+
+constexpr std::string_view toText(KeyOrigin origin)
+{
+    return kKeyOriginNames[static_cast<std::size_t>(origin)];
 }
 
 }  // namespace vemra::leaf

@@ -42,26 +42,33 @@ int main(int argc, char** argv)
     fs::path header;
     fs::path table;
     fs::path docs;
+    fs::path keys_header;
+    fs::path keys_docs;
     app.add_option("--catalogue", catalogue, "folder with the *.yaml files")->required();
     app.add_option("--header", header, "where the structs for tree descriptions go (leaves.h)");
     app.add_option("--table", table, "where the table for hosts goes (catalogue.cpp)");
     app.add_option("--docs", docs, "where the reference page goes (leaves.md)");
+    app.add_option("--keys-header", keys_header, "where the names of the keys go (keys.h)");
+    app.add_option("--keys-docs", keys_docs, "where the page of the keys goes (keys.md)");
     try {
         app.parse(argc, argv);
-        if (header.empty() && table.empty() && docs.empty())
-            throw CLI::RequiredError("--header, --table or --docs");
+        if (header.empty() && table.empty() && docs.empty() && keys_header.empty() && keys_docs.empty())
+            throw CLI::RequiredError("--header, --table, --docs, --keys-header or --keys-docs");
     } catch (const CLI::ParseError& fault) {
         return app.exit(fault) == 0 ? 0 : 1;
     }
 
     try {
-        const auto families = vemra::leafgen::readCatalogue(catalogue);
-        if (!header.empty())
-            writeIfChanged(header, vemra::leafgen::headerText(families));
-        if (!table.empty())
-            writeIfChanged(table, vemra::leafgen::tableText(families));
-        if (!docs.empty())
-            writeIfChanged(docs, vemra::leafgen::referenceText(families));
+        const auto entries = vemra::leafgen::readCatalogue(catalogue);
+        const auto write = [](const fs::path& file, const std::string& text) {
+            if (!file.empty())
+                writeIfChanged(file, text);
+        };
+        write(header, vemra::leafgen::headerText(entries.families));
+        write(keys_header, vemra::leafgen::keysHeaderText(entries.keys));
+        write(table, vemra::leafgen::tableText(entries));
+        write(docs, vemra::leafgen::referenceText(entries.families));
+        write(keys_docs, vemra::leafgen::keysReferenceText(entries.keys));
     } catch (const vemra::leafgen::CatalogueError& fault) {
         std::fprintf(stderr, "%s\n", fault.what());
         return 2;

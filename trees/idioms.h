@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "description/keys.h"
 #include "description/tree.h"
 
 namespace vemra::trees {

@@ -27,21 +27,38 @@ struct LeavesOptions
     bool json = false;
 };
 
-Json toJson(const leaf::LeafContract& leaf)
+Json toJson(std::span<const leaf::PortContract> contracts)
 {
     Json ports = Json::array();
-    for (const leaf::PortContract& port : leaf.ports)
+    for (const leaf::PortContract& port : contracts)
         ports.push_back({{"name", port.name},
                          {"type", leaf::toText(port.type)},
+                         {"required", port.required},
                          {"values", port.values},
                          {"examples", port.examples},
                          {"default", port.default_text ? Json(*port.default_text) : Json(nullptr)},
                          {"about", port.about}});
+    return ports;
+}
+
+Json toJson(const leaf::LeafContract& leaf)
+{
     return {{"id", leaf.id},
             {"family", leaf.family},
             {"kind", leaf::toText(leaf.kind)},
             {"about", leaf.about},
-            {"ports", std::move(ports)}};
+            {"ports", toJson(leaf.ports)}};
+}
+
+Json toJson(const leaf::ControlContract& control)
+{
+    return {{"id", control.id},
+            {"kind", "control"},
+            {"least_children", control.least_children},
+            {"most_children",
+             control.most_children == leaf::kAnyNumber ? Json(nullptr) : Json(control.most_children)},
+            {"about", control.about},
+            {"ports", toJson(control.ports)}};
 }
 
 std::string lowerCase(std::string_view text)
@@ -82,13 +99,14 @@ std::string quotedList(std::span<const std::string_view> texts)
     return out;
 }
 
-void print(const leaf::LeafContract& leaf)
+void print(std::string_view about, std::span<const leaf::PortContract> ports)
 {
-    std::cout << fmt::format("{}  {}, {}\n", leaf.id, leaf::toText(leaf.kind), leaf.family);
-    if (!leaf.about.empty())
-        std::cout << "  " << leaf.about << '\n';
-    for (const leaf::PortContract& port : leaf.ports) {
+    if (!about.empty())
+        std::cout << "  " << about << '\n';
+    for (const leaf::PortContract& port : ports) {
         std::cout << fmt::format("\n  {}: {}", port.name, leaf::toText(port.type));
+        if (port.required)
+            std::cout << ", needed";
         if (port.default_text)
             std::cout << fmt::format(", \"{}\" unless given", *port.default_text);
         std::cout << '\n';
@@ -99,6 +117,30 @@ void print(const leaf::LeafContract& leaf)
         if (!port.examples.empty())
             std::cout << "    such as " << quotedList(port.examples) << '\n';
     }
+}
+
+void print(const leaf::LeafContract& leaf)
+{
+    std::cout << fmt::format("{}  {}, {}\n", leaf.id, leaf::toText(leaf.kind), leaf.family);
+    print(leaf.about, leaf.ports);
+}
+
+void print(const leaf::ControlContract& control)
+{
+    const std::string children = control.most_children == leaf::kAnyNumber
+                                     ? fmt::format("{} or more", control.least_children)
+                                     : std::to_string(control.least_children);
+    std::cout << fmt::format("{}  control node, children: {}\n", control.id, children);
+    print(control.about, control.ports);
+}
+
+template <class Contract>
+void show(const Contract& node, bool json)
+{
+    if (json)
+        std::cout << toJson(node).dump(2) << '\n';
+    else
+        print(node);
 }
 
 void list(const LeavesOptions& options)
@@ -120,17 +162,16 @@ void list(const LeavesOptions& options)
 
 void show(const LeavesOptions& options)
 {
-    const leaf::LeafContract* leaf = leaf::find(options.leaf);
-    if (leaf == nullptr) {
-        std::vector<std::string> known;
-        for (const leaf::LeafContract& other : leaf::all())
-            known.emplace_back(other.id);
-        throw UserError("there is no leaf '" + options.leaf + "'" + didYouMean(options.leaf, known));
-    }
-    if (options.json)
-        std::cout << toJson(*leaf).dump(2) << '\n';
-    else
-        print(*leaf);
+    if (const leaf::LeafContract* leaf = leaf::find(options.leaf))
+        return show(*leaf, options.json);
+    if (const leaf::ControlContract* control = leaf::findControl(options.leaf))
+        return show(*control, options.json);
+    std::vector<std::string> known;
+    for (const leaf::LeafContract& other : leaf::all())
+        known.emplace_back(other.id);
+    for (const leaf::ControlContract& other : leaf::controls())
+        known.emplace_back(other.id);
+    throw UserError("there is no leaf '" + options.leaf + "'" + didYouMean(options.leaf, known));
 }
 
 void families()
@@ -159,7 +200,8 @@ void addLeavesCommand(CLI::App& program)
         ->excludes(names);
     list_command.callback([options] { list(*options); });
 
-    CLI::App& show_command = *leaves.add_subcommand("show", "A leaf: its kind, what it does, its ports");
+    CLI::App& show_command =
+        *leaves.add_subcommand("show", "A leaf or control node: its kind, what it does, its ports");
     show_command.add_option("leaf", options->leaf, "Identifier of the leaf")->required()->type_name("LEAF");
     show_command.add_flag("--json", options->json, "As JSON");
     show_command.callback([options] { show(*options); });

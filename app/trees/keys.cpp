@@ -12,17 +12,14 @@ namespace {
 /// Whether the text of the port is the name of a key, and what the node does with that key.
 bool namesKey(const ModelNode& node, const std::string& port, KeyUse& use)
 {
-    // The one control node with a key is no leaf, so that the contract does not have it.
-    if (node.id == "BB_Precondition" && port == "key") {
-        use = KeyUse::Reads;
-        return true;
-    }
-    const leaf::LeafContract* contract = leaf::find(node.id);
-    if (contract == nullptr)
-        return false;
-    const auto found = std::find_if(contract->ports.begin(), contract->ports.end(),
+    std::span<const leaf::PortContract> ports;
+    if (const leaf::LeafContract* contract = leaf::find(node.id))
+        ports = contract->ports;
+    else if (const leaf::ControlContract* control = leaf::findControl(node.id))
+        ports = control->ports;
+    const auto found = std::find_if(ports.begin(), ports.end(),
                                     [&port](const leaf::PortContract& other) { return other.name == port; });
-    if (found == contract->ports.end())
+    if (found == ports.end())
         return false;
     if (found->type == leaf::PortType::OutKey) {
         use = node.id == "EraseBlackboard" ? KeyUse::Erases : KeyUse::Writes;

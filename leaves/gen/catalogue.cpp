@@ -1,42 +1,17 @@
 #include "leaves/gen/catalogue.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-#include <yaml-cpp/yaml.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
 #include <map>
-#include <set>
 #include <string_view>
 #include <system_error>
 
+#include "leaves/gen/yaml_reader.h"
+
 namespace vemra::leafgen {
 namespace {
-
-using Names = std::vector<std::string_view>;
-
-/// Identifiers and ports become names in C++: what cannot be one there is refused here, where a line can
-/// be told.
-bool isName(std::string_view text)
-{
-    static const std::set<std::string_view> kTaken{
-        "and",       "auto",    "bool",   "break",    "case",   "catch",    "char",   "class",  "const",
-        "continue",  "default", "delete", "do",       "double", "else",     "enum",   "export", "extern",
-        "false",     "float",   "for",    "friend",   "goto",   "if",       "inline", "int",    "long",
-        "mutable",   "new",     "not",    "operator", "or",     "private",  "public", "return", "short",
-        "signed",    "sizeof",  "static", "struct",   "switch", "template", "this",   "throw",  "true",
-        "try",       "typedef", "union",  "unsigned", "using",  "virtual",  "void",   "while",  "id",
-        "each_port", "visit",   "Port"};
-    const auto in = [](char c, char low, char high) { return c >= low && c <= high; };
-    return !text.empty() && !in(text.front(), '0', '9') && !kTaken.contains(text) &&
-           std::all_of(text.begin(), text.end(), [&in](char c) {
-               return in(c, 'a', 'z') || in(c, 'A', 'Z') || in(c, '0', '9') || c == '_';
-           });
-}
 
 template <class Number>
 bool readsAs(std::string_view text)
@@ -63,19 +38,24 @@ bool fits(leaf::PortType type, std::string_view literal)
     }
 }
 
-class Reader
+class Reader : YamlReader
 {
 public:
-    Family readFile(const std::filesystem::path& path)
+    /// A file holds a family of leaves, the control nodes, or the keys.
+    void readFile(const std::filesystem::path& path, Catalogue& into)
     {
-        file_ = path.string();
-        std::ifstream in(path);
-        YAML::Node root;
-        try {
-            root = YAML::Load(in);
-        } catch (const YAML::Exception& fault) {
-            throw CatalogueError(fmt::format("{}:{}: not YAML: {}", file_, fault.mark.line + 1, fault.msg));
-        }
+        const YAML::Node root = open(path);
+        if (root.IsMap() && root["keys"])
+            readKeys(root, into);
+        else if (root.IsMap() && root["control_nodes"])
+            readControls(root, into);
+        else
+            into.families.push_back(readFamily(root));
+    }
+
+private:
+    Family readFamily(const YAML::Node& root)
+    {
         expectFields(root, "a family", {"family", "about", "leaves"}, {"family", "about", "leaves"});
         Family family{text(root, "family"), text(root, "about"), {}};
         claim(families_, family.name, "family", root["family"]);
@@ -84,7 +64,58 @@ public:
         return family;
     }
 
-private:
+    void readControls(const YAML::Node& root, Catalogue& into)
+    {
+        expectFields(root, "the control nodes", {"control_nodes"}, {"control_nodes"});
+        for (const YAML::Node& node : list(root, "control_nodes")) {
+            expectFields(node, "a control node", {"id", "children", "about"},
+                         {"id", "children", "about", "ports"});
+            ControlEntry control;
+            control.id = name(node, "id");
+            claim(leaves_, control.id, "node", node["id"]);
+            readChildren(node, control);
+            control.about = text(node, "about");
+            control.ports = readPorts(node, control.id);
+            into.controls.push_back(std::move(control));
+        }
+    }
+
+    /// "2" children, or "2+": two or more.
+    void readChildren(const YAML::Node& node, ControlEntry& control)
+    {
+        std::string_view number = node["children"].Scalar();
+        const bool open_end = number.ends_with('+');
+        if (open_end)
+            number.remove_suffix(1);
+        const auto [end, fault] =
+            std::from_chars(number.data(), number.data() + number.size(), control.least_children);
+        if (fault != std::errc{} || end != number.data() + number.size())
+            fail(node["children"], "\"children\": expected a number, or a number and '+'");
+        control.most_children = open_end ? leaf::kAnyNumber : control.least_children;
+    }
+
+    void readKeys(const YAML::Node& root, Catalogue& into)
+    {
+        expectFields(root, "the keys", {"keys"}, {"keys"});
+        for (const YAML::Node& node : list(root, "keys")) {
+            expectFields(node, "a key", {"name", "type", "about"},
+                         {"name", "type", "values", "from", "about"});
+            KeyEntry key;
+            key.name = text(node, "name");
+            if (!isKeyName(key.name))
+                fail(node["name"], fmt::format("\"name\": \"{}\" cannot be a key's name", key.name));
+            claim(keys_, key.name, "key", node["name"]);
+            key.type = oneOf<leaf::KeyType>(node, "type", leaf::kKeyTypeNames);
+            if (node["from"])
+                key.from = oneOf<leaf::KeyOrigin>(node, "from", leaf::kKeyOriginNames);
+            key.about = text(node, "about");
+            if (node["values"])
+                for (const YAML::Node& value : list(node, "values"))
+                    key.values.push_back(value.Scalar());
+            into.keys.push_back(std::move(key));
+        }
+    }
+
     LeafEntry readLeaf(const YAML::Node& node)
     {
         expectFields(node, "a leaf", {"id", "kind", "about"}, {"id", "kind", "about", "ports"});
@@ -93,30 +124,45 @@ private:
                        text(node, "about"),
                        {}};
         claim(leaves_, leaf.id, "leaf", node["id"]);
+        leaf.ports = readPorts(node, leaf.id);
+        return leaf;
+    }
+
+    std::vector<PortEntry> readPorts(const YAML::Node& node, const std::string& id)
+    {
+        std::vector<PortEntry> ports;
         if (!node["ports"])
-            return leaf;
+            return ports;
         for (const YAML::Node& entry : list(node, "ports")) {
             PortEntry port = readPort(entry);
-            if (port.name == leaf.id)
+            if (port.name == id)
                 fail(entry["name"], fmt::format("port \"{}\" has the name of its leaf", port.name));
-            if (std::any_of(leaf.ports.begin(), leaf.ports.end(),
+            if (std::any_of(ports.begin(), ports.end(),
                             [&port](const PortEntry& other) { return other.name == port.name; }))
-                fail(entry["name"], fmt::format("{} has a port \"{}\" already", leaf.id, port.name));
-            leaf.ports.push_back(std::move(port));
+                fail(entry["name"], fmt::format("{} has a port \"{}\" already", id, port.name));
+            ports.push_back(std::move(port));
         }
-        return leaf;
+        return ports;
     }
 
     PortEntry readPort(const YAML::Node& node)
     {
         expectFields(node, "a port", {"name", "type", "about"},
-                     {"name", "type", "values", "examples", "default", "about"});
+                     {"name", "type", "required", "values", "examples", "default", "about"});
         PortEntry port;
         port.name = name(node, "name");
         port.type = oneOf<leaf::PortType>(node, "type", leaf::kPortTypeNames);
         port.values = literals(node, "values", port);
         port.examples = literals(node, "examples", port);
         port.about = text(node, "about");
+        if (node["required"]) {
+            if (node["required"].Scalar() != "true")
+                fail(node["required"], "\"required\": expected true, or no such field");
+            if (node["default"])
+                fail(node["default"],
+                     fmt::format("\"{}\": expected required or a default, not both", port.name));
+            port.required = true;
+        }
         if (!port.values.empty() && !port.examples.empty())
             fail(node["examples"],
                  fmt::format("\"{}\": expected values (a closed set) or examples, not both", port.name));
@@ -154,85 +200,14 @@ private:
         return node.Scalar();
     }
 
-    std::vector<YAML::Node> list(const YAML::Node& node, const char* field)
-    {
-        const YAML::Node found = node[field];
-        if (!found.IsSequence() || found.size() == 0)
-            fail(found, fmt::format("\"{}\": expected a list with at least one entry", field));
-        return {found.begin(), found.end()};
-    }
-
-    std::string text(const YAML::Node& node, const char* field)
-    {
-        const YAML::Node found = node[field];
-        if (!found.IsScalar() || found.Scalar().empty())
-            fail(found, fmt::format("\"{}\": expected a text", field));
-        return found.Scalar();
-    }
-
-    std::string name(const YAML::Node& node, const char* field)
-    {
-        std::string found = text(node, field);
-        if (!isName(found))
-            fail(node[field], fmt::format("\"{}\": \"{}\" cannot be a name in C++", field, found));
-        return found;
-    }
-
-    template <class Enum, class Texts>
-    Enum oneOf(const YAML::Node& node, const char* field, const Texts& names)
-    {
-        const std::string found = text(node, field);
-        const auto at = std::find(names.begin(), names.end(), found);
-        if (at == names.end())
-            fail(node[field],
-                 fmt::format("unknown {} \"{}\": expected one of {}", field, found, fmt::join(names, ", ")));
-        return static_cast<Enum>(at - names.begin());
-    }
-
-    void expectFields(const YAML::Node& node, const char* what, const Names& needed, const Names& allowed)
-    {
-        if (!node.IsMap())
-            fail(node, fmt::format("expected {} with fields {}", what, fmt::join(allowed, ", ")));
-        std::set<std::string> seen;
-        for (const auto& field : node) {
-            const std::string key = field.first.IsScalar() ? field.first.Scalar() : "?";
-            if (std::find(allowed.begin(), allowed.end(), key) == allowed.end())
-                fail(field.first, fmt::format("{} has no field \"{}\": expected one of {}", what, key,
-                                              fmt::join(allowed, ", ")));
-            if (!seen.insert(key).second)
-                fail(field.first, fmt::format("field \"{}\" is given twice", key));
-        }
-        for (const std::string_view field : needed)
-            if (!seen.contains(std::string(field)))
-                fail(node, fmt::format("{} lacks the field \"{}\"", what, field));
-    }
-
-    void claim(std::map<std::string, std::string>& taken, const std::string& key, const char* what,
-               const YAML::Node& node)
-    {
-        const auto [first, added] = taken.try_emplace(key, place(node));
-        if (!added)
-            fail(node, fmt::format("{} \"{}\" is told at {} already", what, key, first->second));
-    }
-
-    std::string place(const YAML::Node& node) const
-    {
-        return node.Mark().is_null() ? file_ + ":1" : fmt::format("{}:{}", file_, node.Mark().line + 1);
-    }
-
-    [[noreturn]] void fail(const YAML::Node& node, const std::string& message) const
-    {
-        throw CatalogueError(place(node) + ": " + message);
-    }
-
-    std::string file_;
     std::map<std::string, std::string> families_;
     std::map<std::string, std::string> leaves_;
+    std::map<std::string, std::string> keys_;
 };
 
 }  // namespace
 
-std::vector<Family> readCatalogue(const std::filesystem::path& folder)
+Catalogue readCatalogue(const std::filesystem::path& folder)
 {
     std::vector<std::filesystem::path> files;
     std::error_code fault;
@@ -243,11 +218,10 @@ std::vector<Family> readCatalogue(const std::filesystem::path& folder)
         throw CatalogueError(folder.string() + ": expected a folder with *.yaml files");
     std::sort(files.begin(), files.end());
     Reader reader;
-    std::vector<Family> families;
-    families.reserve(files.size());
+    Catalogue catalogue;
     for (const auto& file : files)
-        families.push_back(reader.readFile(file));
-    return families;
+        reader.readFile(file, catalogue);
+    return catalogue;
 }
 
 }  // namespace vemra::leafgen

@@ -1,9 +1,11 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <map>
 #include <string_view>
 
 #include "leaves/gen/emit.h"
+#include "leaves/gen/yaml_reader.h"
 
 namespace vemra::leafgen {
 namespace {
@@ -76,6 +78,18 @@ private:
 
 }  // namespace
 
+std::string keysHeaderText(const std::vector<KeyEntry>& keys)
+{
+    std::string out = fmt::format(
+        "{}#pragma once\n\n#include \"description/key.h\"\n\nnamespace vemra::description::key {{\n\n",
+        kOrigin);
+    for (const KeyEntry& key : keys)
+        out += fmt::format("/// {2} ({3})\ninline constexpr Key {0}{{\"{1}\"}};\n",
+                           isName(key.name) ? key.name : key.name + "_", key.name, key.about,
+                           leaf::toText(key.type));
+    return out + "\n}  // namespace vemra::description::key\n";
+}
+
 std::string headerText(const std::vector<Family>& families)
 {
     std::string out =
@@ -88,40 +102,75 @@ std::string headerText(const std::vector<Family>& families)
     return out + "\n}  // namespace vemra::leaf\n";
 }
 
-std::string tableText(const std::vector<Family>& families)
+namespace {
+
+/// The name of the table of a node's ports, whose code is added to `code`.
+std::string portsTable(const std::string& id, const std::vector<PortEntry>& ports, TextLists& lists,
+                       std::string& code)
 {
-    constexpr std::string_view kKinds[] = {"LeafKind::Condition", "LeafKind::Action"};
     constexpr std::string_view kTypes[] = {"PortType::Text", "PortType::Int", "PortType::Float",
                                            "PortType::Bool", "PortType::Key", "PortType::OutKey",
                                            "PortType::Value"};
+    if (ports.empty())
+        return "{}";
+    code += fmt::format("constexpr PortContract kPortsOf{}[] = {{\n", id);
+    for (const PortEntry& port : ports)
+        code += fmt::format("    {{{}, {}, {}, {}, {}, {}, {}}},\n", cppText(port.name),
+                            kTypes[static_cast<std::size_t>(port.type)], lists.nameOf(port.values),
+                            lists.nameOf(port.examples),
+                            port.default_text ? cppText(*port.default_text) : "std::nullopt",
+                            cppText(port.about), port.required);
+    code += "};\n";
+    return "kPortsOf" + id;
+}
+
+/// An array, or an empty span where C++ knows no empty array.
+std::string arrayText(std::string_view type, std::string_view name, const std::string& entries)
+{
+    return entries.empty() ? fmt::format("constexpr std::span<const {}> {}{{}};\n", type, name)
+                           : fmt::format("constexpr {} {}[] = {{\n{}}};\n", type, name, entries);
+}
+
+std::string keyEntries(const std::vector<KeyEntry>& keys, TextLists& lists)
+{
+    std::string out;
+    for (const KeyEntry& key : keys)
+        out += fmt::format("    {{{}, static_cast<KeyType>({}), {}, static_cast<KeyOrigin>({}), {}}},\n",
+                           cppText(key.name), static_cast<int>(key.type), lists.nameOf(key.values),
+                           static_cast<int>(key.from), cppText(key.about));
+    return out;
+}
+
+}  // namespace
+
+std::string tableText(const Catalogue& catalogue)
+{
+    constexpr std::string_view kKinds[] = {"LeafKind::Condition", "LeafKind::Action"};
     TextLists lists;
     std::string ports;
     std::string leaves;
     std::string family_table;
     std::size_t count = 0;
-    for (const Family& family : families) {
+    for (const Family& family : catalogue.families) {
         family_table +=
             fmt::format("    {{{}, {},\n     std::span<const LeafContract>(kLeaves).subspan({}, {})}},\n",
                         cppText(family.name), cppText(family.about), count, family.leaves.size());
         count += family.leaves.size();
-        for (const LeafEntry& leaf : family.leaves) {
-            std::string ports_of_leaf = "{}";
-            if (!leaf.ports.empty()) {
-                ports_of_leaf = "kPortsOf" + leaf.id;
-                ports += fmt::format("constexpr PortContract {}[] = {{\n", ports_of_leaf);
-                for (const PortEntry& port : leaf.ports)
-                    ports += fmt::format("    {{{}, {}, {}, {}, {}, {}}},\n", cppText(port.name),
-                                         kTypes[static_cast<std::size_t>(port.type)],
-                                         lists.nameOf(port.values), lists.nameOf(port.examples),
-                                         port.default_text ? cppText(*port.default_text) : "std::nullopt",
-                                         cppText(port.about));
-                ports += "};\n";
-            }
-            leaves +=
-                fmt::format("    {{{}, {}, {}, {}, {}}},\n", cppText(leaf.id), cppText(family.name),
-                            kKinds[static_cast<std::size_t>(leaf.kind)], cppText(leaf.about), ports_of_leaf);
-        }
+        for (const LeafEntry& leaf : family.leaves)
+            leaves += fmt::format("    {{{}, {}, {}, {}, {}}},\n", cppText(leaf.id), cppText(family.name),
+                                  kKinds[static_cast<std::size_t>(leaf.kind)], cppText(leaf.about),
+                                  portsTable(leaf.id, leaf.ports, lists, ports));
     }
+    std::string controls;
+    for (const ControlEntry& control : catalogue.controls)
+        controls += fmt::format(
+            "    {{{}, {}, {}, {}, {}}},\n", cppText(control.id), control.least_children,
+            control.most_children == leaf::kAnyNumber ? "kAnyNumber" : std::to_string(control.most_children),
+            cppText(control.about), portsTable(control.id, control.ports, lists, ports));
+    std::vector<KeyEntry> sorted = catalogue.keys;
+    std::sort(sorted.begin(), sorted.end(),
+              [](const KeyEntry& a, const KeyEntry& b) { return a.name < b.name; });
+    const std::string keys = keyEntries(sorted, lists);
     return fmt::format(R"({}#include "leaves/contract.h"
 
 namespace vemra::leaf {{
@@ -129,12 +178,10 @@ namespace {{
 
 {}
 {}
-constexpr LeafContract kLeaves[] = {{
-{}}};
-
-constexpr FamilyContract kFamilies[] = {{
-{}}};
-
+{}
+{}
+{}
+{}
 }}  // namespace
 
 std::span<const LeafContract> all()
@@ -147,9 +194,22 @@ std::span<const FamilyContract> families()
     return kFamilies;
 }}
 
+std::span<const ControlContract> controls()
+{{
+    return kControls;
+}}
+
+std::span<const KeyContract> keys()
+{{
+    return kKeys;
+}}
+
 }}  // namespace vemra::leaf
 )",
-                       kOrigin, lists.code(), ports, leaves, family_table);
+                       kOrigin, lists.code(), ports, arrayText("LeafContract", "kLeaves", leaves),
+                       arrayText("FamilyContract", "kFamilies", family_table),
+                       arrayText("ControlContract", "kControls", controls),
+                       arrayText("KeyContract", "kKeys", keys));
 }
 
 }  // namespace vemra::leafgen

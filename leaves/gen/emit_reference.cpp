@@ -32,6 +32,8 @@ std::string codeList(const std::vector<std::string>& texts)
 std::string portText(const PortEntry& port)
 {
     std::string out = fmt::format("`{}` *{}*: {}", port.name, leaf::toText(port.type), cell(port.about));
+    if (port.required)
+        out += ". Needed";
     // The two truth values go without saying.
     if (!port.values.empty() && port.type != leaf::PortType::Bool)
         out += fmt::format(". One of {}", codeList(port.values));
@@ -106,6 +108,30 @@ is not there for the leaf.
 {}| **All** | **{}** | **{}** | **{}** |
 {})",
                        overview, leaves, conditions, leaves - conditions, body);
+}
+
+std::string keysReferenceText(const std::vector<KeyEntry>& keys)
+{
+    std::string rows;
+    for (const KeyEntry& key : keys)
+        rows += fmt::format("| `{}` | {} | {}{} | {} |\n", key.name, leaf::toText(key.type), cell(key.about),
+                            key.values.empty() || key.values == std::vector<std::string>{"true", "false"}
+                                ? ""
+                                : ". One of " + codeList(key.values),
+                            key.from == leaf::KeyOrigin::Trees ? "" : leaf::toText(key.from));
+    return fmt::format(R"(# The keys of the blackboard
+
+<!-- Made by leafgen from leaves/catalogue/keys.yaml; changes belong there. -->
+
+Trees and robot talk with each other through keys. A *flag* says what it has to say by being there; *text*, *int*,
+*float* and *bool* are written by `SetBlackboard` and `SetBlackboardWithType`; *key* holds the name of another key.
+The last column says who writes a key that no tree writes. `vemra trees keys` shows for each key which nodes write,
+test, read and erase it.
+
+| Key | Holds | Meaning | From |
+|---|---|---|---|
+{})",
+                       rows);
 }
 
 }  // namespace vemra::leafgen

@@ -7,9 +7,10 @@ namespace vemra::test {
 std::vector<NamedTree> awkwardTrees()
 {
     const auto quoted = [] {
-        return SequenceStar(Named("a \"quoted\" \\ name", SaySomething{"脱困过\t1f, 100% \"?\?=\" \\n"}),
-                            Named("", SetBlackboard{"flag", ""}),
-                            ParallelNode("1", Inverter(BlackboardContains{"${k}"}), AlwaysSuccess{}));
+        return SequenceStar(
+            Named("a \"quoted\" \\ name", SaySomething{"脱困过\t1f, 100% \"?\?=\" \\n"}),
+            Named("", SetBlackboard{"kicked_dock", ""}),
+            ParallelNode("1", Inverter(BlackboardContains{"${potential_charger}"}), AlwaysSuccess{}));
     };
     return {
         {"Z", SubTree("inner  one", quoted())},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "description/check.h"
+#include "description/check_keys.h"
 #include "description/tree.h"
 
 namespace vemra::test {
@@ -125,6 +126,62 @@ TEST(Refusals, SpareWhatIsOddButRight)
                     SetBlackboardWithType{.key = "k", .type = "float", .value = "-${left_speed}"},
                     SubtreeCondition{"B", "falsee"}, SaySomething{"${a} -> ${b}"})),
                 IsEmpty());
+}
+
+constexpr std::string_view kStages[] = {"init", "cleaning"};
+constexpr leaf::KeyContract kKeys[] = {
+    {"task_state", leaf::KeyType::Text, kStages, leaf::KeyOrigin::Trees, "stage"},
+    {"tries", leaf::KeyType::Int, {}, leaf::KeyOrigin::Trees, "count"},
+    {"goal", leaf::KeyType::Point, {}, leaf::KeyOrigin::Slam, "place"},
+};
+
+std::vector<std::string> keyFaultsIn(const Node& root, const std::vector<OnPurpose>& on_purpose = {},
+                                     bool complete = false)
+{
+    std::vector<std::string> lines;
+    for (const Fault& fault : checkKeys({{"A", root}}, kKeys, on_purpose, complete))
+        lines.push_back(toText(fault));
+    return lines;
+}
+
+TEST(RefusedKeys, MisspeltNamesTextsAndTypes)
+{
+    EXPECT_THAT(keyFaultsIn(EraseBlackboard{"task_sate"}),
+                ElementsAre("A: EraseBlackboard: there is no key 'task_sate' in the catalogue"));
+    EXPECT_THAT(keyFaultsIn(Sequence(SaySomething{"at ${gaol}"})),
+                ElementsAre("A: Sequence/0:SaySomething: there is no key 'gaol' in the catalogue"));
+    EXPECT_THAT(keyFaultsIn(BB_Precondition("brake", kLeaf)),
+                ElementsAre("A: BB_Precondition: there is no key 'brake' in the catalogue"));
+    EXPECT_THAT(
+        keyFaultsIn(SetBlackboard{"task_state", "clean"}),
+        ElementsAre("A: SetBlackboard: key 'task_state' never holds \"clean\"; it holds one of: init, "
+                    "cleaning"));
+    EXPECT_THAT(keyFaultsIn(StringMatch{"clean", "${task_state}"}).size(), 1);
+    EXPECT_THAT(keyFaultsIn(SetBlackboardWithType{.key = "tries", .type = "float", .value = "0"}),
+                ElementsAre("A: SetBlackboardWithType: key 'tries' is written as float, and holds int"));
+    EXPECT_THAT(
+        keyFaultsIn(Sequence(StringMatch{"${task_state}", "init"}, StringMatch{"${task_state}", "${goal}"},
+                             SetBlackboard{"task_state", "${task_state}"}, SaySomething{"${${goal}}"},
+                             SetBlackboardWithType{.key = "tries", .type = "int", .value = "0"})),
+        IsEmpty());
+}
+
+TEST(RefusedKeys, ThoseThatNothingWritesOrUsesOnceAllTreesAreThere)
+{
+    const Node root = Sequence(StringMatch{"${task_state}", "init"}, SaySomething{"${goal}"});
+    EXPECT_THAT(keyFaultsIn(root), IsEmpty());
+    EXPECT_THAT(keyFaultsIn(root, {}, true),
+                ElementsAre("A: Sequence/0:StringMatch: key 'task_state' is read, and nothing writes it",
+                            "the catalogue of keys: no tree uses the key 'tries'"));
+}
+
+TEST(RefusedKeys, SpareWhatIsOnPurposeAndNothingElse)
+{
+    const Node root = Sequence(EraseBlackboard{"task_sate"}, SetBlackboard{"task_state", "none"});
+    EXPECT_THAT(keyFaultsIn(root, {{"A", "task_sate", "kept"}, {"A", "task_state=none", "kept"}}), IsEmpty());
+    EXPECT_THAT(keyFaultsIn(root, {{"A", "task_sate", "kept"}}).size(), 1);
+    EXPECT_THAT(keyFaultsIn(kLeaf, {{"A", "task_sate", "kept"}}),
+                ElementsAre("A: 'task_sate' is said to be there on purpose, and is not"));
 }
 
 }  // namespace

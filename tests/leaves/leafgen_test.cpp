@@ -92,6 +92,15 @@ TEST_F(Leafgen, NamesFileAndLineOfWhatItRefuses)
         {kHead + "  - {id: Stop, kind: deed, about: x}\n", "a.yaml:4", "expected one of condition, action"},
         {kHead + "  - {id: Stop, kind: action, kind: action, about: x}\n", "a.yaml:4", "given twice"},
         {"family: Motion\nabout: What moves.\nleaves: []\n", "a.yaml:3", "at least one"},
+        {leafWithPort("name: dir, type: text, required: no, about: x"), "a.yaml:8", "expected true"},
+        {leafWithPort("name: dir, type: text, required: true, default: a, about: x"), "a.yaml:8",
+         "required or a default"},
+        {"keys:\n  - {name: a-b, type: text, about: x}\n", "a.yaml:2", "cannot be a key's name"},
+        {"keys:\n  - {name: a, type: word, about: x}\n", "a.yaml:2", "unknown type \"word\""},
+        {"keys:\n  - {name: a, type: text, from: sky, about: x}\n", "a.yaml:2", "unknown from \"sky\""},
+        {"keys:\n  - {name: a, type: int, about: x}\n  - {name: a, type: int, about: x}\n", "a.yaml:3",
+         "key \"a\" is told at"},
+        {"control_nodes:\n  - {id: Twice, children: some, about: x}\n", "a.yaml:2", "expected a number"},
         {kHead + "  - {id: [\n", "a.yaml:5", "not YAML"},
         {"- Stop\n", "a.yaml:1", "expected a family"},
     };
@@ -137,12 +146,18 @@ TEST_F(Leafgen, TellsWrongUsageFromAWrongCatalogue)
     EXPECT_EQ(run("--catalogue " + (folder_ / "catalogue").string() + " --header " + folder_.string()), 1);
 }
 
-TEST_F(Leafgen, TheReferencePageIsUpToDate)
+TEST_F(Leafgen, TheReferencePagesAreUpToDate)
 {
-    const fs::path page = folder_ / "leaves.md";
-    ASSERT_EQ(run("--catalogue " VEMRA_SOURCE_DIR "/leaves/catalogue --docs " + page.string()), 0) << said_;
-    EXPECT_TRUE(read(page) == read(VEMRA_SOURCE_DIR "/docs/leaves.md"))
+    const fs::path leaves = folder_ / "leaves.md";
+    const fs::path keys = folder_ / "keys.md";
+    ASSERT_EQ(run("--catalogue " VEMRA_SOURCE_DIR "/leaves/catalogue --docs " + leaves.string() +
+                  " --keys-docs " + keys.string()),
+              0)
+        << said_;
+    EXPECT_TRUE(read(leaves) == read(VEMRA_SOURCE_DIR "/docs/leaves.md"))
         << "docs/leaves.md is out of date: build the target docs";
+    EXPECT_TRUE(read(keys) == read(VEMRA_SOURCE_DIR "/docs/keys.md"))
+        << "docs/keys.md is out of date: build the target docs";
 }
 
 }  // namespace
