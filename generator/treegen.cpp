@@ -95,7 +95,8 @@ int treegen(int argc, const char* const* argv, std::vector<description::NamedTre
                                                         : description::readOnPurpose(on_purpose_file);
         auto faults = description::check(described, registry);
         const auto key_faults =
-            description::checkKeys(described, leaf::keys(), on_purpose, described.size() == registry.size());
+            description::checkKeys(described, leaf::keys(), on_purpose,
+                                   !on_purpose_file.empty() && described.size() == registry.size());
         faults.insert(faults.end(), key_faults.begin(), key_faults.end());
         for (const description::Fault& fault : faults)
             std::cerr << "treegen: " << description::toText(fault) << '\n';
