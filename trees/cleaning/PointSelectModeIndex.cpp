@@ -1,0 +1,52 @@
+#include "trees/cleaning/selected_mode.h"
+
+namespace {
+
+Node take_new_point()
+{
+    return optionally(present("Select_Point_Set_Ping"),
+                      BlackboardCopy{"Select_Point_Set_Ping", "Select_Point_Set"},
+                      erase("Select_Point_Set_Ping"), erase("reset_point_cleaning"));
+}
+
+}  // namespace
+
+// The floor around a point that the user tapped is cleaned.
+TREE(PointSelectModeIndex)
+{
+    return cleaning_task(
+        {.states = {"point_cleaning", "point_lowpower", "point_lowpower_pause"},
+         .task_type = "PointClean",
+         .mode_name = "SelectPointCleanMode",
+         .continue_work = "clean_point_select",
+
+         .take_input = row(PresetBlackboardForMaps{}, SetPointCleaningArea{}, SetDrawAreaSegmentMap{}),
+         .mode_gate_early = row(NeedInitialAutoMode{}),
+         .entry_message = "enter point clean,task state is",
+         .presets_after = row(erase("have_trapped_type")),
+
+         .scheduled_start = play("9"),
+         .start_music = play("76"),
+         .leave_dock = SubtreeCondition{"AdvPreAutoOnCharger"},
+
+         .closed_search_states = states({"search_charge"}),
+         .forget_input = row(erase("reset_point_cleaning")),
+         .no_restart_message = "no need restart  point select",
+         .other_task = row(
+             states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
+                     "area_cleaning", "area_lowpower", "cleaning", "lowpower"}),
+             present("reset_point_cleaning"),
+             SequenceStar(key_is("task_state", "precleaning"), last_mode_was_not("SelectPointCleanMode"))),
+         .give_up_old_task = clean_the_home_instead(),
+
+         .companions = row(go_home_when_called("clean_point")),
+         .take_new_input = row(take_new_point()),
+         .first_turn = turn_once(),
+         .wash_condition = wash_by_area(),
+         .wash_account = account_washes_by_area(),
+         .coverage = clean_drawn(SequenceStar(SetPointCleaningArea{}, SetDrawAreaSegmentMap{})),
+
+         .on_success = end_selected_task(),
+         .dirty_record = "point_lowpower",
+         .at_low_power = note_place_of_low_power()});
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+/// What the modes have in common that clean less than the whole home.
+
+#include "trees/cleaning/cleaning_mode.h"
+
+namespace vemra::trees {
+
+/// A task on a lost map becomes a clean of the whole home, without a sound.
+inline Node clean_the_home_instead()
+{
+    return ForceFailure(SequenceStar(
+        queue("31"), SubtreeCondition{"AdvCleanComplete"}, SetBlackboard{"WorkStartMusic_shield", "true"},
+        SetBlackboard{"moved_during_pause", "false"}, SetBlackboard{"task_state", "init"},
+        SetBlackboard{"just_damode_reuse_failed", "true"}, ChangeRobotModeTo{.IsAimMode_Auto = "true"}));
+}
+
+/// The station calls the robot home in between.
+inline Node go_home_when_called(const char* continue_work)
+{
+    return optionally(present("need_back_station"), SaySomething{"need back to home..."},
+                      SetBlackboard{"continue_work", continue_work}, go_home());
+}
+
+inline Node wash_by_area()
+{
+    return SequenceStar(uses_mop(), present("wash_mop_mode"), BoolMatch{"${wash_mop_mode} > 0", "true"});
+}
+
+inline Node account_washes_by_area()
+{
+    return IfThenElseStar(wash_by_area(),
+                          AlwaysSuccess{.area_reset = "${wash_mop_mode}", .ticks = "999999999"},
+                          Delay{999999999});
+}
+
+inline Node turn_once()
+{
+    return Sequence(SubtreeCondition{"EscapeCoat"}, ActionDecorator(SubtreeCondition{"Back2cm"}),
+                    SetMapDrawMode{.draw_mode = "None"}, turn_half_round());
+}
+
+/// A task that did not reach all it should ends without a sound.
+inline Nodes end_selected_task()
+{
+    return row(
+        restore_clean_mode(),
+        ForceSuccess(FallbackStar(
+            present("have_trapped_type"),
+            SequenceStar(present("prompt_zone_not_reached"), set_flag("have_trapped_type")), play("12"))),
+        Delay{5}, go_home());
+}
+
+/// What was drawn can be set, or the robot stands by.
+inline Node clean_drawn(const Node& set_area)
+{
+    return IfThenElseStar(set_area,
+                          SequenceStar(SetBlackboard{"is_draw_area_cleaning", "true"},
+                                       SubtreeCondition{"CleanSelectedAreas.xml"}),
+                          go_to_standby());
+}
+
+/// Where a selected task stopped for low power.
+inline Nodes note_place_of_low_power()
+{
+    return row(BlackboardCopy{"current_coord", "lowpower_coord_save"});
+}
+
+}  // namespace vemra::trees
