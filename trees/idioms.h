@@ -59,6 +59,19 @@ inline Node key_is_true(const std::string& key)
     return key_is(key, "true");
 }
 
+/// Keeps the value that is there, and sets it by `copy_from` where there is none.
+inline Node default_from(const std::string& key, const std::string& copy_from)
+{
+    return FallbackStar(present(key), BlackboardCopy{.source = copy_from, .target = key});
+}
+
+/// Gives a key back what was kept beside it, if anything was.
+inline Node restore(const std::string& key)
+{
+    return ForceSuccess(
+        SequenceStar(present(key + "_bak"), BlackboardCopy{key + "_bak", key}, erase(key + "_bak")));
+}
+
 // --- modes --------------------------------------------------------------------------------------
 
 inline Node in_mode(const char* mode)

@@ -10,11 +10,6 @@ Node mop_was_asked_for(const std::string& label)
                         SequenceStar(present("need_back_mode_changed"), erase("need_back_mode_changed")));
 }
 
-Node restore(const std::string& key)
-{
-    return optionally(present(key + "_bak"), BlackboardCopy{key + "_bak", key}, erase(key + "_bak"));
-}
-
 // What the app sent for a selected task is given back, so that the task can be taken up again.
 Node was_cleaning()
 {

@@ -186,7 +186,7 @@ Node return_to_break_point(const CleaningMode& mode)
     return ActionDecorator(
         optionally(present("wash_mop_break_point"), mode.wash_condition,
                    BlackboardCopy{"wash_mop_break_point", "navi_target_point"},
-                   IfThenElseStar(SubtreeCondition{"NavigateProcWithHistoryMapNoneStop"},
+                   IfThenElseStar(SubtreeCondition{"NavigateProcWithHistoryMapNoneStop", "fales"},
                                   optionally(present("wash_mop_break_deg"),
                                              Sequence(SubtreeCondition{"EscapeCoat"},
                                                       Rotate{.angle_deg = "${wash_mop_break_deg}",

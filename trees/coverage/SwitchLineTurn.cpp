@@ -1,0 +1,63 @@
+#include "trees/coverage/switch_line.h"
+
+namespace {
+
+Node arc_is_tight()
+{
+    return IsAGreaterThanBFloat{"500", "${turn_radius}"};
+}
+
+// The turn is a motion of a whole round that the heading ends.
+Node turn_quarter(const char* by_deg, const char* whole_round_deg, const Node& passed)
+{
+    return SequenceStar(FloatAdd{"${current_yaw_deg}", by_deg, "check_angle"},
+                        Fallback(passed, guarded_turn(whole_round_deg, "120")));
+}
+
+Node turn_towards_line()
+{
+    return IfThenElseStar(
+        IsAGreaterThanBFloat{"${turn_angle}", "0"},
+        turn_quarter("90", "360", IsAGreaterThanBFloat{"${current_yaw_deg}", "${check_angle}"}),
+        turn_quarter("-90", "-360", IsAGreaterThanBFloat{"${check_angle}", "${current_yaw_deg}"}));
+}
+
+Node turn_is_quarter()
+{
+    return BoolMatch{
+        "(${turn_angle} > 85 && ${turn_angle} < 95) || (${turn_angle} > -95 && ${turn_angle} < -85)", "true"};
+}
+
+Node arc()
+{
+    return DoWhile(traced_as("SwitchLineTurn"),
+                   FallbackStar(Sequence(SetMapDrawMode{.draw_mode = "Default"}, SubtreeCondition{"Escape"},
+                                         DoWhile(near_points_off(), guarded_arc("100", "150"))),
+                                ForceFailure(SubtreeCondition{"Back2cm"})));
+}
+
+Node turn()
+{
+    return SequenceStar(SetMapDrawMode{.draw_mode = "ClearOnly"}, set_flag("High_Speed_Rotate"),
+                        turn_towards_line(), erase("High_Speed_Rotate"), reckon_turn(), arc_is_tight(),
+                        turn_is_quarter(), arc());
+}
+
+Node wall_piece()
+{
+    return SequenceStar(NotTrapped{}, bumped(),
+                        DoWhile(traced_as("SwitchLineFollowWall"),
+                                SubtreeCondition{"tidemark_pro/SwitchLineFollowWall.xml"}));
+}
+
+}  // namespace
+
+// To the neighbouring line: a quarter turn in place and an arc, or the wall that was met.
+TREE(SwitchLineTurn)
+{
+    return IfThenElseStar(
+        SequenceStar(reckon_turn(), arc_is_tight(), turn_is_half_round()),
+        SequenceStar(set_up_wall_piece("false"), ForceSuccess(FallbackStar(turn(), wall_piece())),
+                     near_line("1"), NotTrapped{}),
+        SubtreeCondition{"SwitchLineFollowWallCoat", "falsee"});
+}
