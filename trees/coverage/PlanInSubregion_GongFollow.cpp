@@ -18,9 +18,17 @@ Node plan_from_floor()
                      ForceFailure(BlackboardCopy{"navi_target_point", "navi_target_point_for_comp"})));
 }
 
+// Along the walls, but not out of the rectangle around the way.
+Node follow_walls()
+{
+    return SequenceStar(
+        draw("Default"), SetBlackboard{"navi_followwall_mode", "Target"}, SetNaviFollowWallRectLimit{},
+        Sequence(CheckFollowWallRectLimit{"navi_follow_wall_limit"}, SubtreeCondition{"NavigateFollowWall"}));
+}
+
 Node drive()
 {
-    return navigate_and_follow_wall({.search_mode = "TargetCollision"});
+    return navigate_and_follow_wall("TargetCollision", follow_walls());
 }
 
 }  // namespace

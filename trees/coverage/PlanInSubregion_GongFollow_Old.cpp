@@ -15,21 +15,21 @@ Node plan_from_floor()
 
 Nodes wall_piece_back_to_line()
 {
-    return row(set_up_wall_piece("true"), SubtreeCondition{"SwitchLineFollowWall.xml"});
+    return row(set_up_wall_piece("true"), ForceFailure(SubtreeCondition{"SwitchLineFollowWall.xml"}));
 }
 
 // Around what was met on the way, back to the line.
 Node pass_obstacle()
 {
-    return ForceFailure(SequenceStar(
+    return SequenceStar(
         NotTrapped{}, bumped(), draw("Default"),
         without_sensor("SubregionBorder",
-                       SequenceStar(near_line("3"), Inverter(near_line("0")), wall_piece_back_to_line()))));
+                       SequenceStar(near_line("3"), Inverter(near_line("0")), wall_piece_back_to_line())));
 }
 
 Node drive()
 {
-    return navigate_and_follow_wall({.search_mode = "Target", .after_bump = row(pass_obstacle())});
+    return navigate_and_follow_wall("Target", pass_obstacle());
 }
 
 // Away from its start the line is run backwards, from where the robot stands.

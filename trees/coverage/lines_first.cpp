@@ -142,7 +142,7 @@ Node back_into_part()
 
 }  // namespace
 
-Node navigate_and_follow_wall(const DriveToLine& drive)
+Node navigate_and_follow_wall(const char* search_mode, const Node& otherwise)
 {
     return SubTree(
         "NavigateAndFollowWall",
@@ -150,14 +150,10 @@ Node navigate_and_follow_wall(const DriveToLine& drive)
                           IsPointInSegment{.line = "${next_line_to_clean}", .point = "${current_coord}"}),
                  FallbackStar(SequenceStar(SetBlackboard{"bump_dir_save", "None"}, make_map_of_part(),
                                            BlackboardCopy{"start_point", "navi_target_point"},
-                                           search_part(drive.search_mode, "${navi_target_point}"),
+                                           search_part(search_mode, "${navi_target_point}"),
                                            SubtreeCondition{"NavigateProc.xml"},
                                            Inverter(SequenceStar(NotTrapped{}, bumped()))),
-                              drive.after_bump,
-                              SequenceStar(draw("Default"), SetBlackboard{"navi_followwall_mode", "Target"},
-                                           SetNaviFollowWallRectLimit{},
-                                           Sequence(CheckFollowWallRectLimit{"navi_follow_wall_limit"},
-                                                    SubtreeCondition{"NavigateFollowWall"})))));
+                              otherwise)));
 }
 
 Node lines_first(const LinesFirst& planner)

@@ -19,14 +19,8 @@ struct LinesFirst
 
 Node lines_first(const LinesFirst& planner);
 
-/// The drive to the start of a line, and along walls where it fails.
-struct DriveToLine
-{
-    const char* search_mode;
-    Nodes after_bump{};
-};
-
-Node navigate_and_follow_wall(const DriveToLine& drive);
+/// The drive to the start of a line, and what is done where it fails.
+Node navigate_and_follow_wall(const char* search_mode, const Node& otherwise);
 
 inline Node start_within(const char* distance_mm, const char* of)
 {
