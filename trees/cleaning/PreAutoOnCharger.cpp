@@ -1,4 +1,5 @@
 #include "trees/cleaning/shared.h"
+#include "trees/navigation/search.h"
 
 namespace {
 
@@ -60,11 +61,6 @@ Node turn_back_to_start()
                                                         Rotate{.angle_deg = "${back_origin_yaw}",
                                                                .angular_velocity_deg_s = "60",
                                                                .false_relative_true_absolute = "true"})));
-}
-
-Node account_motion(const char* motion)
-{
-    return MotionActionAccount{"current_motion_type", "Motion", motion};
 }
 
 }  // namespace

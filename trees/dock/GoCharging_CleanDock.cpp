@@ -1,0 +1,118 @@
+#include "trees/dock/go_charging.h"
+
+namespace {
+
+Node search_dock()
+{
+    return SubtreeCondition{"SearchForCharger_CleanDock"};
+}
+
+// --- exploring ----------------------------------------------------------------------------------
+
+Node not_exploring()
+{
+    return FallbackStar(
+        BoolMatch{"${use_mop}", "true"},
+        SequenceStar(Inverter(Named("ManualBackHomeMode", Fallback(key_is("task_state", "charge"),
+                                                                   key_is("task_state", "search_charge")))),
+                     stored_map_without_dock("${reuse_cleaning}==1", "true")));
+}
+
+Node find_charger_explore()
+{
+    return SubTree(
+        "FindChargerExplore",
+        FallbackStar(
+            Repeat(-1, SequenceStar(no_signal_known(), account_motion("ExploreCharge"), exploring())),
+            after_exploring("SearchForCharger_CleanDock",
+                            row(SaySomething{"tq : dock founded while back to origin"}))));
+}
+
+Node explore()
+{
+    return IfThenElseStar(SubTree("IfTrueNotExplore", not_exploring()),
+                          Named("EnableExploreFor7004",
+                                IfThenElseStar(switched_off(), find_charger_explore(), AlwaysFailure{})),
+                          find_charger_explore());
+}
+
+// --- at a known place ---------------------------------------------------------------------------
+
+Node walk(const char* follow_mode)
+{
+    return walk_to_dock(
+        {.follow_mode = follow_mode,
+         .no_way = FallbackStar(tell_what_bars_way("0", AlwaysFailure{}), set_flag("cant_reach_charger"))});
+}
+
+Node unless_out_of_reach()
+{
+    return Inverter(SequenceStar(present("cant_reach_charger"), SaySomething{"tolvar cant_reach_charger"},
+                                 erase("cant_reach_charger")));
+}
+
+Nodes face_and_search(const char* charger_type)
+{
+    return row(SetBlackboardWithType{"charger_type", "int", charger_type}, face_dock(), search_dock());
+}
+
+Node search_at_stored()
+{
+    return SequenceStar(account_motion("NaviChargeReuse"), walk("TargetNoUnknown"), unless_out_of_reach(),
+                        face_and_search("0"));
+}
+
+Node search_at_marked()
+{
+    return SubTree("BackToMarkedCharger",
+                   FallbackStar(Named("TryGoToMarkedCharger",
+                                      SequenceStar(account_motion("NaviCharge"),
+                                                   BlackboardCopy{"only_charger_in_map", "navi_target_point"},
+                                                   with_sensor("ChargerVirtualWall", walk("TargetNoUnknown")),
+                                                   goal_within("150"), search_dock())),
+                                ForceFailure(SubtreeCondition{"BackToOrigin"})));
+}
+
+// A mapping run that misses its dock walks at random around it.
+Node search_by_walks()
+{
+    return SequenceStar(
+        present("quick_map_dock"),
+        PostProcess(RetryUntilSuccesful(
+                        3, SequenceStar(SetBlackboard{"random_walk_times", "0"},
+                                        SubtreeCondition{"SearchForChargerRandomWalk"}, search_dock())),
+                    erase("quick_map_dock")));
+}
+
+Node search_from_charger()
+{
+    return FallbackStar(SequenceStar(SaySomething{"start from charger"},
+                                     BlackboardCopy{"only_charger_in_map", "navi_target_point"},
+                                     walk("Target"), unless_out_of_reach(), face_and_search("1")),
+                        search_by_walks());
+}
+
+Node select_dock()
+{
+    return SequenceStar(
+        erase("cant_reach_charger"), begin_run(),
+        IfThenElseStar(
+            stored_charger(),
+            FallbackStar(search_at_stored(), SequenceStar(present("only_charger_in_map"), search_at_marked()),
+                         explore(), return_to_origin("1")),
+            IfThenElseStar(present("only_charger_in_map"),
+                           FallbackStar(search_from_charger(), explore(), return_to_origin("1")),
+                           FallbackStar(search_dock(), explore(), return_to_origin("1")))));
+}
+
+}  // namespace
+
+// The way to a dock that the robot comes up to head first and enters backwards.
+TREE(GoCharging_CleanDock)
+{
+    return FallbackStar(Sequence(GridmapLimitCheck{}, ForceSuccess(SubtreeCondition{"EscapeCoat"}),
+                                 until_contact({.search = PostProcess(DoWhile(beside_search(), select_dock()),
+                                                                      erase("SFC_trapped")),
+                                                .keeps_search = false})),
+                        ForceFailure(Stop{}));
+}
