@@ -1,4 +1,5 @@
 #include "trees/cleaning/cleaning_mode.h"
+#include "trees/cleaning/preparations.h"
 
 namespace {
 
@@ -32,14 +33,6 @@ Node start_music()
                           IfThenElseStar(key_is_true("app_mop_mode"), play("61"),
                                          IfThenElseStar(switched_off(), play("126"), play("105"))),
                           IfThenElseStar(DoesRobotUsingWaterBox{}, play("61"), play("7")));
-}
-
-Node leave_dock()
-{
-    return optionally(SaySomething{"-------------------start  back-----------------------------"},
-                      GetIMUPose{"IMU_POSE_Oncharger"}, SubtreeCondition{"AdvPreAutoOnCharger"},
-                      GetIMUPose{"IMU_POSE_Oncharger_BackEnd"},
-                      SaySomething{"-------------------backing  End-----------------------------"});
 }
 
 Node note_mapping_run()
@@ -77,14 +70,6 @@ Nodes turn_start_pose()
                           PlainPoseMmSetYaw{"start_from_charger_pose", "${start_from_charger_yaw_deg}"},
                           BlackboardCopy{"start_from_charger_pose", "only_charger_in_map"},
                           erase("start_from_charger_yaw_deg")));
-}
-
-Node turn_and_watch_level()
-{
-    return Sequence(SubtreeCondition{"EscapeCoat"}, ActionDecorator(SubtreeCondition{"Back2cm"}),
-                    SetMapDrawMode{.draw_mode = "None"}, SaySomething{"GetIMUPose 1"}, InitRollPitchCheck{},
-                    DoWhile(RollPitchMinMaxUpdate{}, turn_half_round()), GetIMUPose{"IMU_POSE_TurnEnd"},
-                    SaySomething{"GetIMUPose 2"}, note_drift_on_dock());
 }
 
 // On a map without rooms the cloth is washed by the clock.
@@ -207,7 +192,7 @@ TREE(AutoModeIndex)
 
          .scheduled_start = scheduled_start(),
          .start_music = start_music(),
-         .leave_dock = leave_dock(),
+         .leave_dock = leave_dock_and_watch_level(),
          .mapping_run = row(note_mapping_run()),
 
          .closed_search_states = states({"search_charge", "map_cleaning"}),

@@ -1,0 +1,38 @@
+#include "trees/cleaning/preparations.h"
+
+#include "trees/cleaning/cleaning_mode.h"
+
+namespace vemra::trees {
+
+Node leave_dock_and_watch_level()
+{
+    return optionally(SaySomething{"-------------------start  back-----------------------------"},
+                      GetIMUPose{"IMU_POSE_Oncharger"}, SubtreeCondition{"AdvPreAutoOnCharger"},
+                      GetIMUPose{"IMU_POSE_Oncharger_BackEnd"},
+                      SaySomething{"-------------------backing  End-----------------------------"});
+}
+
+Node turn_and_watch_level()
+{
+    return Sequence(SubtreeCondition{"EscapeCoat"}, ActionDecorator(SubtreeCondition{"Back2cm"}),
+                    SetMapDrawMode{.draw_mode = "None"}, SaySomething{"GetIMUPose 1"}, InitRollPitchCheck{},
+                    DoWhile(RollPitchMinMaxUpdate{}, turn_half_round()), GetIMUPose{"IMU_POSE_TurnEnd"},
+                    SaySomething{"GetIMUPose 2"}, note_drift_on_dock());
+}
+
+Node calc_charger_position_or_not()
+{
+    return optionally(
+        SaySomething{"进入CalcChargerPositionOrNot"}, SlamPreend{},
+        IfThenElseStar(
+            present("OdomAfterCopied"), erase("OdomAfterCopied"),
+            SequenceStar(erase("odom_pos_after"), BlackboardCopy{"current_odom", "odom_pos_after"})),
+        ForceSuccess(
+            choose({{present("moved_flag_for_calc_charger"),
+                     SequenceStar(erase("moved_flag_for_calc_charger"), erase("start_from_charger_pose"))},
+                    {key_is_true("start_from_charger"), CalcChargerPosition{"charger_position"}}},
+                   erase("start_from_charger_pose"))),
+        erase("calcu_chargerpos"), SaySomething{"退出CalcChargerPositionOrNot"});
+}
+
+}  // namespace vemra::trees

@@ -1,0 +1,129 @@
+#include "trees/mapping/explore.h"
+
+namespace {
+
+Node dock_was_hit()
+{
+    return FallbackStar(BumpdirMatch{"${bump_dir}", "left_dock"}, BumpdirMatch{"${bump_dir}", "middle_dock"},
+                        BumpdirMatch{"${bump_dir}", "right_dock"}, ForceFailure(SubtreeCondition{"Back2cm"}));
+}
+
+// A short drive along the signal shows whether there is a dock.
+Node chase_charger()
+{
+    return SequenceStar(
+        SubtreeCondition{"GoChargingFullRoundTurn"},
+        IfThenElseStar(
+            FallbackStar(SignalTypeMatch{"${marker_signal_type}", "None"},
+                         SignalTypeMatch{"${marker_signal_type}", "Mixed"}),
+            AlwaysFailure{},
+            SequenceStar(BlackboardCopy{"marker_dir", "turn_target_angle"},
+                         RetryUntilSuccesful(1, Sequence(SubtreeCondition{"Escape"},
+                                                         Rotate{.angle_deg = "${turn_target_angle}",
+                                                                .angular_velocity_deg_s = "60",
+                                                                .false_relative_true_absolute = "true"})))),
+        ForceSuccess(Sequence(
+            Inverter(SensorCheckBumped{"bump_dir"}),
+            IfThenElse(ConsistentlyLostDockSignal{}, AlwaysFailure{},
+                       Fallback(InDockField{}, ForceSuccess(Frameout(250, FollowDockSignal{"Middle"})))))),
+        IfThenElseStar(Bumped{"${bump_dir}"}, dock_was_hit(), Inverter(ConsistentlyLostDockSignal{})));
+}
+
+Nodes charger_found()
+{
+    return row(set_flag("explore_found_charger"), end_stage());
+}
+
+Node look_for_charger()
+{
+    return IfThenElseStar(
+        ExploreFindCharger{},
+        IfThenElseStar(chase_charger(), SequenceStar(SaySomething{"tolvar find charger"}, charger_found()),
+                       ForceFailure(SaySomething{"tolvar no charger"})),
+        AlwaysFailure{});
+}
+
+Node look_around()
+{
+    return IfThenElseStar(TimeToTurn{}, FallbackStar(present("is_crossing_bridge"), guarded_round("360")),
+                          AlwaysFailure{});
+}
+
+Node frontier_stage()
+{
+    const auto follow =
+        row(NotTrapped{}, SubtreeCondition{"Escape"}, follow_walls_to_goal("TargetNoUnknown"));
+    const auto drive = SequenceStar(
+        drive_to_frontier(follow),
+        IfThenElseStar(present("navi_target_point"), goal_within("100"), SequenceStar(end_stage())));
+    return BB_Precondition(
+        "explore_break",
+        RetryUntilSuccesful(
+            -1, SequenceStar(SetMapDrawMode{.draw_mode = "BlockOnly"}, SetBlackboard{"no_point_fs", "false"},
+                             until_no_point(Fallback(look_for_charger(), look_around(), drive)))));
+}
+
+// --- random points ------------------------------------------------------------------------------
+
+Node generate_points()
+{
+    return FallbackStar(
+        present("generate_points"),
+        SequenceStar(IfThenElseStar(switched_off(), GenerateRandomPointPro{}, GenerateRandomPoint{}),
+                     Delay{10}));
+}
+
+Node find_way()
+{
+    return search_map("Target", "${navi_target_point}");
+}
+
+Node drive_to_random_point()
+{
+    return RetryUntilSuccesful(
+        3,
+        FallbackStar(
+            SequenceStar(SetBlackboard{"explore_unreachable", "false"}, find_way(),
+                         SubtreeCondition{"NavigateExploreProc"}),
+            ForceFailure(FallbackStar(find_way(), SequenceStar(SetBlackboard{"explore_unreachable", "true"},
+                                                               SetBlackboard{"no_point_fs", "true"}))),
+            SequenceStar(NotTrapped{}, SubtreeCondition{"Escape"}, follow_walls_to_goal("Target"))));
+}
+
+Node visit_random_points()
+{
+    const auto next = RetryUntilSuccesful(
+        -1, IfThenElseStar(IfThenElseStar(switched_off(), SearchChargerPro{}, SearchCharger{}),
+                           drive_to_random_point(), SequenceStar(end_stage())));
+    return until_no_point(
+        Fallback(IfThenElse(ExploreFindCharger{}, SequenceStar(charger_found()), AlwaysFailure{}),
+                 SequenceStar(next, goal_within("100"), guarded_round("360"))));
+}
+
+// Where no way back to the start remains, the robot stops exploring.
+Node random_stage()
+{
+    return BB_Precondition(
+        "explore_break",
+        Loop(-1, SequenceStar(
+                     SetMapDrawMode{.draw_mode = "BlockOnly"}, SetBlackboard{"no_point_fs", "false"},
+                     visit_random_points(), find_track_near_origin(),
+                     IfThenElseStar(search_way_to_origin("0"), SetBlackboard{"explore_not_enclave", "true"},
+                                    SequenceStar(end_stage())))));
+}
+
+}  // namespace
+
+// Looks for a dock where the map ends, and then at random points. Always fails; `explore_found_charger`
+// tells.
+TREE(Explore)
+{
+    return SequenceStar(SetBlackboard{"explore_break", "false"}, SetBlackboard{"nav_explore", "true"},
+                        erase("explore_found_charger"), ForceSuccess(frontier_stage()), Stop{}, Delay{10},
+
+                        generate_points(), SetBlackboard{"explore_break", "false"},
+                        SetBlackboard{"nav_explore", "false"}, SetBlackboard{"explore_not_enclave", "false"},
+                        ForceSuccess(random_stage()),
+
+                        erase("generate_points"), Delay{10}, AlwaysFailure{});
+}

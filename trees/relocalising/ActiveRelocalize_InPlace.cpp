@@ -1,0 +1,19 @@
+#include "trees/relocalising/reloc.h"
+
+namespace {
+
+Node settle()
+{
+    return SequenceStar(Stop{}, account_motion("Stop"), SetBlackboard{"tof_reset_map", "1"});
+}
+
+}  // namespace
+
+// The same from where the robot stands.
+TREE(ActiveRelocalize_InPlace)
+{
+    return SequenceStar(Delay{150}, SetBlackboard{"reset_mop_line", "true"}, account_motion("Reloc"),
+                        SetMapDrawMode{.draw_mode = "None"},
+                        IfThenElseStar(DoWhile(walls_off(), SequenceStar(Delay{100}), SlamActiveRelocalize{}),
+                                       settle(), ForceFailure(settle())));
+}
