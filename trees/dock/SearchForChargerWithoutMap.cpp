@@ -1,0 +1,55 @@
+#include "trees/dock/without_map.h"
+
+namespace {
+
+Node look_around()
+{
+    return ForceSuccess(
+        Fallback(hears(ml, "Middle"), hears(mr, "Middle"),
+                 SequenceStar(SetBlackboard{"turn_target_angle_dir", "right"}, turn_relative(),
+                              SetBlackboard{"turn_target_angle_dir", "left"}, turn_relative())));
+}
+
+Node track()
+{
+    return Fallback(ForceFailure(update_charger_direction()), Sequence(InDockField{}, front_hears()),
+                    go_toward_charger_with_find_center());
+}
+
+// Within the field, but off the line.
+Node surround_charger()
+{
+    return Named(
+        "InDockFieldButLoseMiddle",
+        IfThenElseStar(SequenceStar(Inverter(front_hears("Middle")), InDockField{}),
+                       Named("SurroundCharger",
+                             SequenceStar(find_best_direction(), SaySomething{"tq : need surround charger"},
+                                          update_charger_direction(), surround_field_find_middle())),
+                       AlwaysSuccess{}));
+}
+
+Node pass()
+{
+    return SequenceStar(optionally(IsAGreaterThanBInt{"${full_round_turn_times}", "3"}, break_docking()),
+                        RetryUntilSuccesful(1, turn_find_signal()), SaySomething{"tq : start track 1"},
+                        Stop{}, SetBlackboard{"full_round_turn_count", "0"},
+                        SaySomething{"tq : start track 2"}, track(), Stop{}, surround_charger(),
+                        SaySomething{"tq : start docking"}, final_approach_without_map());
+}
+
+}  // namespace
+
+// The search for the dock without a map, by relative turns and what is heard at the moment.
+TREE(SearchForChargerWithoutMap)
+{
+    return SequenceStar(
+        SetBlackboard{"final_dock_times", "0"}, SetBlackboard{"docking_try_times", "0"},
+        without_sensor(
+            "DockField",
+            Repeat(-1, Named("SearchForCharger",
+                             SequenceStar(SetBlackboard{"docking_big_loop_break", "false"},
+                                          SetBlackboard{"full_round_turn_times", "0"},
+                                          SetBlackboardWithType{"turn_target_angle_relative", "float", "45"},
+                                          look_around(),
+                                          BB_Precondition("docking_big_loop_break", Loop(-1, pass())))))));
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+/// Docking in two stages: up to the dock head first, a turn, and backwards onto the contacts.
+
+#include "trees/dock/docking.h"
+
+namespace vemra::trees {
+
+Node docking_loop_clean_dock();
+
+/// The sector tree of this dock.
+Node sector_lds_7001();
+
+/// The final approach and what follows of its failures.
+Node final_approach_clean_dock();
+
+/// Some distance is measured, and it is less than `limit_mm`.
+inline Nodes nearer_than(const char* limit_mm)
+{
+    return row(RangeFinder{"front_distance"}, IsAGreaterThanBFloat{limit_mm, "${front_distance}"});
+}
+
+/// A half turn on the spot, signed degrees.
+inline Node half_turn(const char* angle_deg, const char* deg_s)
+{
+    return guarded_turn(angle_deg, deg_s);
+}
+
+/// A dock is known by the stored map or by this run.
+inline Node charger_is_known()
+{
+    return FallbackStar(GetChargerFromReuseInfo{"trash"}, present("only_charger_in_map"));
+}
+
+}  // namespace vemra::trees

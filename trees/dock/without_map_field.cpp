@@ -1,0 +1,95 @@
+#include "trees/dock/without_map.h"
+
+namespace vemra::trees {
+
+namespace {
+
+Node middle()
+{
+    return front_hears("Middle");
+}
+
+// On the right the stop test of the last turn is forced to fail, so that it runs to its end.
+Node in_area_45()
+{
+    return Named(
+        "InArea45",
+        SequenceStar(
+            SaySomething{"tq : on right"}, optionally(front_hears(), turn_by("left", "80")),
+            Fallback(hears(right, "Middle"), ForceSuccess(drive_unless_bumped("150", "110", "80"))),
+            IfThenElseStar(hears(right, "Middle"),
+                           Named("RightGotMiddle", SequenceStar(turn_by_until(middle(), "right", "120"))),
+                           turn_by_until(ForceFailure(middle()), "right", "80")),
+            middle()));
+}
+
+Node turn_for_signal()
+{
+    return optionally(
+        both("None", "None"),
+        FallbackStar(
+            Named("TryTurnLeft", SequenceStar(turn_by_until(front_hears(), "left", "20"), front_hears())),
+            Named("TryTurnRight", SequenceStar(turn_by_until(front_hears(), "right", "40"), front_hears())),
+            Named("FindFailedResetHeading", SequenceStar(turn_by("left", "20")))));
+}
+
+Node in_area_12()
+{
+    const auto choose_length = optionally(
+        front_hears(),
+        IfThenElseStar(FallbackStar(hears(ml, "CentralLeft"), hears(mr, "CentralLeft")),
+                       SetBlackboard{"forward_timeout", "50"}, SetBlackboard{"forward_timeout", "100"}),
+        turn_by("right", "80"));
+    const auto two_turns = SequenceStar(
+        Named("FirstStageTurnAvoidIrReflection", turn_by_until(middle(), "left", "40")),
+        Named("FirstStageTurnAvoidOverTurn",
+              Fallback(hears(ml, "Middle"), hears(mr, "Middle"), both_hear(), turn_by("left", "40"))));
+    return Named(
+        "InArea12",
+        SequenceStar(
+            SaySomething{"tq : on left"}, SetBlackboard{"forward_timeout", "100"}, choose_length,
+            Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
+                     ForceSuccess(drive_unless_bumped("${forward_timeout}", "80", "110"))),
+            IfThenElseStar(hears(left, "Middle"),
+                           Named("LeftGotMiddle", SequenceStar(turn_by_until(middle(), "left", "120"))),
+                           two_turns),
+            turn_for_signal(), middle()));
+}
+
+Node bumped_while_surround()
+{
+    const auto turn_back = Named("TurnToChargerIfHeadLoseSig",
+                                 IfThenElseStar(front_hears(), AlwaysSuccess{},
+                                                IfThenElseStar(key_is("charger_direction", "left"),
+                                                               turn_by_until(both_hear(), "left", "90"),
+                                                               turn_by_until(both_hear(), "right", "90"))));
+    return Named(
+        "BumpedWhileSurround",
+        IfThenElseStar(SensorCheckBumped{"bump_dir"},
+                       Named("TurnToChargerReTrackForAwhile",
+                             SequenceStar(SaySomething{"tq : bumped when surround"},
+                                          ForceSuccess(Frameout(20, GoBackwards{})), turn_back,
+                                          Fallback(hears(ml, "Middle"), hears(mr, "Middle"),
+                                                   Frameout(100, go_toward_charger_with_find_center())))),
+                       AlwaysFailure{}));
+}
+
+}  // namespace
+
+Node surround_field_find_middle()
+{
+    const auto by_side = FallbackStar(SequenceStar(key_is("charger_direction", "right"), in_area_45()),
+                                      SequenceStar(key_is("charger_direction", "left"), in_area_12()));
+    return SubTree(
+        "SurroundFieldFindMiddle",
+        SequenceStar(
+            SetBlackboard{"find_middle_flag", "false"},
+            ForceSuccess(BB_Precondition(
+                "find_middle_flag",
+                RetryUntilSuccesful(
+                    30, FallbackStar(SequenceStar(middle(), InDockField{}),
+                                     SequenceStar(both("CentralLeft", "CentralRight"), InDockField{}),
+                                     by_side, bumped_while_surround()))))));
+}
+
+}  // namespace vemra::trees
