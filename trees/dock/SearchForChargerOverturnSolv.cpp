@@ -22,7 +22,7 @@ TREE(SearchForChargerOverturnSolv)
     return SequenceStar(
         BlackboardCopy{"current_yaw_deg", "turn_around_start"}, copy_marker("", "_bak"),
         SubtreeCondition{"GoChargingFullRoundTurn"},
-        IfThenElseStar(FallbackStar(marked("None"), marked("Mixed")),
+        IfThenElseStar(Fallback(marked("None"), marked("Mixed")),
                        ForceFailure(SequenceStar(copy_marker("_bak", ""), erase_copies())),
                        SequenceStar(erase_copies(), BlackboardCopy{"marker_dir", "turn_target_angle"},
                                     SubTree("TurnToTargetAngle",

@@ -130,9 +130,9 @@ Node circle(const Side& side)
 // The side receiver hears the middle line, or what lies beyond it.
 Node on_line_or_beyond(const Side& side)
 {
-    return FallbackStar(hears(side_receiver(side), "Middle"),
-                        hears(side_receiver(side), side.other_central_signal),
-                        hears(side_receiver(side), side.other_side_signal));
+    return Fallback(hears(side_receiver(side), "Middle"),
+                    hears(side_receiver(side), side.other_central_signal),
+                    hears(side_receiver(side), side.other_side_signal));
 }
 
 // The first receiver that hears this side gives the turn that puts the robot across the field.
@@ -140,8 +140,8 @@ Node turn_across(const Side& side)
 {
     const char* const far_side = side.sign > 0 ? right : left;
     const auto heard_by = [&side, far_side](const char* receiver) {
-        return FallbackStar(hears(receiver, side.central_signal), hears(receiver, side.side_signal),
-                            hears(far_side, side.other_side_signal));
+        return Fallback(hears(receiver, side.central_signal), hears(receiver, side.side_signal),
+                        hears(far_side, side.other_side_signal));
     };
     const auto across = [&side] { return turn(side, -100, "40"); };
     return ForceSuccess(choose({{heard_by(far_side), across()},

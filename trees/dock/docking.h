@@ -43,7 +43,7 @@ inline Nodes reached_sector()
 /// One of the front receivers hears this side.
 inline Node hears_side(const Side& side)
 {
-    return FallbackStar(
+    return Fallback(
         hears(side.near_receiver, side.side_signal), hears(side.near_receiver, side.central_signal),
         hears(side.far_receiver, side.side_signal), hears(side.far_receiver, side.central_signal));
 }

@@ -34,9 +34,9 @@ Node drive_arc(const Side& side)
 
 Node step_to_line(const Side& side)
 {
-    const auto heard =
-        side.sign > 0 ? FallbackStar(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
-                      : FallbackStar(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft"));
+    const auto heard = side.sign > 0
+                           ? Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
+                           : Fallback(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft"));
     return optionally(heard, turn(side, -80, "120"), drive_for("60", "80", "80"), turn(side, 90, "120"),
                       reached_sector());
 }
@@ -84,9 +84,8 @@ Node follow_wall()
 
 Node after_overturn(const Side& side)
 {
-    const auto heard = FallbackStar(hears(ml, side.central_signal), hears(mr, side.central_signal));
-    const auto beyond =
-        FallbackStar(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
+    const auto heard = Fallback(hears(ml, side.central_signal), hears(mr, side.central_signal));
+    const auto beyond = Fallback(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
     return SequenceStar(
         BlackboardCopy{"current_yaw_deg", "turn_around_start"},
         IfThenElseStar(heard,
@@ -125,7 +124,7 @@ Node sector_lds_7001()
 {
     const auto on_side = [](const char* name, const Side& side) {
         return SequenceStar(
-            Named(name, FallbackStar(hears(ml, side.central_signal), hears(mr, side.central_signal))),
+            Named(name, Fallback(hears(ml, side.central_signal), hears(mr, side.central_signal))),
             approach_7001(side));
     };
     return sector_tree("GoToDockSectorLDS7001",

@@ -15,31 +15,30 @@ constexpr const char* kDirection = "go_to_dock_sector_indirect_dir";
 Node turn_front_to(const char* side_of, const char* side_signal, const char* front_of,
                    const char* front_signal, Nodes until, const char* angle_deg)
 {
-    return SequenceStar(hears(side_of, side_signal), hears(front_of, front_signal),
-                        Fallback(until, ForceFailure(guarded_turn(angle_deg, "40"))));
+    return Sequence(hears(side_of, side_signal), hears(front_of, front_signal),
+                    Fallback(until, ForceFailure(guarded_turn(angle_deg, "40"))));
 }
 
 Node between_centrals()
 {
-    return SequenceStar(
+    return Sequence(
         hears("Any", "CentralLeft"), hears("Any", "CentralRight"),
-        FallbackStar(
-            both("CentralLeft", "CentralRight"),
-            IfThenElseStar(
-                SequenceStar(hears(left, "CentralLeft"), hears(ml, "CentralRight")),
-                Fallback(hears(mr, "CentralRight"), hears(mr, "Middle"), hears(mr, "CentralLeft"),
-                         ForceFailure(guarded_turn("60", "40"))),
-                turn_front_to(mr, "CentralLeft", right, "CentralRight",
-                              row(hears(ml, "CentralLeft"), hears(ml, "Middle"), hears(ml, "CentralRight")),
-                              "-60")),
-            go_to_dock_sector_indirect(), walk_and_break_docking()));
+        Fallback(both("CentralLeft", "CentralRight"),
+                 IfThenElseStar(Sequence(hears(left, "CentralLeft"), hears(ml, "CentralRight")),
+                                Fallback(hears(mr, "CentralRight"), hears(mr, "Middle"),
+                                         hears(mr, "CentralLeft"), ForceFailure(guarded_turn("60", "40"))),
+                                turn_front_to(mr, "CentralLeft", right, "CentralRight",
+                                              row(hears(ml, "CentralLeft"), hears(ml, "Middle"),
+                                                  hears(ml, "CentralRight")),
+                                              "-60")),
+                 go_to_dock_sector_indirect(), walk_and_break_docking()));
 }
 
 Node add_vote(const char* receiver)
 {
     const auto add = [](const char* vote) { return IntAdd{"${trash}", vote, "trash"}; };
     return ForceSuccess(
-        IfThenElseStar(hears(receiver, "Left"), add("-1"), SequenceStar(hears(receiver, "Right"), add("1"))));
+        IfThenElseStar(hears(receiver, "Left"), add("-1"), Sequence(hears(receiver, "Right"), add("1"))));
 }
 
 // Success chooses the left, failure the right; a tie ends the cycle.
@@ -54,12 +53,12 @@ Node vote()
 
 Node choose_left()
 {
-    const auto heard_both = SequenceStar(any_hears_side(left_side), any_hears_side(right_side));
+    const auto heard_both = Sequence(any_hears_side(left_side), any_hears_side(right_side));
     return IfThenElseStar(heard_both,
                           choose({{hears("Any", "CentralLeft"), AlwaysSuccess{}},
                                   {hears("Any", "CentralRight"), AlwaysFailure{}}},
                                  vote()),
-                          IfThenElseStar(FallbackStar(any_hears_side(left_side), any_hears_side(right_side)),
+                          IfThenElseStar(Fallback(any_hears_side(left_side), any_hears_side(right_side)),
                                          any_hears_side(left_side), walk_and_break_docking()));
 }
 
@@ -96,9 +95,9 @@ Node final_approach()
 
 Node go_to_dock_sector()
 {
-    return SubTree("GoToDockSector", FallbackStar(hears("Any", "Middle"), between_centrals(),
-                                                  IfThenElseStar(choose_left(), circle_dock(left_side),
-                                                                 circle_dock(right_side))));
+    return SubTree("GoToDockSector",
+                   Fallback(hears("Any", "Middle"), between_centrals(),
+                            IfThenElseStar(choose_left(), circle_dock(left_side), circle_dock(right_side))));
 }
 
 Node docking_loop_vslam()
@@ -113,8 +112,8 @@ namespace {
 
 Node beyond_line(const Side& side)
 {
-    return FallbackStar(hears(side_receiver(side), "Middle"),
-                        hears(side_receiver(side), side.other_central_signal));
+    return Fallback(hears(side_receiver(side), "Middle"),
+                    hears(side_receiver(side), side.other_central_signal));
 }
 
 Node surround(const Side& side)

@@ -32,7 +32,7 @@ inline const char* side_receiver(const Side& side)
 /// Any receiver hears this side of the dock.
 inline Node any_hears_side(const Side& side)
 {
-    return FallbackStar(hears("Any", side.central_signal), hears("Any", side.side_signal));
+    return Fallback(hears("Any", side.central_signal), hears("Any", side.side_signal));
 }
 
 }  // namespace vemra::trees

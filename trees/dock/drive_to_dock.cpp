@@ -146,14 +146,14 @@ Node turn_to_charger(const char* slow_arc_mm_s)
     return SubTree(
         "TurnToCharger",
         Named("GoTowardCharger",
-              IfThenElseStar(FallbackStar(marked("Middle"), marked("CentralLeft"), marked("CentralRight"),
-                                          marked("Mixed")),
-                             Named("GoTowardChargerDirectly",
-                                   SequenceStar(BlackboardCopy{"marker_dir", "turn_target_angle"},
-                                                turn_to_target_angle())),
-                             Named("StartWithAnArc",
-                                   IfThenElseStar(marked("Left"), start_with_arc(from_right, slow_arc_mm_s),
-                                                  start_with_arc(from_left, slow_arc_mm_s))))));
+              IfThenElseStar(
+                  Fallback(marked("Middle"), marked("CentralLeft"), marked("CentralRight"), marked("Mixed")),
+                  Named("GoTowardChargerDirectly",
+                        SequenceStar(BlackboardCopy{"marker_dir", "turn_target_angle"},
+                                     turn_to_target_angle())),
+                  Named("StartWithAnArc",
+                        IfThenElseStar(marked("Left"), start_with_arc(from_right, slow_arc_mm_s),
+                                       start_with_arc(from_left, slow_arc_mm_s))))));
 }
 
 // --- round what is met --------------------------------------------------------------------------

@@ -29,7 +29,7 @@ inline Node front_hears(const char* signal = "Any")
 /// Both hear what they are said to.
 inline Node both(const char* ml_signal, const char* mr_signal)
 {
-    return SequenceStar(hears(ml, ml_signal), hears(mr, mr_signal));
+    return Sequence(hears(ml, ml_signal), hears(mr, mr_signal));
 }
 
 inline Node marked(const char* signal)

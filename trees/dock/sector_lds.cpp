@@ -23,9 +23,9 @@ Node arc(const Side& side, const char* frames, const ArcSpeeds& speeds)
 
 Node choose_arc_length(const Side& side, const Node& mid)
 {
-    return choose({{mid, set_flag("go_sector_mid")},
-                   {FallbackStar(hears(ml, side.side_signal), hears(mr, side.side_signal)),
-                    set_flag("go_sector_long")}});
+    return choose(
+        {{mid, set_flag("go_sector_mid")},
+         {Fallback(hears(ml, side.side_signal), hears(mr, side.side_signal)), set_flag("go_sector_long")}});
 }
 
 Node drive_arc(const Side& side, const char* long_frames)
@@ -63,7 +63,7 @@ Node right_approach_in_one_arc(const Node& short_arc)
 {
     const auto pass = SequenceStar(
         count_arc(),
-        Fallback(SequenceStar(FallbackStar(hears(right, "Middle"), hears(right, "CentralLeft")), short_arc,
+        Fallback(SequenceStar(Fallback(hears(right, "Middle"), hears(right, "CentralLeft")), short_arc,
                               guarded_turn("-90", "60"), reached_sector()),
                  drive_by_field("200", {"90", "70"}, {"90", "60"})),
         guarded_turn("-70", "60"),
@@ -95,15 +95,14 @@ namespace {
 
 Node mid_arc_7002(const Side& side)
 {
-    return FallbackStar(both(side.side_signal, side.central_signal),
-                        both(side.central_signal, side.side_signal));
+    return Fallback(both(side.side_signal, side.central_signal), both(side.central_signal, side.side_signal));
 }
 
 Node steps_7002(const Side&)
 {
     const auto silent = optionally(both("None", "None"), reached_sector());
     const auto short_of_line =
-        optionally(FallbackStar(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft")),
+        optionally(Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft")),
                    guarded_turn("-80", "120"), drive_for("20", "100", "100"), guarded_turn("90", "120"),
                    reached_sector());
     const auto beyond_line =
@@ -116,12 +115,11 @@ Node steps_7002(const Side&)
 Node beside_line()
 {
     return IfThenElseStar(
-        FallbackStar(
-            SequenceStar(FallbackStar(hears(ml, "Left"), hears(ml, "CentralLeft")), hears(mr, "Middle")),
-            both("Middle", "None")),
+        FallbackStar(SequenceStar(Fallback(hears(ml, "Left"), hears(ml, "CentralLeft")), hears(mr, "Middle")),
+                     both("Middle", "None")),
         side_step(left_side),
-        IfThenElseStar(FallbackStar(SequenceStar(hears(ml, "Middle"),
-                                                 FallbackStar(hears(mr, "CentralRight"), hears(mr, "Right"))),
+        IfThenElseStar(FallbackStar(Sequence(hears(ml, "Middle"),
+                                             Fallback(hears(mr, "CentralRight"), hears(mr, "Right"))),
                                     both("None", "Middle")),
                        side_step(right_side), AlwaysFailure{}));
 }
@@ -152,8 +150,8 @@ Nodes sister_head()
 
 Node sister_mid_arc(const Side& side)
 {
-    return SequenceStar(hears(side.near_receiver, side.side_signal),
-                        hears(side.far_receiver, side.central_signal));
+    return Sequence(hears(side.near_receiver, side.side_signal),
+                    hears(side.far_receiver, side.central_signal));
 }
 
 Node short_of_line(const Node& heard)
@@ -165,9 +163,9 @@ Node short_of_line(const Node& heard)
 // The turns are those of the left side on both.
 Node sister_steps(const Side& side)
 {
-    return short_of_line(
-        side.sign > 0 ? FallbackStar(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
-                      : FallbackStar(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft")));
+    return short_of_line(side.sign > 0
+                             ? Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
+                             : Fallback(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft")));
 }
 
 Nodes sister_matches(const Side& side)

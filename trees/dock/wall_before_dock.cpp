@@ -94,7 +94,7 @@ Node after_overturn(const Side& side)
                                            Inverter(hears(side.near_receiver, side.central_signal)),
                                            ForceFailure(turn(side, -360, "40")));
     const auto beyond_line =
-        FallbackStar(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
+        Fallback(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
     return SequenceStar(
         BlackboardCopy{"current_yaw_deg", "turn_around_start"},
         IfThenElseStar(hears_side(side), until_it_is_lost,

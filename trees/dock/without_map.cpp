@@ -83,7 +83,7 @@ Node turn_find_signal()
             both_hear(),
             SequenceStar(
                 BlackboardCopy{"current_odom_yaw_deg", "initial_rotate_yaw_deg"},
-                IfThenElseStar(FallbackStar(hears(left), hears(ml)),
+                IfThenElseStar(Fallback(hears(left), hears(ml)),
                                SetBlackboard{"turn_dir_find_signal", "left"},
                                SetBlackboard{"turn_dir_find_signal", "right"}),
                 SetBlackboard{"rotate_find_charger", "false"}, SetBlackboard{"full_round_turn_count", "0"},
@@ -96,8 +96,8 @@ Node turn_find_signal()
 Node update_charger_direction()
 {
     const auto heard_on = [](const Side& side) {
-        return FallbackStar(hears(ml, side.side_signal), hears(ml, side.central_signal),
-                            hears(mr, side.side_signal), hears(mr, side.central_signal));
+        return Fallback(hears(ml, side.side_signal), hears(ml, side.central_signal),
+                        hears(mr, side.side_signal), hears(mr, side.central_signal));
     };
     return SubTree("UpdateChargerDirection",
                    optionally(front_hears(),

@@ -37,7 +37,7 @@ Node in_area_12()
 {
     const auto choose_length = optionally(
         front_hears(),
-        IfThenElseStar(FallbackStar(hears(ml, "CentralLeft"), hears(mr, "CentralLeft")),
+        IfThenElseStar(Fallback(hears(ml, "CentralLeft"), hears(mr, "CentralLeft")),
                        SetBlackboard{"forward_timeout", "50"}, SetBlackboard{"forward_timeout", "100"}),
         turn_by("right", "80"));
     const auto two_turns = SequenceStar(
