@@ -69,7 +69,7 @@ TEST(Run, TellsWhichLeavesHaveNobodyBehindThem)
     run.play();
     const nlohmann::ordered_json report = run.robot->report();
     EXPECT_EQ(report["frames"], 3000);
-    EXPECT_EQ(report["mode"], "StandbyMode");  // the dock was not heard
+    EXPECT_EQ(report["mode"], "BackHomeMode");  // it looks for the dock yet
     EXPECT_FALSE(report["leaves_without_service"].contains("ChangeRobotModeTo"));
     EXPECT_TRUE(report["leaves_without_service"].contains("InDockField"));
     EXPECT_THAT(run.bytes(), HasSubstr("\n{\"report\":{"));
