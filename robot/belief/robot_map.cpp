@@ -128,6 +128,9 @@ void RobotMap::reset()
     occupancy_.reset();
     track_.reset();
     contacts_.reset();
+    cleaned_.reset();
+    traced_walls_.reset();
+    ++resets_;
     scanned_ = false;
 }
 

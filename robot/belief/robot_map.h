@@ -3,8 +3,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "robot/belief/cleaned_floor.h"
 #include "robot/belief/contacts.h"
 #include "robot/belief/occupancy.h"
+#include "robot/belief/traced_walls.h"
 #include "robot/belief/track.h"
 #include "robot/body/body.h"
 #include "robot/world/virtual_walls.h"
@@ -29,7 +31,7 @@ public:
 
     /// A frame: the laser's scan in every fifth, the track, contacts.
     void update(std::uint64_t frame);
-    /// Begins an empty map; virtual walls stay.
+    /// Begins an empty map; virtual walls stay. What was swept and traced is forgotten with it.
     void reset();
 
     [[nodiscard]] PoseMm pose() const { return pose_.pose(); }
@@ -37,6 +39,12 @@ public:
     [[nodiscard]] OccupancyMap& occupancy() { return occupancy_; }
     [[nodiscard]] const Track& track() const { return track_; }
     [[nodiscard]] const ContactMap& contacts() const { return contacts_; }
+    [[nodiscard]] const CleanedFloor& cleaned() const { return cleaned_; }
+    [[nodiscard]] CleanedFloor& cleaned() { return cleaned_; }
+    [[nodiscard]] const TracedWalls& tracedWalls() const { return traced_walls_; }
+    [[nodiscard]] TracedWalls& tracedWalls() { return traced_walls_; }
+    /// How often reset() was called: who keeps places of the map forgets them with it.
+    [[nodiscard]] std::uint64_t resets() const { return resets_; }
     [[nodiscard]] const VirtualWalls& virtualWalls() const { return virtual_walls_; }
     void setVirtualWalls(VirtualWalls walls) { virtual_walls_ = std::move(walls); }
     [[nodiscard]] DrawMode drawMode() const { return draw_mode_; }
@@ -58,6 +66,9 @@ private:
     OccupancyMap occupancy_;
     Track track_;
     ContactMap contacts_;
+    CleanedFloor cleaned_;
+    TracedWalls traced_walls_;
+    std::uint64_t resets_ = 0;
     VirtualWalls virtual_walls_;
     DrawMode draw_mode_ = DrawMode::Everything;
 

@@ -243,8 +243,7 @@ void Robot::step()
     showMode();
     showKeys();
     showResult(result, reason);
-    if (state_.brushes_on)
-        swept_.sweep(body_.truePose().at);
+    swept_.follow(body_.truePose(), state_.brushes_on && !body_.lifted());
     showUnmet(expectations_.look(moment()));
     ++state_.frame;
 }
@@ -268,7 +267,7 @@ Moment Robot::moment() const
             .errors = state_.errors,
             .stands_at = body_.truePose().at,
             .keys = *blackboard_,
-            .coverage = [this] { return swept_.percentOfReach(first_place_); }};
+            .coverage = [this] { return 100 * swept_.shareOf(first_place_).part(); }};
 }
 
 void Robot::showUnmet(std::vector<Unmet> unmet)

@@ -2,6 +2,7 @@
 
 #include "robot/base/clock.h"
 #include "robot/host/robot.h"
+#include "robot/world/sweeping.h"
 
 namespace vemra::robot {
 namespace {
@@ -24,6 +25,7 @@ double hundredths(double value)
 nlohmann::ordered_json Robot::report() const
 {
     const PoseMm& stands = body_.truePose();
+    const SweptFloor::Share share = swept_.shareOf(first_place_);
     return {{"scenario", setup_.scenario.name},
             {"tree", setup_.tree},
             {"root_ended", {{"SUCCESS", root_successes_}, {"FAILURE", root_failures_}}},
@@ -41,6 +43,11 @@ nlohmann::ordered_json Robot::report() const
                                               std::round(wrapped(stands.yaw).value)}},
             {"run_mm", std::round(body_.runMm())},
             {"swept_m2", hundredths(swept_.areaM2())},
+            {"recleaned_m2", hundredths(swept_.againM2())},
+            {"reachable_m2", hundredths(share.reachable_m2)},
+            {"cleaned_m2", hundredths(share.cleaned_m2)},
+            {"coverage", std::round(share.part() * 1e4) / 1e4},
+            {"ideal_time_s", std::round(share.reachable_m2 * 1e6 / kBrushWidthMm / kLineSpeedMmS)},
             {"expectations",
              {{"met", expectations_.met()}, {"unmet", unmet_.size()}, {"open", expectations_.open()}}},
             {"frames_in_mode", counted(frames_in_mode_)},

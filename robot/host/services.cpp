@@ -5,6 +5,7 @@
 #include "robot/services/blackboard/timers.h"
 #include "robot/services/cleaning/cleaning_system.h"
 #include "robot/services/cleaning/fittings.h"
+#include "robot/services/coverage/coverage.h"
 #include "robot/services/dock/dock_contacts.h"
 #include "robot/services/escape/escape.h"
 #include "robot/services/health/health.h"
@@ -35,7 +36,9 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<MapService>(parts, start));
     add(std::make_unique<ModeService>(parts));
     add(std::make_unique<MotionService>(parts, knowledge.localisation));
-    add(std::make_unique<NavigationService>(parts, knowledge.map, knowledge.switches));
+    auto navigation = std::make_unique<NavigationService>(parts, knowledge.map, knowledge.switches);
+    add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.switches, navigation->search()));
+    add(std::move(navigation));
     add(std::make_unique<PowerService>(parts, start));
     add(std::make_unique<ReviewService>(parts, knowledge.localisation));
     add(std::make_unique<SelfTestService>(parts));

@@ -1,86 +1,160 @@
 #include "robot/world/swept_floor.h"
 
 #include <cmath>
+#include <deque>
 
+#include "robot/world/distances.h"
 #include "robot/world/dock.h"
-#include "robot/world/reach.h"
+#include "robot/world/sweeping.h"
 
 namespace vemra::robot {
 namespace {
 
-// A robot that has hardly moved has swept nothing new.
-constexpr double kStepMm = 10;
+constexpr std::uint32_t kAgainAfter = 10;  // tenths of a metre
+constexpr double kTenthMm = 100;
 
-std::size_t indexOf(const Home& home, CellIndex cell)
+// 10 mm, coarser where a home is so large that this takes hundreds of megabytes.
+double rasterOf(const Home& home)
 {
-    return static_cast<std::size_t>(cell.row) * static_cast<std::size_t>(home.columns()) +
-           static_cast<std::size_t>(cell.column);
-}
-
-// Calls visit for each free cell whose middle lies below the robot.
-template <typename Visit>
-void forCellsBelow(const Home& home, PointMm at, const Visit& visit)
-{
-    const PointMm reach{kRobotRadiusMm, kRobotRadiusMm};
-    const CellIndex low = home.cellOf(at - reach);
-    const CellIndex high = home.cellOf(at + reach);
-    for (int row = low.row; row <= high.row; ++row) {
-        for (int column = low.column; column <= high.column; ++column) {
-            const CellIndex cell{column, row};
-            if (home.at(cell) == CellState::Free && distance(home.centreOf(cell), at) <= kRobotRadiusMm) {
-                visit(cell);
-            }
+    constexpr double kMost = 4e7;
+    const double cells = static_cast<double>(home.columns()) * home.rows();
+    for (const double edge : {10.0, 25.0}) {
+        const double per = Home::kCellMm / edge;
+        if (cells * per * per <= kMost) {
+            return edge;
         }
     }
+    return Home::kCellMm;
 }
 
 }  // namespace
 
 SweptFloor::SweptFloor(const Home& home)
-    : home_(home), swept_(static_cast<std::size_t>(home.columns()) * static_cast<std::size_t>(home.rows()))
+    : home_(home),
+      cell_mm_(rasterOf(home)),
+      columns_(static_cast<int>(std::lround(home.columns() * Home::kCellMm / cell_mm_))),
+      rows_(static_cast<int>(std::lround(home.rows() * Home::kCellMm / cell_mm_))),
+      swept_at_(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_)),
+      swept_again_(swept_at_.size())
 {}
 
-void SweptFloor::sweep(PointMm at)
+PointMm SweptFloor::centreOf(std::size_t index) const
 {
-    if (begun_ && distance(at, last_) < kStepMm) {
-        return;
-    }
-    begun_ = true;
-    last_ = at;
-    forCellsBelow(home_, at, [this](CellIndex cell) {
-        const std::size_t index = indexOf(home_, cell);
-        count_ += swept_[index] ? 0U : 1U;
-        swept_[index] = true;
+    const auto width = static_cast<std::size_t>(columns_);
+    return home_.origin() + PointMm{(static_cast<double>(index % width) + 0.5) * cell_mm_,
+                                    (static_cast<double>(index / width) + 0.5) * cell_mm_};
+}
+
+void SweptFloor::sweepAt(const PoseMm& pose)
+{
+    const auto now = static_cast<std::uint32_t>(driven_mm_ / kTenthMm) + 1;
+    forSweptPoints(pose, cell_mm_ / 2, [&](PointMm point) {
+        const PointMm in = point - home_.origin();
+        const int column = static_cast<int>(std::floor(in.x / cell_mm_));
+        const int row = static_cast<int>(std::floor(in.y / cell_mm_));
+        if (column < 0 || row < 0 || column >= columns_ || row >= rows_) {
+            return;
+        }
+        const std::size_t index = static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+                                  static_cast<std::size_t>(column);
+        if (swept_at_[index] == 0) {
+            if (home_.at(point) != CellState::Free) {
+                return;
+            }
+            ++count_;
+        } else if (now - swept_at_[index] >= kAgainAfter && !swept_again_[index]) {
+            swept_again_[index] = true;
+            ++again_;
+        }
+        swept_at_[index] = now;
     });
 }
 
-double SweptFloor::percentOfReach(PointMm from) const
+void SweptFloor::follow(const PoseMm& pose, bool brushes_on)
 {
-    const Reach reach(home_, kRobotRadiusMm);
-    const int region = reach.regionOf(home_.cellOf(from));
-    if (region == Reach::kNone) {
-        return 0;
+    const PoseMm from = last_.value_or(pose);
+    if (last_ && *last_ == pose) {
+        return;
     }
-    std::vector<bool> counted(swept_.size());
-    std::uint64_t all = 0;
-    std::uint64_t done = 0;
-    for (int row = 0; row < home_.rows(); ++row) {
-        for (int column = 0; column < home_.columns(); ++column) {
-            if (reach.regionOf({column, row}) != region) {
-                continue;
-            }
-            forCellsBelow(home_, home_.centreOf({column, row}), [&](CellIndex cell) {
-                const std::size_t index = indexOf(home_, cell);
-                if (counted[index]) {
-                    return;
-                }
-                counted[index] = true;
-                ++all;
-                done += swept_[index] ? 1U : 0U;
-            });
+    last_ = pose;
+    driven_mm_ += distance(from.at, pose.at) > kCarriedMm ? 0 : distance(from.at, pose.at);
+    if (brushes_on) {
+        forPosesBetween(from, pose, cell_mm_, [this](const PoseMm& between) { sweepAt(between); });
+    }
+}
+
+std::vector<bool> SweptFloor::reachable(PointMm from) const
+{
+    std::vector<bool> blocked(swept_at_.size());
+    std::vector<bool> open(swept_at_.size());
+    for (std::size_t i = 0; i < open.size(); ++i) {
+        const CellState state = home_.at(centreOf(i));
+        open[i] = state == CellState::Free;
+        blocked[i] = state != CellState::Free;
+    }
+    // The middle of the body keeps its radius from the nearest edge; edges lie half a cell before middles.
+    const std::vector<float> to_blocked = squaredDistancesTo(blocked, columns_, rows_);
+    const double needed = kRobotRadiusMm / cell_mm_ + 0.5 - 1e-3;
+    const auto stands = [&](std::size_t i) { return to_blocked[i] >= needed * needed; };
+
+    std::vector<bool> reached(open.size());
+    std::deque<std::size_t> front;
+    // The start is believed to within a body's width: a docked robot touches what is behind the dock.
+    for (std::size_t i = 0; i < open.size(); ++i) {
+        if (stands(i) && distance(centreOf(i), from) <= kRobotRadiusMm) {
+            reached[i] = true;
+            front.push_back(i);
         }
     }
-    return all == 0 ? 0 : 100.0 * static_cast<double>(done) / static_cast<double>(all);
+    const auto width = static_cast<std::size_t>(columns_);
+    while (!front.empty()) {
+        const std::size_t i = front.front();
+        front.pop_front();
+        const auto visit = [&](std::size_t next) {
+            if (!reached[next] && stands(next)) {
+                reached[next] = true;
+                front.push_back(next);
+            }
+        };
+        if (i % width > 0)
+            visit(i - 1);
+        if (i % width + 1 < width)
+            visit(i + 1);
+        if (i >= width)
+            visit(i - width);
+        if (i + width < open.size())
+            visit(i + width);
+    }
+    const std::vector<float> to_reached = squaredDistancesTo(reached, columns_, rows_);
+    const double sweep = kSweepReachMm / cell_mm_;
+    for (std::size_t i = 0; i < open.size(); ++i) {
+        open[i] = open[i] && to_reached[i] <= sweep * sweep;
+    }
+    return open;
+}
+
+SweptFloor::Share SweptFloor::shareOf(PointMm from) const
+{
+    const std::vector<bool> floor = reachable(from);
+    std::uint64_t all = 0;
+    std::uint64_t done = 0;
+    for (std::size_t i = 0; i < floor.size(); ++i) {
+        all += floor[i] ? 1U : 0U;
+        done += floor[i] && swept_at_[i] != 0 ? 1U : 0U;
+    }
+    return {areaOf(all), areaOf(done)};
+}
+
+std::vector<PointMm> SweptFloor::missed(PointMm from) const
+{
+    const std::vector<bool> floor = reachable(from);
+    std::vector<PointMm> places;
+    for (std::size_t i = 0; i < floor.size(); ++i) {
+        if (floor[i] && swept_at_[i] == 0) {
+            places.push_back(centreOf(i));
+        }
+    }
+    return places;
 }
 
 }  // namespace vemra::robot

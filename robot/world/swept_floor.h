@@ -1,35 +1,60 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "robot/world/home.h"
 
 namespace vemra::robot {
 
-/// The floor of a home that the robot has passed over with its brushes on: ground truth.
+/// The floor of a home that brush and side brush have really swept: ground truth, for figures alone.
 class SweptFloor
 {
 public:
     /// Keeps the home by reference.
     explicit SweptFloor(const Home& home);
 
-    /// The robot has swept where it stands: the free cells whose middle lies below its body.
-    void sweep(PointMm at);
+    /// A frame has brought the robot to a pose. With the brushes off it sweeps nothing.
+    void follow(const PoseMm& pose, bool brushes_on);
 
-    [[nodiscard]] double areaM2() const { return static_cast<double>(count_) * kCellM2; }
-    /// Percent of the floor that the robot can get its body over from a place on it; 0 where it has no room.
-    /// What was put down in the home is left out as well. It takes a look at the whole home.
-    [[nodiscard]] double percentOfReach(PointMm from) const;
+    [[nodiscard]] double areaM2() const { return areaOf(count_); }
+    /// Swept a second time, after the robot had driven at least a metre in between.
+    [[nodiscard]] double againM2() const { return areaOf(again_); }
+
+    /// What the robot can sweep at all: free floor within reach of brush or side brush at any pose that is
+    /// connected to a place. It takes a look at the whole home, as it is now.
+    struct Share
+    {
+        double reachable_m2 = 0;
+        double cleaned_m2 = 0;  ///< of that
+
+        [[nodiscard]] double part() const { return reachable_m2 > 0 ? cleaned_m2 / reachable_m2 : 0; }
+    };
+    [[nodiscard]] Share shareOf(PointMm from) const;
+    /// The same as a picture: middles of the reachable cells that were left, and the cells' edge, mm.
+    [[nodiscard]] std::vector<PointMm> missed(PointMm from) const;
+    [[nodiscard]] double cellMm() const { return cell_mm_; }
 
 private:
-    static constexpr double kCellM2 = Home::kCellMm * Home::kCellMm / 1e6;
+    [[nodiscard]] double areaOf(std::uint64_t cells) const
+    {
+        return static_cast<double>(cells) * cell_mm_ * cell_mm_ / 1e6;
+    }
+    [[nodiscard]] PointMm centreOf(std::size_t index) const;
+    void sweepAt(const PoseMm& pose);
+    [[nodiscard]] std::vector<bool> reachable(PointMm from) const;
 
     const Home& home_;
-    std::vector<bool> swept_;
+    double cell_mm_;
+    int columns_;
+    int rows_;
+    std::vector<std::uint32_t> swept_at_;  ///< metres driven by then, in tenths, and one; 0: never
+    std::vector<bool> swept_again_;
     std::uint64_t count_ = 0;
-    PointMm last_;
-    bool begun_ = false;
+    std::uint64_t again_ = 0;
+    std::optional<PoseMm> last_;
+    double driven_mm_ = 0;
 };
 
 }  // namespace vemra::robot

@@ -7,7 +7,6 @@
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/maps/grid_maps.h"
-#include "robot/services/navigation/goals/navigation_goals.h"
 
 namespace vemra::robot {
 namespace {
@@ -24,7 +23,6 @@ void ExploreLeaves::install(leaf::LeafHost& host)
     // The search's goal stands on open floor with the unknown in sight: there is nothing to better.
     host.action("ExploreOpt", [this](BT::TreeNode&) { return passed(parts_.blackboard.contains(kGoal)); });
     host.action("FindNearestTarget", [this](BT::TreeNode&) { return takeNearestReachable(); });
-    host.action("FindNearestBoundary", [this](BT::TreeNode& node) { return findBoundary(node); });
 }
 
 bool ExploreLeaves::targetIsKnown() const
@@ -58,30 +56,6 @@ BT::NodeStatus ExploreLeaves::takeNearestReachable()
         return BT::NodeStatus::FAILURE;
     }
     parts_.blackboard.set(kGoal, centreOf(way->cells.back()));
-    return BT::NodeStatus::SUCCESS;
-}
-
-BT::NodeStatus ExploreLeaves::findBoundary(BT::TreeNode& node) const
-{
-    const auto source = pointOf(node, "source_point");
-    const std::string key = textOf(node, "out_target_point");
-    if (!source || key.empty()) {
-        return BT::NodeStatus::FAILURE;
-    }
-    const PlanningMap plan = planningMapOf(map_, switches_);
-    const CellIndex from = cellAt(*source);
-    const CostGrid costs = costsFor(plan, from, {.unknown = false});
-    auto way = nearestFrontier({map_, plan, costs, from, std::nullopt, parts_.blackboard});
-    if (!way) {
-        // A floor without an open edge ends at its walls.
-        way = findNearest(costs, from, [&](CellIndex cell) {
-            return plan.at(cell) == Ground::Open && !isOpenAround(plan, cell);
-        });
-    }
-    if (!way) {
-        return BT::NodeStatus::FAILURE;
-    }
-    node.blackboard()->set(key, centreOf(way->cells.back()));
     return BT::NodeStatus::SUCCESS;
 }
 

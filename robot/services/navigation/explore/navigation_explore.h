@@ -19,7 +19,6 @@ public:
 
 private:
     BT::NodeStatus takeNearestReachable();
-    BT::NodeStatus findBoundary(BT::TreeNode& node) const;
     [[nodiscard]] bool targetIsKnown() const;
 
     RobotParts parts_;

@@ -1,0 +1,209 @@
+#include "robot/services/coverage/chains.h"
+
+#include <algorithm>
+
+#include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/core/leaf_functions.h"
+
+namespace vemra::robot {
+namespace {
+
+// From a place on open floor so far away a wall can be run at.
+constexpr int kBlockWithin = 6;
+// The wall of an end lies so near to it.
+constexpr int kWallWithin = 8;
+constexpr double kBehindFaceMm = 120;
+constexpr std::uint64_t kFreshFrames = 10;
+constexpr double kMarkedMm = 150;
+
+}  // namespace
+
+BT::NodeStatus ChainLeaves::mark(const BT::TreeNode& node)
+{
+    ground_.sync();
+    TracedWalls& walls = ground_.map().tracedWalls();
+    int chain = node.getParam<int>("chain_id").value_or(0);
+    if (chain < 1 || static_cast<std::size_t>(chain) > walls.chains().size()) {
+        chain = walls.begin(node.getParam<bool>("follow_wall_right").value_or(true));
+        parts_.blackboard.set("current_chain_id", chain);
+    }
+    if (!walls.draw(chain, ground_.map().pose())) {
+        return BT::NodeStatus::SUCCESS;
+    }
+    walls.close(chain);
+    return BT::NodeStatus::FAILURE;
+}
+
+std::optional<CellIndex> ChainLeaves::untracedNear(CellIndex cell) const
+{
+    std::optional<CellIndex> nearest;
+    int least = kBlockWithin * kBlockWithin + 1;
+    for (int row = -kBlockWithin; row <= kBlockWithin; ++row) {
+        for (int column = -kBlockWithin; column <= kBlockWithin; ++column) {
+            const CellIndex at{cell.column + column, cell.row + row};
+            const int away = row * row + column * column;
+            if (away < least && ground_.isUntraced(at)) {
+                least = away;
+                nearest = at;
+            }
+        }
+    }
+    return nearest;
+}
+
+std::optional<GridPath> ChainLeaves::nearestBlock(const SearchGround& ground)
+{
+    ground_.sync();
+    block_.reset();
+    std::optional<CellIndex> block;
+    const auto way = findNearest(ground.costs, ground.from, [&](CellIndex cell) {
+        if (ground.plan.at(cell) != Ground::Open || ground.plan.room.at(cell) > kBlockWithin * kBlockWithin ||
+            (ground.region && !contains(*ground.region, centreOf(cell)))) {
+            return false;
+        }
+        block = untracedNear(cell);
+        return block && ground_.offers().isOpen("block", centreOf(*block)) &&
+               !ground_.isEnclosed(ground.plan, centreOf(cell));
+    });
+    if (!way || !block) {
+        return std::nullopt;
+    }
+    block_ = centreOf(*block);
+    ground_.offers().take("block", *block_);
+    ground.keys.set("awesome_search_block", *block_);
+    ground.keys.set("chain_region_check_point", centreOf(way->cells.back()));
+    ground.keys.set("current_chain_id", 0);
+    ground.keys.set("follow_wall_dir", true);
+    return way;
+}
+
+// Is there, beside the last place of an open chain, wall that was not followed?
+bool ChainLeaves::goesOn(const TracedWalls::Chain& chain) const
+{
+    if (!chain.open || chain.places.empty()) {
+        return false;
+    }
+    const CellIndex end = cellAt(chain.places.back().at);
+    for (int row = -kWallWithin; row <= kWallWithin; ++row) {
+        for (int column = -kWallWithin; column <= kWallWithin; ++column) {
+            if (ground_.isUntraced({end.column + column, end.row + row})) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+std::optional<GridPath> ChainLeaves::nearestEnd(const SearchGround& ground)
+{
+    ground_.sync();
+    const auto& chains = ground_.map().tracedWalls().chains();
+    std::optional<GridPath> best;
+    std::size_t of = 0;
+    for (std::size_t i = 0; i < chains.size(); ++i) {
+        if (!goesOn(chains[i])) {
+            continue;
+        }
+        const PointMm end = chains[i].places.back().at;
+        if ((ground.region && !contains(*ground.region, end)) || !ground_.offers().isOpen("chain", end)) {
+            continue;
+        }
+        auto way = findWay(ground.plan, ground.costs, ground.from, end, kMarkedMm);
+        if (way && (!best || way->cost < best->cost)) {
+            best = std::move(way);
+            of = i;
+        }
+    }
+    if (best) {
+        ground_.offers().take("chain", chains[of].places.back().at);
+        ground.keys.set("current_chain_id", static_cast<int>(of) + 1);
+        ground.keys.set("follow_wall_dir", chains[of].wall_right);
+    }
+    return best;
+}
+
+// A fresh contact with something that no chain goes round.
+BT::NodeStatus ChainLeaves::needsFollowing()
+{
+    ground_.sync();
+    const RobotMap& map = ground_.map();
+    const PointMm contact = map.lastContact();
+    const CellIndex at = cellAt(contact);
+    if (map.lastContactFrame() == 0 || parts_.state.frame > map.lastContactFrame() + kFreshFrames ||
+        map.tracedWalls().isTraced(at)) {
+        return BT::NodeStatus::FAILURE;
+    }
+    return passed(ground_.offers().take("contact", contact));
+}
+
+BT::NodeStatus ChainLeaves::extendBlock(const BT::TreeNode& node)
+{
+    const auto block = pointOf(node, "block_point");
+    const auto from = pointOf(node, "source_point");
+    const auto region = boxOf(node, "region");
+    const std::string key = textOf(node, "out_block_point");
+    if (!block || !from || key.empty() || distance(*block, *from) < 1) {
+        return BT::NodeStatus::FAILURE;
+    }
+    const PointMm behind = *block + (kBehindFaceMm / distance(*block, *from)) * (*block - *from);
+    if (region && !contains(*region, *block)) {
+        return BT::NodeStatus::FAILURE;
+    }
+    node.blackboard()->set(key, behind);
+    return BT::NodeStatus::SUCCESS;
+}
+
+void ChainLeaves::install(leaf::LeafHost& host)
+{
+    host.condition("MarkChainCheckOverlap", [this](BT::TreeNode& node) { return mark(node); });
+    host.action("CloseChain", [this](BT::TreeNode& node) {
+        const int chain = node.getParam<int>("chain_id").value_or(0);
+        if (chain > 0) {
+            ground_.map().tracedWalls().close(chain);
+        } else if (block_) {
+            ground_.offers().useUp("block", *block_);
+        }
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.condition("HasOpenChain", [this](BT::TreeNode& node) {
+        const auto region = boxOf(node, "region");
+        const auto& chains = ground_.map().tracedWalls().chains();
+        return passed(std::any_of(chains.begin(), chains.end(), [&](const TracedWalls::Chain& chain) {
+            return goesOn(chain) && (!region || contains(*region, chain.places.back().at));
+        }));
+    });
+    host.condition("GongNeedFollowWall", [this](BT::TreeNode&) { return needsFollowing(); });
+    host.action("ExtendBlockPoint", [this](BT::TreeNode& node) { return extendBlock(node); });
+    installRegions(host);
+}
+
+void ChainLeaves::installRegions(leaf::LeafHost& host)
+{
+    host.condition("IsPointInRegionArea", [this](BT::TreeNode& node) {
+        ground_.sync();
+        if (const std::string key = textOf(node, "out_map"); !key.empty()) {
+            node.blackboard()->set(key, std::make_shared<const Grid<unsigned char>>(ground_.outside()));
+        }
+        const auto point = pointOf(node, "src_point");
+        return passed(point && ground_.isEnclosed(ground_.plan(), *point));
+    });
+    host.condition("IsPointOutOfAllChainRegion", [this](BT::TreeNode& node) {
+        const auto point = pointOf(node, "source_point");
+        return passed(point && !ground_.isEnclosed(ground_.plan(), *point));
+    });
+    host.action("MarkFollowWallMap", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    host.condition("InFollowWallMarkMap", [this](BT::TreeNode& node) {
+        const auto point = pointOf(node, "point");
+        const int within = static_cast<int>(kMarkedMm / kCellMm);
+        bool marked = false;
+        for (int row = -within; point && row <= within; ++row) {
+            for (int column = -within; column <= within; ++column) {
+                const CellIndex at = cellAt(*point);
+                marked = marked || ground_.map().tracedWalls().isTraced({at.column + column, at.row + row});
+            }
+        }
+        return passed(marked);
+    });
+}
+
+}  // namespace vemra::robot
