@@ -13,7 +13,6 @@ namespace {
 
 using leaf::KeyContract;
 using leaf::KeyOrigin;
-using leaf::KeyType;
 using leaf::PortType;
 
 /// The keys that a text refers to by "${...}". A reference that is put together from others is left out.

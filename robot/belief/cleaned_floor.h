@@ -24,10 +24,7 @@ public:
     /// How many of the four raster cells of a map cell were swept in this pass.
     [[nodiscard]] int sweptQuarters(CellIndex cell) const;
     /// Swept in any pass.
-    [[nodiscard]] double areaM2() const
-    {
-        return static_cast<double>(count_) * kRasterMm * kRasterMm / 1e6;
-    }
+    [[nodiscard]] double areaM2() const { return static_cast<double>(count_) * kRasterMm * kRasterMm / 1e6; }
 
 private:
     bool mark(PointMm point);

@@ -28,8 +28,8 @@ public:
 
     /// Begins a chain and gives its number.
     int begin(bool wall_right);
-    /// The robot follows the wall of a chain. True when it has run onto a wall that was traced before, its own
-    /// beginning included: for some length its way has led along the same side of the same wall.
+    /// The robot follows the wall of a chain. True when it has run onto a wall that was traced before, its
+    /// own beginning included: for some length its way has led along the same side of the same wall.
     bool draw(int chain, const PoseMm& pose);
     void close(int chain);
     void reset();

@@ -24,10 +24,10 @@ struct CleaningRun
 /// Three rows of cells are swept by one line: 150 mm, so that the 200 mm of the brush overlap.
 inline constexpr int kRowsPerLine = 3;
 
-/// The runs that are left of a floor. Lines lie in every third row (column, if they are to run along y) of the
-/// map, so that those of one search fit those of the next; where no such row can be driven, unswept floor gets
-/// a line of its own (exact cellular decomposition into rows; Choset 2000). `unswept` is asked for open cells
-/// of the region alone.
+/// The runs that are left of a floor. Lines lie in every third row (column, if they are to run along y) of
+/// the map, so that those of one search fit those of the next; where no such row can be driven, unswept floor
+/// gets a line of its own (exact cellular decomposition into rows; Choset 2000). `unswept` is asked for open
+/// cells of the region alone.
 std::vector<CleaningRun> cleaningRuns(const PlanningMap& plan, const CellWindow& region, bool along_y,
                                       const std::function<bool(CellIndex)>& unswept);
 

@@ -8,7 +8,6 @@ namespace {
 constexpr int kFitsFrom = 16;  // 4 cells, squared: half a cell less is the robot's radius
 // A beam alone leaves a trace that is no way yet.
 constexpr int kSeenAroundCells = 3;
-constexpr int kKnownToFit = 9;  // 3 cells
 
 void forbid(PlanningMap& map, const BoxMm& around, const std::function<bool(PointMm)>& touches)
 {
@@ -131,8 +130,7 @@ PlanningMap makePlanningMap(const Grid<CellState>& cells, const PlanningSources&
     map.ground = Grid<Ground>(cells.window(), Ground::Open, Ground::Solid);
     for (std::size_t i = 0; i < map.ground.cells().size(); ++i) {
         const int room = map.room.cells()[i];
-        const bool fits = room >= kFitsFrom ||
-                          (room >= kKnownToFit && sources.passed && sources.passed(cells.window().cellOf(i)));
+        const bool fits = room >= kFitsFrom;
         map.ground.cells()[i] = room == 0 ? Ground::Solid
                                 : !fits   ? Ground::Tight
                                 : to_unknown.cells()[i] < kSeenAroundCells * kSeenAroundCells

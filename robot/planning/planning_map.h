@@ -43,13 +43,12 @@ struct PlanningSources
 {
     std::span<const PointMm> contacts = {};       ///< things that only the bumper met
     const VirtualWalls* virtual_walls = nullptr;  ///< none if they are switched off
-    /// Cells that the robot has stood on: there it fits even if the map says that it just does not.
-    std::function<bool(CellIndex)> passed = {};
 };
 
 /// The window of `cells` as a planning map; beyond it everything counts as solid. The disc of the robot fits
-/// on a cell when the nearest obstacle cell is four or more cells away, middle to middle; where it has stood
-/// before three will do.
+/// on a cell when the nearest obstacle cell is four or more cells away, middle to middle. Where the robot
+/// came through a narrower gap the way is a bridge, which is crossed with care; a plain drive would refuse
+/// it.
 PlanningMap makePlanningMap(const Grid<CellState>& cells, const PlanningSources& sources);
 
 /// For each cell the square of the distance to the nearest cell of a state, at most `far` cells. Two passes,

@@ -41,8 +41,9 @@ SweptFloor::SweptFloor(const Home& home)
 PointMm SweptFloor::centreOf(std::size_t index) const
 {
     const auto width = static_cast<std::size_t>(columns_);
+    const std::size_t row = index / width;
     return home_.origin() + PointMm{(static_cast<double>(index % width) + 0.5) * cell_mm_,
-                                    (static_cast<double>(index / width) + 0.5) * cell_mm_};
+                                    (static_cast<double>(row) + 0.5) * cell_mm_};
 }
 
 void SweptFloor::sweepAt(const PoseMm& pose)

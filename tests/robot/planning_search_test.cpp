@@ -55,14 +55,6 @@ TEST(PlanningMap, GrowsObstaclesByTheRobotsRadius)
     EXPECT_EQ(map.at({-1, 5}), Ground::Solid);
 }
 
-TEST(PlanningMap, WhereTheRobotStoodBeforeItFitsOneCellTighter)
-{
-    const std::vector<std::string> lines = twoRooms(6);  // 300 mm by the map
-    const auto stood = [](CellIndex cell) { return cell.row == 12 || cell.row == 13; };
-    EXPECT_FALSE(Search(lines).way(kRight));
-    EXPECT_TRUE(Search(lines, {.passed = stood}).way(kRight));
-}
-
 TEST(FindWay, GoesThroughADoorAndKeepsOffItsPosts)
 {
     const Search search(twoRooms(14));

@@ -8,7 +8,7 @@ namespace vemra::robot {
 namespace {
 
 // So many of the four quarters of a cell must be swept.
-constexpr int kSweptQuarters = 3;
+constexpr int kSweptQuarters = 2;
 // Enclosed floor around a place: so much of it, within so many cells.
 constexpr int kEnclosedWithin = 10;
 constexpr int kEnclosedCells = 20;
@@ -63,9 +63,8 @@ std::vector<CleaningRun> CoverageGround::runsLeft(const PlanningMap& plan, const
     std::vector<CleaningRun> runs = cleaningRuns(plan, window, *along_y_, [this](CellIndex cell) {
         return map_.cleaned().sweptQuarters(cell) < kSweptQuarters;
     });
-    std::erase_if(runs, [this](const CleaningRun& run) {
-        return !offers_.isOpen("line", centreOf(run.middle()));
-    });
+    std::erase_if(runs,
+                  [this](const CleaningRun& run) { return !offers_.isOpen("line", centreOf(run.middle())); });
     return runs;
 }
 
@@ -93,9 +92,8 @@ bool CoverageGround::isEnclosed(const PlanningMap& plan, PointMm place)
     for (int row = -kEnclosedWithin; row <= kEnclosedWithin; ++row) {
         for (int column = -kEnclosedWithin; column <= kEnclosedWithin; ++column) {
             const CellIndex cell{middle.column + column, middle.row + row};
-            enclosed += out.at(cell) == 0 && !map_.tracedWalls().isWay(cell) && plan.at(cell) == Ground::Open
-                            ? 1
-                            : 0;
+            enclosed +=
+                out.at(cell) == 0 && !map_.tracedWalls().isWay(cell) && plan.at(cell) == Ground::Open ? 1 : 0;
         }
     }
     return enclosed >= kEnclosedCells;

@@ -25,9 +25,10 @@ public:
     [[nodiscard]] OfferBook& offers() { return offers_; }
     [[nodiscard]] PlanningMap plan() const;
 
-    /// The runs of cleaning lines that are left in a region and may still be offered. Direction: as asked, else
-    /// as for the search before, else along the longer side of the floor.
-    [[nodiscard]] std::vector<CleaningRun> runsLeft(const PlanningMap& plan, const std::optional<BoxMm>& region,
+    /// The runs of cleaning lines that are left in a region and may still be offered. Direction: as asked,
+    /// else as for the search before, else along the longer side of the floor.
+    [[nodiscard]] std::vector<CleaningRun> runsLeft(const PlanningMap& plan,
+                                                    const std::optional<BoxMm>& region,
                                                     std::optional<bool> along_y);
     /// The longer side of the open floor of a region lies along y.
     [[nodiscard]] static bool longerAlongY(const PlanningMap& plan, const CellWindow& region);

@@ -31,7 +31,8 @@ PointMm LineLeaves::finishOf(const PlanningMap& plan, const CleaningRun& run) co
     for (int i = 0; i < kBehindCells && (step.column != 0 || step.row != 0); ++i) {
         cell = {cell.column + step.column, cell.row + step.row};
         if (ground_.isUntraced(cell)) {
-            return finish + kTouchMm * PointMm{static_cast<double>(step.column), static_cast<double>(step.row)};
+            return finish +
+                   kTouchMm * PointMm{static_cast<double>(step.column), static_cast<double>(step.row)};
         }
         if (plan.at(cell) == Ground::Solid || plan.at(cell) == Ground::Forbidden) {
             break;

@@ -19,9 +19,8 @@ constexpr char kCurrent[] = "current_subregion";
 PointMm nearestBorder(const BoxMm& box, PointMm at)
 {
     const PointMm places[] = {{box.low.x, at.y}, {box.high.x, at.y}, {at.x, box.low.y}, {at.x, box.high.y}};
-    return *std::min_element(std::begin(places), std::end(places), [&](PointMm a, PointMm b) {
-        return distance(a, at) < distance(b, at);
-    });
+    return *std::min_element(std::begin(places), std::end(places),
+                             [&](PointMm a, PointMm b) { return distance(a, at) < distance(b, at); });
 }
 
 }  // namespace

@@ -84,9 +84,7 @@ PlanningMap planningMapOf(const RobotMap& map, const SensorSwitches& switches)
     }
     const VirtualWalls walls = switchedOn(map.virtualWalls(), switches);
     return makePlanningMap(map.occupancy().states(map.occupancy().window()),
-                           {.contacts = contacts, .virtual_walls = &walls, .passed = [&map](CellIndex cell) {
-                                return map.track().passed(cell);
-                            }});
+                           {.contacts = contacts, .virtual_walls = &walls});
 }
 
 std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& switches, double radius_mm)

@@ -30,9 +30,7 @@ Track::Usable TrajectoryService::usable(const BT::TreeNode& node) const
     const bool with_neighbours = node.getParam<bool>("with_nb8").value_or(false);
     const OccupancyMap& laser = map_.occupancy();
     const auto plan = std::make_shared<const PlanningMap>(
-        by_laser_alone ? makePlanningMap(laser.states(laser.window()),
-                                         {.passed = [this](CellIndex c) { return map_.track().passed(c); }})
-                       : planningMapOf(map_, switches_));
+        by_laser_alone ? makePlanningMap(laser.states(laser.window()), {}) : planningMapOf(map_, switches_));
     return [plan, with_neighbours](CellIndex cell) {
         return with_neighbours ? isOpenAround(*plan, cell) : plan->at(cell) == Ground::Open;
     };
