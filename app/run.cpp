@@ -185,7 +185,7 @@ int run(const RunOptions& options)
 void addRunCommand(CLI::App& program, int& exit_code)
 {
     auto options = std::make_shared<RunOptions>();
-    options->scenario = robot::sampleFile("scenarios/day_on_the_dock.yaml");
+    options->scenario = robot::sampleFile("scenarios/whole_home.yaml");
     options->plugin = ownTreeLibrary();
 
     CLI::App* command = program.add_subcommand("run", "Play a scenario in a home and print its time line");
@@ -194,7 +194,9 @@ void addRunCommand(CLI::App& program, int& exit_code)
             "--home", options->home,
             "Map of the home (YAML as map_server writes it); without it the scenario's, or a sample flat")
         ->type_name("FILE");
-    command->add_option("--scenario", options->scenario, "What happens when; without it a day on the dock")
+    command
+        ->add_option("--scenario", options->scenario,
+                     "What happens when; without it the robot cleans the whole home")
         ->type_name("FILE");
     command->add_option("--dock", options->dock, "Where the dock stands, in metres and degrees")
         ->type_name("X,Y,DEG");

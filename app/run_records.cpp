@@ -1,5 +1,6 @@
 #include "app/run_records.h"
 
+#include <utility>
 #include <vector>
 
 #include "robot/drawing/home_picture.h"
@@ -43,13 +44,17 @@ void RunRecords::write(const robot::Robot& robot, const std::string& title)
     folder_.add(
         "timeline.png",
         robot::pngBytes(robot::runPicture(robot.log().entries(), robot.frame(), title), kPixelsAPoint));
+    robot::HomeMarks marks{.title = title,
+                           .dock = robot.dock(),
+                           .robot = robot.body().truePose(),
+                           .walls = robot.virtualWalls(),
+                           .track = trackOf(robot.body()),
+                           .missed_mm = robot.missedFloorMm()};
+    // Before anything is swept all floor is missed.
+    if (robot.sweptM2() > 0)
+        marks.missed = robot.missedFloor();
     folder_.add("home.png",
-                robot::pngBytes(robot::homePicture(robot.home(), {.title = title,
-                                                                  .dock = robot.dock(),
-                                                                  .robot = robot.body().truePose(),
-                                                                  .walls = robot.virtualWalls(),
-                                                                  .track = trackOf(robot.body())}),
-                                kPixelsAPoint));
+                robot::pngBytes(robot::homePicture(robot.home(), std::move(marks)), kPixelsAPoint));
     folder_.write();
 }
 

@@ -21,6 +21,7 @@ constexpr Colour kFaint{0x6d7782};
 constexpr Colour kTrack{0x2f7ed8, 0.75};
 constexpr Colour kCarried{0x8a94a6};
 constexpr Colour kForbidden{0xc0392b};
+constexpr Colour kMissed{0xe9a23b};
 constexpr Colour kDock{0x2c9a57};
 constexpr Colour kRobot{0xe4572e};
 
@@ -46,6 +47,7 @@ public:
         cells(CellState::Free, kFloor);
         metreLines();
         cells(CellState::Occupied, kSolid);
+        missedFloor();
         virtualWalls();
         track();
         dock();
@@ -93,6 +95,19 @@ private:
             }
         }
         pen_.colour(fill);
+        cairo_fill(pen_.context());
+        cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_DEFAULT);
+    }
+
+    void missedFloor()
+    {
+        const PointMm half{marks_.missed_mm / 2, marks_.missed_mm / 2};
+        cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_NONE);
+        cairo_new_path(pen_.context());
+        for (const PointMm& middle : marks_.missed) {
+            outline(middle - half, middle + half);
+        }
+        pen_.colour(kMissed);
         cairo_fill(pen_.context());
         cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_DEFAULT);
     }
@@ -222,6 +237,9 @@ private:
         }
         if (!marks_.track.empty()) {
             at = key(at, base, kTrack, "track");
+        }
+        if (!marks_.missed.empty()) {
+            at = key(at, base, kMissed, "not swept");
         }
         if (marks_.track.size() > 1) {
             key(at, base, kCarried, "carried");

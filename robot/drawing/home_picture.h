@@ -20,6 +20,9 @@ struct HomeMarks
     VirtualWalls walls = {};  ///< as the robot keeps them
     /// Where the robot really went on its own wheels: a stretch each time from where it was put down.
     std::vector<std::vector<PointMm>> track;
+    /// Middles of squares of floor that was to be swept and was not, and their edge.
+    std::vector<PointMm> missed = {};
+    double missed_mm = 10;
 };
 
 /// The home from above, y up, with a bar of one metre. Keeps home by reference: it must outlive the picture.

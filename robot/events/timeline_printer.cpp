@@ -103,6 +103,11 @@ void TimelinePrinter::summarise(const nlohmann::ordered_json& report)
         out_ << fmt::format(", {:.1f} m driven", report.value("run_mm", 0.0) / 1000);
     }
     out_ << '\n';
+    if (report.value("cleaned_m2", 0.0) > 0) {
+        out_ << fmt::format("{:.1f} % of {:.1f} m2 cleaned, {:.1f} m2 of it again; ideal time {:.0f} s\n",
+                            100 * report.value("coverage", 0.0), report.value("reachable_m2", 0.0),
+                            report.value("recleaned_m2", 0.0), report.value("ideal_time_s", 0.0));
+    }
     if (const auto expected = report.find("expectations"); expected != report.end())
         summariseExpectations(*expected);
     const auto unanswered = report.find("leaves_without_service");

@@ -47,7 +47,7 @@ TEST(RunCommand, PrintsOneObjectALineAndTheReportLast)
     }
     const auto report = nlohmann::json::parse(lines.back())["report"];
     EXPECT_EQ(report["frames"], 2300);
-    EXPECT_EQ(report["mode"], "StandbyMode");
+    EXPECT_EQ(report["mode"], "AutoCleanMode");
     EXPECT_EQ(run({"--json", "--frames", "2300"}).out, result.out);
 }
 
@@ -84,7 +84,7 @@ TEST(RunCommand, LeavesItsRecordsInAFolder)
     for (const std::string& row : track)
         EXPECT_EQ(std::count(row.begin(), row.end(), ','), 12) << row;
     EXPECT_THAT(track, testing::Contains(
-                           "20,0.40,3000.0,3625.0,90.00,3000.0,3625.0,90.00,0,0,80.01,ChargingMode,0.00"))
+                           "20,0.40,3000.0,3625.0,90.00,3000.0,3625.0,90.00,0,0,100.00,ChargingMode,0.00"))
         << "a change of mode";
     for (const char* picture : {"timeline.png", "home.png"})
         EXPECT_THAT(bytesOf(out / picture), StartsWith("\x89PNG")) << picture;
@@ -102,13 +102,13 @@ TEST(RunCommand, RunsInAnyMapAndSaysWhereItPutTheDock)
     const auto map = folder.write("room.yaml",
                                   "image: room.pgm\nresolution: 0.05\norigin: [0, 0, 0]\nnegate: 0\n"
                                   "occupied_thresh: 0.65\nfree_thresh: 0.196\n");
-    // The day of those who name no scenario, in which the robot is taken off its dock.
+    // Who names no scenario has the robot clean.
     const ProgramResult result = run({"--home", map.string(), "--frames", "2300", "--json"});
     EXPECT_EQ(result.exit_code, 0) << result.err;
     EXPECT_THAT(result.err, HasSubstr("names no dock; it is put at --dock "));
     const auto report = nlohmann::json::parse(linesOf(result.out).back())["report"];
     EXPECT_FALSE(report["on_dock"]);
-    EXPECT_EQ(report["mode"], "StandbyMode");
+    EXPECT_EQ(report["mode"], "AutoCleanMode");
     EXPECT_THAT(result.err, HasSubstr(report["dock"].get<std::string>()));
 }
 

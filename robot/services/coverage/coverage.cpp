@@ -1,5 +1,7 @@
 #include "robot/services/coverage/coverage.h"
 
+#include <algorithm>
+
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/navigation/goals/navigation_goals.h"
@@ -52,9 +54,22 @@ void CoverageService::update()
 // The same floor and the same book as the planner of lines goes by: what is found here has a line.
 std::optional<GridPath> CoverageService::nearestUnswept(const SearchGround& ground)
 {
-    const std::vector<CleaningRun> runs = ground_.runsLeft(ground.plan, ground.region, std::nullopt);
-    const auto run = nearestRun(runs, ground.costs, ground.from);
-    return run ? findPath(ground.costs, ground.from, run->first) : std::nullopt;
+    std::vector<CleaningRun> runs = ground_.runsLeft(ground.plan, ground.region, std::nullopt);
+    while (const auto run = nearestRun(runs, ground.costs, ground.from)) {
+        auto way = findPath(ground.costs, ground.from, run->first);
+        const bool over_bridge =
+            way && std::any_of(way->cells.begin(), way->cells.end(), [&](CellIndex cell) {
+                return ground.plan.at(cell) == Ground::Tight && !(cell == ground.from);
+            });
+        // The trees go over a trial bridge without asking for a line: the way itself is the offer then.
+        if (!over_bridge || ground_.offers().take("over a bridge", centreOf(run->first))) {
+            return way;
+        }
+        std::erase_if(runs, [&](const CleaningRun& other) {
+            return other.first == run->first || other.last == run->first;
+        });
+    }
+    return std::nullopt;
 }
 
 std::optional<GridPath> CoverageService::nearestUnseen(const SearchGround& ground)

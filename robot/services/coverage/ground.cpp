@@ -8,7 +8,7 @@ namespace vemra::robot {
 namespace {
 
 // So many of the four quarters of a cell must be swept.
-constexpr int kSweptQuarters = 2;
+constexpr int kSweptQuarters = 3;
 // Enclosed floor around a place: so much of it, within so many cells.
 constexpr int kEnclosedWithin = 10;
 constexpr int kEnclosedCells = 20;

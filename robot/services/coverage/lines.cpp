@@ -21,24 +21,28 @@ constexpr double kHardlyCleanedM2 = 1;
 
 }  // namespace
 
-// Where an untraced thing ends the line it is to be touched: that is how islands are found.
-PointMm LineLeaves::finishOf(const PlanningMap& plan, const CleaningRun& run) const
+// A line goes over the whole of its last cell where there is room. Where an untraced thing ends it, the thing
+// is to be touched: that is how islands are found.
+PointMm LineLeaves::endOf(const PlanningMap& plan, CellIndex from, CellIndex end, bool touches) const
 {
-    const CellIndex step{(run.last.column > run.first.column) - (run.last.column < run.first.column),
-                         (run.last.row > run.first.row) - (run.last.row < run.first.row)};
-    const PointMm finish = centreOf(run.last);
-    CellIndex cell = run.last;
-    for (int i = 0; i < kBehindCells && (step.column != 0 || step.row != 0); ++i) {
-        cell = {cell.column + step.column, cell.row + step.row};
+    const CellIndex step{(end.column > from.column) - (end.column < from.column),
+                         (end.row > from.row) - (end.row < from.row)};
+    const PointMm along{static_cast<double>(step.column), static_cast<double>(step.row)};
+    const PointMm middle = centreOf(end);
+    CellIndex cell{end.column + step.column, end.row + step.row};
+    if (plan.at(cell) == Ground::Open) {
+        return middle + (kCellMm / 2) * along;
+    }
+    for (int i = 0; touches && i < kBehindCells && from != end; ++i) {
         if (ground_.isUntraced(cell)) {
-            return finish +
-                   kTouchMm * PointMm{static_cast<double>(step.column), static_cast<double>(step.row)};
+            return middle + kTouchMm * along;
         }
         if (plan.at(cell) == Ground::Solid || plan.at(cell) == Ground::Forbidden) {
             break;
         }
+        cell = {cell.column + step.column, cell.row + step.row};
     }
-    return finish;
+    return middle;
 }
 
 BT::NodeStatus LineLeaves::planNext(const BT::TreeNode& node, std::optional<BoxMm> region)
@@ -61,7 +65,8 @@ BT::NodeStatus LineLeaves::planNext(const BT::TreeNode& node, std::optional<BoxM
     if (!run || !ground_.offers().take("line", centreOf(run->middle()))) {
         return BT::NodeStatus::FAILURE;
     }
-    parts_.blackboard.set(kNextLine, SegmentMm{centreOf(run->first), finishOf(plan, *run)});
+    parts_.blackboard.set(kNextLine, SegmentMm{endOf(plan, run->last, run->first, false),
+                                               endOf(plan, run->first, run->last, true)});
     return BT::NodeStatus::SUCCESS;
 }
 

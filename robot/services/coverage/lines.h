@@ -19,7 +19,7 @@ private:
     BT::NodeStatus planTurn(const BT::TreeNode& node);
     BT::NodeStatus extendFinish(const BT::TreeNode& node);
     BT::NodeStatus chooseDirection();
-    [[nodiscard]] PointMm finishOf(const PlanningMap& plan, const CleaningRun& run) const;
+    [[nodiscard]] PointMm endOf(const PlanningMap& plan, CellIndex from, CellIndex end, bool touches) const;
     [[nodiscard]] BT::NodeStatus nothingLeft(const char* region_key);
 
     RobotParts parts_;
