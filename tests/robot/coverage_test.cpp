@@ -2,8 +2,8 @@
 
 #include <cmath>
 #include <numbers>
-#include <random>
 
+#include "robot/base/chance.h"
 #include "robot/belief/cleaned_floor.h"
 #include "robot/belief/traced_walls.h"
 #include "robot/grid_sketch.h"
@@ -70,14 +70,15 @@ TEST(SweptFloor, ReachesWhatTheSideBrushGetsTo)
 
 TEST(SquaredDistances, AgreeWithALookAtEachPair)
 {
-    std::mt19937 chance(5);
+    Chance source(5);
+    const auto upTo = [&source](int end) { return static_cast<int>(source.uniform() * end); };
     for (int round = 0; round < 20; ++round) {
-        const int columns = 1 + static_cast<int>(chance() % 20);
-        const int rows = 1 + static_cast<int>(chance() % 20);
+        const int columns = 1 + upTo(20);
+        const int rows = 1 + upTo(20);
         std::vector<bool> marked(static_cast<std::size_t>(columns * rows));
-        marked[chance() % marked.size()] = true;
+        marked[static_cast<std::size_t>(upTo(columns * rows))] = true;
         for (std::size_t i = 0; i < marked.size(); ++i)
-            marked[i] = marked[i] || chance() % 9 == 0;
+            marked[i] = marked[i] || upTo(9) == 0;
         const std::vector<float> found = squaredDistancesTo(marked, columns, rows);
         for (int at = 0; at < columns * rows; ++at) {
             int least = columns * columns + rows * rows;
@@ -182,14 +183,14 @@ TEST(OfferBook, GivesTheSameTwiceAndAThirdTimeWhenSomethingChanged)
 // Drives each run that the planner gives, as it gives them, until it gives none.
 TEST(CleaningRuns, SweepAllLineFloorOfAnyRoomOnce)
 {
-    std::mt19937 chance(11);
+    Chance source(11);
+    const auto upTo = [&source](int end) { return static_cast<int>(source.uniform() * end); };
     for (int round = 0; round < 12; ++round) {
         std::vector<std::string> lines = room(70, 50);
         for (int thing = 0; thing < 4; ++thing) {
-            const int column = 5 + static_cast<int>(chance() % 50);
-            const int row = 5 + static_cast<int>(chance() % 35);
-            fill(lines, {column, row},
-                 {column + static_cast<int>(chance() % 12), row + static_cast<int>(chance() % 8)}, '#');
+            const int column = 5 + upTo(50);
+            const int row = 5 + upTo(35);
+            fill(lines, {column, row}, {column + upTo(12), row + upTo(8)}, '#');
         }
         const Home home = sketch(lines);
         const PlanningMap plan = makePlanningMap(gridOf(home), {});

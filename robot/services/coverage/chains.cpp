@@ -56,7 +56,7 @@ std::optional<GridPath> ChainLeaves::nearestBlock(const SearchGround& ground)
     ground_.sync();
     block_.reset();
     std::optional<CellIndex> block;
-    const auto way = findNearest(ground.costs, ground.from, [&](CellIndex cell) {
+    auto way = findNearest(ground.costs, ground.from, [&](CellIndex cell) {
         if (ground.plan.at(cell) != Ground::Open || ground.plan.room.at(cell) > kBlockWithin * kBlockWithin ||
             (ground.region && !contains(*ground.region, centreOf(cell)))) {
             return false;
