@@ -13,7 +13,9 @@ constexpr int kBlockWithin = 6;
 // The wall of an end lies so near to it.
 constexpr int kWallWithin = 8;
 constexpr double kBehindFaceMm = 120;
-constexpr std::uint64_t kFreshFrames = 10;
+// A contact is fresh while the robot has done no more than back off from it.
+constexpr std::uint64_t kFreshFrames = 100;
+constexpr double kFreshWithinMm = 300;
 constexpr double kMarkedMm = 150;
 
 }  // namespace
@@ -130,7 +132,7 @@ BT::NodeStatus ChainLeaves::needsFollowing()
     const PointMm contact = map.lastContact();
     const CellIndex at = cellAt(contact);
     if (map.lastContactFrame() == 0 || parts_.state.frame > map.lastContactFrame() + kFreshFrames ||
-        map.tracedWalls().isTraced(at)) {
+        distance(contact, map.pose().at) > kFreshWithinMm || map.tracedWalls().isTraced(at)) {
         return BT::NodeStatus::FAILURE;
     }
     return passed(ground_.offers().take("contact", contact));
