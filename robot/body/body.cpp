@@ -44,6 +44,7 @@ Body::Body(const World& world, const PoseMm& at, Chance chance, const BodyConfig
       config_(config),
       odometry_chance_(chance.branch()),
       laser_chance_(chance.branch()),
+      dock_chance_(chance.branch()),
       odometry_scale_(1 + 0.003 * odometry_chance_.gaussian()),
       pose_(at),
       odometry_(at)
@@ -100,7 +101,16 @@ void Body::step(double seconds)
 
     feelContacts();
     feelFloor();
+    hearDock();
     recordTrack(false);
+}
+
+void Body::hearDock()
+{
+    if (const auto& field = world_.dockField()) {
+        dock_hearing_ = hear(*field, world_.visible(), pose_, dock_chance_);
+        near_dock_ = field->isNear(pose_.at, world_.visible());
+    }
 }
 
 void Body::turnWheels(double seconds)
@@ -250,6 +260,7 @@ void Body::putAt(const PoseMm& at)
     recent_scan_ = {};
     feelContacts();
     feelFloor();
+    hearDock();
     recordTrack(true);
 }
 

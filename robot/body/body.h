@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "robot/base/chance.h"
+#include "robot/body/dock_receivers.h"
 #include "robot/body/laser.h"
 #include "robot/body/pose_source.h"
 #include "robot/world/dock.h"
@@ -111,6 +112,11 @@ public:
     /// too; nothing beyond 150 mm gives no value.
     [[nodiscard]] std::optional<double> nearAhead() const;
 
+    /// What the four receivers hear of the dock's infrared in this step.
+    [[nodiscard]] const Hearing& dockHearing() const { return dock_hearing_; }
+    /// The robot stands in the dock's near field.
+    [[nodiscard]] bool nearDock() const { return near_dock_; }
+
     // --- ground truth: for the world, figures and tests, not for services
 
     [[nodiscard]] const PoseMm& truePose() const { return pose_; }
@@ -155,6 +161,7 @@ private:
     void touch(PointMm direction);
     void feelContacts();
     void feelFloor();
+    void hearDock();
     void putAt(const PoseMm& at);
     void recordTrack(bool carried);
 
@@ -162,6 +169,7 @@ private:
     BodyConfig config_;
     Chance odometry_chance_;
     Chance laser_chance_;
+    Chance dock_chance_;
     double odometry_scale_;
 
     PoseMm pose_;
@@ -178,6 +186,8 @@ private:
     WheelDrop wheel_drop_;
     bool rear_contact_ = false;
     bool lifted_ = false;
+    Hearing dock_hearing_;
+    bool near_dock_ = false;
     double flow_speed_ = 0;
     double turn_rate_ = 0;
     double since_moved_s_ = 1e9;

@@ -31,8 +31,27 @@ bool isAway(const PoseMm& a, const PoseMm& b, double mm, double degrees)
 // Every dock has room here, since the robot could not back out of it otherwise.
 PoseMm poseBefore(const Dock& dock)
 {
-    const PoseMm docked = dockedPose(dock);
-    return {docked.at - kBeforeDockMm * direction(docked.yaw), docked.yaw};
+    return {dockedPose(dock).at + kBeforeDockMm * direction(dock.face.yaw),
+            wrapped({dock.face.yaw.value + 180})};
+}
+
+// What the scenario says of the dock.
+RobotSetup docked(RobotSetup setup)
+{
+    setup.dock.backwards = setup.dock.backwards || setup.scenario.start.dock.backwards;
+    return setup;
+}
+
+DockField fieldOf(const RobotSetup& setup)
+{
+    const DockStart& start = setup.scenario.start.dock;
+    DockField::Config config;
+    config.exchanged = start.exchanged;
+    config.dropouts = start.dropouts.value_or(config.dropouts);
+    for (const AreaMm& mirror : start.mirrors) {
+        config.mirrors.push_back({mirror.low, mirror.high});
+    }
+    return {setup.dock, std::move(config)};
 }
 
 PoseMm startPose(const RobotSetup& setup)
@@ -65,7 +84,7 @@ void Robot::addObserver(BT::StatusObserver& observer)
 }
 
 Robot::Robot(RobotSetup setup)
-    : setup_(std::move(setup)),
+    : setup_(docked(std::move(setup))),
       chance_(setup_.seed),
       world_(setup_.home),
       body_(world_, startPose(setup_), chance_.branch()),
@@ -80,6 +99,7 @@ Robot::Robot(RobotSetup setup)
 {
     for (const BoxMm& cliff : setup_.cliffs)
         world_.addCliff(cliff);
+    world_.setDockField(fieldOf(setup_));
     checkPlaces(setup_.scenario, world_.solid());
     blackboard_->setClock(clock_);
     log_.addSink(expectations_);

@@ -37,10 +37,29 @@ StoredMap readStoredMap(const YamlFields& map)
     return stored;
 }
 
+DockStart readDock(const YamlFields& dock)
+{
+    dock.allowOnly({"exchanged", "backwards", "dropouts", "mirrors"});
+    DockStart read;
+    read.exchanged = dock.has("exchanged") && dock.flag("exchanged");
+    read.backwards = dock.has("backwards") && dock.flag("backwards");
+    if (dock.has("dropouts")) {
+        read.dropouts = dock.number("dropouts", 0, 1);
+    }
+    for (const YAML::Node& mirror : dock.list("mirrors")) {
+        const std::vector<double> ends = dock.places(mirror, "mirrors", 4);
+        if (ends[0] == ends[2] && ends[1] == ends[3]) {
+            dock.failAt(mirror, "\"mirrors\": expected lines [x0, y0, x1, y1] between two places");
+        }
+        read.mirrors.push_back({{1e3 * ends[0], 1e3 * ends[1]}, {1e3 * ends[2], 1e3 * ends[3]}});
+    }
+    return read;
+}
+
 ScenarioStart readStart(const YamlFields& start)
 {
     start.allowOnly({"on_dock", "pose", "battery", "child_lock", "charge_rate", "drain_rate",
-                     "breakpoint_resume", "annoy", "parameters_confirmed_after", "map", "keys"});
+                     "breakpoint_resume", "annoy", "parameters_confirmed_after", "map", "dock", "keys"});
     ScenarioStart read;
     if (start.has("on_dock")) {
         read.on_dock = start.flag("on_dock");
@@ -75,6 +94,9 @@ ScenarioStart readStart(const YamlFields& start)
     }
     if (start.has("map")) {
         read.map = readStoredMap(start.fields("map"));
+    }
+    if (start.has("dock")) {
+        read.dock = readDock(start.fields("dock"));
     }
     if (start.has("keys")) {
         read.keys = keysOf(start, "keys");

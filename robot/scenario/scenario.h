@@ -207,6 +207,15 @@ struct AnnoyTime
     std::uint64_t to = 0;
 };
 
+/// How the dock of a run is, where it is not as docks are.
+struct DockStart
+{
+    bool exchanged = false;          ///< its left and right emitters are built in the wrong way round
+    bool backwards = false;          ///< the robot backs onto it
+    std::optional<double> dropouts;  ///< share of a receiver's frames in which it misses the signal
+    std::vector<AreaMm> mirrors;     ///< lines from low to high that throw its infrared back
+};
+
 struct StoredMap
 {
     bool present = true;
@@ -227,6 +236,7 @@ struct ScenarioStart
     std::optional<AnnoyTime> annoy;
     std::optional<std::uint64_t> parameters_confirmed_after;  ///< frames
     StoredMap map;
+    DockStart dock;
     SetKeys keys;  ///< on the blackboard from the beginning
 };
 

@@ -32,7 +32,7 @@ std::string proposal(const Home& home)
 
 PoseMm dockedPose(const Dock& dock)
 {
-    return {before(dock, kRobotRadiusMm), wrapped({dock.face.yaw.value + 180})};
+    return {before(dock, kRobotRadiusMm), wrapped({dock.face.yaw.value + (dock.backwards ? 0 : 180)})};
 }
 
 void checkDock(const Home& home, const Dock& dock, const std::string& file, int line)

@@ -13,11 +13,11 @@ struct Dock
 {
     /// Where the dock's face stands at the wall; yaw is the direction in which it looks into the room.
     PoseMm face;
+    bool backwards = false;  ///< the robot's contacts are at its back: it backs onto the dock
     bool operator==(const Dock&) const = default;
 };
 
-/// The robot drives onto the dock head first and backs out of it: docked, it touches the dock's face and
-/// looks at it.
+/// Docked, the robot touches the dock's face and looks at it; backed onto the dock, it looks into the room.
 PoseMm dockedPose(const Dock& dock);
 
 /// Throws InputError with the given file and line, naming what is wrong: the dock lies outside the map or in

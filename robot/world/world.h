@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
+#include "robot/world/dock_field.h"
 #include "robot/world/home.h"
 
 namespace vemra::robot {
@@ -38,6 +41,10 @@ public:
     [[nodiscard]] const std::vector<BoxMm>& cliffs() const { return cliffs_; }
     [[nodiscard]] bool isCliff(PointMm point) const;
 
+    /// The dock begins to send.
+    void setDockField(DockField field) { dock_field_ = std::move(field); }
+    [[nodiscard]] const std::optional<DockField>& dockField() const { return dock_field_; }
+
 private:
     struct Thing
     {
@@ -53,6 +60,7 @@ private:
     Home visible_;
     std::vector<Thing> things_;
     std::vector<BoxMm> cliffs_;
+    std::optional<DockField> dock_field_;
     ThingId next_id_ = 1;
 };
 

@@ -125,7 +125,8 @@ std::string SensingService::virtualContact() const
 std::string SensingService::contact() const
 {
     const bool ignored = parts_.blackboard.contains("ignore_all_bump_event_flag");
-    if (!ignored && parts_.body.bumper().any()) {
+    // Docked, the bumper rests on the dock.
+    if (!ignored && !parts_.state.contacts.touching() && parts_.body.bumper().any()) {
         return directionOf(parts_.body.bumper());
     }
     if (!cliffs_off_ && parts_.body.cliffs().any()) {

@@ -1,0 +1,148 @@
+#include "robot/services/dock_signal/dock_signal.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/core/leaf_functions.h"
+
+namespace vemra::robot {
+namespace {
+
+constexpr std::uint64_t kLostFrames = 60;
+constexpr std::uint64_t kLeftFieldFrames = 50;
+constexpr std::uint64_t kMiddleLatelyFrames = 100;
+constexpr double kRunMm = 300;  // the run that the second weighing aims
+constexpr double kMostOffsetMm = 150;
+constexpr double kOffsetPerSideMm = 45;
+constexpr double kRememberedMm = 50;  // beside the line, where only the first weighing tells the side
+constexpr double kTurnOverDeg = 15;
+
+}  // namespace
+
+void DockSignalService::update()
+{
+    hearing_.update(parts_.body, parts_.state.contacts.touching());
+    if (parts_.body.bumper().any()) {
+        bumped_frame_ = parts_.state.frame;
+        ever_bumped_ = true;
+    }
+}
+
+void DockSignalService::install(leaf::LeafHost& host)
+{
+    installSenses(host);
+    installDrives(host);
+    installWeighings(host);
+    installReflections(host);
+    installBackIn(host);
+}
+
+void DockSignalService::installSenses(leaf::LeafHost& host)
+{
+    host.condition("ChargerReceiverPickedUpSignal", [this](BT::TreeNode& node) {
+        return passed(hearing_.hears(textOf(node, "receiver"), textOf(node, "signal")));
+    });
+    host.condition("SignalTypeMatch", [](BT::TreeNode& node) {
+        // Nothing was marked yet: that is no signal.
+        return passed(textOf(node, "a_type", "None") == textOf(node, "b_type", "None"));
+    });
+    host.condition("InDockField", [this](BT::TreeNode&) { return passed(parts_.body.nearDock()); });
+    host.condition("ConsistentlyLostDockSignal", [this](BT::TreeNode&) { return passed(stillLost()); });
+    host.condition("ConsistentlyNotInDockField",
+                   [this](BT::TreeNode&) { return passed(hearing_.outOfFieldFrames() >= kLeftFieldFrames); });
+    host.condition("InMiddleDockOnceInAWhile", [this](BT::TreeNode&) {
+        return passed(hearing_.offMiddleFrames() <= kMiddleLatelyFrames);
+    });
+    // The filter works at the beginning of each frame, whoever asks.
+    host.action("DockSignalFilter", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    host.builder("DockSignalBitFilter",
+                 RunningAction::builder([](BT::TreeNode&) { return BT::NodeStatus::RUNNING; }));
+    host.builder("MarkDockSignal", RunningAction::builder([this](BT::TreeNode& node) {
+                     return mark(node.status() != BT::NodeStatus::RUNNING);
+                 }));
+}
+
+// The turn beside it ends without notice: the keys are right on every tick.
+BT::NodeStatus DockSignalService::mark(bool begins)
+{
+    if (begins) {
+        marking_ = {};
+        side_turned_ = false;
+    }
+    const double yaw = pose_.pose().yaw.value;
+    marking_.listen(hearing_, yaw, parts_.body.nearDock());
+    parts_.blackboard.set("marker_dir", marking_.directionDeg(yaw));
+    parts_.blackboard.set("marker_signal_type", std::string(marking_.type()));
+    parts_.blackboard.set("marker_in_dock_field", std::string(marking_.inDockField() ? "true" : "false"));
+    return BT::NodeStatus::RUNNING;
+}
+
+// A drive that begins in silence has its time too.
+bool DockSignalService::stillLost()
+{
+    const std::uint64_t now = parts_.state.frame;
+    if (now > lost_asked_ + 1 || lost_asked_ == 0) {
+        lost_begun_ = now;
+    }
+    lost_asked_ = now;
+    return std::min(hearing_.silentFrames(), now - lost_begun_) >= kLostFrames;
+}
+
+void DockSignalService::installDrives(leaf::LeafHost& host)
+{
+    Body& body = parts_.body;
+    const DockHearing& hearing = hearing_;
+    const RobotState& state = parts_.state;
+    host.builder("FollowDockSignal", MotionAction::builder<FollowDockSignalAction>(body, hearing, state));
+    host.builder("FollowDockSignalFindCenter",
+                 MotionAction::builder<FollowDockSignalFindCenterAction>(body, hearing, state));
+    host.builder("FollowDockSignalFinal",
+                 MotionAction::builder<FollowDockSignalFinalAction>(body, hearing, state, approaches_));
+    host.builder("SurroundCharger", MotionAction::builder<SurroundChargerAction>(body, hearing, state));
+    for (const char* leaf : {"DockFinal7001", "FollowDockSignalBack"}) {
+        host.builder(leaf, MotionAction::builder<BackOntoDockAction>(body, hearing, state));
+    }
+    // Once after each marking turn the robot goes round a thing on the side on which the dock lies.
+    host.action("FollowWallDirJug", [this](BT::TreeNode& node) {
+        double marker = 0;
+        if (side_turned_ || !node.blackboard()->get("marker_dir", marker)) {
+            return BT::NodeStatus::SUCCESS;
+        }
+        const double off = wrapped({marker - pose_.pose().yaw.value}).value;
+        if (std::abs(off) > kTurnOverDeg) {
+            side_turned_ = true;
+            node.blackboard()->set("follow_wall_dir", std::string(off > 0 ? "true" : "false"));
+        }
+        return BT::NodeStatus::SUCCESS;
+    });
+}
+
+void DockSignalService::installWeighings(leaf::LeafHost& host)
+{
+    host.action("WeighDockSignalFirstStep", [this](BT::TreeNode&) {
+        first_side_ = hearing_.side();
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("WeighDockSignalSecondStep", [this](BT::TreeNode& node) { return weighSecond(node); });
+}
+
+// The robot stands off the dock and faces it. A run away from the dock, turned to the side of the middle
+// line by asin(offset / run), ends on the line.
+BT::NodeStatus DockSignalService::weighSecond(BT::TreeNode& node)
+{
+    const std::string key = textOf(node, "out_angle_deg");
+    if (key.empty()) {
+        return BT::NodeStatus::FAILURE;
+    }
+    double offset = std::clamp(kOffsetPerSideMm * hearing_.side(), -kMostOffsetMm, kMostOffsetMm);
+    if (offset == 0) {
+        offset = kRememberedMm * std::clamp(first_side_, -1, 1);
+    }
+    const double away = pose_.pose().yaw.value + hearing_.bearingDeg().value_or(0) + 180;
+    // On the right as it faces the dock, the line is to the right of the way back.
+    node.blackboard()->set(key, away - degreesOfRadians(std::asin(offset / kRunMm)).value);
+    return BT::NodeStatus::SUCCESS;
+}
+
+}  // namespace vemra::robot

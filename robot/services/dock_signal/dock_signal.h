@@ -1,0 +1,50 @@
+#pragma once
+
+#include <optional>
+
+#include "robot/body/pose_source.h"
+#include "robot/services/core/service.h"
+#include "robot/services/dock_signal/dock_follows.h"
+#include "robot/services/dock_signal/dock_hearing.h"
+#include "robot/services/dock_signal/signal_marking.h"
+
+namespace vemra::robot {
+
+/// What the robot hears of its dock and how it drives by it: the receivers, the marking turn, the follows,
+/// the weighings that make a better approach of a failed one, reflections, and backing onto the dock.
+class DockSignalService final : public Service
+{
+public:
+    DockSignalService(const RobotParts& parts, const PoseSource& pose) : parts_(parts), pose_(pose) {}
+
+    void install(leaf::LeafHost& host) override;
+    void update() override;
+
+private:
+    void installSenses(leaf::LeafHost& host);
+    void installDrives(leaf::LeafHost& host);
+    void installWeighings(leaf::LeafHost& host);
+    void installReflections(leaf::LeafHost& host);
+    void installBackIn(leaf::LeafHost& host);
+    [[nodiscard]] BT::NodeStatus mark(bool begins);
+    [[nodiscard]] bool stillLost();
+    [[nodiscard]] BT::NodeStatus weighSecond(BT::TreeNode& node);
+    [[nodiscard]] double turnToSource() const;
+    [[nodiscard]] BT::NodeStatus measureDock(bool begins);
+    [[nodiscard]] std::optional<Degrees> wallBehindLooks() const;
+
+    RobotParts parts_;
+    const PoseSource& pose_;
+    DockHearing hearing_;
+    SignalMarking marking_;
+    FinalApproaches approaches_;
+    std::uint64_t lost_asked_ = 0;  ///< frame in which the leaf was last asked
+    std::uint64_t lost_begun_ = 0;  ///< first frame of the drive that it watches over
+    std::uint64_t bumped_frame_ = 0;
+    bool ever_bumped_ = false;
+    bool side_turned_ = false;  ///< since the last marking turn
+    int first_side_ = 0;
+    std::uint64_t measuring_since_ = 0;
+};
+
+}  // namespace vemra::robot
