@@ -23,6 +23,11 @@ constexpr double kTurnOverDeg = 15;
 void DockSignalService::update()
 {
     hearing_.update(parts_.body, parts_.state.contacts.touching());
+    heard_frames_ = hearing_.hearsAny() ? heard_frames_ + 1 : 0;
+    if (parts_.state.contacts.touching()) {
+        mute_at_.clear();
+        told_of_dock_at_.reset();
+    }
     if (parts_.body.bumper().any()) {
         bumped_frame_ = parts_.state.frame;
         ever_bumped_ = true;
@@ -36,6 +41,7 @@ void DockSignalService::install(leaf::LeafHost& host)
     installWeighings(host);
     installReflections(host);
     installBackIn(host);
+    installExploring(host);
 }
 
 void DockSignalService::installSenses(leaf::LeafHost& host)

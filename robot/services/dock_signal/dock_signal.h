@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "robot/body/pose_source.h"
 #include "robot/services/core/service.h"
@@ -26,6 +27,9 @@ private:
     void installWeighings(leaf::LeafHost& host);
     void installReflections(leaf::LeafHost& host);
     void installBackIn(leaf::LeafHost& host);
+    void installExploring(leaf::LeafHost& host);
+    [[nodiscard]] bool foundWhileExploring();
+    void markWhereHeard();
     [[nodiscard]] BT::NodeStatus mark(bool begins);
     [[nodiscard]] bool stillLost();
     [[nodiscard]] BT::NodeStatus weighSecond(BT::TreeNode& node);
@@ -45,6 +49,11 @@ private:
     bool side_turned_ = false;  ///< since the last marking turn
     int first_side_ = 0;
     std::uint64_t measuring_since_ = 0;
+    int heard_frames_ = 0;                    ///< without a break
+    std::uint64_t told_asked_ = 0;            ///< frame in which exploring last asked for the dock
+    std::optional<PointMm> told_of_dock_at_;  ///< it was told of there, and what came of it is open
+    std::vector<PointMm> mute_at_;            ///< chases from there failed
+    double marked_strength_ = 0;
 };
 
 }  // namespace vemra::robot

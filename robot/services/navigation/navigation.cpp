@@ -18,6 +18,7 @@ NavigationService::NavigationService(const RobotParts& parts, RobotMap& map, con
       bridges_(parts, map_, switches),
       search_(parts, map_, switches, bridges_.book()),
       explore_(parts, map_, switches),
+      random_points_(parts, map_, switches),
       wall_following_(parts, view_, search_)
 {}
 
@@ -34,6 +35,7 @@ void NavigationService::install(leaf::LeafHost& host)
     bridges_.install(host);
     search_.install(host);
     explore_.install(host);
+    random_points_.install(host);
     wall_following_.install(host);
     installPointLeaves(host);
     installRandomPoint(host);

@@ -4,6 +4,7 @@
 #include "robot/services/maps/grid_maps.h"
 #include "robot/services/navigation/drive/navigation_drive.h"
 #include "robot/services/navigation/explore/navigation_explore.h"
+#include "robot/services/navigation/explore/random_points.h"
 #include "robot/services/navigation/goals/trajectory.h"
 #include "robot/services/navigation/search/navigation_search.h"
 #include "robot/services/wall_following/wall_following.h"
@@ -35,6 +36,7 @@ private:
     BridgeService bridges_;
     NavigationSearch search_;
     ExploreLeaves explore_;
+    RandomPoints random_points_;
     WallFollowing wall_following_;
 };
 
