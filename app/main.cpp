@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "app/batch/batch.h"
 #include "app/completion/commands.h"
 #include "app/leaves/commands.h"
 #include "app/manual.h"
@@ -68,6 +69,7 @@ int main(int argc, char** argv)
     program.require_subcommand(1);
     int exit_code = kDone;
     addRunCommand(program, exit_code);
+    addBatchCommand(program, exit_code);
     addTreesCommand(program, exit_code);
     addLeavesCommand(program);
     addManualCommand(program);

@@ -39,6 +39,7 @@ struct RunOptions
     std::string dock;
     std::optional<std::string> tree;
     std::string goal;
+    std::string pose;
     std::uint64_t seed = 1;
     std::optional<std::uint64_t> frames;
     std::optional<std::filesystem::path> out;
@@ -95,6 +96,19 @@ std::optional<robot::PointMm> goalOf(const RunOptions& options, const robot::Sce
     return robot::PointMm{1e3 * metres->at(0), 1e3 * metres->at(1)};
 }
 
+/// --pose puts the robot down there, whatever the scenario says.
+void putAt(robot::ScenarioStart& start, const std::string& pose)
+{
+    if (pose.empty())
+        return;
+    const auto at = robot::numbersOfText(pose, 3);
+    if (!at)
+        throw robot::InputError(
+            "--pose", 0, "\"" + pose + "\": expected X,Y,DEG in metres and degrees, as in 1.25,-0.4,90");
+    start.on_dock = false;
+    start.pose = robot::PoseMm{{1e3 * at->at(0), 1e3 * at->at(1)}, {at->at(2)}};
+}
+
 /// What the scenario expected in vain goes to standard error too: whoever runs many reads it there.
 int verdict(const Robot& robot, const std::string& scenario)
 {
@@ -128,6 +142,7 @@ int run(const RunOptions& options)
 {
     robot::Scenario scenario = robot::readScenario(options.scenario);
     const std::string scenario_file = scenario.file;
+    putAt(scenario.start, options.pose);
     const robot::HomeFile home = robot::readHome(homeOf(options, scenario));
     const robot::Dock dock = dockOf(options, home);
     const std::uint64_t frames = options.frames.value_or(scenario.frames);
@@ -199,6 +214,8 @@ void addRunCommand(CLI::App& program, int& exit_code)
                      "What happens when; without it the robot cleans the whole home")
         ->type_name("FILE");
     command->add_option("--dock", options->dock, "Where the dock stands, in metres and degrees")
+        ->type_name("X,Y,DEG");
+    command->add_option("--pose", options->pose, "Where the robot stands at first, off the dock")
         ->type_name("X,Y,DEG");
     command->add_option("--seed", options->seed, "Seed of the run's chance")
         ->check(wholeNumber(0))

@@ -84,6 +84,8 @@ public:
     [[nodiscard]] const VirtualWalls& virtualWalls() const { return knowledge_.map.virtualWalls(); }
     [[nodiscard]] BT::Blackboard& blackboard() { return *blackboard_; }
 
+    /// How often the root has ended in failure.
+    [[nodiscard]] std::uint64_t rootFailures() const { return root_failures_; }
     /// What came of the run, in figures.
     [[nodiscard]] nlohmann::ordered_json report() const;
 
