@@ -5,7 +5,18 @@
 namespace vemra::robot {
 namespace {
 
-constexpr int kFitsFrom = 16;  // 4 cells, squared: half a cell less is the robot's radius
+constexpr int kFitsCells = 4;  // half a cell less is the robot's radius
+constexpr int kFitsFrom = kFitsCells * kFitsCells;
+
+// Obstacles as near as can be on both sides: a gap as wide as the body, through which nobody drives.
+bool isBetween(const Grid<CellState>& obstacles, CellIndex cell)
+{
+    const auto solid = [&](int columns, int rows) {
+        return obstacles.at({cell.column + columns, cell.row + rows}) == CellState::Occupied;
+    };
+    return (solid(kFitsCells, 0) && solid(-kFitsCells, 0)) || (solid(0, kFitsCells) && solid(0, -kFitsCells));
+}
+
 // A beam alone leaves a trace that is no way yet.
 constexpr int kSeenAroundCells = 3;
 
@@ -130,7 +141,8 @@ PlanningMap makePlanningMap(const Grid<CellState>& cells, const PlanningSources&
     map.ground = Grid<Ground>(cells.window(), Ground::Open, Ground::Solid);
     for (std::size_t i = 0; i < map.ground.cells().size(); ++i) {
         const int room = map.room.cells()[i];
-        const bool fits = room >= kFitsFrom;
+        const bool fits =
+            room > kFitsFrom || (room == kFitsFrom && !isBetween(obstacles, map.room.window().cellOf(i)));
         map.ground.cells()[i] = room == 0 ? Ground::Solid
                                 : !fits   ? Ground::Tight
                                 : to_unknown.cells()[i] < kSeenAroundCells * kSeenAroundCells

@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::uint32_t kAgainAfter = 10;  // tenths of a metre
 constexpr double kTenthMm = 100;
+constexpr double kSpareMm = 5;
 
 // 10 mm, coarser where a home is so large that this takes hundreds of megabytes.
 double rasterOf(const Home& home)
@@ -84,6 +85,7 @@ void SweptFloor::follow(const PoseMm& pose, bool brushes_on)
     }
 }
 
+// A gap as wide as the body lets it through on paper only.
 std::vector<bool> SweptFloor::reachable(PointMm from) const
 {
     std::vector<bool> blocked(swept_at_.size());
@@ -95,7 +97,7 @@ std::vector<bool> SweptFloor::reachable(PointMm from) const
     }
     // The middle of the body keeps its radius from the nearest edge; edges lie half a cell before middles.
     const std::vector<float> to_blocked = squaredDistancesTo(blocked, columns_, rows_);
-    const double needed = kRobotRadiusMm / cell_mm_ + 0.5 - 1e-3;
+    const double needed = (kRobotRadiusMm + kSpareMm) / cell_mm_ + 0.5 - 1e-3;
     const auto stands = [&](std::size_t i) { return to_blocked[i] >= needed * needed; };
 
     std::vector<bool> reached(open.size());

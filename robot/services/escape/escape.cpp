@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "robot/base/clock.h"
+#include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/motion_action.h"
 #include "robot/services/escape/escape_path.h"
 
@@ -21,6 +22,22 @@ constexpr int kInAirFrames = 500;
 constexpr double kTiltDeg = 10;
 /// Escapes that may fail in a row before it is an error.
 constexpr int kMostTries = 3;
+/// Escapes within so long and so near to each other are from one and the same trap.
+constexpr std::uint64_t kHereFrames = 1500;
+constexpr double kHereMm = 250;
+constexpr std::size_t kTriesHere = 2;
+constexpr std::size_t kRemembered = 16;
+
+}  // namespace
+
+namespace {
+
+/// The trouble lies in where the robot stands, and not in what has caught it.
+bool isOfThePlace(EscapeKind kind)
+{
+    return kind == EscapeKind::Bump || kind == EscapeKind::ForwardSuffocate ||
+           kind == EscapeKind::TurnSuffocate || kind == EscapeKind::BumpRepeat;
+}
 
 }  // namespace
 
@@ -42,6 +59,12 @@ private:
         frame_ = 0;
         calm_ = 0;
         in_air_ = 0;
+        // What did not help lately does not help now.
+        const std::size_t before = service_.timesHere();
+        into_the_open_ = before >= kTriesHere && isOfThePlace(kind_);
+        if (into_the_open_) {
+            path_ = pathIntoTheOpen(body().recentScan(), before - kTriesHere);
+        }
         service_.began(kind_);
         return true;
     }
@@ -54,7 +77,7 @@ private:
         }
         workOff();
         calm_ = service_.felt(kind_) ? 0 : calm_ + 1;
-        if (calm_ >= kCalmFrames && !leadsAway(kind_)) {
+        if (calm_ >= kCalmFrames && !leadsAway(kind_) && !into_the_open_) {
             return end(true);
         }
         if (step_ < path_.size() && frame_ >= path_[step_].frames) {
@@ -62,7 +85,7 @@ private:
             frame_ = 0;
         }
         if (step_ >= path_.size()) {
-            return end(leadsAway(kind_) || calm_ > 0);
+            return end(leadsAway(kind_) || into_the_open_ || calm_ > 0);
         }
         ++frame_;
         drive(path_[step_].speeds);
@@ -86,6 +109,7 @@ private:
     EscapeService& service_;
     EscapeKind kind_;
     std::vector<WheelStep> path_;
+    bool into_the_open_ = false;
     std::size_t step_ = 0;
     int frame_ = 0;
     int calm_ = 0;
@@ -154,8 +178,26 @@ void EscapeService::update()
     clearErrors();
 }
 
+// On the map: the wheels of a robot that pushes lead its odometry away.
+PointMm EscapeService::place() const
+{
+    return pointOf(parts_.blackboard, "current_pose").value_or(parts_.body.odometry().at);
+}
+
+std::size_t EscapeService::timesHere() const
+{
+    const PointMm at = place();
+    return static_cast<std::size_t>(std::count_if(begun_.begin(), begun_.end(), [&](const Begun& begun) {
+        return parts_.state.frame - begun.frame <= kHereFrames && distance(begun.at, at) <= kHereMm;
+    }));
+}
+
 void EscapeService::began(EscapeKind kind)
 {
+    begun_.push_back({parts_.state.frame, place()});
+    if (begun_.size() > kRemembered) {
+        begun_.pop_front();
+    }
     const EscapeName& name = nameOf(kind);
     parts_.report("escape", "escape: " + std::string(name.about), {{"kind", name.word}});
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <deque>
 
 #include "robot/services/escape/escape_watch.h"
 #include "robot/services/sensing/sensing.h"
@@ -41,13 +42,23 @@ private:
         return troubles_mm_[static_cast<std::size_t>(kind)];
     }
     void began(EscapeKind kind);
+    /// How often an escape began about here lately.
+    [[nodiscard]] std::size_t timesHere() const;
+    [[nodiscard]] PointMm place() const;
     /// `in_air`: nobody set the robot down.
     void ended(EscapeKind kind, bool free, bool in_air);
     void raiseError(EscapeKind kind);
     void clearErrors();
 
+    struct Begun
+    {
+        std::uint64_t frame = 0;
+        PointMm at;
+    };
+
     RobotParts parts_;
     const SensingService& sensing_;
+    std::deque<Begun> begun_;  ///< the last escapes
     EscapeWatch watch_;
     std::array<double, kEscapeKinds> troubles_mm_{};  ///< work left until the robot is free
     std::array<int, kEscapeKinds> failed_{};          ///< escapes in a row that did not work

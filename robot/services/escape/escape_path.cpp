@@ -1,5 +1,8 @@
 #include "robot/services/escape/escape_path.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "robot/base/clock.h"
 
 namespace vemra::robot {
@@ -61,6 +64,24 @@ std::vector<WheelStep> workWheel(bool left)
     return {{back, 40}, {forward, 40}, {back, 40}, {forward, 40}, straight(kBack, 60)};
 }
 
+// How far the body gets in a direction before it meets what the laser sees; along a gap as wide as itself
+// too.
+double freeRun(const LaserScan& scan, double bearing_deg, double most_mm)
+{
+    constexpr double kHalfBodyMm = kRobotRadiusMm - 15;
+    double run = most_mm;
+    for (std::size_t beam = 0; beam < scan.ranges_mm.size(); ++beam) {
+        if (!scan.ranges_mm[beam]) {
+            continue;
+        }
+        const PointMm point = *scan.ranges_mm[beam] * direction({scan.bearing(beam).value - bearing_deg});
+        if (point.x > 0 && std::abs(point.y) < kHalfBodyMm) {
+            run = std::min(run, point.x - std::sqrt(kHalfBodyMm * kHalfBodyMm - point.y * point.y));
+        }
+    }
+    return std::max(run, 0.0);
+}
+
 }  // namespace
 
 std::vector<WheelStep> escapePath(EscapeKind kind, const Sides& felt)
@@ -104,6 +125,38 @@ std::vector<WheelStep> escapePath(EscapeKind kind, const Sides& felt)
             return {straight(kBack, 100), straight(-kBack, 60), straight(kBack, 100)};
     }
     return {};
+}
+
+std::vector<WheelStep> pathIntoTheOpen(const LaserScan& scan, std::size_t turn)
+{
+    constexpr int kStepDeg = 5;
+    constexpr double kFarMm = 1500;
+    constexpr double kApartDeg = 60;
+    constexpr double kMostRunMm = 700;
+    struct Opening
+    {
+        double bearing;
+        double run_mm;
+    };
+    std::vector<Opening> openings;
+    for (int bearing = -180; bearing < 180; bearing += kStepDeg) {
+        openings.push_back({static_cast<double>(bearing), freeRun(scan, bearing, kFarMm)});
+    }
+    std::stable_sort(openings.begin(), openings.end(),
+                     [](const Opening& a, const Opening& b) { return a.run_mm > b.run_mm; });
+    std::vector<Opening> chosen;
+    for (const Opening& opening : openings) {
+        const bool apart = std::all_of(chosen.begin(), chosen.end(), [&](const Opening& other) {
+            return std::abs(wrapped({opening.bearing - other.bearing}).value) >= kApartDeg;
+        });
+        if (apart) {
+            chosen.push_back(opening);
+        }
+    }
+    const Opening& to = chosen[turn % chosen.size()];
+    const double run_mm = std::min(to.run_mm, kMostRunMm);
+    return {spin(to.bearing >= 0 ? kTurn : -kTurn, framesOfTurn(std::abs(to.bearing))),
+            straight(-kBack, static_cast<int>(run_mm / -kBack * 1000 / kFrameMs))};
 }
 
 bool leadsAway(EscapeKind kind)

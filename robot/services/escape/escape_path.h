@@ -17,6 +17,10 @@ struct WheelStep
 /// An escape that is over sooner leaves the rest.
 [[nodiscard]] std::vector<WheelStep> escapePath(EscapeKind kind, const Sides& felt);
 
+/// Out into the open, where the same trouble came back: a turn to where the laser sees the most room and a
+/// run there. With `turn` 1, 2, ... to the next best opening, for what the laser does not see.
+[[nodiscard]] std::vector<WheelStep> pathIntoTheOpen(const LaserScan& scan, std::size_t turn);
+
 /// Whether all of the path has to be driven: it leads away from the place, and only that helps.
 [[nodiscard]] bool leadsAway(EscapeKind kind);
 

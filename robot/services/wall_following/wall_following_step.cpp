@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "robot/base/clock.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/maps/grid_maps.h"
 
@@ -16,6 +17,7 @@ constexpr double kTurnAwayDeg = 25;
 constexpr double kTurnAwayDegS = 70;
 constexpr int kMostContactsInVain = 12;
 constexpr double kGotOnMm = 60;
+constexpr double kMostSpunDeg = 540;
 // A wall so near is being followed; one that was left so long ago is lost. Half a turn round a corner takes
 // three seconds.
 constexpr double kAtWallMm = 100;
@@ -34,6 +36,8 @@ bool FollowStepAction::begin()
     contacts_in_vain_ = 0;
     frames_without_wall_ = kLostFrames;
     contact_at_ = view_.map.pose().at;
+    spun_deg_ = 0;
+    spun_at_ = contact_at_;
     return true;
 }
 
@@ -71,6 +75,14 @@ BT::NodeStatus FollowStepAction::advance()
         manner.most_towards_deg_s = 0;
     }
     const Motion motion = alongWall(pose, obstacles, manner);
+    if (distance(pose.at, spun_at_) >= kGotOnMm) {
+        spun_deg_ = 0;
+        spun_at_ = pose.at;
+    }
+    spun_deg_ += motion.forward == 0 ? std::abs(body().turnRate()) * kFrameMs / 1000.0 : 0;
+    if (spun_deg_ >= kMostSpunDeg) {
+        return BT::NodeStatus::FAILURE;
+    }
     driveArc(motion.forward, motion.turn);
     return BT::NodeStatus::RUNNING;
 }

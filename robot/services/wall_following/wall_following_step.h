@@ -13,7 +13,7 @@ namespace vemra::robot {
 
 /// `SensorConsole`: drives along a wall for as long as it is ticked; straight on where there is none. A
 /// contact makes it back off a little and turn away from the wall. Fails when contact follows contact and it
-/// gets nowhere.
+/// gets nowhere, and when it has looked all around and there is no way on.
 class FollowStepAction final : public MotionAction
 {
 public:
@@ -36,6 +36,8 @@ private:
     int contacts_in_vain_ = 0;
     int frames_without_wall_ = 0;
     PointMm contact_at_;
+    double spun_deg_ = 0;  ///< on the spot, since it last got on
+    PointMm spun_at_;
 };
 
 /// `FollowWallNotLooped`: passes until the track since the beginning of the follow comes back to itself. A
