@@ -146,6 +146,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
     nlohmann::ordered_json line{{"seed", one.seed},
                                 {"good", ended == "docked"},
                                 {"ended", ended},
+                                {"frames", robot.frame()},
                                 {"time_s", tenths(static_cast<double>(robot.frame()) / kFramesPerSecond)}};
     line.update(one.about);
     if (heard && !one.cleans)

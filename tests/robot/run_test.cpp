@@ -69,9 +69,9 @@ TEST(Run, TellsWhichLeavesHaveNobodyBehindThem)
     run.play();
     const nlohmann::ordered_json report = run.robot->report();
     EXPECT_EQ(report["frames"], 3000);
-    EXPECT_EQ(report["mode"], "BackHomeMode");  // it looks for the dock yet
+    EXPECT_EQ(report["mode"], "ChargingMode");  // it came home from half a metre away
     EXPECT_FALSE(report["leaves_without_service"].contains("ChangeRobotModeTo"));
-    EXPECT_TRUE(report["leaves_without_service"].contains("InDockField"));
+    EXPECT_TRUE(report["leaves_without_service"].contains("TraceLogger"));
     EXPECT_THAT(run.bytes(), HasSubstr("\n{\"report\":{"));
 }
 

@@ -58,6 +58,8 @@ public:
     /// (dock_bearing.h). While nothing is heard it is carried on by the gyro. No value before the dock was
     /// ever heard.
     [[nodiscard]] std::optional<double> bearingDeg() const { return bearing_deg_; }
+    /// Both front receivers heard in this very frame: the bearing is as good as it gets.
+    [[nodiscard]] bool located() const { return since_both_ == 0 && bearing_deg_.has_value(); }
     /// From the robot's centre to the emitter, by the strength; as bearingDeg().
     [[nodiscard]] std::optional<double> awayMm() const { return away_mm_; }
     /// The emitter's place in the frame of the odometry, smoothed; as bearingDeg().

@@ -29,8 +29,10 @@ void SignalMarking::listen(const DockHearing& hearing, double yaw_deg, bool near
         }
         Tally& tally = tallies_[static_cast<std::size_t>(signal)];
         ++tally.frames;
-        tally.x += std::cos(radians({yaw_deg}));
-        tally.y += std::sin(radians({yaw_deg}));
+        tally.looked = tally.looked + direction({yaw_deg});
+        if (hearing.located()) {
+            tally.located = tally.located + direction({yaw_deg + *hearing.bearingDeg()});
+        }
     }
 }
 
@@ -61,14 +63,15 @@ double SignalMarking::directionDeg(double near_yaw_deg) const
     for (const Tally& tally : tallies_) {
         const auto signal = static_cast<DockSignal>(&tally - tallies_.data());
         if (best == toText(signal) || (best == "Mixed" && signal != DockSignal::None)) {
-            sum.x += tally.x;
-            sum.y += tally.y;
+            sum.looked = sum.looked + tally.looked;
+            sum.located = sum.located + tally.located;
         }
     }
-    if (sum.x == 0 && sum.y == 0) {
+    const PointMm mean = sum.located == PointMm{} ? sum.looked : sum.located;
+    if (mean == PointMm{}) {
         return near_yaw_deg;
     }
-    const double heading = degreesOfRadians(std::atan2(sum.y, sum.x)).value;
+    const double heading = degreesOfRadians(std::atan2(mean.y, mean.x)).value;
     return near_yaw_deg + wrapped({heading - near_yaw_deg}).value;
 }
 

@@ -9,9 +9,9 @@ namespace vemra::robot {
 
 /// What a robot learns of the dock while it turns on the spot.
 ///
-/// The direction is the mean heading at which the front receivers heard the best kind of signal: each heard
-/// it as often on either side of the dock's bearing, so their axes cancel out. Middle is better than the
-/// Central ones, and these better than Left and Right; a kind counts from ten frames on. "Mixed": of that
+/// The direction is the mean of the bearings that the front receivers gave while one of them heard the best
+/// kind of signal; were they never in hearing together, the mean of where they looked. Middle is better than
+/// the Central ones, and these better than Left and Right; a kind counts from ten frames on. "Mixed": of that
 /// rank the weaker side was heard more than half as often as the stronger one.
 class SignalMarking
 {
@@ -28,8 +28,8 @@ private:
     struct Tally
     {
         std::uint64_t frames = 0;
-        double x = 0;  ///< sum of the headings' unit vectors
-        double y = 0;
+        PointMm looked;   ///< sum of the headings' unit vectors
+        PointMm located;  ///< sum of those of the dock's bearings
     };
     [[nodiscard]] const Tally& of(DockSignal signal) const
     {

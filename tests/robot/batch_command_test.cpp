@@ -1,0 +1,122 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "robot/files.h"
+#include "support/program.h"
+
+namespace vemra::robot {
+namespace {
+
+using test::ProgramResult;
+using test::runVemra;
+using testing::Ge;
+using testing::HasSubstr;
+using testing::Le;
+
+struct Runs
+{
+    ProgramResult result;
+    std::string bytes;
+    std::vector<nlohmann::json> lines;
+    int good = 0;
+};
+
+Runs batch(std::vector<std::string> words)
+{
+    const Folder folder;
+    const std::string file = (folder / "runs.jsonl").string();
+    words.insert(words.begin(), "batch");
+    words.insert(words.end(), {"--out", file});
+    Runs runs{runVemra(words), {}, {}, 0};
+    if (runs.result.exit_code != 0)
+        return runs;
+    runs.bytes = bytesOf(file);
+    std::istringstream in(runs.bytes);
+    for (std::string line; std::getline(in, line);) {
+        runs.lines.push_back(nlohmann::json::parse(line));
+        runs.good += runs.lines.back().at("good").get<bool>() ? 1 : 0;
+    }
+    return runs;
+}
+
+std::string sample(const std::string& file)
+{
+    return std::string(VEMRA_SOURCE_DIR) + "/scenarios/" + file;
+}
+
+// A scenario of the search in the empty room whose dock is `dock`.
+std::string searchWith(const Folder& folder, const std::string& dock)
+{
+    return folder
+        .write("search.yaml", "name: Search\nhome: " + std::string(VEMRA_SOURCE_DIR) +
+                                  "/homes/room/room.yaml\ntree: SearchForCharger_lds\n"
+                                  "start: {on_dock: false, dock: {" +
+                                  dock + "}}\nframes: 90s\nevents: []\n")
+        .string();
+}
+
+TEST(BatchCommand, EachSearchDocksFromMostPlacesBeforeItsDock)
+{
+    for (const std::string tree :
+         {"SearchForCharger_lds", "SearchForCharger_vslam", "SearchForChargerWithoutMap"}) {
+        const Runs runs = batch({"--poses", "12", "--tree", tree});
+        EXPECT_THAT(runs.good, Ge(11)) << tree << '\n' << runs.result.out << runs.result.err;
+    }
+    const Runs back = batch({"--poses", "12", "--scenario", sample("back_onto_the_dock.yaml")});
+    EXPECT_THAT(back.good, Ge(11)) << back.result.out << back.result.err;
+}
+
+TEST(BatchCommand, ADockWithItsEmittersExchangedIsHardlyFound)
+{
+    const Folder folder;
+    const Runs right = batch({"--poses", "12", "--scenario", searchWith(folder, "exchanged: false")});
+    const Runs wrong = batch({"--poses", "12", "--scenario", searchWith(folder, "exchanged: true")});
+    EXPECT_THAT(right.good, Ge(11)) << right.result.out;
+    EXPECT_THAT(wrong.good, Le(6)) << wrong.result.out;
+}
+
+TEST(BatchCommand, GivesTheSameRunsWhoeverPlaysThemAndTellsHowToPlayThemAgain)
+{
+    const Runs two = batch({"--poses", "3", "--seed", "7", "--jobs", "2"});
+    ASSERT_EQ(two.lines.size(), 3U) << two.result.err;
+    EXPECT_EQ(batch({"--poses", "3", "--seed", "7", "--jobs", "1"}).bytes, two.bytes);
+    std::vector<std::string> again;
+    std::istringstream words(two.lines[1].at("replay").get<std::string>());
+    for (std::string word; words >> word;)
+        again.push_back(word);
+    ASSERT_EQ(again[0], "vemra");
+    again.erase(again.begin());
+    again.emplace_back("--json");
+    const ProgramResult run = runVemra(again);
+    const auto frame = two.lines[1].at("frames").get<int>() - 1;
+    EXPECT_THAT(run.out, HasSubstr("{\"frame\":" + std::to_string(frame)));
+    EXPECT_THAT(run.out, HasSubstr("on the dock"));
+}
+
+TEST(BatchCommand, AHomeMadeFromASeedIsCleanedAndTheRobotComesHome)
+{
+    const Folder folder;
+    const Runs runs = batch({"--homes", "1", "--seed", "13", "--keep", (folder / "homes").string()});
+    ASSERT_EQ(runs.lines.size(), 1U) << runs.result.err;
+    const auto& line = runs.lines[0];
+    EXPECT_EQ(line.at("ended"), "docked");
+    EXPECT_THAT(line.at("coverage").get<double>(), Ge(0.95));
+    EXPECT_THAT(line.at("replay").get<std::string>(), HasSubstr("home_13.scenario.yaml"));
+    EXPECT_EQ(
+        runVemra({"run", "--scenario", (folder / "homes/home_13.scenario.yaml").string(), "--frames", "50"})
+            .exit_code,
+        0);
+}
+
+TEST(BatchCommand, RefusesWhatItCannotPlay)
+{
+    EXPECT_THAT(batch({}).result.err, HasSubstr("expected --homes N or --poses N"));
+    EXPECT_THAT(batch({"--poses", "2", "--tree", "SearchForCharge_lds"}).result.err,
+                HasSubstr("SearchForCharger_lds"));
+    EXPECT_EQ(batch({"--poses", "0"}).result.exit_code, 2);
+}
+
+}  // namespace
+}  // namespace vemra::robot
