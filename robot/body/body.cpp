@@ -11,6 +11,8 @@ namespace {
 constexpr double kSubstepMm = 3;
 /// How far the bumper springs out before it lets go.
 constexpr double kBumperTravelMm = 2;
+/// Sine of the angle between way and wall from which on a contact presses it.
+constexpr double kGrazing = 0.17;
 /// The bumper goes around the front to a little behind the wheels.
 constexpr double kBumperHalfDeg = 100;
 /// Where the bumper's middle arc ends, and where the side arcs begin.
@@ -138,7 +140,12 @@ void Body::moveOverFloor(double forward_mm, double turn_deg)
         pose_.yaw.value += half_turn;
         pose_.at = move.to;
         for (int i = 0; i < move.count; ++i) {
-            touch(move.against[static_cast<std::size_t>(i)]);
+            const PointMm against = move.against[static_cast<std::size_t>(i)];
+            const PointMm ahead = direction(pose_.yaw);
+            // What the casing grazes does not overcome the bumper's springs.
+            if (std::abs(against.x * ahead.x + against.y * ahead.y) >= kGrazing) {
+                touch(against);
+            }
         }
     }
 }

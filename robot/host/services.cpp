@@ -7,6 +7,7 @@
 #include "robot/services/cleaning/fittings.h"
 #include "robot/services/coverage/coverage.h"
 #include "robot/services/dock/dock_contacts.h"
+#include "robot/services/dock/dock_place.h"
 #include "robot/services/dock_signal/dock_signal.h"
 #include "robot/services/escape/escape.h"
 #include "robot/services/health/health.h"
@@ -32,6 +33,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<CleaningSystemService>(parts));
     add(std::make_unique<CommandService>(parts, start));
     add(std::make_unique<DockContactService>(parts));
+    add(std::make_unique<DockPlace>(parts, knowledge.map, knowledge.switches));
     add(std::make_unique<DockSignalService>(parts, knowledge.localisation));
     add(std::make_unique<FittingService>(parts));
     add(std::make_unique<HealthService>(parts));

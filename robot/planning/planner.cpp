@@ -17,6 +17,7 @@ constexpr int kNarrow = 110;
 // A robot that stands too near to something finds its way out within this.
 constexpr int kRimCells = 7;
 constexpr std::size_t kPastBridgeCells = 3;
+constexpr std::size_t kMostCameBy = 400;
 
 int nearObstacle(int squared_room)
 {
@@ -48,6 +49,31 @@ Grid<std::uint8_t> virtualWallAround(const PlanningMap& map, CellIndex from)
     return around;
 }
 
+// The narrow stretch in which the robot stands, as far as it came through it.
+Grid<std::uint8_t> wayItCame(const PlanningMap& map, CellIndex from, const WayRules& rules)
+{
+    Grid<std::uint8_t> way(map.window(), 0, 0);
+    if (!rules.came_by || map.at(from) != Ground::Tight) {
+        return way;
+    }
+    std::vector<CellIndex> waiting{from};
+    way.set(from, 1);
+    for (std::size_t cells = 0; !waiting.empty() && cells < kMostCameBy; ++cells) {
+        const CellIndex cell = waiting.back();
+        waiting.pop_back();
+        for (int row = -1; row <= 1; ++row) {
+            for (int column = -1; column <= 1; ++column) {
+                const CellIndex beside{cell.column + column, cell.row + row};
+                if (map.at(beside) == Ground::Tight && way.at(beside) == 0 && rules.came_by(beside)) {
+                    way.set(beside, 1);
+                    waiting.push_back(beside);
+                }
+            }
+        }
+    }
+    return way;
+}
+
 }  // namespace
 
 CostGrid costsFor(const PlanningMap& map, CellIndex from, const WayRules& rules)
@@ -56,6 +82,7 @@ CostGrid costsFor(const PlanningMap& map, CellIndex from, const WayRules& rules)
     const Grid<std::uint8_t> own_wall = virtualWallAround(map, from);
     const bool bounded = rules.region && rules.region->contains(from);
     const int room_at_start = map.room.at(from);
+    const Grid<std::uint8_t> way_it_came = wayItCame(map, from, rules);
     for (std::size_t i = 0; i < costs.cells().size(); ++i) {
         const CellIndex cell = map.window().cellOf(i);
         if (bounded && !rules.region->contains(cell)) {
@@ -73,7 +100,9 @@ CostGrid costsFor(const PlanningMap& map, CellIndex from, const WayRules& rules)
                 cost = rules.unknown || at_start ? kPlainStep + kOnUnknown + nearObstacle(room) : 0;
                 break;
             case Ground::Tight:
-                cost = at_start ? kOffTheRim : rules.narrow && rules.narrow(cell) ? kNarrow : 0;
+                cost = at_start || way_it_came.cells()[i] != 0 ? kOffTheRim
+                       : rules.narrow && rules.narrow(cell)    ? kNarrow
+                                                               : 0;
                 break;
             case Ground::Forbidden:
                 cost = own_wall.cells()[i] != 0 ? kOutOfVirtualWall : 0;

@@ -18,6 +18,8 @@ struct WayRules
     /// Over stretches that are too narrow by the map, at a high price: gives the cells of those that may be
     /// tried. None: no such stretch.
     std::function<bool(CellIndex)> narrow = {};
+    /// Where the robot has been: out of a narrow place it goes the way that it came.
+    std::function<bool(CellIndex)> came_by = {};
     std::optional<CellWindow> region = {};  ///< nothing beyond it, unless the way begins there
 };
 

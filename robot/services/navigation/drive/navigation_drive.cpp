@@ -27,6 +27,10 @@ constexpr double kTurnToPathDegS = 45;
 constexpr int kBackOffFrames = 30;
 constexpr double kBackOffMmS = -80;
 constexpr int kMostTimesBacked = 3;
+constexpr double kCreepMmS = 60;
+constexpr double kCreepLookS = 1;
+constexpr double kClosedInMm = 25;
+constexpr double kUnsureMm = 10;
 constexpr double kFrameS = kFrameMs / 1000.0;
 
 // Straight to a point.
@@ -94,6 +98,15 @@ void PathDriveAction::decide(const PoseMm& pose, double left_mm)
     frames_blocked_ += kDecideEveryFrames;
     if (std::abs(off) > kTurnToPathDeg) {
         motion_ = {0, std::copysign(kTurnToPathDegS, off)};
+        return;
+    }
+    // Closed in, it feels its way on: what the map says of a few millimetres is not sure.
+    const Motion creep{kCreepMmS, 0};
+    const double here = clearanceTo(obstacles, pose.at);
+    const double there = clearanceTo(obstacles, after(pose, creep, kCreepLookS).at);
+    if (here < kClosedInMm && there > std::min(here, 0.0) - kUnsureMm) {
+        frames_blocked_ -= kDecideEveryFrames;
+        motion_ = creep;
         return;
     }
     const Motion back{kBackOffMmS, 0};

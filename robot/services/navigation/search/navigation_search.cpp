@@ -77,6 +77,7 @@ std::optional<NavigationSearch::Found> NavigationSearch::find(const Request& req
     const TargetRule* rule = targetRuleOf(request.mode);
     WayRules rules;
     rules.unknown = rule == nullptr || rule->unknown;
+    rules.came_by = [this](CellIndex cell) { return map_.track().passed(cell); };
     if (request.region) {
         rules.region = cellsOf(*request.region);
     }
