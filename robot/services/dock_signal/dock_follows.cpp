@@ -22,8 +22,11 @@ constexpr double kCentralDeg = 13;  // in the middle of its sector
 constexpr double kSideDeg = 40;     // likewise
 
 constexpr double kCloseMm = 500;
-constexpr double kBlindMm = 380;
-constexpr double kMostLastDeg = 8;
+constexpr double kAlongLineMm = 900;
+constexpr double kOnLineDegPerMm = 0.4;
+constexpr double kDegPerMmLeft = 0.15;
+constexpr double kFirstDeg = 35;
+constexpr double kLastDeg = 4;
 /// How far the dock is kept off straight ahead for each step of DockHearing::side(), to get onto the line.
 constexpr double kDegPerSide = 4;
 constexpr double kMostSideDeg = 10;
@@ -118,11 +121,13 @@ BT::NodeStatus FollowDockSignalFinalAction::approach()
             return BT::NodeStatus::FAILURE;
         }
     }
-    // Right before the face the receivers look past each side of it.
-    if (const auto line = besideLine(); line && away <= kBlindMm) {
-        const double wanted = line->looks.value + 180 +
-                              std::clamp(kLineDegPerMm * line->to_left_mm, -kMostLastDeg, kMostLastDeg);
-        steer(kSlowFinal, wrapped({wanted - body().odometry().yaw.value}).value);
+    // Along the line as far as it is known: right before the face the receivers look past each side of it.
+    // The nearer the face the straighter, so that the robot arrives as it has to stand.
+    if (const auto line = besideLine(); line && away <= kAlongLineMm) {
+        const double most = std::clamp(kDegPerMmLeft * (away - kRobotRadiusMm), kLastDeg, kFirstDeg);
+        const double wanted =
+            line->looks.value + 180 + std::clamp(kOnLineDegPerMm * line->to_left_mm, -most, most);
+        steer(away > kCloseMm ? kFinal : kSlowFinal, wrapped({wanted - body().odometry().yaw.value}).value);
         return BT::NodeStatus::RUNNING;
     }
     // A robot on the right of the line turns a little left of the dock, and so gets onto the line.

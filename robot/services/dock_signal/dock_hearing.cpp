@@ -45,9 +45,19 @@ void DockHearing::hold(const Hearing& hearing)
     }
 }
 
+void DockHearing::yieldToFront(Receiver side, Receiver front)
+{
+    Held& held = held_[static_cast<std::size_t>(side)];
+    if (held.signal != DockSignal::None && held.signal == at(front)) {
+        held = {};
+    }
+}
+
 void DockHearing::update(const Body& body, bool docked)
 {
     hold(body.dockHearing());
+    yieldToFront(Receiver::Left, Receiver::MiddleLeft);
+    yieldToFront(Receiver::Right, Receiver::MiddleRight);
     const DockSignal left = at(Receiver::MiddleLeft);
     const DockSignal right = at(Receiver::MiddleRight);
     const bool front = docked || left != DockSignal::None || right != DockSignal::None;
@@ -77,11 +87,13 @@ void DockHearing::locate(const PoseMm& odometry)
         if (!emitter_ || distance(*emitter_, heard) > kElsewhereMm) {
             emitter_ = heard;
             looks_.reset();
+            looks_by_wall_ = false;
         } else {
             emitter_ = *emitter_ + kSmoothing * (heard - *emitter_);
         }
-        const bool both = left.signal == DockSignal::Middle && right.signal == DockSignal::Middle;
-        if (both || (isLeftHand(left.signal) && isRightHand(right.signal))) {
+        // Close to the face its sectors are narrower than the robot: there they tell nothing.
+        const bool on_line = left.signal == DockSignal::Middle && right.signal == DockSignal::Middle;
+        if (on_line && !looks_by_wall_) {
             const Degrees seen{odometry.yaw.value + *bearing_deg_ + 180};
             const double change = looks_ ? wrapped({seen.value - looks_->value}).value : 0;
             looks_ = looks_ ? Degrees{looks_->value + kSmoothing * change} : seen;

@@ -64,8 +64,14 @@ public:
     [[nodiscard]] std::optional<double> awayMm() const { return away_mm_; }
     /// The emitter's place in the frame of the odometry, smoothed; as bearingDeg().
     [[nodiscard]] std::optional<PointMm> emitter() const { return emitter_; }
-    /// Which way the dock looks, in the frame of the odometry: known when the robot was on its middle line.
+    /// Which way the dock looks, in the frame of the odometry: as the wall told it, or else known when the
+    /// robot was on its middle line.
     [[nodiscard]] std::optional<Degrees> looks() const { return looks_; }
+    void setLooks(Degrees looks)
+    {
+        looks_ = looks;
+        looks_by_wall_ = true;
+    }
 
 private:
     static constexpr int kHoldFrames = 6;
@@ -81,6 +87,9 @@ private:
         return held_[static_cast<std::size_t>(receiver)];
     }
     void hold(const Hearing& hearing);
+    /// Where views overlap, what the front receiver hears is ahead, not at the side: else a robot that turns
+    /// to what it hears at its side would have arrived before it began.
+    void yieldToFront(Receiver side, Receiver front);
     void locate(const PoseMm& odometry);
 
     std::array<Held, kReceivers> held_;
@@ -93,6 +102,7 @@ private:
     std::optional<double> away_mm_;
     std::optional<PointMm> emitter_;
     std::optional<Degrees> looks_;
+    bool looks_by_wall_ = false;
     std::optional<double> last_yaw_deg_;
 };
 

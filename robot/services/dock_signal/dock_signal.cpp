@@ -5,6 +5,7 @@
 
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
+#include "robot/services/dock_signal/wall_normal.h"
 
 namespace vemra::robot {
 namespace {
@@ -17,12 +18,16 @@ constexpr double kMostOffsetMm = 150;
 constexpr double kOffsetPerSideMm = 45;
 constexpr double kRememberedMm = 50;  // beside the line, where only the first weighing tells the side
 constexpr double kTurnOverDeg = 15;
+constexpr std::uint64_t kLookEvery = 5;
+constexpr double kLookWithinMm = 1500;
+constexpr double kMostAslantDeg = 60;
 
 }  // namespace
 
 void DockSignalService::update()
 {
     hearing_.update(parts_.body, parts_.state.contacts.touching());
+    lookAtWall();
     heard_frames_ = hearing_.hearsAny() ? heard_frames_ + 1 : 0;
     if (parts_.state.contacts.touching()) {
         mute_at_.clear();
@@ -31,6 +36,20 @@ void DockSignalService::update()
     if (parts_.body.bumper().any()) {
         bumped_frame_ = parts_.state.frame;
         ever_bumped_ = true;
+    }
+}
+
+// The dock stands flat at its wall: the laser tells better than the sectors where it looks.
+void DockSignalService::lookAtWall()
+{
+    if (parts_.state.frame % kLookEvery != 0 || !hearing_.located() || !parts_.state.laser_on ||
+        *hearing_.awayMm() > kLookWithinMm) {
+        return;
+    }
+    const Degrees bearing{*hearing_.bearingDeg()};
+    const auto normal = wallNormal(parts_.body.recentScan(), bearing);
+    if (normal && std::abs(wrapped({normal->value - bearing.value - 180}).value) <= kMostAslantDeg) {
+        hearing_.setLooks({parts_.body.odometry().yaw.value + normal->value});
     }
 }
 

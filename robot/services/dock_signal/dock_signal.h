@@ -35,7 +35,7 @@ private:
     [[nodiscard]] BT::NodeStatus weighSecond(BT::TreeNode& node);
     [[nodiscard]] double turnToSource() const;
     [[nodiscard]] BT::NodeStatus measureDock(bool begins);
-    [[nodiscard]] std::optional<Degrees> wallBehindLooks() const;
+    void lookAtWall();
 
     RobotParts parts_;
     const PoseSource& pose_;
