@@ -63,6 +63,20 @@ void Localisation::restart(const PoseMm& pose)
     turned_ = {pose.yaw.value - truth.yaw.value};
     shifted_ = pose.at - rotated(truth.at, turned_);
     localised_ = true;
+    ++restarts_;
+}
+
+void Localisation::believe(const PoseMm& pose)
+{
+    constexpr double kNearMm = 150;
+    constexpr double kNearDeg = 5;
+    const PoseMm right = onMap();
+    if (distance(right.at, pose.at) <= kNearMm &&
+        std::abs(wrapped({right.yaw.value - pose.yaw.value}).value) <= kNearDeg) {
+        localised_ = true;
+    } else {
+        restart(pose);
+    }
 }
 
 PointMm Localisation::inWorld(PointMm on_map) const

@@ -30,6 +30,11 @@ public:
     void find() { localised_ = true; }
     /// A new map begins: from now on the present place counts as `pose`.
     void restart(const PoseMm& pose);
+    /// The robot takes itself to be at `pose`. If that is about right, following the scans brings it the rest
+    /// of the way; else it is wrong from now on, and sure of it.
+    void believe(const PoseMm& pose);
+    /// How often the frame of the map was moved: who keeps places of the map forgets them with it.
+    [[nodiscard]] int restarts() const { return restarts_; }
 
     /// A place of the map in the frame of the world: for pictures and figures, not for services.
     [[nodiscard]] PointMm inWorld(PointMm on_map) const;
@@ -44,6 +49,7 @@ private:
     PointMm shifted_;    ///< of the map against the turned world
     PoseMm lost_at_;     ///< believed pose when it was lost
     PoseMm lost_odometry_;
+    int restarts_ = 0;
 };
 
 }  // namespace vemra::robot

@@ -123,6 +123,44 @@ void RobotMap::enterContact(std::uint64_t frame)
     pressed_ = now;
 }
 
+void RobotMap::forgetCleaning()
+{
+    cleaned_.reset();
+    traced_walls_.reset();
+    ++resets_;
+}
+
+void RobotMap::setAside()
+{
+    if (!aside_) {
+        aside_ = Aside{std::move(occupancy_), std::move(track_), std::move(contacts_), std::move(cleaned_),
+                       std::move(traced_walls_)};
+        occupancy_ = {};
+        track_ = {};
+        contacts_ = {};
+        cleaned_ = {};
+        traced_walls_ = {};
+        scanned_ = false;
+        seen_.clear();
+        ++resets_;
+    }
+}
+
+void RobotMap::bringBack()
+{
+    if (aside_) {
+        occupancy_ = std::move(aside_->occupancy);
+        track_ = std::move(aside_->track);
+        contacts_ = std::move(aside_->contacts);
+        cleaned_ = std::move(aside_->cleaned);
+        traced_walls_ = std::move(aside_->traced_walls);
+        aside_.reset();
+        scanned_ = false;
+        seen_.clear();
+        ++resets_;
+    }
+}
+
 void RobotMap::reset()
 {
     occupancy_.reset();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "robot/belief/cleaned_floor.h"
@@ -33,6 +34,14 @@ public:
     void update(std::uint64_t frame);
     /// Begins an empty map; virtual walls stay. What was swept and traced is forgotten with it.
     void reset();
+    /// Forgets what was swept and traced; walls, track and contacts stay.
+    void forgetCleaning();
+    /// A robot that does not know where it is draws a map of its surroundings, the one so far set aside; and
+    /// takes that up again. Both once: a second call changes nothing.
+    void setAside();
+    void bringBack();
+    /// The map that is set aside, or the present one.
+    [[nodiscard]] const OccupancyMap& known() const { return aside_ ? aside_->occupancy : occupancy_; }
 
     [[nodiscard]] PoseMm pose() const { return pose_.pose(); }
     [[nodiscard]] const OccupancyMap& occupancy() const { return occupancy_; }
@@ -68,6 +77,15 @@ private:
     ContactMap contacts_;
     CleanedFloor cleaned_;
     TracedWalls traced_walls_;
+    struct Aside
+    {
+        OccupancyMap occupancy;
+        Track track;
+        ContactMap contacts;
+        CleanedFloor cleaned;
+        TracedWalls traced_walls;
+    };
+    std::optional<Aside> aside_;
     std::uint64_t resets_ = 0;
     VirtualWalls virtual_walls_;
     DrawMode draw_mode_ = DrawMode::Everything;

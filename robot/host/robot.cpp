@@ -42,6 +42,18 @@ RobotSetup docked(RobotSetup setup)
     return setup;
 }
 
+// What a robot that has been everywhere has on its map.
+Grid<CellState> statesOf(const Home& home)
+{
+    const CellIndex low = cellAt(home.centreOf({0, 0}));
+    Grid<CellState> cells({low, {low.column + home.columns(), low.row + home.rows()}}, CellState::Unknown,
+                          CellState::Unknown);
+    for (int row = 0; row < home.rows(); ++row)
+        for (int column = 0; column < home.columns(); ++column)
+            cells.set({low.column + column, low.row + row}, home.at(CellIndex{column, row}));
+    return cells;
+}
+
 DockField fieldOf(const RobotSetup& setup)
 {
     const DockStart& start = setup.scenario.start.dock;
@@ -112,6 +124,9 @@ Robot::Robot(RobotSetup setup)
                    fmt::format("tree {} is not written: it fails wherever it is entered", tree),
                    {{"what", "not_written"}, {"tree", tree}});
     });
+
+    if (setup_.scenario.start.map.known)
+        knowledge_.map.occupancy().load(statesOf(world_.visible()));
 
     const Report report = [this](const std::string& kind, const std::string& text,
                                  nlohmann::ordered_json fields) {

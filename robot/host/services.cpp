@@ -21,6 +21,7 @@
 #include "robot/services/self_test/self_test.h"
 #include "robot/services/sensing/sensing.h"
 #include "robot/services/sensing/sensing_review.h"
+#include "robot/services/slam/slam.h"
 #include "robot/services/sound_and_light/sound_and_light.h"
 #include "robot/services/station/station.h"
 
@@ -51,6 +52,8 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<EscapeService>(parts, *sensing));
     add(std::move(sensing));
     add(std::make_unique<SettingsService>(parts, start));
+    add(std::make_unique<SlamService>(parts, knowledge.localisation, knowledge.map, knowledge.switches,
+                                      start));
     add(std::make_unique<SoundAndLightService>(parts));
     add(std::make_unique<StationService>(parts));
     add(std::make_unique<TimerService>(parts));

@@ -23,11 +23,12 @@ AnnoyTime readAnnoy(const YamlFields& annoy)
 
 StoredMap readStoredMap(const YamlFields& map)
 {
-    map.allowOnly({"present", "check"});
+    map.allowOnly({"present", "known", "check"});
     StoredMap stored;
     if (map.has("present")) {
         stored.present = map.flag("present");
     }
+    stored.known = map.has("known") && map.flag("known");
     if (map.has("check")) {
         stored.check = map.number("check");
         if (stored.check != 0 && stored.check != 0.5 && stored.check != -1) {
@@ -58,12 +59,13 @@ DockStart readDock(const YamlFields& dock)
 
 ScenarioStart readStart(const YamlFields& start)
 {
-    start.allowOnly({"on_dock", "pose", "battery", "child_lock", "charge_rate", "drain_rate",
+    start.allowOnly({"on_dock", "lost", "pose", "battery", "child_lock", "charge_rate", "drain_rate",
                      "breakpoint_resume", "annoy", "parameters_confirmed_after", "map", "dock", "keys"});
     ScenarioStart read;
     if (start.has("on_dock")) {
         read.on_dock = start.flag("on_dock");
     }
+    read.lost = start.has("lost") && start.flag("lost");
     if (start.has("pose")) {
         if (read.on_dock) {
             start.fail("pose", "it only with \"on_dock: false\"");

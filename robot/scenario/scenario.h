@@ -219,6 +219,7 @@ struct DockStart
 struct StoredMap
 {
     bool present = true;
+    bool known = false;    ///< the robot has it in its head: the home as its laser sees it
     double check = 0;  ///< what the check of the stored map comes to: 0, 0.5 or -1
 };
 
@@ -226,6 +227,7 @@ struct StoredMap
 struct ScenarioStart
 {
     bool on_dock = true;
+    bool lost = false;           ///< it does not know where it is
     std::optional<PoseMm> pose;  ///< where the robot stands when it isn't on the dock
     int pose_line = 0;           ///< in the scenario file
     double battery = 80;         ///< percent

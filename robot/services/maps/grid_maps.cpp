@@ -207,8 +207,17 @@ void GridMapService::install(leaf::LeafHost& host)
         const PointMm margin{kNearLimitMm, kNearLimitMm};
         return passed(limit && !contains({limit->low + margin, limit->high - margin}, map_.pose().at));
     });
+    host.action("ResetMapCleanData", [this](BT::TreeNode&) {
+        map_.forgetCleaning();
+        return BT::NodeStatus::SUCCESS;
+    });
     host.action("ResetMap", [this](BT::TreeNode&) {
-        map_.reset();
+        // Before a second pass the walls stay; all that tells what is done is begun anew.
+        if (parts_.blackboard.contains("reset_map_remain_submap")) {
+            map_.forgetCleaning();
+        } else {
+            map_.reset();
+        }
         return BT::NodeStatus::SUCCESS;
     });
     installVirtualWalls(host);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <span>
 
 #include "robot/base/clock.h"
 #include "robot/planning/lines.h"
@@ -47,6 +49,30 @@ double headingTo(const PoseMm& from, PointMm to)
 {
     const PointMm way = to - from.at;
     return wrapped({degreesOfRadians(std::atan2(way.y, way.x)).value - from.yaw.value}).value;
+}
+
+// Where a short way leads clearly away from what is too near; no value when nothing is, or no way does.
+std::optional<Degrees> headingClear(const PoseMm& pose, std::span<const PointMm> obstacles)
+{
+    constexpr int kHeadings = 36;
+    constexpr double kWayMm = 60;
+    constexpr double kTooNearMm = 10;
+    constexpr double kWorthMm = 5;
+    const double here = clearanceTo(obstacles, pose.at);
+    if (here >= kTooNearMm) {
+        return std::nullopt;
+    }
+    std::optional<Degrees> best;
+    double most = here + kWorthMm;
+    for (int i = 0; i < kHeadings; ++i) {
+        const Degrees heading{i * 360.0 / kHeadings};
+        const double there = clearanceTo(obstacles, pose.at + kWayMm * direction(heading));
+        if (there > most) {
+            most = there;
+            best = heading;
+        }
+    }
+    return best;
 }
 
 }  // namespace
@@ -111,10 +137,14 @@ void PathDriveAction::decide(const PoseMm& pose, double left_mm)
     }
     const Motion back{kBackOffMmS, 0};
     const double room = clearanceTo(obstacles, after(pose, back, kBackOffFrames * kFrameS).at);
-    if (times_backed_ < kMostTimesBacked && room > clearanceTo(obstacles, pose.at)) {
+    if (times_backed_ < kMostTimesBacked && room > here) {
         ++times_backed_;
         frames_backing_ = kBackOffFrames;
         motion_ = back;
+    } else if (const auto clear = headingClear(pose, obstacles)) {
+        // Too near to something on all sides, it gets to where there is the most room first.
+        const double turn = wrapped({clear->value - pose.yaw.value}).value;
+        motion_ = std::abs(turn) > kTurnToPathDeg ? Motion{0, std::copysign(kTurnToPathDegS, turn)} : creep;
     } else {
         motion_ = {};
     }

@@ -1,0 +1,220 @@
+#include "robot/services/slam/slam.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <string>
+
+#include "robot/base/clock.h"
+#include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/core/leaf_functions.h"
+
+namespace vemra::robot {
+namespace {
+
+constexpr double kFullTurnDeg = 350;
+constexpr double kFrameS = kFrameMs / 1000.0;
+/// Standing still, or turning without getting round: then it looks from where it is.
+constexpr std::uint64_t kLongTurnFrames = 1500;
+
+}  // namespace
+
+void SlamService::enter(Stage stage)
+{
+    stage_ = stage;
+    turned_deg_ = 0;
+    begun_ = parts_.state.frame;
+}
+
+void SlamService::update()
+{
+    const Body& body = parts_.body;
+    if (starts_lost_) {
+        starts_lost_ = false;
+        localisation_.lose();
+    }
+    if (parts_.state.contacts.touching()) {
+        if (!localisation_.localised()) {
+            localisation_.find();
+        }
+    } else if (body.feltMovedWithin(kFrameS) && parts_.state.frame > 0 && localisation_.localised()) {
+        localisation_.lose();
+        parts_.report("custom", "SLAM has lost the place", {{"what", "slam"}, {"localised", false}});
+    }
+    turned_deg_ += std::abs(body.turnRate()) * kFrameS;
+    steer();
+}
+
+void SlamService::steer()
+{
+    BT::Blackboard& keys = parts_.blackboard;
+    switch (stage_) {
+        case Stage::FirstTurn:
+        case Stage::Looking:
+            if (turned_deg_ >= kFullTurnDeg || parts_.state.frame - begun_ >= kLongTurnFrames) {
+                lookOnce();
+            }
+            break;
+        case Stage::Told:
+            keys.set("rotate_reloc_finish", "");
+            break;
+        case Stage::Walking:
+            // Reached or not, the tree reports.
+            keys.erase("cant_reach_exp");
+            break;
+        case Stage::Again:
+            if (!keys.contains("relocalize_start_move") && !keys.contains("static_exp")) {
+                offerPoint();
+            }
+            break;
+        case Stage::Off:
+        case Stage::GoingBack:
+        case Stage::Found:
+        case Stage::GaveUp:
+            break;
+    }
+}
+
+void SlamService::lookOnce()
+{
+    BT::Blackboard& keys = parts_.blackboard;
+    const bool sure = search_.look();
+    if (stage_ == Stage::FirstTurn) {
+        if (sure) {
+            believe();
+        } else {
+            enter(Stage::Told);
+        }
+        return;
+    }
+    if (sure) {
+        keys.set("exp_reloc_result", "true");
+        enter(Stage::GoingBack);
+    } else if (search_.pointsLeft() && !crossing_done_) {
+        keys.set("rotate_reloc_finish", "");
+        keys.set("ready_exp_again", "");
+        enter(Stage::Again);
+    } else {
+        keys.set("exp_reloc_result", "false");
+        enter(Stage::GoingBack);
+    }
+}
+
+// A place to look from; where the robot gets nowhere, a short way to and fro; else it gives up.
+void SlamService::offerPoint()
+{
+    BT::Blackboard& keys = parts_.blackboard;
+    keys.erase("ready_exp_again");
+    keys.erase("rotate_reloc_finish");
+    keys.set("reloc_back_pose", map_.pose().at);
+    if (const auto point = search_.nextPoint()) {
+        keys.set("slam_exp_pose", *point);
+        keys.set("relocalize_start_move", "");
+    } else if (!crossing_done_) {
+        crossing_done_ = true;
+        keys.set("static_exp", "");
+    } else {
+        enter(Stage::GaveUp);
+        return;
+    }
+    enter(Stage::Walking);
+}
+
+void SlamService::reached(const std::string& what)
+{
+    if (what == "reach_reloc") {
+        if (stage_ == Stage::Walking) {
+            enter(Stage::Looking);
+        }
+    } else if (stage_ == Stage::GoingBack) {
+        if (search_.pose()) {
+            believe();
+        } else {
+            enter(Stage::GaveUp);
+        }
+    }
+}
+
+void SlamService::believe()
+{
+    const PoseMm pose = *search_.pose();
+    map_.bringBack();
+    localisation_.believe(pose);
+    parts_.report("custom",
+                  fmt::format("SLAM knows the place: {:.2f}, {:.2f} m", pose.at.x / 1e3, pose.at.y / 1e3),
+                  {{"what", "slam"}, {"localised", true}});
+    enter(Stage::Found);
+}
+
+BT::NodeStatus SlamService::relocalise(bool begins)
+{
+    if (begins) {
+        crossing_done_ = false;
+        search_.begin();
+        enter(Stage::FirstTurn);
+        for (const char* key : {"rotate_reloc_finish", "exp_reloc_result", "ready_exp_again", "slam_exp_pose",
+                                "relocalize_start_move", "static_exp", "cant_reach_exp"}) {
+            parts_.blackboard.erase(key);
+        }
+        // Who knows where it is has nothing to look for.
+        if (localisation_.localised()) {
+            enter(Stage::Found);
+        }
+    }
+    if (stage_ == Stage::Found || stage_ == Stage::GaveUp) {
+        const bool found = stage_ == Stage::Found;
+        stop();
+        return passed(found);
+    }
+    return BT::NodeStatus::RUNNING;
+}
+
+void SlamService::stop()
+{
+    enter(Stage::Off);
+}
+
+void SlamService::install(leaf::LeafHost& host)
+{
+    host.builder("SlamActiveRelocalize", RunningAction::builder(
+                                             [this](BT::TreeNode& node) {
+                                                 return relocalise(node.status() != BT::NodeStatus::RUNNING);
+                                             },
+                                             [this] { stop(); }));
+    host.action("SlamReachReloc", [this](BT::TreeNode& node) {
+        reached(textOf(node, "send_cmd"));
+        return BT::NodeStatus::SUCCESS;
+    });
+    // "start": the turn is over, and the robot draws a map of where it is. "end" comes on every way out, and
+    // more than once.
+    host.action("RelocMap", [this](BT::TreeNode& node) {
+        if (textOf(node, "reloc_state") != "start") {
+            map_.bringBack();
+            return BT::NodeStatus::SUCCESS;
+        }
+        if (stage_ == Stage::Told) {
+            map_.setAside();
+            // The first scan of the new map comes with the next frame.
+            enter(Stage::Again);
+        }
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("SlamReset", [this](BT::TreeNode&) {
+        localisation_.restart(poseOf(parts_.blackboard, "initial_pose").value_or(PoseMm{}));
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("SetOdometry", [this](BT::TreeNode& node) {
+        const auto pose = poseOf(node, "pose");
+        if (!pose) {
+            return BT::NodeStatus::FAILURE;
+        }
+        parts_.body.setOdometry(*pose);
+        return BT::NodeStatus::SUCCESS;
+    });
+    for (const char* leaf : {"SlamPrestart", "SlamPreend", "SlamCheckFastStart", "SlamCheckFastEnd",
+                             "SlamStartFromReuse", "UpdateSlamInfo"}) {
+        host.action(leaf, [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    }
+}
+
+}  // namespace vemra::robot

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "robot/belief/localisation.h"
+#include "robot/services/core/service.h"
+#include "robot/services/slam/place_search.h"
+
+namespace vemra::robot {
+
+/// SLAM's side of finding the robot's place again.
+///
+/// The robot is lost when somebody lifts and carries it, and found on its dock. A tree that relocalises asks
+/// with `SlamActiveRelocalize`, which runs until SLAM is sure or gives up; meanwhile SLAM steers it by keys.
+/// They are levels and not events: each is written at the beginning of a frame, and what the tree does about
+/// it brings the next. `SlamReachReloc` and `RelocMap` are the tree's answers.
+class SlamService final : public Service
+{
+public:
+    SlamService(const RobotParts& parts, Localisation& localisation, RobotMap& map,
+                const SensorSwitches& switches, const ScenarioStart& start)
+        : parts_(parts),
+          localisation_(localisation),
+          map_(map),
+          search_(parts.body, map, switches),
+          starts_lost_(start.lost)
+    {}
+
+    void install(leaf::LeafHost& host) override;
+    void update() override;
+
+private:
+    enum class Stage : std::uint8_t
+    {
+        Off,
+        FirstTurn,  ///< the robot turns on the spot and looks around
+        Told,       ///< the turn is enough; the tree says that it begins
+        Walking,    ///< to a place to look from
+        Looking,    ///< it has got there and turns
+        Again,      ///< not recognised, and there are places left
+        GoingBack,  ///< there is a verdict
+        Found,
+        GaveUp
+    };
+
+    BT::NodeStatus relocalise(bool begins);
+    void stop();
+    void steer();
+    void lookOnce();
+    void offerPoint();
+    void reached(const std::string& what);
+    void believe();
+    void enter(Stage stage);
+
+    RobotParts parts_;
+    Localisation& localisation_;
+    RobotMap& map_;
+    PlaceSearch search_;
+    bool starts_lost_;
+    Stage stage_ = Stage::Off;
+    double turned_deg_ = 0;       ///< since the stage began
+    std::uint64_t begun_ = 0;     ///< frame in which the stage began
+    bool crossing_done_ = false;  ///< the short way to and fro, where there was no place to go to
+};
+
+}  // namespace vemra::robot
