@@ -50,6 +50,25 @@ std::vector<PlaceGuess> bestOf(std::vector<PlaceGuess> guesses, std::size_t most
     return best;
 }
 
+// A beam ends on the face of a thing, never within it.
+Grid<CellState> surfacesOf(const Grid<CellState>& map)
+{
+    Grid<CellState> faces = map;
+    for (std::size_t i = 0; i < faces.cells().size(); ++i) {
+        const CellIndex cell = map.window().cellOf(i);
+        bool seen = false;
+        for (int row = -1; row <= 1; ++row) {
+            for (int column = -1; column <= 1; ++column) {
+                seen = seen || map.at({cell.column + column, cell.row + row}) == CellState::Free;
+            }
+        }
+        if (!seen) {
+            faces.cells()[i] = CellState::Unknown;
+        }
+    }
+    return faces;
+}
+
 PointMm placed(const PoseMm& frame, PointMm point)
 {
     const PointMm ahead = direction(frame.yaw);
@@ -60,7 +79,7 @@ PointMm placed(const PoseMm& frame, PointMm point)
 
 PlaceMatcher::PlaceMatcher(const Grid<CellState>& map) : window_(map.window())
 {
-    const Grid<std::uint8_t> away = squaredDistances(map, CellState::Occupied, kFarCells);
+    const Grid<std::uint8_t> away = squaredDistances(surfacesOf(map), CellState::Occupied, kFarCells);
     far_ = Grid<float>(window_, 0, 0);
     near_ = Grid<float>(window_, 0, 0);
     for (std::size_t i = 0; i < away.cells().size(); ++i) {

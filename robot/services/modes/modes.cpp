@@ -100,7 +100,13 @@ void ModeService::install(leaf::LeafHost& host)
 
 void ModeService::installDispatch(leaf::LeafHost& host)
 {
-    host.action("ChangeRobotModeTo", [this](BT::TreeNode& node) { return changeTo(node); });
+    // A task that is being closed holds the change up, and with it the tree that asks: ended, it would be
+    // entered anew and begin the next task.
+    host.builder("ChangeRobotModeTo", RunningAction::builder([this](BT::TreeNode& node) {
+                     const bool held =
+                         current() != Mode::None && parts_.blackboard.contains("RobotModeSwitchLock");
+                     return held ? BT::NodeStatus::RUNNING : changeTo(node);
+                 }));
     host.builder("DoesRobotModeChanged",
                  PassCondition::builder({[this] {
                                              const std::uint64_t changes = parts_.state.modes.changes();
