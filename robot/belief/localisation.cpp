@@ -48,6 +48,16 @@ PoseMm Localisation::pose() const
     return {lost_at_.at + rotated(now.at - lost_odometry_.at, turn), {now.yaw.value + turn.value}};
 }
 
+void Localisation::feel(bool docked)
+{
+    constexpr double kJustNowS = 0.02;
+    if (docked) {
+        localised_ = true;
+    } else if (body_.feltMovedWithin(kJustNowS)) {
+        lose();
+    }
+}
+
 void Localisation::lose()
 {
     if (localised_) {

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] PoseMm pose() const override;
     [[nodiscard]] bool localised() const { return localised_; }
 
+    /// A frame: on its dock the robot knows where it is; once somebody has carried it, it does not.
+    void feel(bool docked);
     /// The robot no longer knows where it is: odometry alone carries the pose on.
     void lose();
     /// The robot has found itself on the map.

@@ -128,6 +128,9 @@ Robot::Robot(RobotSetup setup)
     if (setup_.scenario.start.map.known)
         knowledge_.map.occupancy().load(statesOf(world_.visible()));
 
+    if (setup_.scenario.start.lost)
+        knowledge_.localisation.lose();
+
     const Report report = [this](const std::string& kind, const std::string& text,
                                  nlohmann::ordered_json fields) {
         const std::optional<LogKind> known = logKindOfText(kind);
@@ -239,6 +242,7 @@ void Robot::beginFrame()
     showMode();
     ++frames_in_mode_[toText(state_.modes.current())];
     state_.contacts.update(isDocked());
+    knowledge_.localisation.feel(state_.contacts.touching());
 }
 
 void Robot::showMode()

@@ -52,8 +52,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<EscapeService>(parts, *sensing));
     add(std::move(sensing));
     add(std::make_unique<SettingsService>(parts, start));
-    add(std::make_unique<SlamService>(parts, knowledge.localisation, knowledge.map, knowledge.switches,
-                                      start));
+    add(std::make_unique<SlamService>(parts, knowledge.localisation, knowledge.map, knowledge.switches));
     add(std::make_unique<SoundAndLightService>(parts));
     add(std::make_unique<StationService>(parts));
     add(std::make_unique<TimerService>(parts));

@@ -22,6 +22,7 @@ void CleaningSystemService::install(leaf::LeafHost& host)
             return BT::NodeStatus::SUCCESS;
         powers_ = powers;
         parts_.state.brushes_on = powers_["Brush"] > kReady;
+        parts_.state.fan_on = powers_["Fan"] > kReady;
         nlohmann::ordered_json fields{{"what", "clean_system"}};
         std::string text = "cleaning system:";
         for (const auto& [part, power] : powers_) {

@@ -78,6 +78,7 @@ struct RobotState
     double battery_percent = 0;                 ///< the power service's
     bool powered_off = false;                   ///< the mode service's: the run is over
     bool brushes_on = false;                    ///< the cleaning system's
+    bool fan_on = false;                        ///< the cleaning system's
     bool laser_on = true;                       ///< the cleaning system's
     bool quiet_hours = false;                   ///< do-not-disturb time; the command service's
     std::set<std::string, std::less<>> errors;  ///< health codes without their prefix; the health service's

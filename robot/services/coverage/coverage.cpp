@@ -1,6 +1,7 @@
 #include "robot/services/coverage/coverage.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
@@ -9,6 +10,11 @@
 namespace vemra::robot {
 namespace {
 
+// Percent of the battery: to get about, for a square metre, and what a task waits for at least.
+constexpr double kLeastCharge = 20;
+constexpr double kChargePerM2 = 0.8;
+constexpr double kResumeFrom = 40;
+constexpr double kFullCharge = 100;
 // A place at the edge of the unknown is worth going to when so much lies behind it.
 constexpr int kUnseenWithin = 6;
 constexpr int kUnseenCells = 40;
@@ -102,6 +108,17 @@ std::optional<GridPath> CoverageService::intoRegion(const SearchGround& ground)
     });
 }
 
+// A task that broke off for want of power waits for what the floor that is left will take, and the way there.
+int CoverageService::chargeForTheRest()
+{
+    const RobotMap& map = ground_.map();
+    constexpr double kCellM2 = Home::kCellMm * Home::kCellMm / 1e6;
+    const double known_m2 = static_cast<double>(map.occupancy().freeCells()) * kCellM2;
+    const double left_m2 = std::max(0.0, known_m2 - map.cleaned().areaM2());
+    return static_cast<int>(
+        std::lround(std::clamp(kLeastCharge + kChargePerM2 * left_m2, kResumeFrom, kFullCharge)));
+}
+
 void CoverageService::install(leaf::LeafHost& host)
 {
     lines_.install(host);
@@ -109,6 +126,10 @@ void CoverageService::install(leaf::LeafHost& host)
     chains_.install(host);
     // The search for the unseen gives none but places that are worth it.
     host.condition("SlamRetryAreaCheck", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    host.action("BreakPointElecCalculate", [this](BT::TreeNode&) {
+        parts_.blackboard.set("Elec_BreakPoint", chargeForTheRest());
+        return BT::NodeStatus::SUCCESS;
+    });
     host.action("FindNearestBoundary", [this](BT::TreeNode& node) {
         const auto source = pointOf(node, "source_point");
         const std::string key = textOf(node, "out_target_point");

@@ -22,6 +22,7 @@ public:
 
 private:
     void settleSearches();
+    [[nodiscard]] int chargeForTheRest();
     [[nodiscard]] std::optional<GridPath> nearestUnswept(const SearchGround& ground);
     [[nodiscard]] std::optional<GridPath> nearestUnseen(const SearchGround& ground);
     [[nodiscard]] std::optional<GridPath> intoRegion(const SearchGround& ground);

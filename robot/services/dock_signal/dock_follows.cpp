@@ -50,6 +50,7 @@ BT::NodeStatus DockDrive::advance()
         drive({});
         return BT::NodeStatus::RUNNING;
     }
+    look_();
     return approach();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "robot/services/core/motion_action.h"
 #include "robot/services/core/robot_state.h"
 #include "robot/services/dock_signal/dock_hearing.h"
@@ -11,9 +13,10 @@ namespace vemra::robot {
 class DockDrive : public MotionAction
 {
 public:
+    /// `look` is called in each frame of the drive: the laser's look at the wall of the dock.
     DockDrive(const std::string& name, const BT::NodeParameters& ports, Body& body,
-              const DockHearing& hearing, const RobotState& state)
-        : MotionAction(name, ports, body), hearing_(hearing), state_(state)
+              const DockHearing& hearing, const RobotState& state, const std::function<void()>& look)
+        : MotionAction(name, ports, body), hearing_(hearing), state_(state), look_(look)
     {}
 
 protected:
@@ -39,6 +42,7 @@ private:
 
     const DockHearing& hearing_;
     const RobotState& state_;
+    const std::function<void()>& look_;
 };
 
 /// Up to the emitter by the balance of the front receivers.
@@ -75,8 +79,8 @@ class FollowDockSignalFinalAction final : public DockDrive
 public:
     FollowDockSignalFinalAction(const std::string& name, const BT::NodeParameters& ports, Body& body,
                                 const DockHearing& hearing, const RobotState& state,
-                                FinalApproaches& approaches)
-        : DockDrive(name, ports, body, hearing, state), approaches_(approaches)
+                                const std::function<void()>& look, FinalApproaches& approaches)
+        : DockDrive(name, ports, body, hearing, state, look), approaches_(approaches)
     {}
 
 private:

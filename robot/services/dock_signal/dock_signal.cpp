@@ -27,7 +27,6 @@ constexpr double kMostAslantDeg = 60;
 void DockSignalService::update()
 {
     hearing_.update(parts_.body, parts_.state.contacts.touching());
-    lookAtWall();
     heard_frames_ = hearing_.hearsAny() ? heard_frames_ + 1 : 0;
     if (parts_.state.contacts.touching()) {
         mute_at_.clear();
@@ -119,14 +118,16 @@ void DockSignalService::installDrives(leaf::LeafHost& host)
     Body& body = parts_.body;
     const DockHearing& hearing = hearing_;
     const RobotState& state = parts_.state;
-    host.builder("FollowDockSignal", MotionAction::builder<FollowDockSignalAction>(body, hearing, state));
+    host.builder("FollowDockSignal",
+                 MotionAction::builder<FollowDockSignalAction>(body, hearing, state, look_));
     host.builder("FollowDockSignalFindCenter",
-                 MotionAction::builder<FollowDockSignalFindCenterAction>(body, hearing, state));
-    host.builder("FollowDockSignalFinal",
-                 MotionAction::builder<FollowDockSignalFinalAction>(body, hearing, state, approaches_));
-    host.builder("SurroundCharger", MotionAction::builder<SurroundChargerAction>(body, hearing, state));
+                 MotionAction::builder<FollowDockSignalFindCenterAction>(body, hearing, state, look_));
+    host.builder("FollowDockSignalFinal", MotionAction::builder<FollowDockSignalFinalAction>(
+                                              body, hearing, state, look_, approaches_));
+    host.builder("SurroundCharger",
+                 MotionAction::builder<SurroundChargerAction>(body, hearing, state, look_));
     for (const char* leaf : {"DockFinal7001", "FollowDockSignalBack"}) {
-        host.builder(leaf, MotionAction::builder<BackOntoDockAction>(body, hearing, state));
+        host.builder(leaf, MotionAction::builder<BackOntoDockAction>(body, hearing, state, look_));
     }
     // Once after each marking turn the robot goes round a thing on the side on which the dock lies.
     host.action("FollowWallDirJug", [this](BT::TreeNode& node) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -42,6 +43,7 @@ private:
     DockHearing hearing_;
     SignalMarking marking_;
     FinalApproaches approaches_;
+    std::function<void()> look_ = [this] { lookAtWall(); };
     std::uint64_t lost_asked_ = 0;  ///< frame in which the leaf was last asked
     std::uint64_t lost_begun_ = 0;  ///< first frame of the drive that it watches over
     std::uint64_t bumped_frame_ = 0;

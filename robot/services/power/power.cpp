@@ -11,9 +11,15 @@ namespace vemra::robot {
 namespace {
 
 constexpr double kChargePerHour = 60;
-constexpr double kDrainPerHour = 12;
+// Percent an hour: two and a half hours of cleaning on one charge.
+constexpr double kDrainAwake = 3;
+constexpr double kDrainLaser = 3;
+constexpr double kDrainBrushes = 8;
+constexpr double kDrainFan = 14;
+constexpr double kDrainAtFullSpeed = 12;
+constexpr double kFullSpeedMmS = 300;
+constexpr double kFull = 100;
 constexpr std::uint64_t kConfirmedAfterFrames = 5;
-constexpr int kResumePercent = 80;  // to which a task waits for the charge
 constexpr double kFramesPerHour = 3600.0 * 1000 / kFrameMs;
 
 }  // namespace
@@ -21,7 +27,7 @@ constexpr double kFramesPerHour = 3600.0 * 1000 / kFrameMs;
 PowerService::PowerService(const RobotParts& parts, const ScenarioStart& start)
     : parts_(parts),
       charge_per_hour_(start.charge_rate.value_or(kChargePerHour)),
-      drain_per_hour_(start.drain_rate.value_or(kDrainPerHour)),
+      drain_per_hour_(start.drain_rate),
       resume_after_recharge_(start.breakpoint_resume.value_or(true)),
       confirmed_after_(start.parameters_confirmed_after.value_or(kConfirmedAfterFrames))
 {
@@ -39,9 +45,25 @@ bool PowerService::take(const Happening& what)
 
 void PowerService::update()
 {
-    const double rate = parts_.state.contacts.touching() ? charge_per_hour_ : -drain_per_hour_;
+    const double rate = parts_.state.contacts.touching() ? charge_per_hour_ : -drainPerHour();
     parts_.state.battery_percent = std::clamp(percent() + rate / kFramesPerHour, 0.0, 100.0);
     tell();
+    if (percent() <= 0 && !parts_.state.powered_off) {
+        parts_.body.stop();
+        parts_.state.powered_off = true;
+        parts_.report("body", "the battery is empty: the robot is off", {{"battery", 0}});
+    }
+}
+
+double PowerService::drainPerHour() const
+{
+    if (drain_per_hour_)
+        return *drain_per_hour_;
+    const RobotState& state = parts_.state;
+    const WheelSpeeds wheels = parts_.body.wheelSpeeds();
+    const double speed = (std::abs(wheels.left) + std::abs(wheels.right)) / 2;
+    return kDrainAwake + (state.laser_on ? kDrainLaser : 0) + (state.brushes_on ? kDrainBrushes : 0) +
+           (state.fan_on ? kDrainFan : 0) + kDrainAtFullSpeed * speed / kFullSpeedMmS;
 }
 
 // Each ten percent is worth a line.
@@ -62,14 +84,11 @@ void PowerService::install(leaf::LeafHost& host)
     });
     host.condition("RobotPowerGetHigherThan", [this](BT::TreeNode& node) {
         const auto limit = node.getParam<double>("capability");
-        return passed(limit && percent() >= *limit);
+        // At exactly 16 percent a clean is broken off; a full battery is full.
+        return passed(limit && (*limit < kFull ? percent() > *limit : percent() >= kFull));
     });
     host.condition("DoesRobotBreakPointEnable",
                    [this](BT::TreeNode&) { return passed(resume_after_recharge_); });
-    host.action("BreakPointElecCalculate", [this](BT::TreeNode&) {
-        parts_.blackboard.set("Elec_BreakPoint", kResumePercent);
-        return BT::NodeStatus::SUCCESS;
-    });
     for (ParameterSet& set : sets_) {
         host.condition(set.check, [this, &set](BT::TreeNode&) {
             return passed(set.sent_at && parts_.state.frame >= *set.sent_at + confirmed_after_);

@@ -8,7 +8,8 @@
 
 namespace vemra::robot {
 
-/// The battery, in percent, and the parameter sets that the board has to confirm as the robot comes up.
+/// The battery, in percent, which drains by what runs and charges on the contacts, and the parameter sets
+/// that the board has to confirm as the robot comes up.
 class PowerService final : public Service
 {
 public:
@@ -28,11 +29,12 @@ private:
     };
 
     [[nodiscard]] double percent() const { return parts_.state.battery_percent; }
+    [[nodiscard]] double drainPerHour() const;
     void tell();
 
     RobotParts parts_;
-    double charge_per_hour_;  ///< percent, on the contacts
-    double drain_per_hour_;   ///< percent, off them
+    double charge_per_hour_;                ///< percent, on the contacts
+    std::optional<double> drain_per_hour_;  ///< percent, off them, whatever runs
     bool resume_after_recharge_;
     std::uint64_t confirmed_after_;  ///< frames from a set sent to its confirmation
     std::optional<int> told_tenth_;

@@ -14,6 +14,8 @@ namespace {
 
 constexpr double kFullTurnDeg = 350;
 constexpr double kFrameS = kFrameMs / 1000.0;
+/// By then the map of the surroundings has its first scan.
+constexpr std::uint64_t kFirstScanFrames = 10;
 /// Standing still, or turning without getting round: then it looks from where it is.
 constexpr std::uint64_t kLongTurnFrames = 1500;
 
@@ -28,21 +30,12 @@ void SlamService::enter(Stage stage)
 
 void SlamService::update()
 {
-    const Body& body = parts_.body;
-    if (starts_lost_) {
-        starts_lost_ = false;
-        localisation_.lose();
-    }
-    if (parts_.state.contacts.touching()) {
-        if (!localisation_.localised()) {
-            localisation_.find();
-        }
-    } else if (body.feltMovedWithin(kFrameS) && parts_.state.frame > 0 && localisation_.localised()) {
-        localisation_.lose();
+    const bool knows = localisation_.localised();
+    if (knows != knew_ && !knows) {
         parts_.report("custom", "SLAM has lost the place", {{"what", "slam"}, {"localised", false}});
     }
-    turned_deg_ += std::abs(body.turnRate()) * kFrameS;
-    steer();
+    knew_ = knows;
+    turned_deg_ += std::abs(parts_.body.turnRate()) * kFrameS;
 }
 
 void SlamService::steer()
@@ -63,7 +56,8 @@ void SlamService::steer()
             keys.erase("cant_reach_exp");
             break;
         case Stage::Again:
-            if (!keys.contains("relocalize_start_move") && !keys.contains("static_exp")) {
+            if (!keys.contains("relocalize_start_move") && !keys.contains("static_exp") &&
+                parts_.state.frame - begun_ >= kFirstScanFrames) {
                 offerPoint();
             }
             break;
@@ -161,6 +155,7 @@ BT::NodeStatus SlamService::relocalise(bool begins)
             enter(Stage::Found);
         }
     }
+    steer();
     if (stage_ == Stage::Found || stage_ == Stage::GaveUp) {
         const bool found = stage_ == Stage::Found;
         stop();

@@ -10,18 +10,14 @@ namespace vemra::robot {
 ///
 /// The robot is lost when somebody lifts and carries it, and found on its dock. A tree that relocalises asks
 /// with `SlamActiveRelocalize`, which runs until SLAM is sure or gives up; meanwhile SLAM steers it by keys.
-/// They are levels and not events: each is written at the beginning of a frame, and what the tree does about
-/// it brings the next. `SlamReachReloc` and `RelocMap` are the tree's answers.
+/// They are levels and not events: each is written when that leaf is ticked, after the motion of the frame,
+/// and what the tree does about it brings the next. `SlamReachReloc` and `RelocMap` are the tree's answers.
 class SlamService final : public Service
 {
 public:
     SlamService(const RobotParts& parts, Localisation& localisation, RobotMap& map,
-                const SensorSwitches& switches, const ScenarioStart& start)
-        : parts_(parts),
-          localisation_(localisation),
-          map_(map),
-          search_(parts.body, map, switches),
-          starts_lost_(start.lost)
+                const SensorSwitches& switches)
+        : parts_(parts), localisation_(localisation), map_(map), search_(parts.body, map, switches)
     {}
 
     void install(leaf::LeafHost& host) override;
@@ -54,7 +50,7 @@ private:
     Localisation& localisation_;
     RobotMap& map_;
     PlaceSearch search_;
-    bool starts_lost_;
+    bool knew_ = true;  ///< where it is, as last told
     Stage stage_ = Stage::Off;
     double turned_deg_ = 0;       ///< since the stage began
     std::uint64_t begun_ = 0;     ///< frame in which the stage began

@@ -93,10 +93,15 @@ void SoundAndLightService::installLights(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.action("RobotAnnoyLedON", [this](BT::TreeNode&) {
+        if (dimmed())
+            woken_in_ = parts_.state.frame;
         bright_until_ = parts_.state.frame + kBrightFrames;
         return BT::NodeStatus::SUCCESS;
     });
-    host.condition("IsRobotInAnnoyModeLedOff", [this](BT::TreeNode&) { return passed(dimmed()); });
+    host.condition("IsRobotInAnnoyModeLedOff", [this](BT::TreeNode&) {
+        // The key that lights the panel found it dark: that is all it is for.
+        return passed(dimmed() || (woken_in_ && *woken_in_ == parts_.state.frame));
+    });
     host.action("SetDustLight", [this](BT::TreeNode& node) {
         const std::string mode = textOf(node, "StaLedMode");
         if (mode != station_light_)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include "robot/services/core/service.h"
@@ -43,8 +44,9 @@ private:
     std::string light_;  ///< as the trees set it
     std::string shown_;  ///< as a person sees it
     std::string station_light_;
-    std::uint64_t dimming_in_ = 0;    ///< last frame in which the quiet hours were to be kept
-    std::uint64_t bright_until_ = 0;  ///< frame; somebody is at the robot
+    std::uint64_t dimming_in_ = 0;           ///< last frame in which the quiet hours were to be kept
+    std::optional<std::uint64_t> woken_in_;  ///< frame in which a key lit a dark panel
+    std::uint64_t bright_until_ = 0;         ///< frame; somebody is at the robot
 };
 
 }  // namespace vemra::robot
