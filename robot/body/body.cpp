@@ -9,6 +9,7 @@ namespace vemra::robot {
 namespace {
 
 constexpr double kSubstepMm = 3;
+constexpr std::uint64_t kLapseSteps = 1;
 /// How far the bumper springs out before it lets go.
 constexpr double kBumperTravelMm = 2;
 /// Sine of the angle between way and wall from which on a contact presses it.
@@ -63,6 +64,9 @@ void Body::driveArc(double forward_mm_s, double turn_deg_s, const void* driver)
 
 void Body::step(double seconds)
 {
+    if (driver_ != nullptr && steps_ > ordered_in_ + kLapseSteps) {
+        stop();
+    }
     ++steps_;
     since_moved_s_ = lifted_ ? 0 : since_moved_s_ + seconds;
     turnWheels(seconds);

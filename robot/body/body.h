@@ -58,12 +58,14 @@ public:
     /// The world must outlive the body. Whether the robot fits where it is put is not looked at.
     Body(const World& world, const PoseMm& at, Chance chance, const BodyConfig& config = {});
 
-    // --- commands: the wheels keep a speed until the next one
+    // --- commands: the wheels keep a speed until the next one. That of a driver lapses when it is not given
+    // again in the step after: a motion that is neither ticked nor ended goes on by no means.
 
     void drive(WheelSpeeds speeds, const void* driver = nullptr)
     {
         commanded_ = speeds;
         driver_ = driver;
+        ordered_in_ = steps_;
     }
     /// Forward speed in mm/s and turn to the left in degrees/s.
     void driveArc(double forward_mm_s, double turn_deg_s, const void* driver = nullptr);
@@ -176,6 +178,7 @@ private:
     PoseMm odometry_;
     WheelSpeeds commanded_;
     const void* driver_ = nullptr;
+    std::uint64_t ordered_in_ = 0;  ///< step of the command
     WheelSpeeds wheels_;
     std::uint64_t steps_ = 0;
 

@@ -4,6 +4,7 @@
 
 #include "robot/robot_rig.h"
 #include "robot/services/dock/dock_contacts.h"
+#include "robot/services/dock/dock_place.h"
 #include "robot/services/dock_signal/dock_bearing.h"
 #include "robot/services/dock_signal/dock_signal.h"
 #include "robot/services/motion/motion.h"
@@ -234,6 +235,46 @@ TEST(DockSignals, AReflectionTurnsTheRobotBackToTheSource)
     const PointMm way = kDock.face.at - rig.at();
     const double dock_at = degreesOfRadians(std::atan2(way.y, way.x)).value;
     EXPECT_THAT(std::abs(wrapped({to - dock_at}).value), Lt(45));
+}
+
+TEST(DockPlace, IsKeptFromTheContactsAndReckonedFromTheDriveOffThem)
+{
+    class PlaceRig : public RobotRig
+    {
+    public:
+        PlaceRig() : RobotRig(roomOfDock(), dockedPose(kDock)) { install(); }
+        ~PlaceRig() override { dropTrees(); }
+        TruePose pose{body};
+        RobotMap map{body, pose};
+        DockPlace place{parts, map, switches};
+
+    private:
+        std::vector<Service*> services() override { return {&place}; }
+    } rig;
+    const BT::NodeParameters out{{"out_point_mm", "found"}};
+    EXPECT_FALSE(rig.passes("GetChargerFromReuseInfo", out)) << "never docked";
+    rig.state.contacts.update(true);
+    rig.frame();
+    rig.map.update(1);
+    EXPECT_FALSE(rig.passes("GetChargerFromReuseInfo", out)) << "no stored map";
+    rig.blackboard->set("reuse_map_id", 1);
+    ASSERT_TRUE(rig.passes("GetChargerFromReuseInfo", out));
+    PointMm found;
+    ASSERT_TRUE(rig.blackboard->get("found", found));
+    EXPECT_NEAR(found.x, 2000, 1);
+    EXPECT_NEAR(found.y, 50 + 700, 1) << "on the middle line, 700 mm before the face";
+
+    const PoseMm docked = rig.body.odometry();
+    rig.blackboard->set("odom_pos_before", docked);
+    EXPECT_FALSE(rig.passes("CalcChargerPosition", {{"out_charger_position", "dock"}}));
+    rig.body.drive({-100, -80});
+    rig.frames(100);
+    rig.blackboard->set("odom_pos_after", rig.body.odometry());
+    ASSERT_TRUE(rig.passes("CalcChargerPosition", {{"out_charger_position", "dock"}}));
+    PoseMm dock;
+    ASSERT_TRUE(rig.blackboard->get("dock", dock));
+    EXPECT_THAT(distance(dock.at, dockedPose(kDock).at), Lt(10));
+    EXPECT_THAT(std::abs(wrapped({dock.yaw.value - dockedPose(kDock).yaw.value}).value), Lt(2));
 }
 
 }  // namespace

@@ -103,5 +103,20 @@ TEST_F(Motion, DetachEndsClearOfTheDock)
     EXPECT_TRUE(rig.passes("IfOnAPlane", {{"Degree", "500"}}));
 }
 
+TEST_F(Motion, AnOrderLapsesWhenItsLeafIsNeitherTickedNorEnded)
+{
+    rig.enterLeaf("OpenCloseMove", {{"left_mm_s", "100"}, {"right_mm_s", "100"}});
+    for (int i = 0; i < 30; ++i)
+        rig.frame();
+    const PointMm from = rig.at();
+    const BT::Tree kept = std::move(rig.tree);
+    rig.tree = {};
+    rig.frames(50);
+    EXPECT_THAT(rig.away(from), testing::Lt(15)) << "it comes to rest";
+    rig.body.drive({100, 100});
+    rig.frames(50);
+    EXPECT_THAT(rig.away(from), testing::Gt(80)) << "what nobody in particular orders holds";
+}
+
 }  // namespace
 }  // namespace vemra::robot

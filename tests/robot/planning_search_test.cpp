@@ -142,5 +142,23 @@ TEST(Towards, DrivesAtTheCarrotRoundWhatStandsThereAndNotIntoAWall)
     EXPECT_TRUE(towards({260, -60}, 2000, pose, beside, {})) << "touching it, the robot can leave along it";
 }
 
+TEST(FindWay, LeadsOutOfANarrowPlaceByTheWayItCame)
+{
+    // A lane of 350 mm, 900 mm deep, off a room.
+    std::vector<std::string> lines = room(60, 40);
+    fill(lines, {1, 1}, {25, 15}, '#');
+    fill(lines, {1, 23}, {25, 38}, '#');
+    const PlanningMap map = makePlanningMap(gridOf(sketch(lines)), {});
+    const CellIndex within{5, 19};
+    ASSERT_EQ(map.at(within), Ground::Tight);
+    EXPECT_FALSE(findPath(costsFor(map, within, {}), within, {45, 20}));
+    const auto came = [](CellIndex cell) { return cell.row == 19; };
+    const auto way = findPath(costsFor(map, within, {.came_by = came}), within, {45, 20});
+    ASSERT_TRUE(way);
+    EXPECT_EQ(piecesOf(map, costsFor(map, within, {.came_by = came}), *way).size(), 1U) << "no bridge";
+    EXPECT_FALSE(findPath(costsFor(map, {45, 20}, {.came_by = came}), {45, 20}, within))
+        << "and not in again";
+}
+
 }  // namespace
 }  // namespace vemra::robot

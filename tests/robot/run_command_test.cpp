@@ -62,9 +62,9 @@ TEST(RunCommand, WhatItPrintsForMachinesKeepsToItsSchema)
         EXPECT_EQ(result.exit_code, 0) << result.out << result.err;
         return result.out;
     };
-    EXPECT_EQ(
-        kinds("--frames 5000"),
-        "body custom escape last_line light message mode motion music robot_status station_light task_state user\n");
+    EXPECT_EQ(kinds("--frames 5000"),
+              "body custom escape last_line light message mode motion music robot_status station_light "
+              "task_state user\n");
     EXPECT_THAT(kinds("--scenario " + source + "/scenarios/emptying_with_a_block.yaml"), HasSubstr("error"));
 }
 

@@ -2,6 +2,8 @@
 
 #include "behaviortree_cpp/xml_parsing.h"
 #include "robot/body_rig.h"
+#include "robot/grid_sketch.h"
+#include "robot/services/escape/escape_path.h"
 
 namespace vemra::robot {
 namespace {
@@ -207,6 +209,26 @@ TEST_F(EscapeTrees, ALineIsDrivenToItsEndOrToTheFirstBump)
     EXPECT_NEAR(rig.at().x, 1750 + kRobotRadiusMm + 15, 15) << "backed off the thing on the line";
     EXPECT_EQ(rig.text("bump_dir"), "middle");
     EXPECT_FALSE(rig.blackboard->contains("next_line_to_clean_stack"));
+}
+
+// A lane as wide as the body, open to the right.
+TEST(EscapePath, LeadsIntoTheOpenWhereTheSameTroubleComesBack)
+{
+    std::vector<std::string> lines = room(60, 40);
+    fill(lines, {1, 1}, {30, 15}, '#');
+    fill(lines, {1, 23}, {30, 38}, '#');
+    const Home home = sketch(lines);
+    Chance chance(3);
+    const PoseMm wedged{{400, 975}, {90}};
+    const auto path = pathIntoTheOpen(takeScan(home, wedged, {}, chance), 0);
+    ASSERT_EQ(path.size(), 2U);
+    EXPECT_THAT(path[0].speeds.left, testing::Gt(0)) << "to the right";
+    const double turned = degreesOfRadians(path[0].frames * 0.02 * 120 / 115).value;
+    EXPECT_NEAR(turned, 90, 8);
+    EXPECT_THAT(path[1].frames * 0.02 * 120, testing::Gt(600));
+    // The next time another way is tried.
+    const auto other = pathIntoTheOpen(takeScan(home, wedged, {}, chance), 1);
+    EXPECT_FALSE(other[0].speeds == path[0].speeds && other[0].frames == path[0].frames);
 }
 
 }  // namespace

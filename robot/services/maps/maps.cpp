@@ -67,10 +67,17 @@ void MapService::install(leaf::LeafHost& host)
         parts_.blackboard.erase("reuse_map_id");
         return BT::NodeStatus::SUCCESS;
     });
-    for (const char* leaf :
-         {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc", "MultMapRecover",
-          "GenerateCleaningLog", "PresetBlackboard", "RestoreCaCt", "CleanInfoSave"})
+    for (const char* leaf : {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc",
+                             "MultMapRecover", "GenerateCleaningLog", "RestoreCaCt", "CleanInfoSave"})
         host.action(leaf, succeed);
+    // What a task starts from.
+    host.action("PresetBlackboard", [this](BT::TreeNode&) {
+        for (const char* key : {"subregion_fixed", "subregion_offset_grid", "subregion_offset_x_fix",
+                                "subregion_offset_y_fix", "mop_dirty"})
+            parts_.blackboard.erase(key);
+        parts_.blackboard.set("clean_time_for_app", 0);
+        return BT::NodeStatus::SUCCESS;
+    });
     host.condition("NeedToMergeRegion", [this](BT::TreeNode& node) {
         const auto order = modeFromText(textOf(node, "mode_order"));
         return passed(order && takesOrder(*order));
