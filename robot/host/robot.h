@@ -77,8 +77,14 @@ public:
     [[nodiscard]] PoseMm believedPose() const { return knowledge_.localisation.pose(); }
     /// The floor that was swept, in square metres.
     [[nodiscard]] double sweptM2() const { return swept_.areaM2(); }
-    /// The floor that it could have swept and did not: middles of squares, and their edge in mm.
-    [[nodiscard]] std::vector<PointMm> missedFloor() const { return swept_.missed(first_place_); }
+    /// The floor that it could have swept and did not: middles of squares, and their edge in mm. None where
+    /// the run was no clean: a robot that only goes home misses nothing.
+    [[nodiscard]] std::vector<PointMm> missedFloor() const
+    {
+        constexpr double kClean = 0.25;
+        return swept_.shareOf(first_place_).part() >= kClean ? swept_.missed(first_place_)
+                                                             : std::vector<PointMm>{};
+    }
     [[nodiscard]] double missedFloorMm() const { return swept_.cellMm(); }
     [[nodiscard]] const Dock& dock() const { return setup_.dock; }
     [[nodiscard]] const VirtualWalls& virtualWalls() const { return knowledge_.map.virtualWalls(); }
