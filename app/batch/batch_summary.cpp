@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <ostream>
 #include <string>
@@ -31,8 +32,7 @@ constexpr Figure kFigures[] = {
 
 double percentile(const std::vector<double>& sorted, double share)
 {
-    const auto at = static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1) + 0.5);
-    return sorted[at];
+    return sorted[static_cast<std::size_t>(std::lround(share * static_cast<double>(sorted.size() - 1)))];
 }
 
 bool isGood(const nlohmann::ordered_json& line)
