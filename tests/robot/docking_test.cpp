@@ -13,7 +13,6 @@
 namespace vemra::robot {
 namespace {
 
-using testing::DoubleNear;
 using testing::Gt;
 using testing::Lt;
 

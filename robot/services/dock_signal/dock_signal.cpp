@@ -18,6 +18,7 @@ constexpr double kMostOffsetMm = 150;
 constexpr double kOffsetPerSideMm = 45;
 constexpr double kRememberedMm = 50;  // beside the line, where only the first weighing tells the side
 constexpr double kTurnOverDeg = 15;
+constexpr double kBesideDockMm = 600;
 constexpr std::uint64_t kLookEvery = 5;
 constexpr double kLookWithinMm = 1500;
 constexpr double kMostAslantDeg = 60;
@@ -77,6 +78,11 @@ void DockSignalService::installSenses(leaf::LeafHost& host)
                    [this](BT::TreeNode&) { return passed(hearing_.outOfFieldFrames() >= kLeftFieldFrames); });
     host.condition("InMiddleDockOnceInAWhile", [this](BT::TreeNode&) {
         return passed(hearing_.offMiddleFrames() <= kMiddleLatelyFrames);
+    });
+    // So near that it would turn into its dock.
+    host.condition("DoesRobotGetChargerSigCheck", [this](BT::TreeNode&) {
+        return passed(hearing_.frontHears() &&
+                      hearing_.awayMm().value_or(kBesideDockMm + 1) <= kBesideDockMm);
     });
     // The filter works at the beginning of each frame, whoever asks.
     host.action("DockSignalFilter", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
