@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "robot/robot_rig.h"
+#include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/dock/dock_contacts.h"
 #include "robot/services/dock/dock_place.h"
 #include "robot/services/dock_signal/dock_bearing.h"
