@@ -134,6 +134,30 @@ TEST_F(FlatTest, ItLeavesAVirtualWallThatItStandsIn)
     EXPECT_FALSE(robot.search("TargetNoUnknown", kLivingRoom.at));
 }
 
+TEST_F(FlatTest, OnItsWayOutOfAnAreaItKeepsToTheLineWallBeyond)
+{
+    robot.knowHome();
+    // The follow along the shoe, within the area, ends outside of it.
+    robot.world.putDown({{3000, 2300}, {3100, 3300}}, Height::Low);
+    robot.body.carryTo({{2500, 3000}, {0}});
+    robot.frame();
+    const SegmentMm line{{3600, 1700}, {3600, 3000}};
+    robot.blackboard->set("virtual_wall_rects", "2000;2500;3000;3500");
+    robot.blackboard->set("virtual_wall_lines", "3600;1700;3600;3000");
+    robot.blackboard->set("current_subregion", "0;0;9000;6700");
+    robot.blackboard->set("bump_dir", "None");
+    ASSERT_TRUE(robot.passes("GenerateVirtualWalls"));
+    EXPECT_TRUE(goTo({4300, 2000}, "Target"));
+
+    const auto& track = robot.body.track();
+    for (std::size_t i = 1; i < track.size(); ++i) {
+        const PointMm a = track[i - 1].pose.at;
+        const PointMm b = track[i].pose.at;
+        const bool beside = b.y > line.from.y && b.y < line.to.y;
+        EXPECT_FALSE(beside && (a.x < line.from.x) != (b.x < line.from.x)) << "through the line at y " << b.y;
+    }
+}
+
 TEST_F(FlatTest, ExploringShowsTheWholeFlat)
 {
     const BT::NodeParameters frontier{{"search_mode", "Explore"},

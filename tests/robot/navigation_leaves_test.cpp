@@ -107,6 +107,55 @@ TEST_F(LeavesTest, ABridgeThatFailedServesOnlyWhoToleratesThat)
     EXPECT_TRUE(searchTolerating(0));
 }
 
+TEST_F(LeavesTest, ABridgeStaysInHandWhateverTheCrossingDoesToItsKey)
+{
+    const auto take = [&] {
+        return robot.passes("BridgeDestructor", {{"bridge", "${navigation_bridge}"},
+                                                 {"out_from_point", "from"},
+                                                 {"out_to_point", "to"},
+                                                 {"out_follow_wall_dist", "follow"}});
+    };
+    ASSERT_TRUE(searchTolerating(0));
+    takeUp();
+    takeUp();
+    ASSERT_TRUE(take());
+    robot.passes("ResetBridgeList");
+    EXPECT_FALSE(robot.blackboard->contains("navigation_bridge"));
+    robot.passes("UpdateBridgeCost");
+    EXPECT_FALSE(searchTolerating(0)) << "the failure is booked";
+
+    // What was booked is out of hand.
+    robot.passes("ValidateAllBridges");
+    robot.passes("UpdateBridgeCost");
+    EXPECT_TRUE(searchTolerating(0));
+}
+
+TEST(TemporaryBridge, IsCrossedAsSoonAsTheBodyIsOutOfTheVirtualWall)
+{
+    NavigationRig robot{NavigationRig::flat(), {{2500, 2600}, {0}}};
+    robot.knowHome();
+    robot.blackboard->set("virtual_wall_rects", "2200;2200;3200;3000");
+    ASSERT_TRUE(robot.passes("GenerateVirtualWalls"));
+    ASSERT_TRUE(robot.search("Target", {5700, 1200}));
+    ASSERT_TRUE(robot.passes("CheckPathSegment", {{"input_navi_path", "${navigation_path_segments}"}}));
+    ASSERT_TRUE(robot.passes("BridgeDestructor", {{"bridge", "${navigation_bridge}"},
+                                                  {"out_from_point", "from"},
+                                                  {"out_to_point", "to"},
+                                                  {"out_follow_wall_dist", "follow"}}));
+    // A follow within the crossing; then the plan goes on from outside.
+    robot.passes("ResetBridgeList");
+    const BT::NodeParameters across{{"bridge_to_point", "${far}"}, {"ticks_threshold", "0"}};
+    robot.blackboard->set("far", PointMm{5700, 1200});
+    EXPECT_FALSE(robot.passes("BridgeCrossed", across));
+    robot.body.carryTo({{4000, 2600}, {0}});
+    robot.frame();
+    EXPECT_TRUE(robot.passes("BridgeCrossed", across)) << "however far the goal is";
+
+    robot.blackboard->erase("cross_bridge_success");
+    robot.passes("UpdateBridgeCost");
+    EXPECT_TRUE(robot.blackboard->contains("tmp_bridge_cross_failed"));
+}
+
 TEST_F(LeavesTest, ASearchDuringAFollowWantsTheGoalWhateverWasSearchedBefore)
 {
     robot.blackboard->set("wanted", PointMm{500, 300});

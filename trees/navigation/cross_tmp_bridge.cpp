@@ -32,8 +32,7 @@ Node move()
 
 // --- how the move ended --------------------------------------------------------------------------
 
-// A fresh plan is worth another try when it still begins with the temporary bridge. So is one that begins
-// with a plain stretch of way: the mark tells of it, and the next try drives along that stretch.
+// A fresh plan is worth another try when it still begins with the temporary bridge.
 Node worth_another_try()
 {
     return FallbackStar(

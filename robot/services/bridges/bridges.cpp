@@ -84,6 +84,9 @@ int BridgeBook::failuresAt(PointMm place) const
 
 BridgePtr BridgeService::inHand() const
 {
+    if (crossing_) {
+        return crossing_;
+    }
     BridgePtr bridge;
     parts_.blackboard.get("navigation_bridge", bridge);
     return bridge;
@@ -132,12 +135,14 @@ void BridgeService::settle()
             parts_.blackboard.set("tmp_bridge_cross_failed", "");
         }
     }
+    crossing_ = nullptr;
 }
 
 void BridgeService::install(leaf::LeafHost& host)
 {
-    host.action("BridgeDestructor", [](BT::TreeNode& node) {
+    host.action("BridgeDestructor", [this](BT::TreeNode& node) {
         const BridgePtr bridge = bridgeOf(node);
+        crossing_ = bridge;
         const std::string from = textOf(node, "out_from_point");
         const std::string to = textOf(node, "out_to_point");
         const std::string follow = textOf(node, "out_follow_wall_dist");

@@ -37,8 +37,9 @@ private:
 };
 
 /// Leaves that take bridges apart, watch a crossing and write its outcome into the book. The bridge in hand
-/// is `navigation_bridge`; a crossing that went well is known by the key `cross_bridge_success`. A temporary
-/// bridge that fails leaves `tmp_bridge_cross_failed`.
+/// is the one taken by `BridgeDestructor`, until `UpdateBridgeCost` has booked it: searches and follows
+/// within the crossing change `navigation_bridge`. A crossing that went well is known by the key
+/// `cross_bridge_success`. A temporary bridge that fails leaves `tmp_bridge_cross_failed`.
 class BridgeService final : public Service
 {
 public:
@@ -61,6 +62,7 @@ private:
     const RobotMap& map_;
     const SensorSwitches& switches_;
     BridgeBook book_;
+    BridgePtr crossing_;
     int frames_across_ = 0;
 };
 
