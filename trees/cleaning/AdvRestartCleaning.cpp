@@ -33,15 +33,20 @@ Node just_failed()
 
 // --- four ways to the stored map ----------------------------------------------------------------
 
+// The map is taken over unseen, which the task remembers.
+Node start_from_stored_map()
+{
+    return SequenceStar(SlamStartFromReuse{}, SetBlackboard{"pretend_reuse_cleaning_token", "true"},
+                        SaySomething{"AdvRestartCleaning pretend reuse cleaning"});
+}
+
 // The robot stands where the dock was when the map was stored.
 Node way_from_dock()
 {
     return SequenceStar(key_is_true("reuse_from_charger"), erase("reuse_from_charger"), copy_odom_after(),
                         SaySomething{"AdvRestartCleaning 1"},
                         optionally(present("on_charger_pose"),
-                                   IfThenElseStar(SlamIsResumable{}, SlamStart{}, SlamStartFromReuse{}),
-                                   SetBlackboard{"pretend_reuse_cleaning_token", "true"},
-                                   SaySomething{"AdvRestartCleaning pretend reuse cleaning"}));
+                                   IfThenElseStar(SlamIsResumable{}, SlamStart{}, start_from_stored_map())));
 }
 
 // SLAM goes on with its map, and that is a stored one.

@@ -26,10 +26,11 @@ Node take_new_rooms()
 
 Node clean_rooms()
 {
-    return SequenceStar(choose_map_of_rooms(), SetBlackboard{"is_draw_area_cleaning", "false"},
-                        whichever_way(SubtreeCondition{"CleanSelectedAreas.xml"},
-                                      row(SetBlackboard{"segment_map_info", "segment_map"},
-                                          erase("order_map"), erase("order_map_original"))));
+    return SequenceStar(
+        choose_map_of_rooms(), SetBlackboard{"is_draw_area_cleaning", "false"},
+        whichever_way(SequenceStar(restart_after_error(), SubtreeCondition{"CleanSelectedAreas.xml"}),
+                      row(SetBlackboard{"segment_map_info", "segment_map"}, erase("order_map"),
+                          erase("order_map_original"))));
 }
 
 }  // namespace

@@ -96,13 +96,6 @@ Node account_washes()
         Delay{999999999});
 }
 
-// After an error the little that was cleaned is cleaned again.
-Node restart_after_error()
-{
-    return optionally(present("restart_cleaning_from_err_mode"), erase("restart_cleaning_from_err_mode"),
-                      CleanAreaTooSmall{}, ResetMap{});
-}
-
 // Once chosen, room by room holds for the whole task.
 Node goes_room_by_room()
 {

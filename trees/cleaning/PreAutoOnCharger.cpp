@@ -33,25 +33,24 @@ Node count_one(const char* key)
     return IntAdd{"${" + std::string(key) + "}", "1", key};
 }
 
-// A robot that still leans on its dock by then counts how long it leans, backing on.
+// A robot that still leans on its dock by then backs on, until it is level, and counts how long it leans.
 Node judge_on_a_plane()
 {
     return SubTree(
         "JudgeOnAPlane",
         FallbackStar(
             IfOnAPlane{"200"},
-            SequenceStar(
-                SetBlackboard{"Cnt", "0"},
-                FallbackStar(IfOnAPlane{"400"},
-                             ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
-                SaySomething{"${Cnt}"},
-                ForceSuccess(SequenceStar(Inverter(IsAGreaterThanBInt{"50", "${Cnt}"}),
-                                          Frameout(100, DetachNode{"-80"}))),
-                IsAGreaterThanBInt{"${Cnt}", "140"}, SetBlackboard{"Leans_Cnt", "0"},
-                FallbackStar(IfOnAPlane{"500"},
-                             ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), DetachNode{"-80"})))),
-                SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBInt{"${Leans_Cnt}", "45"},
-                set_flag("robot_leans_charger"))));
+            SequenceStar(SetBlackboard{"Cnt", "0"},
+                         Fallback(IfOnAPlane{"400"},
+                                  ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
+                         SaySomething{"${Cnt}"},
+                         ForceSuccess(SequenceStar(Inverter(IsAGreaterThanBInt{"50", "${Cnt}"}),
+                                                   Frameout(100, DetachNode{"-80"}))),
+                         IsAGreaterThanBInt{"${Cnt}", "140"}, SetBlackboard{"Leans_Cnt", "0"},
+                         Fallback(IfOnAPlane{"500"}, ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"),
+                                                                                       DetachNode{"-80"})))),
+                         SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBInt{"${Leans_Cnt}", "45"},
+                         set_flag("robot_leans_charger"))));
 }
 
 Node turn_back_to_start()

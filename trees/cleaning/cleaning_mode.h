@@ -103,6 +103,13 @@ inline Node choose_map_of_rooms()
                           SetBlackboard{"segment_map_info", "segment_map"});
 }
 
+/// After an error the little that was cleaned is cleaned again.
+inline Node restart_after_error()
+{
+    return optionally(present("restart_cleaning_from_err_mode"), erase("restart_cleaning_from_err_mode"),
+                      CleanAreaTooSmall{}, ResetMap{});
+}
+
 /// `work`, and after it `steps`, whichever way it ends.
 inline Node whichever_way(const Node& work, const Nodes& steps)
 {

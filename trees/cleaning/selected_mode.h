@@ -55,7 +55,7 @@ inline Nodes end_selected_task()
 inline Node clean_drawn(const Node& set_area)
 {
     return IfThenElseStar(set_area,
-                          SequenceStar(SetBlackboard{"is_draw_area_cleaning", "true"},
+                          SequenceStar(SetBlackboard{"is_draw_area_cleaning", "true"}, restart_after_error(),
                                        SubtreeCondition{"CleanSelectedAreas.xml"}),
                           go_to_standby());
 }

@@ -67,13 +67,14 @@ Node walk_back(const DriveForm& form)
                                       follow_on(form.reverse_wall_tree)));
 }
 
-// The sixth return to the same place ends the drive.
+// After six returns to the same place the next one ends the drive.
 Node count_return()
 {
-    return IfThenElseStar(absent("back_init_bump_cnt"), SetBlackboard{"back_init_bump_cnt", "0"},
-                          IfThenElseStar(IsAGreaterThanBInt{"${back_init_bump_cnt}", "5"},
-                                         SequenceStar(erase("back_init_bump_cnt"), break_drive()),
-                                         IntAdd{"${back_init_bump_cnt}", "1", "back_init_bump_cnt"}));
+    return SequenceStar(FallbackStar(present("back_init_bump_cnt"), SetBlackboard{"back_init_bump_cnt", "0"}),
+                        IfThenElseStar(SequenceStar(present("back_init_bump_cnt"),
+                                                    IsAGreaterThanBInt{"${back_init_bump_cnt}", "5"}),
+                                       SequenceStar(erase("back_init_bump_cnt"), break_drive()),
+                                       IntAdd{"${back_init_bump_cnt}", "1", "back_init_bump_cnt"}));
 }
 
 Node settle_way_back()
