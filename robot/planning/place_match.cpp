@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "robot/geometry/frames.h"
 #include "robot/planning/planning_map.h"
 
 namespace vemra::robot {
@@ -67,12 +68,6 @@ Grid<CellState> surfacesOf(const Grid<CellState>& map)
         }
     }
     return faces;
-}
-
-PointMm placed(const PoseMm& frame, PointMm point)
-{
-    const PointMm ahead = direction(frame.yaw);
-    return frame.at + PointMm{point.x * ahead.x - point.y * ahead.y, point.x * ahead.y + point.y * ahead.x};
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "robot/geometry/frames.h"
+
 namespace vemra::robot {
 namespace {
 
@@ -91,9 +93,7 @@ double DockField::rangeMm(DockSignal signal)
 // x out of the dock's face, y to the dock's own left, which is the right of a robot that faces it.
 PointMm DockField::inDockFrame(PointMm place) const
 {
-    const PointMm offset = place - face_.at;
-    const PointMm out = direction(face_.yaw);
-    return {offset.x * out.x + offset.y * out.y, cross(out, offset)};
+    return seenFrom(face_, place);
 }
 
 DockSignal DockField::sentTowards(PointMm place) const

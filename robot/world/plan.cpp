@@ -148,6 +148,26 @@ GreyImage drawPlan(const Plan& plan)
     return image;
 }
 
+Home homeOfPlan(const Plan& plan)
+{
+    const GreyImage image = drawPlan(plan);
+    std::vector<CellState> cells;
+    cells.reserve(image.pixels.size());
+    // The picture's rows go from the top, the home's from the bottom.
+    for (int row = image.height - 1; row >= 0; --row) {
+        for (int column = 0; column < image.width; ++column) {
+            const int pixel =
+                image.pixels[static_cast<std::size_t>(row) * static_cast<std::size_t>(image.width) +
+                             static_cast<std::size_t>(column)];
+            cells.push_back(pixel == kWhite   ? CellState::Free
+                            : pixel == kBlack ? CellState::Occupied
+                                              : CellState::Unknown);
+        }
+    }
+    return {image.width, image.height, plan.floor.low - PointMm{plan.margin_mm, plan.margin_mm},
+            std::move(cells)};
+}
+
 std::string mapYaml(const Plan& plan)
 {
     const PointMm corner = plan.floor.low - PointMm{plan.margin_mm, plan.margin_mm};

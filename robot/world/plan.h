@@ -32,6 +32,8 @@ Plan readPlan(const std::filesystem::path& file);
 
 /// The plan as a map: the picture, and the text of the YAML that goes with it and names `<name>.pgm`.
 GreyImage drawPlan(const Plan& plan);
+/// The same as the cells that a reader of the map gets.
+Home homeOfPlan(const Plan& plan);
 std::string mapYaml(const Plan& plan);
 
 }  // namespace vemra::robot

@@ -247,36 +247,4 @@ RandomHome randomHome(std::uint64_t seed)
     return Builder(seed).build(seed);
 }
 
-Home homeOfPlan(const Plan& plan)
-{
-    const PointMm low = plan.floor.low - PointMm{plan.margin_mm, plan.margin_mm};
-    const PointMm high = plan.floor.high + PointMm{plan.margin_mm, plan.margin_mm};
-    const int columns = static_cast<int>(std::lround((high.x - low.x) / Home::kCellMm));
-    const int rows = static_cast<int>(std::lround((high.y - low.y) / Home::kCellMm));
-    Home home(columns, rows, low,
-              std::vector<CellState>(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows),
-                                     CellState::Unknown));
-    const auto fill = [&home](const BoxMm& box, CellState state) {
-        const PointMm inside{1, 1};
-        const CellIndex first = home.cellOf(box.low + inside);
-        const CellIndex last = home.cellOf(box.high - inside);
-        for (int row = first.row; row <= last.row; ++row) {
-            for (int column = first.column; column <= last.column; ++column) {
-                home.set({column, row}, state);
-            }
-        }
-    };
-    fill(plan.floor, CellState::Free);
-    for (const BoxMm& wall : plan.walls) {
-        fill(wall, CellState::Occupied);
-    }
-    for (const BoxMm& door : plan.doors) {
-        fill(door, CellState::Free);
-    }
-    for (const BoxMm& thing : plan.furniture) {
-        fill(thing, CellState::Occupied);
-    }
-    return home;
-}
-
 }  // namespace vemra::robot

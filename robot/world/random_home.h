@@ -23,7 +23,4 @@ struct RandomHome
 /// The same seed gives the same home.
 [[nodiscard]] RandomHome randomHome(std::uint64_t seed);
 
-/// The plan's cells, as a map of it reads.
-[[nodiscard]] Home homeOfPlan(const Plan& plan);
-
 }  // namespace vemra::robot

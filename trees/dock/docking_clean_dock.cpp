@@ -124,7 +124,7 @@ Node sector_lds_7001()
 {
     const auto on_side = [](const char* name, const Side& side) {
         return SequenceStar(
-            Named(name, Fallback(hears(ml, side.central_signal), hears(mr, side.central_signal))),
+            Named(name, FallbackStar(hears(ml, side.central_signal), hears(mr, side.central_signal))),
             approach_7001(side));
     };
     return sector_tree("GoToDockSectorLDS7001",

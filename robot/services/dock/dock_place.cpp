@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "robot/geometry/frames.h"
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/maps/grid_maps.h"
@@ -13,22 +14,6 @@ namespace {
 // From the docked robot's middle, which is a radius off the face; the nearest of the others where something
 // stands there.
 constexpr std::array kAwayMm = {525.0, 575.0, 475.0, 650.0, 425.0, 750.0};
-
-// A pose given in another pose's frame, and back.
-PoseMm placed(const PoseMm& frame, const PoseMm& inner)
-{
-    const PointMm ahead = direction(frame.yaw);
-    const PointMm left{-ahead.y, ahead.x};
-    return {frame.at + inner.at.x * ahead + inner.at.y * left, {frame.yaw.value + inner.yaw.value}};
-}
-
-PoseMm seenFrom(const PoseMm& frame, const PoseMm& pose)
-{
-    const PointMm ahead = direction(frame.yaw);
-    const PointMm off = pose.at - frame.at;
-    return {{off.x * ahead.x + off.y * ahead.y, ahead.x * off.y - ahead.y * off.x},
-            {pose.yaw.value - frame.yaw.value}};
-}
 
 }  // namespace
 

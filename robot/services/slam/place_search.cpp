@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "robot/geometry/frames.h"
 #include "robot/planning/planner.h"
 #include "robot/services/maps/grid_maps.h"
 
@@ -62,13 +63,7 @@ std::optional<PoseMm> PlaceSearch::pose() const
     if (!sure_) {
         return std::nullopt;
     }
-    const PoseMm now = body_.odometry();
-    const double turn = sure_->pose.yaw.value - sure_odometry_.yaw.value;
-    const PointMm gone = now.at - sure_odometry_.at;
-    const PointMm ahead = direction({turn});
-    return PoseMm{
-        sure_->pose.at + PointMm{gone.x * ahead.x - gone.y * ahead.y, gone.x * ahead.y + gone.y * ahead.x},
-        {now.yaw.value + turn}};
+    return placed(sure_->pose, seenFrom(sure_odometry_, body_.odometry()));
 }
 
 // The farthest place: from there the robot sees what it has not seen yet.

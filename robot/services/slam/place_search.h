@@ -25,7 +25,7 @@ public:
     /// The next place to look from: up to 4 m away on the floor around, 1 m from where it looked before. Each
     /// is given once. No value when there is none, or five were given.
     [[nodiscard]] std::optional<PointMm> nextPoint();
-    [[nodiscard]] bool pointsLeft() const { return points_.size() < kMostPoints; }
+    [[nodiscard]] bool pointsLeft() const { return points_.size() <= kMostPoints; }
 
 private:
     static constexpr std::size_t kMostPoints = 5;
