@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <iostream>
+#include <utility>
 
 namespace vemra::app {
 namespace {
@@ -14,7 +15,8 @@ constexpr std::uint64_t kFramesBetweenLooks = 64;
 
 }  // namespace
 
-Progress::Progress(std::uint64_t frames) : frames_(frames), on_terminal_(::isatty(STDERR_FILENO) == 1)
+Progress::Progress(std::uint64_t frames, std::function<std::string()> moment)
+    : frames_(frames), moment_(std::move(moment)), on_terminal_(::isatty(STDERR_FILENO) == 1)
 {}
 
 void Progress::tell(std::uint64_t frame)
@@ -34,7 +36,7 @@ void Progress::tell(std::uint64_t frame)
     std::cerr << fmt::format("{:3.0f} %  {} of {} frames, {:.0f} a second",
                              100.0 * static_cast<double>(frame) / static_cast<double>(frames_), frame,
                              frames_, rate)
-              << std::flush;
+              << (moment_ ? moment_() : std::string()) << std::flush;
 }
 
 void Progress::wipe()

@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <string>
 
 #include "robot/events/event_log.h"
 
@@ -14,7 +16,9 @@ namespace vemra::app {
 class Progress final : public robot::LogSink
 {
 public:
-    explicit Progress(std::uint64_t frames);
+    explicit Progress(std::uint64_t frames) : Progress(frames, {}) {}
+    /// With what else is to be told of the moment.
+    Progress(std::uint64_t frames, std::function<std::string()> moment);
 
     /// To be called after each frame.
     void tell(std::uint64_t frame);
@@ -28,6 +32,7 @@ private:
     void wipe();
 
     std::uint64_t frames_;
+    std::function<std::string()> moment_;
     bool on_terminal_;
     bool shown_ = false;
     Clock::time_point start_ = Clock::now();

@@ -1,6 +1,10 @@
 #include "app/run.h"
 
+#include <fmt/format.h>
 #include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <chrono>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -154,7 +158,6 @@ int run(const RunOptions& options)
         scenario.expectations.clear();
     const std::unique_ptr<robot::LogSink> shown = printerOf(options);
     const std::unique_ptr<TreeWatch> watch = watchOf(options);
-    Progress progress(frames);
     std::optional<RunRecords> records;
     robot::VisitCounter counter;
     Robot robot({.load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTrees(factory, options, tree); },
@@ -165,6 +168,13 @@ int run(const RunOptions& options)
                  .seed = options.seed,
                  .tree = tree,
                  .goal = goal});
+    const double reachable_m2 = std::max(1.0, robot.report().at("reachable_m2").get<double>());
+    Progress progress(frames, [&robot, reachable_m2] {
+        const robot::PointMm at = robot.body().truePose().at;
+        return fmt::format("; {}, {:.1f} % swept, at {:.1f}, {:.1f} m",
+                           robot::timeOfFrame(robot.frame()).substr(0, 7),
+                           100 * std::min(1.0, robot.sweptM2() / reachable_m2), at.x / 1e3, at.y / 1e3);
+    });
     if (options.out)
         records.emplace(*options.out).follow(robot);
     if (options.visits)
@@ -176,6 +186,7 @@ int run(const RunOptions& options)
         robot.addSink(*shown);
 
     const Interrupt interrupt;
+    const auto begun = std::chrono::steady_clock::now();
     while (robot.frame() < frames && !robot.over() && !interrupt.waits()) {
         robot.step();
         if (records)
@@ -186,7 +197,8 @@ int run(const RunOptions& options)
     }
     robot.finish();
     if (records)
-        records->write(robot, title);
+        records->write(robot, title,
+                       std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count());
     if (options.visits)
         robot::writeFile(*options.visits, visitFileText(counter, title, robot.frame()));
     if (interrupt.waits())

@@ -1,5 +1,6 @@
 #include "app/run_records.h"
 
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -11,13 +12,17 @@ namespace {
 
 constexpr double kPixelsAPoint = 2;
 
-std::vector<std::vector<robot::PointMm>> trackOf(const robot::Body& body)
+/// Cut where the robot was put down and where it began to do something else.
+std::vector<robot::TrackStretch> trackOf(const robot::Body& body,
+                                         const std::vector<robot::TrackPhase>& phases)
 {
-    std::vector<std::vector<robot::PointMm>> stretches;
-    for (const robot::Body::TrackPoint& point : body.track()) {
-        if (stretches.empty() || point.carried_here)
-            stretches.emplace_back();
-        stretches.back().push_back(point.pose.at);
+    std::vector<robot::TrackStretch> stretches;
+    for (std::size_t i = 0; i < body.track().size(); ++i) {
+        const robot::Body::TrackPoint& point = body.track()[i];
+        const robot::TrackPhase phase = i < phases.size() ? phases[i] : robot::TrackPhase::Drive;
+        if (stretches.empty() || point.carried_here || phase != stretches.back().phase)
+            stretches.push_back({{}, phase, point.carried_here && i > 0});
+        stretches.back().points.push_back(point.pose.at);
     }
     return stretches;
 }
@@ -25,8 +30,8 @@ std::vector<std::vector<robot::PointMm>> trackOf(const robot::Body& body)
 }  // namespace
 
 RunRecords::RunRecords(const std::filesystem::path& folder)
-    : folder_(folder,
-              {"timeline.txt", "events.jsonl", "track.csv", "report.json", "timeline.png", "home.png"})
+    : folder_(folder, {"timeline.txt", "events.jsonl", "track.csv", "report.json", "timeline.png", "home.png",
+                       "home.svg"})
 {}
 
 void RunRecords::follow(robot::Robot& robot)
@@ -35,12 +40,22 @@ void RunRecords::follow(robot::Robot& robot)
     robot.addSink(lines_);
 }
 
-void RunRecords::write(const robot::Robot& robot, const std::string& title)
+void RunRecords::frame(robot::Robot& robot)
+{
+    track_.frame(robot);
+    std::string motion;
+    robot.blackboard().get("current_motion_type", motion);
+    phases_.resize(robot.body().track().size(), robot::phaseOfMotion(motion));
+}
+
+void RunRecords::write(const robot::Robot& robot, const std::string& title, double wall_s)
 {
     folder_.add("timeline.txt", timeline_.str());
     folder_.add("events.jsonl", json_.str());
     folder_.add("track.csv", track_.text());
-    folder_.add("report.json", robot.report().dump(2) + "\n");
+    nlohmann::ordered_json report = robot.report();
+    report["wall_s"] = std::round(wall_s * 100) / 100;
+    folder_.add("report.json", report.dump(2) + "\n");
     folder_.add(
         "timeline.png",
         robot::pngBytes(robot::runPicture(robot.log().entries(), robot.frame(), title), kPixelsAPoint));
@@ -48,13 +63,14 @@ void RunRecords::write(const robot::Robot& robot, const std::string& title)
                            .dock = robot.dock(),
                            .robot = robot.body().truePose(),
                            .walls = robot.virtualWalls(),
-                           .track = trackOf(robot.body()),
+                           .track = trackOf(robot.body(), phases_),
                            .missed_mm = robot.missedFloorMm()};
     // Before anything is swept all floor is missed.
     if (robot.sweptM2() > 0)
         marks.missed = robot.missedFloor();
-    folder_.add("home.png",
-                robot::pngBytes(robot::homePicture(robot.home(), std::move(marks)), kPixelsAPoint));
+    const robot::Picture home = robot::homePicture(robot.home(), std::move(marks));
+    folder_.add("home.png", robot::pngBytes(home, kPixelsAPoint));
+    folder_.add("home.svg", robot::svgBytes(home));
     folder_.write();
 }
 

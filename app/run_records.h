@@ -3,9 +3,11 @@
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "app/track_table.h"
 #include "robot/base/output_file.h"
+#include "robot/drawing/home_picture.h"
 #include "robot/events/json_lines.h"
 #include "robot/events/timeline_printer.h"
 #include "robot/host/robot.h"
@@ -23,8 +25,8 @@ public:
     /// From now on all that the robot logs is kept; must outlive the robot.
     void follow(robot::Robot& robot);
     /// To be called after each frame.
-    void frame(const robot::Robot& robot) { track_.frame(robot); }
-    void write(const robot::Robot& robot, const std::string& title);
+    void frame(robot::Robot& robot);
+    void write(const robot::Robot& robot, const std::string& title, double wall_s);
 
 private:
     robot::OutputFolder folder_;
@@ -33,6 +35,7 @@ private:
     robot::TimelinePrinter printer_{timeline_, robot::TimelinePrinter::Colour::Off};
     robot::JsonLines lines_{json_};
     TrackTable track_;
+    std::vector<robot::TrackPhase> phases_;  ///< of each point of the body's track
 };
 
 }  // namespace vemra::app

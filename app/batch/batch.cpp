@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <filesystem>
@@ -15,7 +16,12 @@
 #include <thread>
 
 #include "app/batch/batch_case.h"
+#include "app/batch/batch_compare.h"
+#include "app/batch/batch_figures.h"
+#include "app/batch/batch_file.h"
 #include "app/batch/batch_summary.h"
+#include "app/batch/home_case.h"
+#include "app/batch/shrink.h"
 #include "app/interrupt.h"
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
@@ -23,6 +29,7 @@
 #include "robot/base/chance.h"
 #include "robot/base/input_error.h"
 #include "robot/base/output_file.h"
+#include "robot/drawing/distribution_picture.h"
 #include "robot/host/sample_files.h"
 #include "robot/world/map_file.h"
 #include "robot/world/random_home.h"
@@ -45,66 +52,20 @@ struct BatchOptions
     unsigned jobs = 2;
     std::optional<std::filesystem::path> out;
     std::optional<std::filesystem::path> keep;
+    std::optional<std::uint64_t> shrink;
     std::filesystem::path plugin;
 };
 
 using Cases = std::function<BatchCase(std::uint64_t seed)>;
 
-robot::Scenario wholeHome(const std::vector<robot::BoxMm>& low)
-{
-    robot::Scenario scenario;
-    scenario.name = "whole home";
-    scenario.start.battery = 100;
-    int number = 0;
-    for (const robot::BoxMm& box : low)
-        scenario.events.push_back(
-            {0, robot::PutDown{fmt::format("low {}", ++number), {box.low, box.high}, true}, 0, "put down"});
-    scenario.events.push_back({250, robot::KeyPress{robot::PanelKey::Start}, 0, "key: start"});
-    scenario.frames = 1;
-    return scenario;
-}
-
-// What a run of `vemra run` needs to be the same.
-std::string scenarioText(const robot::RandomHome& made)
-{
-    std::string text = fmt::format(
-        "name: Whole home\nhome: {0}.yaml\nstart: {{on_dock: true, battery: 100}}\nframes: 2h\nevents:\n",
-        made.plan.name);
-    int number = 0;
-    for (const robot::BoxMm& box : made.low)
-        text += fmt::format(
-            "  - {{at: 0, put_down: low {}, box_at: [{:.2f}, {:.2f}, {:.2f}, {:.2f}], low: true}}\n",
-            ++number, box.low.x / 1e3, box.low.y / 1e3, box.high.x / 1e3, box.high.y / 1e3);
-    return text + "  - {at: 5s, key: start}\n";
-}
-
 Cases homeCases(const BatchOptions& options)
 {
-    if (options.keep)
-        std::filesystem::create_directories(*options.keep);
     return [options](std::uint64_t seed) {
         const robot::RandomHome made = robot::randomHome(seed);
-        std::string replay = fmt::format("vemra batch --homes 1 --seed {} --keep DIR", seed);
-        if (options.keep) {
-            const auto file = [&](const char* end) { return *options.keep / (made.plan.name + end); };
-            robot::writeFile(file(".pgm"), robot::pgmBytes(robot::drawPlan(made.plan)));
-            robot::writeFile(file(".yaml"), robot::mapYaml(made.plan));
-            robot::writeFile(file(".scenario.yaml"), scenarioText(made));
-            replay = fmt::format("vemra run --scenario {} --seed {}", file(".scenario.yaml").string(), seed);
-        }
-        if (!made.plan.dock)
-            throw UserError(fmt::format("the home of seed {} has no wall for a dock", seed));
-        return BatchCase{.seed = seed,
-                         .home = robot::homeOfPlan(made.plan),
-                         .dock = *made.plan.dock,
-                         .cliffs = {},
-                         .scenario = wholeHome(made.low),
-                         .tree = "RobotNode",
-                         .replay = std::move(replay),
-                         .cleans = true,
-                         .about = {{"rooms", made.rooms},
-                                   {"furnished", std::round(100 * made.furnished) / 100},
-                                   {"low_things", made.low.size()}}};
+        BatchCase one = caseOfHome(made, seed);
+        if (options.keep)
+            one.replay = keepHome(made, seed, *options.keep);
+        return one;
     };
 }
 
@@ -223,8 +184,10 @@ private:
 
 int batch(const BatchOptions& options)
 {
+    if (options.shrink)
+        return shrink(*options.shrink, options.keep, options.plugin);
     if ((options.homes > 0) == (options.poses > 0))
-        throw UserError("expected --homes N or --poses N");
+        throw UserError("expected --homes N, --poses N or --shrink SEED");
     const bool cleans = options.homes > 0;
     const auto lines = Batch(options, cleans ? homeCases(options) : poseCases(options),
                              cleans ? options.homes : options.poses)
@@ -237,6 +200,67 @@ int batch(const BatchOptions& options)
     }
     printSummary(std::cout, lines);
     return kDone;
+}
+
+// What is told of a batch as a picture: how its figures are distributed.
+void plot(const std::filesystem::path& file, const std::filesystem::path& out)
+{
+    const auto lines = readBatchFile(file);
+    std::vector<robot::Distribution> panels;
+    for (const BatchFigure& figure : kBatchFigures) {
+        robot::Distribution panel;
+        panel.title = *figure.unit == '\0' ? figure.title : fmt::format("{}, {}", figure.title, figure.unit);
+        for (const auto& line : lines) {
+            if (const auto value = figureOf(line, figure))
+                panel.values.push_back(*value);
+            else
+                ++panel.failed;
+        }
+        if (!panel.values.empty())
+            panels.push_back(std::move(panel));
+    }
+    const auto good = std::count_if(lines.begin(), lines.end(),
+                                    [](const auto& line) { return line.at("good").template get<bool>(); });
+    const std::string title = fmt::format("{} runs, {} came out well", lines.size(), good);
+    constexpr double kPixelsAPoint = 1.5;
+    const robot::Picture picture = robot::distributionPicture(title, std::move(panels));
+    robot::writeFile(
+        out, out.extension() == ".svg" ? robot::svgBytes(picture) : robot::pngBytes(picture, kPixelsAPoint));
+}
+
+void addCompareCommand(CLI::App& batch, int& exit_code)
+{
+    struct Files
+    {
+        std::filesystem::path before;
+        std::filesystem::path after;
+    };
+    auto files = std::make_shared<Files>();
+    CLI::App* command =
+        batch.add_subcommand("compare", "Tell seed by seed what has changed between two batches");
+    command->add_option("BEFORE", files->before, "File that batch --out wrote")->required();
+    command->add_option("AFTER", files->after, "Another over the same seeds")->required();
+    command->callback([files, &exit_code] {
+        printComparison(std::cout, readBatchFile(files->before), readBatchFile(files->after));
+        exit_code = kDone;
+    });
+}
+
+void addPlotCommand(CLI::App& batch, int& exit_code)
+{
+    struct Files
+    {
+        std::filesystem::path batch;
+        std::filesystem::path out;
+    };
+    auto files = std::make_shared<Files>();
+    CLI::App* command = batch.add_subcommand("plot", "Draw how the figures of a batch are distributed");
+    command->add_option("BATCH", files->batch, "File that batch --out wrote")->required();
+    command->add_option("--out", files->out, "The picture: .png or .svg")->required()->type_name("FILE");
+    command->callback([files, &exit_code] {
+        plot(files->batch, files->out);
+        exit_code = kDone;
+    });
 }
 
 }  // namespace
@@ -271,11 +295,24 @@ void addBatchCommand(CLI::App& program, int& exit_code)
         ->check(CLI::Range(1, 256))
         ->capture_default_str();
     command->add_option("--out", options->out, "File for one JSON object a run, by seed")->type_name("FILE");
-    command->add_option("--keep", options->keep, "With --homes: folder for the homes, to play them again")
+    command
+        ->add_option("--keep", options->keep,
+                     "With --homes or --shrink: folder for the homes, to play them again")
         ->type_name("DIR");
+    command
+        ->add_option("--shrink", options->shrink,
+                     "Take furniture out of the home of a seed that does not come out well, as long as it "
+                     "still does not")
+        ->check(wholeNumber(0))
+        ->type_name("SEED");
     command->add_option("--plugin", options->plugin, "Library of trees, instead of the program's own")
         ->type_name("FILE");
-    command->callback([options, &exit_code] { exit_code = batch(*options); });
+    addCompareCommand(*command, exit_code);
+    addPlotCommand(*command, exit_code);
+    command->callback([options, command, &exit_code] {
+        if (command->get_subcommands().empty())
+            exit_code = batch(*options);
+    });
 }
 
 }  // namespace vemra::app

@@ -8,32 +8,14 @@
 #include <ostream>
 #include <string>
 
+#include "app/batch/batch_figures.h"
+
 namespace vemra::app {
 namespace {
 
 using Lines = std::vector<nlohmann::ordered_json>;
 
 constexpr std::size_t kWorst = 10;
-
-struct Figure
-{
-    const char* key;
-    const char* title;
-    double scale;
-    const char* unit;
-};
-constexpr Figure kFigures[] = {
-    {"time_s", "time", 1, "s"},
-    {"after_hearing_s", "time from hearing the dock", 1, "s"},
-    {"coverage", "floor cleaned", 100, "%"},
-    {"recleaned_m2", "cleaned again", 1, "m2"},
-    {"stall_s", "longest stall", 1, "s"},
-};
-
-double percentile(const std::vector<double>& sorted, double share)
-{
-    return sorted[static_cast<std::size_t>(std::lround(share * static_cast<double>(sorted.size() - 1)))];
-}
 
 bool isGood(const nlohmann::ordered_json& line)
 {
@@ -60,17 +42,17 @@ void printSummary(std::ostream& out, const Lines& lines)
     for (const auto& [how, count] : ended)
         out << fmt::format("; {}: {}", how, count);
     out << '\n';
-    for (const Figure& figure : kFigures) {
+    for (const BatchFigure& figure : kBatchFigures) {
         std::vector<double> values;
         for (const auto& line : lines)
-            if (isGood(line) && line.contains(figure.key))
-                values.push_back(figure.scale * line.at(figure.key).get<double>());
+            if (const auto value = figureOf(line, figure); value && isGood(line))
+                values.push_back(*value);
         if (values.empty())
             continue;
         std::sort(values.begin(), values.end());
         out << fmt::format(
             "{:26} least {:7.1f}  5 % {:7.1f}  median {:7.1f}  95 % {:7.1f}  most {:7.1f} {}\n", figure.title,
-            values.front(), percentile(values, 0.05), percentile(values, 0.5), percentile(values, 0.95),
+            values.front(), percentileOf(values, 0.05), percentileOf(values, 0.5), percentileOf(values, 0.95),
             values.back(), figure.unit);
     }
     Lines worst = lines;

@@ -10,6 +10,7 @@
 #include "robot/belief/traced_walls.h"
 #include "robot/belief/track.h"
 #include "robot/body/body.h"
+#include "robot/planning/rooms.h"
 #include "robot/world/virtual_walls.h"
 
 namespace vemra::robot {
@@ -56,6 +57,9 @@ public:
     [[nodiscard]] std::uint64_t resets() const { return resets_; }
     [[nodiscard]] const VirtualWalls& virtualWalls() const { return virtual_walls_; }
     void setVirtualWalls(VirtualWalls walls) { virtual_walls_ = std::move(walls); }
+    /// What shuts the other rooms while one is cleaned; counts while `SegmentVirtualWallMap` is on.
+    [[nodiscard]] const std::optional<RoomFence>& roomFence() const { return room_fence_; }
+    void setRoomFence(std::optional<RoomFence> fence) { room_fence_ = std::move(fence); }
     [[nodiscard]] DrawMode drawMode() const { return draw_mode_; }
     void setDrawMode(DrawMode mode) { draw_mode_ = mode; }
 
@@ -88,6 +92,7 @@ private:
     std::optional<Aside> aside_;
     std::uint64_t resets_ = 0;
     VirtualWalls virtual_walls_;
+    std::optional<RoomFence> room_fence_;
     DrawMode draw_mode_ = DrawMode::Everything;
 
     std::vector<PointMm> seen_;  ///< where the beams of the last scan ended

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -18,7 +19,17 @@ constexpr Colour kSolid{0x46505c};
 constexpr Colour kMetreLine{0xe9e3d6};
 constexpr Colour kInk{0x2a323b};
 constexpr Colour kFaint{0x6d7782};
-constexpr Colour kTrack{0x2f7ed8, 0.75};
+struct PhaseStyle
+{
+    Colour colour;
+    const char* name;
+};
+// In the order of TrackPhase.
+constexpr std::array<PhaseStyle, 5> kPhases = {{{{0x7f8fa6, 0.75}, "drive"},
+                                                {{0x2f7ed8, 0.75}, "line"},
+                                                {{0x8e44ad, 0.8}, "wall"},
+                                                {{0x2c9a57, 0.8}, "to and from the dock"},
+                                                {{0xd35400, 0.8}, "finding its place"}}};
 constexpr Colour kCarried{0x8a94a6};
 constexpr Colour kForbidden{0xc0392b};
 constexpr Colour kMissed{0xe9a23b};
@@ -161,21 +172,25 @@ private:
     void track()
     {
         cairo_t* const context = pen_.context();
-        cairo_new_path(context);
-        for (const auto& stretch : marks_.track) {
-            cairo_new_sub_path(context);
-            for (const PointMm& point : stretch) {
+        cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
+        const PointMm* last = nullptr;
+        for (const TrackStretch& stretch : marks_.track) {
+            if (stretch.points.empty()) {
+                continue;
+            }
+            cairo_new_path(context);
+            if (last != nullptr && stretch.put_down_here) {
+                dashed(*last, stretch.points.front(), kCarried);
+            } else if (last != nullptr) {
+                cairo_move_to(context, x(*last), y(*last));
+            }
+            for (const PointMm& point : stretch.points) {
                 cairo_line_to(context, x(point), y(point));
             }
-        }
-        pen_.colour(kTrack);
-        cairo_set_line_width(context, 1.6);
-        cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
-        cairo_stroke(context);
-        for (std::size_t i = 1; i < marks_.track.size(); ++i) {
-            if (!marks_.track[i - 1].empty() && !marks_.track[i].empty()) {
-                dashed(marks_.track[i - 1].back(), marks_.track[i].front(), kCarried);
-            }
+            pen_.colour(kPhases.at(static_cast<std::size_t>(stretch.phase)).colour);
+            cairo_set_line_width(context, 1.6);
+            cairo_stroke(context);
+            last = &stretch.points.back();
         }
     }
 
@@ -235,13 +250,18 @@ private:
         if (marks_.robot) {
             at = key(at, base, kRobot, "robot");
         }
-        if (!marks_.track.empty()) {
-            at = key(at, base, kTrack, "track");
+        for (std::size_t phase = 0; phase < kPhases.size(); ++phase) {
+            if (std::any_of(marks_.track.begin(), marks_.track.end(), [phase](const TrackStretch& stretch) {
+                    return static_cast<std::size_t>(stretch.phase) == phase && stretch.points.size() > 1;
+                })) {
+                at = key(at, base, kPhases.at(phase).colour, kPhases.at(phase).name);
+            }
         }
         if (!marks_.missed.empty()) {
             at = key(at, base, kMissed, "not swept");
         }
-        if (marks_.track.size() > 1) {
+        if (std::any_of(marks_.track.begin(), marks_.track.end(),
+                        [](const TrackStretch& stretch) { return stretch.put_down_here; })) {
             key(at, base, kCarried, "carried");
         }
     }
@@ -261,6 +281,21 @@ private:
 
 }  // namespace
 
+TrackPhase phaseOfMotion(std::string_view motion)
+{
+    if (motion == "Gong") {
+        return TrackPhase::Line;
+    }
+    if (motion == "Followwall") {
+        return TrackPhase::Wall;
+    }
+    if (motion == "Reloc") {
+        return TrackPhase::Look;
+    }
+    return motion == "Detach" || motion.find("Charge") != std::string_view::npos ? TrackPhase::Dock
+                                                                                 : TrackPhase::Drive;
+}
+
 Picture homePicture(const Home& home, HomeMarks marks)
 {
     const double wide = home.columns() * Home::kCellMm;
@@ -268,7 +303,7 @@ Picture homePicture(const Home& home, HomeMarks marks)
     const double scale = kLongSide / std::max(wide, high);
     Picture picture;
     // The foot has its own least width: a narrow home is not to cut it off.
-    picture.width = std::ceil(std::max(wide * scale, 680.0) + 2 * kRim);
+    picture.width = std::ceil(std::max(wide * scale, 1000.0) + 2 * kRim);
     picture.height = std::ceil(high * scale + kHead + kFoot);
     picture.draw = [&home, marks = std::move(marks), scale, w = picture.width, h = picture.height](
                        cairo_t* context) { HomeDrawing(home, marks, context, scale).draw(w, h); };

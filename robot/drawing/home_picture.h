@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "robot/drawing/picture.h"
@@ -11,15 +13,34 @@
 
 namespace vemra::robot {
 
+/// What the robot was about on a stretch of its track.
+enum class TrackPhase : std::uint8_t
+{
+    Drive,  ///< on the way to a goal
+    Line,   ///< along a cleaning line
+    Wall,   ///< along a wall
+    Dock,   ///< to the dock or off it
+    Look    ///< finding its place
+};
+
+/// The phase of a kind of motion as the trees account for it (`current_motion_type`).
+TrackPhase phaseOfMotion(std::string_view motion);
+
+struct TrackStretch
+{
+    std::vector<PointMm> points;
+    TrackPhase phase = TrackPhase::Drive;
+    bool put_down_here = false;  ///< somebody carried the robot to its first point
+};
+
 /// What the picture of a home shows beside the home.
 struct HomeMarks
 {
     std::string title;
     std::optional<Dock> dock;
     std::optional<PoseMm> robot;
-    VirtualWalls walls = {};  ///< as the robot keeps them
-    /// Where the robot really went on its own wheels: a stretch each time from where it was put down.
-    std::vector<std::vector<PointMm>> track;
+    VirtualWalls walls = {};          ///< as the robot keeps them
+    std::vector<TrackStretch> track;  ///< where the robot really went
     /// Middles of squares of floor that was to be swept and was not, and their edge.
     std::vector<PointMm> missed = {};
     double missed_mm = 10;

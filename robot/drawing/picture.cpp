@@ -57,7 +57,7 @@ void writePng(const std::filesystem::path& file, const Picture& picture, double 
     writeFile(file, pngBytes(picture, scale));
 }
 
-void writeSvg(const std::filesystem::path& file, const Picture& picture)
+std::string svgBytes(const Picture& picture)
 {
     std::string bytes;
     const Surface surface(cairo_svg_surface_create_for_stream(append, &bytes, picture.width, picture.height),
@@ -65,7 +65,12 @@ void writeSvg(const std::filesystem::path& file, const Picture& picture)
     drawOn(surface.get(), picture, 1);
     cairo_surface_finish(surface.get());
     expectGood(cairo_surface_status(surface.get()));
-    writeFile(file, bytes);
+    return bytes;
+}
+
+void writeSvg(const std::filesystem::path& file, const Picture& picture)
+{
+    writeFile(file, svgBytes(picture));
 }
 
 }  // namespace vemra::robot

@@ -17,6 +17,7 @@ struct Picture
 };
 
 [[nodiscard]] std::string pngBytes(const Picture& picture, double scale = 1);
+[[nodiscard]] std::string svgBytes(const Picture& picture);
 
 /// Write the whole file or none. scale is pixels a point. Throw InputError if the file cannot be written, and
 /// std::runtime_error if there is no memory to draw in.

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <unistd.h>
+#include <algorithm>
 
 #include <cmath>
 #include <cstdlib>
@@ -107,6 +108,11 @@ void TimelinePrinter::summarise(const nlohmann::ordered_json& report)
         out_ << fmt::format("{:.1f} % of {:.1f} m2 cleaned, {:.1f} m2 of it again; ideal time {:.0f} s\n",
                             100 * report.value("coverage", 0.0), report.value("reachable_m2", 0.0),
                             report.value("recleaned_m2", 0.0), report.value("ideal_time_s", 0.0));
+        if (const auto by = report.find("t97_s"); by != report.end() && by->is_number())
+            out_ << fmt::format("97 % after {:.0f} s, {:.1f} times the ideal; ", by->get<double>(),
+                                by->get<double>() / std::max(1.0, report.value("ideal_time_s", 1.0)));
+        out_ << fmt::format("{} turns, {} bumps, {} escapes, {} stalls\n", report.value("turns", 0),
+                            report.value("bumps", 0), report.value("escapes", 0), report.value("stalls", 0));
     }
     if (const auto expected = report.find("expectations"); expected != report.end())
         summariseExpectations(*expected);

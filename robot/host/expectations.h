@@ -24,7 +24,8 @@ struct Moment
     const std::set<std::string, std::less<>>& errors;
     PointMm stands_at;
     const BT::Blackboard& keys;
-    std::function<double()> coverage;  ///< percent; takes its time
+    std::function<double()> coverage;              ///< percent; takes its time
+    std::function<double(const BoxMm&)> swept_in;  ///< percent of the floor in a box, likewise
 };
 
 /// An expectation that was not met.

@@ -115,6 +115,7 @@ Robot::Robot(RobotSetup setup)
     checkPlaces(setup_.scenario, world_.solid());
     blackboard_->setClock(clock_);
     log_.addSink(expectations_);
+    log_.addSink(figures_);
     setup_.load_trees(factory_);
     if (!factory_.hasTree(setup_.tree))
         throw InputError("--tree", 0, fmt::format("there is no tree \"{}\"", setup_.tree));
@@ -282,7 +283,8 @@ void Robot::step()
     showMode();
     showKeys();
     showResult(result, reason);
-    swept_.follow(body_.truePose(), state_.brushes_on && !body_.lifted());
+    swept_.follow(body_.truePose(), state_.brushes_on && !body_.lifted(), state_.frame);
+    figures_.frame(body_, state_.brushes_on, swept_.areaM2());
     showUnmet(expectations_.look(moment()));
     ++state_.frame;
 }
@@ -306,7 +308,8 @@ Moment Robot::moment() const
             .errors = state_.errors,
             .stands_at = body_.truePose().at,
             .keys = *blackboard_,
-            .coverage = [this] { return 100 * swept_.shareOf(first_place_).part(); }};
+            .coverage = [this] { return 100 * coverage(); },
+            .swept_in = [this](const BoxMm& box) { return 100 * swept_.shareOf(first_place_, box).part(); }};
 }
 
 void Robot::showUnmet(std::vector<Unmet> unmet)

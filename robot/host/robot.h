@@ -13,6 +13,7 @@
 #include "robot/body/body.h"
 #include "robot/events/event_log.h"
 #include "robot/host/expectations.h"
+#include "robot/host/run_figures.h"
 #include "robot/host/services.h"
 #include "robot/scenario/scenario.h"
 #include "robot/world/dock.h"
@@ -77,6 +78,8 @@ public:
     [[nodiscard]] PoseMm believedPose() const { return knowledge_.localisation.pose(); }
     /// The floor that was swept, in square metres.
     [[nodiscard]] double sweptM2() const { return swept_.areaM2(); }
+    /// The share of the floor within reach that was swept, 0 to 1; takes a look at the whole home.
+    [[nodiscard]] double coverage() const { return swept_.shareOf(first_place_).part(); }
     /// The floor that it could have swept and did not: middles of squares, and their edge in mm. None where
     /// the run was no clean: a robot that only goes home misses nothing.
     [[nodiscard]] std::vector<PointMm> missedFloor() const
@@ -141,6 +144,7 @@ private:
     Mode shown_mode_ = Mode::None;
     std::vector<WatchedKey> keys_;
     SweptFloor swept_;
+    RunFigures figures_;
     PointMm first_place_;
     Expectations expectations_;
     std::vector<Unmet> unmet_;

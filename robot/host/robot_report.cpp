@@ -20,12 +20,19 @@ double hundredths(double value)
     return std::round(value * 100) / 100;
 }
 
+nlohmann::ordered_json secondsOrNull(const std::optional<std::uint64_t>& frame)
+{
+    return frame ? nlohmann::ordered_json(hundredths(static_cast<double>(*frame * kFrameMs) / 1000))
+                 : nlohmann::ordered_json(nullptr);
+}
+
 }  // namespace
 
 nlohmann::ordered_json Robot::report() const
 {
     const PoseMm& stands = body_.truePose();
     const SweptFloor::Share share = swept_.shareOf(first_place_);
+    const auto swept_by = swept_.sweptBy(first_place_, {0.9, 0.97});
     return {{"scenario", setup_.scenario.name},
             {"tree", setup_.tree},
             {"root_ended", {{"SUCCESS", root_successes_}, {"FAILURE", root_failures_}}},
@@ -47,7 +54,15 @@ nlohmann::ordered_json Robot::report() const
             {"reachable_m2", hundredths(share.reachable_m2)},
             {"cleaned_m2", hundredths(share.cleaned_m2)},
             {"coverage", std::round(share.part() * 1e4) / 1e4},
+            {"distance_m", hundredths(body_.runMm() / 1000)},
+            {"time_s", hundredths(static_cast<double>(state_.frame * kFrameMs) / 1000)},
             {"ideal_time_s", std::round(share.reachable_m2 * 1e6 / kBrushWidthMm / kLineSpeedMmS)},
+            {"t90_s", secondsOrNull(swept_by[0])},
+            {"t97_s", secondsOrNull(swept_by[1])},
+            {"turns", figures_.turns()},
+            {"bumps", figures_.bumps()},
+            {"escapes", figures_.escapes()},
+            {"stalls", figures_.stalls()},
             {"expectations",
              {{"met", expectations_.met()}, {"unmet", unmet_.size()}, {"open", expectations_.open()}}},
             {"frames_in_mode", counted(frames_in_mode_)},

@@ -38,11 +38,12 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<DockSignalService>(parts, knowledge.localisation));
     add(std::make_unique<FittingService>(parts));
     add(std::make_unique<HealthService>(parts));
-    add(std::make_unique<MapService>(parts, start));
+    add(std::make_unique<MapService>(parts, knowledge.map, knowledge.store, start));
     add(std::make_unique<ModeService>(parts));
     add(std::make_unique<MotionService>(parts, knowledge.localisation));
     auto navigation = std::make_unique<NavigationService>(parts, knowledge.map, knowledge.switches);
-    add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.switches, navigation->search()));
+    add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.store, knowledge.switches,
+                                          navigation->search()));
     add(std::move(navigation));
     add(std::make_unique<PowerService>(parts, start));
     add(std::make_unique<ReviewService>(parts, knowledge.localisation));
@@ -52,7 +53,8 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<EscapeService>(parts, *sensing));
     add(std::move(sensing));
     add(std::make_unique<SettingsService>(parts, start));
-    add(std::make_unique<SlamService>(parts, knowledge.localisation, knowledge.map, knowledge.switches));
+    add(std::make_unique<SlamService>(parts, knowledge.localisation, knowledge.map, knowledge.store,
+                                      knowledge.switches));
     add(std::make_unique<SoundAndLightService>(parts));
     add(std::make_unique<StationService>(parts));
     add(std::make_unique<TimerService>(parts));

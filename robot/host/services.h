@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "robot/belief/localisation.h"
+#include "robot/belief/map_store.h"
 #include "robot/belief/robot_map.h"
 #include "robot/belief/sensor_switches.h"
 #include "robot/services/core/service.h"
@@ -18,6 +19,7 @@ struct Knowledge
 
     Localisation localisation;
     RobotMap map;
+    MapStore store;           ///< what is kept of the home
     SensorSwitches switches;  ///< which of its senses count at present
 };
 

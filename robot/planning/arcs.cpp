@@ -16,6 +16,8 @@ constexpr int kLooks = 6;
 constexpr std::array kTurns = {-1.0, -0.75, -0.55, -0.4, -0.27, -0.16, -0.08, 0.0,
                                0.08, 0.16,  0.27,  0.4,  0.55,  0.75,  1.0};
 constexpr std::array kSpeeds = {1.0, 0.6, 0.3};
+// Along a wall: into a corner it goes slowly and as far as it gets, since only a turn on the spot sweeps it.
+constexpr std::array kFollowSpeeds = {1.0, 0.5, 0.2};
 // Beyond this the robot turns on the spot first.
 constexpr double kNotAheadDeg = 55;
 constexpr double kNearestLooksMm = 400;
@@ -124,8 +126,8 @@ std::optional<Motion> towards(PointMm carrot, double left_mm, const PoseMm& pose
 
 Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const FollowManner& manner)
 {
-    constexpr double kLookS = 0.7;
-    constexpr double kMostAway = 90;
+    constexpr double kLookS = 0.6;
+    constexpr double kMostAway = 30;
     constexpr double kStep = 6;
     constexpr double kOnTheSpot = 70;
 
@@ -136,12 +138,14 @@ Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const F
     const double least = std::min(manner.gap_mm, now - 1);
     const double last = std::min(manner.gap_mm, now + 1);
     const int steps = static_cast<int>((manner.most_towards_deg_s + kMostAway) / kStep);
-    for (int i = 0; i <= steps; ++i) {
-        const double turn = manner.most_towards_deg_s - i * kStep;
-        const Motion motion{manner.forward_mm_s, to_wall * turn};
-        const Outlook seen = outlook(pose, motion, kLookS, near);
-        if (seen.least >= least && seen.last >= last && seen.least > 1) {
-            return motion;
+    for (const double share : kFollowSpeeds) {
+        for (int i = 0; i <= steps; ++i) {
+            const double turn = manner.most_towards_deg_s - i * kStep;
+            const Motion motion{share * manner.forward_mm_s, to_wall * turn};
+            const Outlook seen = outlook(pose, motion, kLookS, near);
+            if (seen.least >= least && seen.last >= last && seen.least > 1) {
+                return motion;
+            }
         }
     }
     return {0, -to_wall * kOnTheSpot};

@@ -55,13 +55,13 @@ struct FollowManner
 {
     Side wall = Side::Right;
     double gap_mm = 15;  ///< between the robot's edge and the wall
-    double forward_mm_s = 180;
-    double most_towards_deg_s = 60;  ///< turn towards the wall's side; 0 while it is still to be found
+    double forward_mm_s = 220;
+    double most_towards_deg_s = 78;  ///< turn towards the wall's side; 0 while it is still to be found
 };
 
 /// The motion of the next moment along a wall: of the arcs that keep the gap the one that turns most towards
-/// the wall's side; on the spot away from the wall when none is left. Where the wall ends it curves round the
-/// corner.
+/// the wall's side, the faster ones first; on the spot away from the wall when none is left. Where the wall
+/// ends it curves round the corner; into a corner it goes until it can only turn.
 Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const FollowManner& manner);
 
 /// The side on which an obstacle should be kept so that the way along it leads more or less along `wanted`.

@@ -8,6 +8,8 @@ namespace {
 
 // Swept floor between two unswept stretches of a row is driven over when it is no longer.
 constexpr int kBridgedCells = 8;
+// What a drive leaves at the ends of its line is not worth another.
+constexpr int kLeastCells = 3;
 
 int floorMod(int value, int by)
 {
@@ -52,13 +54,19 @@ std::vector<CleaningRun> cleaningRuns(const PlanningMap& plan, const CellWindow&
         }
         return left.at(cellOf(line, place)) != 0 && !open(phase == 1 ? line - 1 : line + 1, place);
     };
+    const auto leftAt = [&](int line, int place) {
+        return int{left.at(cellOf(line - 1, place))} + int{left.at(cellOf(line, place))} +
+               int{left.at(cellOf(line + 1, place))};
+    };
     for (int line = first_line; line < end_line; ++line) {
         std::optional<std::pair<int, int>> run;
+        int cells = 0;
         const auto finish = [&] {
-            if (run) {
+            if (run && cells >= kLeastCells) {
                 runs.push_back({cellOf(line, run->first), cellOf(line, run->second)});
             }
             run.reset();
+            cells = 0;
         };
         for (int place = first_place; place < end_place; ++place) {
             if (!open(line, place)) {
@@ -68,6 +76,7 @@ std::vector<CleaningRun> cleaningRuns(const PlanningMap& plan, const CellWindow&
                     finish();
                 }
                 run = run ? std::pair{run->first, place} : std::pair{place, place};
+                cells += leftAt(line, place);
             }
         }
         finish();

@@ -27,7 +27,7 @@ inline constexpr int kRowsPerLine = 3;
 /// The runs that are left of a floor. Lines lie in every third row (column, if they are to run along y) of
 /// the map, so that those of one search fit those of the next; where no such row can be driven, unswept floor
 /// gets a line of its own (exact cellular decomposition into rows; Choset 2000). `unswept` is asked for open
-/// cells of the region alone.
+/// cells of the region alone. Less than 0.01 m2 is left.
 std::vector<CleaningRun> cleaningRuns(const PlanningMap& plan, const CellWindow& region, bool along_y,
                                       const std::function<bool(CellIndex)>& unswept);
 

@@ -25,7 +25,17 @@ struct ExpectedState
     std::vector<std::pair<std::string, std::string>> keys;  ///< of the blackboard, with their texts
     std::vector<std::string> absent;                        ///< keys that are not on the blackboard
     std::optional<double> coverage;  ///< swept at least, percent of the floor that the robot can get to
-    std::optional<PointMm> place;    ///< where the robot stands, within place_mm
+    /// Of the floor in a box that the robot can get to so much is swept, percent.
+    struct SweptBox
+    {
+        BoxMm box;
+        double least = 0;
+        double most = 100;
+
+        bool operator==(const SweptBox&) const = default;
+    };
+    std::optional<SweptBox> floor;
+    std::optional<PointMm> place;  ///< where the robot stands, within place_mm
     double place_mm = 0;
 
     bool operator==(const ExpectedState&) const = default;

@@ -49,6 +49,10 @@ Happening readApp(const YamlFields& event)
                 event.fail("areas", "it only with select_area, draw_area or select_point");
         }
     }
+    if (event.has("passes")) {
+        constexpr double kMostPasses = 3;
+        command.passes = static_cast<int>(event.number("passes", 1, kMostPasses));
+    }
     return command;
 }
 
@@ -149,7 +153,7 @@ const std::vector<Action>& actions()
     };
     static const std::vector<Action> all{
         {"key", {}, [](Fields e, Name n) -> Happening { return KeyPress{wordOf(e, n, kKeys)}; }},
-        {"app", {"order", "areas"}, [](Fields e, Name) { return readApp(e); }},
+        {"app", {"order", "areas", "passes"}, [](Fields e, Name) { return readApp(e); }},
         {"battery", {}, [](Fields e, Name n) -> Happening { return SetBattery{e.number(n, 0, 100)}; }},
         {"lift", {}, [](Fields e, Name n) -> Happening { return Lift{e.flag(n)}; }},
         {"carry_to", {}, [](Fields e, Name n) -> Happening { return CarryTo{poseOf(e, n)}; }},

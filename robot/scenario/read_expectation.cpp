@@ -73,6 +73,14 @@ private:
         if (fields_.has("coverage")) {
             state.coverage = fields_.number("coverage", 0, 100);
         }
+        if (fields_.has("floor") != fields_.has("swept")) {
+            fields_.failAt(fields_.whole(),
+                           "expected \"floor\" and \"swept\" together, as in floor: [0, 0, 2.5, 3], swept: "
+                           "[95, 100]");
+        }
+        if (fields_.has("floor")) {
+            state.floor = sweptBox();
+        }
         if (fields_.has("place") != fields_.has("mm")) {
             fields_.failAt(fields_.whole(),
                            "expected \"place\" and \"mm\" together, as in place: [1.2, 3], mm: 100");
@@ -82,6 +90,19 @@ private:
             state.place = PointMm{1e3 * at[0], 1e3 * at[1]};
             state.place_mm = fields_.number("mm", 0, 1e6);
         }
+    }
+
+    [[nodiscard]] ExpectedState::SweptBox sweptBox() const
+    {
+        const std::vector<double> edges = fields_.places("floor", 4);
+        const std::vector<double> share = fields_.places("swept", 2);
+        if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
+            fields_.fail("floor", "[x0, y0, x1, y1] with x0 < x1 and y0 < y1");
+        }
+        if (share[0] < 0 || share[0] > share[1] || share[1] > 100) {
+            fields_.fail("swept", "the least and the most percent, as in [95, 100]");
+        }
+        return {{{1e3 * edges[0], 1e3 * edges[1]}, {1e3 * edges[2], 1e3 * edges[3]}}, share[0], share[1]};
     }
 
     void readEvents()
@@ -114,9 +135,9 @@ private:
 };
 
 const std::vector<std::string_view> kWhatMayBe{
-    "mode",        "task_state", "robot_status", "light",  "station_light", "docked",
-    "powered_off", "error",      "keys",         "absent", "coverage",      "place",
-    "mm",          "message",    "told",         "times",  "modes",         "music"};
+    "mode",  "task_state", "robot_status", "light",    "station_light", "docked", "powered_off",
+    "error", "keys",       "absent",       "coverage", "floor",         "swept",  "place",
+    "mm",    "message",    "told",         "times",    "modes",         "music"};
 
 }  // namespace
 

@@ -34,6 +34,7 @@ struct AppCommand
     std::vector<int> rooms;       ///< of SelectAreaClean
     std::vector<AreaMm> areas;    ///< of DrawAreaClean
     std::vector<PointMm> points;  ///< of SelectPointClean
+    int passes = 1;               ///< over each of them
 };
 
 /// An emptying asked for in the app or at the station's button.

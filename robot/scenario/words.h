@@ -47,8 +47,9 @@ inline constexpr Word<Mode> kAppModes[] = {
 
 // Modes that no tree asks for.
 inline constexpr Word<Mode> kOutsideModes[] = {
-    {"follow_wall", Mode::FollowWall}, {"wifi", Mode::WifiSet},           {"factory", Mode::Factory},
-    {"board_test", Mode::BoardTest},   {"factory_run", Mode::FactoryRun}, {"self_test", Mode::SelfTest},
+    {"part_clean", Mode::PartClean}, {"follow_wall", Mode::FollowWall}, {"wifi", Mode::WifiSet},
+    {"factory", Mode::Factory},      {"board_test", Mode::BoardTest},   {"factory_run", Mode::FactoryRun},
+    {"self_test", Mode::SelfTest},
 };
 
 inline constexpr Word<SelfTestStep> kSelfTests[] = {

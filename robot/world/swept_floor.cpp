@@ -1,5 +1,6 @@
 #include "robot/world/swept_floor.h"
 
+#include <algorithm>
 #include <cmath>
 #include <deque>
 
@@ -36,6 +37,7 @@ SweptFloor::SweptFloor(const Home& home)
       columns_(static_cast<int>(std::lround(home.columns() * Home::kCellMm / cell_mm_))),
       rows_(static_cast<int>(std::lround(home.rows() * Home::kCellMm / cell_mm_))),
       swept_at_(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_)),
+      first_in_(swept_at_.size()),
       swept_again_(swept_at_.size())
 {}
 
@@ -47,7 +49,7 @@ PointMm SweptFloor::centreOf(std::size_t index) const
                                     (static_cast<double>(row) + 0.5) * cell_mm_};
 }
 
-void SweptFloor::sweepAt(const PoseMm& pose)
+void SweptFloor::sweepAt(std::uint32_t frame, const PoseMm& pose)
 {
     const auto now = static_cast<std::uint32_t>(driven_mm_ / kTenthMm) + 1;
     forSweptPoints(pose, cell_mm_ / 2, [&](PointMm point) {
@@ -64,6 +66,7 @@ void SweptFloor::sweepAt(const PoseMm& pose)
                 return;
             }
             ++count_;
+            first_in_[index] = frame;
         } else if (now - swept_at_[index] >= kAgainAfter && !swept_again_[index]) {
             swept_again_[index] = true;
             ++again_;
@@ -72,7 +75,7 @@ void SweptFloor::sweepAt(const PoseMm& pose)
     });
 }
 
-void SweptFloor::follow(const PoseMm& pose, bool brushes_on)
+void SweptFloor::follow(const PoseMm& pose, bool brushes_on, std::uint64_t frame)
 {
     const PoseMm from = last_.value_or(pose);
     if (last_ && *last_ == pose) {
@@ -81,7 +84,8 @@ void SweptFloor::follow(const PoseMm& pose, bool brushes_on)
     last_ = pose;
     driven_mm_ += distance(from.at, pose.at) > kCarriedMm ? 0 : distance(from.at, pose.at);
     if (brushes_on) {
-        forPosesBetween(from, pose, cell_mm_, [this](const PoseMm& between) { sweepAt(between); });
+        forPosesBetween(from, pose, cell_mm_,
+                        [&](const PoseMm& between) { sweepAt(static_cast<std::uint32_t>(frame), between); });
     }
 }
 
@@ -136,16 +140,41 @@ std::vector<bool> SweptFloor::reachable(PointMm from) const
     return open;
 }
 
-SweptFloor::Share SweptFloor::shareOf(PointMm from) const
+SweptFloor::Share SweptFloor::shareOf(PointMm from, const std::optional<BoxMm>& box) const
 {
     const std::vector<bool> floor = reachable(from);
     std::uint64_t all = 0;
     std::uint64_t done = 0;
     for (std::size_t i = 0; i < floor.size(); ++i) {
-        all += floor[i] ? 1U : 0U;
-        done += floor[i] && swept_at_[i] != 0 ? 1U : 0U;
+        if (!floor[i] || (box && !contains(*box, centreOf(i)))) {
+            continue;
+        }
+        ++all;
+        done += swept_at_[i] != 0 ? 1U : 0U;
     }
     return {areaOf(all), areaOf(done)};
+}
+
+std::vector<std::optional<std::uint64_t>> SweptFloor::sweptBy(PointMm from,
+                                                              const std::vector<double>& shares) const
+{
+    const std::vector<bool> floor = reachable(from);
+    std::vector<std::uint32_t> frames;
+    std::size_t all = 0;
+    for (std::size_t i = 0; i < floor.size(); ++i) {
+        all += floor[i] ? 1U : 0U;
+        if (floor[i] && swept_at_[i] != 0) {
+            frames.push_back(first_in_[i]);
+        }
+    }
+    std::sort(frames.begin(), frames.end());
+    std::vector<std::optional<std::uint64_t>> by;
+    for (const double share : shares) {
+        const auto needed = static_cast<std::size_t>(std::ceil(share * static_cast<double>(all)));
+        by.push_back(needed > 0 && needed <= frames.size() ? std::optional<std::uint64_t>(frames[needed - 1])
+                                                           : std::nullopt);
+    }
+    return by;
 }
 
 std::vector<PointMm> SweptFloor::missed(PointMm from) const

@@ -16,7 +16,7 @@ public:
     explicit SweptFloor(const Home& home);
 
     /// A frame has brought the robot to a pose. With the brushes off it sweeps nothing.
-    void follow(const PoseMm& pose, bool brushes_on);
+    void follow(const PoseMm& pose, bool brushes_on, std::uint64_t frame = 0);
 
     [[nodiscard]] double areaM2() const { return areaOf(count_); }
     /// Swept a second time, after the robot had driven at least a metre in between.
@@ -31,7 +31,13 @@ public:
 
         [[nodiscard]] double part() const { return reachable_m2 > 0 ? cleaned_m2 / reachable_m2 : 0; }
     };
-    [[nodiscard]] Share shareOf(PointMm from) const;
+    [[nodiscard]] Share shareOf(PointMm from) const { return shareOf(from, std::nullopt); }
+    /// The same of the floor in a box.
+    [[nodiscard]] Share shareOf(PointMm from, const std::optional<BoxMm>& box) const;
+    /// For each share, 0 to 1, the frame in which so much of the reachable floor was swept for the first
+    /// time.
+    [[nodiscard]] std::vector<std::optional<std::uint64_t>> sweptBy(PointMm from,
+                                                                    const std::vector<double>& shares) const;
     /// The same as a picture: middles of the reachable cells that were left, and the cells' edge, mm.
     [[nodiscard]] std::vector<PointMm> missed(PointMm from) const;
     [[nodiscard]] double cellMm() const { return cell_mm_; }
@@ -42,7 +48,7 @@ private:
         return static_cast<double>(cells) * cell_mm_ * cell_mm_ / 1e6;
     }
     [[nodiscard]] PointMm centreOf(std::size_t index) const;
-    void sweepAt(const PoseMm& pose);
+    void sweepAt(std::uint32_t frame, const PoseMm& pose);
     [[nodiscard]] std::vector<bool> reachable(PointMm from) const;
 
     const Home& home_;
@@ -50,6 +56,7 @@ private:
     int columns_;
     int rows_;
     std::vector<std::uint32_t> swept_at_;  ///< metres driven by then, in tenths, and one; 0: never
+    std::vector<std::uint32_t> first_in_;  ///< frame of the first time
     std::vector<bool> swept_again_;
     std::uint64_t count_ = 0;
     std::uint64_t again_ = 0;

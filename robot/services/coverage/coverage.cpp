@@ -26,14 +26,15 @@ bool inRegion(const SearchGround& ground, CellIndex cell)
 
 }  // namespace
 
-CoverageService::CoverageService(const RobotParts& parts, RobotMap& map, const SensorSwitches& switches,
-                                 NavigationSearch& search)
+CoverageService::CoverageService(const RobotParts& parts, RobotMap& map, const MapStore& store,
+                                 const SensorSwitches& switches, NavigationSearch& search)
     : parts_(parts),
       search_(search),
       ground_(map, switches),
       lines_(parts, ground_),
       subregions_(parts, ground_),
-      chains_(parts, ground_)
+      chains_(parts, ground_),
+      rooms_(parts, ground_, store)
 {
     settleSearches();
 }
@@ -43,6 +44,10 @@ void CoverageService::settleSearches()
     search_.setGoalRule("Normal", [this](const SearchGround& ground) { return nearestUnswept(ground); });
     search_.setGoalRule("SlamRetry", [this](const SearchGround& ground) { return nearestUnseen(ground); });
     search_.setGoalRule("Region", [this](const SearchGround& ground) { return intoRegion(ground); });
+    search_.setGoalRule("Segment", [this](const SearchGround& ground) { return rooms_.nextPlace(ground); });
+    search_.setGoalRule("SegmentRetry",
+                        [this](const SearchGround& ground) { return rooms_.unreached(ground); });
+    search_.setBarrier([this](PlanningMap& plan) { rooms_.closeOthers(plan); });
     search_.setGoalRule("Chain", [this](const SearchGround& ground) { return chains_.nearestEnd(ground); });
     search_.setGoalRule("Block", [this](const SearchGround& ground) { return chains_.nearestBlock(ground); });
 }
@@ -50,11 +55,20 @@ void CoverageService::settleSearches()
 void CoverageService::update()
 {
     ground_.sync();
+    rooms_.update();
     RobotMap& map = ground_.map();
     const bool sweeps = parts_.state.brushes_on && !parts_.body.wheelDrop().any();
     if (map.cleaned().follow(map.pose(), sweeps)) {
         ground_.offers().changed(map.pose().at);
     }
+}
+
+bool CoverageService::take(const Happening& what)
+{
+    if (const auto* command = std::get_if<AppCommand>(&what)) {
+        rooms_.setPasses(command->passes);
+    }
+    return false;
 }
 
 // The same floor and the same book as the planner of lines goes by: what is found here has a line.
@@ -124,6 +138,7 @@ void CoverageService::install(leaf::LeafHost& host)
     lines_.install(host);
     subregions_.install(host);
     chains_.install(host);
+    rooms_.install(host);
     // The search for the unseen gives none but places that are worth it.
     host.condition("SlamRetryAreaCheck", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     host.action("BreakPointElecCalculate", [this](BT::TreeNode&) {

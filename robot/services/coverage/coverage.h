@@ -4,21 +4,23 @@
 #include "robot/services/coverage/chains.h"
 #include "robot/services/coverage/ground.h"
 #include "robot/services/coverage/lines.h"
+#include "robot/services/coverage/rooms.h"
 #include "robot/services/coverage/subregions.h"
 #include "robot/services/navigation/search/navigation_search.h"
 
 namespace vemra::robot {
 
-/// All that decides which floor is cleaned next: lines, subregions, chains of walls, and the searches for
-/// floor that is left. The map, the switches and the search must outlive it.
+/// All that decides which floor is cleaned next: lines, subregions, chains of walls, rooms, and the searches
+/// for floor that is left. The map, the switches and the search must outlive it.
 class CoverageService final : public Service
 {
 public:
-    CoverageService(const RobotParts& parts, RobotMap& map, const SensorSwitches& switches,
-                    NavigationSearch& search);
+    CoverageService(const RobotParts& parts, RobotMap& map, const MapStore& store,
+                    const SensorSwitches& switches, NavigationSearch& search);
 
     void install(leaf::LeafHost& host) override;
     void update() override;
+    bool take(const Happening& what) override;
 
 private:
     void settleSearches();
@@ -33,6 +35,7 @@ private:
     LineLeaves lines_;
     SubregionLeaves subregions_;
     ChainLeaves chains_;
+    RoomLeaves rooms_;
 };
 
 }  // namespace vemra::robot

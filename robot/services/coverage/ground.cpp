@@ -51,7 +51,8 @@ bool CoverageGround::longerAlongY(const PlanningMap& plan, const CellWindow& reg
 }
 
 std::vector<CleaningRun> CoverageGround::runsLeft(const PlanningMap& plan, const std::optional<BoxMm>& region,
-                                                  std::optional<bool> along_y)
+                                                  std::optional<bool> along_y,
+                                                  const std::function<bool(CellIndex)>& counts)
 {
     sync();
     const CellWindow window = windowOf(plan, region);
@@ -60,8 +61,8 @@ std::vector<CleaningRun> CoverageGround::runsLeft(const PlanningMap& plan, const
     } else if (!along_y_) {
         along_y_ = longerAlongY(plan, window);
     }
-    std::vector<CleaningRun> runs = cleaningRuns(plan, window, *along_y_, [this](CellIndex cell) {
-        return map_.cleaned().sweptQuarters(cell) < kSweptQuarters;
+    std::vector<CleaningRun> runs = cleaningRuns(plan, window, *along_y_, [&](CellIndex cell) {
+        return map_.cleaned().sweptQuarters(cell) < kSweptQuarters && (!counts || counts(cell));
     });
     std::erase_if(runs,
                   [this](const CleaningRun& run) { return !offers_.isOpen("line", centreOf(run.middle())); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -27,9 +28,11 @@ public:
 
     /// The runs of cleaning lines that are left in a region and may still be offered. Direction: as asked,
     /// else as for the search before, else along the longer side of the floor.
+    /// `counts`: which cells are looked at; none: all.
     [[nodiscard]] std::vector<CleaningRun> runsLeft(const PlanningMap& plan,
                                                     const std::optional<BoxMm>& region,
-                                                    std::optional<bool> along_y);
+                                                    std::optional<bool> along_y,
+                                                    const std::function<bool(CellIndex)>& counts = {});
     /// The longer side of the open floor of a region lies along y.
     [[nodiscard]] static bool longerAlongY(const PlanningMap& plan, const CellWindow& region);
 

@@ -23,6 +23,11 @@ public:
     void useUp(std::string_view kind, PointMm place);
     /// Floor was swept, or a wall traced, here.
     void changed(PointMm place);
+    /// What is offered of a kind begins anew.
+    void forget(std::string_view kind)
+    {
+        std::erase_if(offers_, [kind](const Offer& offer) { return offer.kind == kind; });
+    }
     void reset() { offers_.clear(); }
 
 private:

@@ -1,6 +1,8 @@
 #include "robot/services/maps/grid_maps.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -75,6 +77,17 @@ PolygonMm boxOutline(PointMm a, PointMm b)
 
 }  // namespace
 
+void closeRooms(PlanningMap& plan, const Grid<unsigned char>& closed)
+{
+    for (std::size_t i = 0; i < plan.ground.cells().size(); ++i) {
+        Ground& ground = plan.ground.cells()[i];
+        if ((ground == Ground::Open || ground == Ground::Unknown) &&
+            closed.at(plan.window().cellOf(i)) != 0) {
+            ground = Ground::Forbidden;
+        }
+    }
+}
+
 PlanningMap planningMapOf(const RobotMap& map, const SensorSwitches& switches)
 {
     std::vector<PointMm> contacts;
@@ -83,8 +96,12 @@ PlanningMap planningMapOf(const RobotMap& map, const SensorSwitches& switches)
         contacts.push_back(contact.at);
     }
     const VirtualWalls walls = switchedOn(map.virtualWalls(), switches);
-    return makePlanningMap(map.occupancy().states(map.occupancy().window()),
-                           {.contacts = contacts, .virtual_walls = &walls});
+    PlanningMap plan = makePlanningMap(map.occupancy().states(map.occupancy().window()),
+                                       {.contacts = contacts, .virtual_walls = &walls});
+    if (map.roomFence() && switches.isOn("SegmentVirtualWallMap")) {
+        closeRooms(plan, map.roomFence()->closed);
+    }
+    return plan;
 }
 
 std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& switches, double radius_mm)
@@ -94,6 +111,11 @@ std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& 
     const VirtualWalls walls = switchedOn(map.virtualWalls(), switches);
     for (const SegmentMm& line : walls.lines) {
         addEdge(points, line, at, radius_mm);
+    }
+    if (map.roomFence() && switches.isOn("SegmentVirtualWallMap")) {
+        const std::vector<PointMm>& edge = map.roomFence()->edge;
+        std::copy_if(edge.begin(), edge.end(), std::back_inserter(points),
+                     [&](PointMm p) { return distance(p, at) <= radius_mm; });
     }
     for (const PolygonMm& area : walls.areas) {
         // From within, the edge is the way out.

@@ -11,6 +11,9 @@ namespace vemra::robot {
 /// that are switched on.
 [[nodiscard]] PlanningMap planningMapOf(const RobotMap& map, const SensorSwitches& switches);
 
+/// Forbids the robot's middle the cells that are closed.
+void closeRooms(PlanningMap& plan, const Grid<unsigned char>& closed);
+
 /// Where something is near the robot that a drive has to keep off: things, and the edges of virtual walls
 /// that are switched on.
 [[nodiscard]] std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& switches,

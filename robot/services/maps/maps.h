@@ -1,19 +1,26 @@
 #pragma once
 
+#include "robot/belief/map_store.h"
+#include "robot/belief/robot_map.h"
 #include "robot/services/core/service.h"
 
 namespace vemra::robot {
 
-/// The stored map of the home and SLAM's part in opening and closing it.
+/// The stored map of the home, its rooms among it: kept at the end of a task that drew one, loaded at
+/// power-on and when a task begins on it. `segment_map` and `segments_layer` hold the map of rooms.
 class MapService final : public Service
 {
 public:
-    MapService(const RobotParts& parts, const ScenarioStart& start);
+    MapService(const RobotParts& parts, RobotMap& map, MapStore& store, const ScenarioStart& start);
 
     void install(leaf::LeafHost& host) override;
 
 private:
-    void installSlam(leaf::LeafHost& host);
+    void installStore(leaf::LeafHost& host);
+    void keep(bool anew);
+    void forget();
+    void takeUp();
+    void showRooms();
     void presetKeys();
     void cleanComplete();
     /// Whether the rooms of a timed order become the robot's task: while it charges, while it does a task of
@@ -21,9 +28,10 @@ private:
     [[nodiscard]] bool takesOrder(Mode order) const;
 
     RobotParts parts_;
-    bool stored_;          ///< a map of the home was saved
+    RobotMap& map_;
+    MapStore& store_;
     double check_result_;  ///< what SLAM's check of it comes to; 0 is good
-    bool slam_resumable_ = false;
+    bool drawn_ = false;   ///< a task has ended whose map is to be kept
 };
 
 }  // namespace vemra::robot

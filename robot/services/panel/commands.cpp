@@ -112,11 +112,19 @@ void CommandService::showToTrees(const AppCommand& command)
     if (command.timed_order)
         parts_.blackboard.set("OrderAutoClean", "");
     if (!command.rooms.empty())
-        parts_.blackboard.set("Areas_Clean_Set_List_Ping", command.rooms);
-    if (!command.areas.empty())
-        parts_.blackboard.set("Draw_Area_Set_Ping", command.areas);
-    if (!command.points.empty())
-        parts_.blackboard.set("Select_Point_Set_Ping", command.points);
+        parts_.blackboard.set("Areas_Clean_Set_List_Ping",
+                              std::vector<double>(command.rooms.begin(), command.rooms.end()));
+    // Numbers in a row: the edges of each area, the place of a point, in mm.
+    std::vector<double> edges;
+    for (const AreaMm& area : command.areas)
+        edges.insert(edges.end(), {area.low.x, area.low.y, area.high.x, area.high.y});
+    if (!edges.empty())
+        parts_.blackboard.set("Draw_Area_Set_Ping", edges);
+    std::vector<double> places;
+    for (const PointMm& point : command.points)
+        places.insert(places.end(), {point.x, point.y});
+    if (!places.empty())
+        parts_.blackboard.set("Select_Point_Set_Ping", places);
 }
 
 void CommandService::installApp(leaf::LeafHost& host)

@@ -30,6 +30,11 @@ void SlamService::enter(Stage stage)
 
 void SlamService::update()
 {
+    const bool on_stored = store_.present && store_.in_use;
+    if (on_stored_ != on_stored) {
+        on_stored_ = on_stored;
+        parts_.blackboard.set("map_id_in_map_ids", on_stored);
+    }
     const bool knows = localisation_.localised();
     if (knows != knew_ && !knows) {
         parts_.report("custom", "SLAM has lost the place", {{"what", "slam"}, {"localised", false}});
@@ -158,6 +163,7 @@ BT::NodeStatus SlamService::relocalise(bool begins)
     steer();
     if (stage_ == Stage::Found || stage_ == Stage::GaveUp) {
         const bool found = stage_ == Stage::Found;
+        store_.slam_holds = store_.slam_holds || (found && store_.present);
         stop();
         return passed(found);
     }
@@ -194,10 +200,7 @@ void SlamService::install(leaf::LeafHost& host)
         }
         return BT::NodeStatus::SUCCESS;
     });
-    host.action("SlamReset", [this](BT::TreeNode&) {
-        localisation_.restart(poseOf(parts_.blackboard, "initial_pose").value_or(PoseMm{}));
-        return BT::NodeStatus::SUCCESS;
-    });
+    installMaps(host);
     host.action("SetOdometry", [this](BT::TreeNode& node) {
         const auto pose = poseOf(node, "pose");
         if (!pose) {
@@ -206,10 +209,43 @@ void SlamService::install(leaf::LeafHost& host)
         parts_.body.setOdometry(*pose);
         return BT::NodeStatus::SUCCESS;
     });
-    for (const char* leaf : {"SlamPrestart", "SlamPreend", "SlamCheckFastStart", "SlamCheckFastEnd",
-                             "SlamStartFromReuse", "UpdateSlamInfo"}) {
+    for (const char* leaf :
+         {"SlamPrestart", "SlamPreend", "SlamCheckFastStart", "SlamCheckFastEnd", "UpdateSlamInfo"}) {
         host.action(leaf, [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     }
+}
+
+// Which map the places are told on: a new one, the one in hand, the stored one.
+void SlamService::installMaps(leaf::LeafHost& host)
+{
+    host.action("SlamReset", [this](BT::TreeNode&) {
+        localisation_.restart(poseOf(parts_.blackboard, "initial_pose").value_or(PoseMm{}));
+        store_.in_use = false;
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("SlamStart", [this](BT::TreeNode&) {
+        store_.slam_holds = true;
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("SlamStartFromReuse", [this](BT::TreeNode&) {
+        if (!store_.present) {
+            return BT::NodeStatus::FAILURE;
+        }
+        startFromStoredMap();
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("SlamPause", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    host.condition("SlamIsResumable", [this](BT::TreeNode&) { return passed(store_.slam_holds); });
+}
+
+// The map is taken over unseen: a docked robot stands where it stood on its dock when the map was stored.
+void SlamService::startFromStoredMap()
+{
+    if (!store_.in_use && store_.map && store_.map->docked && parts_.state.contacts.touching()) {
+        localisation_.believe(*store_.map->docked);
+    }
+    store_.slam_holds = true;
+    store_.in_use = true;
 }
 
 }  // namespace vemra::robot

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "robot/belief/localisation.h"
+#include "robot/belief/map_store.h"
 #include "robot/services/core/service.h"
 #include "robot/services/slam/place_search.h"
 
@@ -15,9 +18,13 @@ namespace vemra::robot {
 class SlamService final : public Service
 {
 public:
-    SlamService(const RobotParts& parts, Localisation& localisation, RobotMap& map,
+    SlamService(const RobotParts& parts, Localisation& localisation, RobotMap& map, MapStore& store,
                 const SensorSwitches& switches)
-        : parts_(parts), localisation_(localisation), map_(map), search_(parts.body, map, switches)
+        : parts_(parts),
+          localisation_(localisation),
+          map_(map),
+          store_(store),
+          search_(parts.body, map, switches)
     {}
 
     void install(leaf::LeafHost& host) override;
@@ -37,6 +44,8 @@ private:
         GaveUp
     };
 
+    void installMaps(leaf::LeafHost& host);
+    void startFromStoredMap();
     BT::NodeStatus relocalise(bool begins);
     void stop();
     void steer();
@@ -49,8 +58,10 @@ private:
     RobotParts parts_;
     Localisation& localisation_;
     RobotMap& map_;
+    MapStore& store_;
     PlaceSearch search_;
-    bool knew_ = true;  ///< where it is, as last told
+    bool knew_ = true;               ///< where it is, as last told
+    std::optional<bool> on_stored_;  ///< whether the map in use is a stored one, as last told
     Stage stage_ = Stage::Off;
     double turned_deg_ = 0;       ///< since the stage began
     std::uint64_t begun_ = 0;     ///< frame in which the stage began

@@ -174,7 +174,10 @@ BT::NodeStatus NavigationSearch::search(BT::TreeNode& node)
         }
     }
 
-    const PlanningMap plan = planningMapOf(map_, switches_);
+    PlanningMap plan = planningMapOf(map_, switches_);
+    if (barrier_) {
+        barrier_(plan);
+    }
     std::optional<Found> found = find(request, plan, false);
     if (!found) {
         found = find(request, plan, true);

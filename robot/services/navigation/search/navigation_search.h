@@ -42,6 +42,9 @@ public:
     /// Settles how a mode without a target picks its goal; a later rule takes the place of an earlier one.
     void setGoalRule(const std::string& mode, GoalRule rule) { rules_[mode] = std::move(rule); }
 
+    /// What else a search is not to enter, marked on its planning map.
+    void setBarrier(std::function<void(PlanningMap&)> barrier) { barrier_ = std::move(barrier); }
+
     /// The plan of the last search; empty before the first.
     [[nodiscard]] const PlanPtr& lastPlan() const { return last_plan_; }
 
@@ -65,6 +68,7 @@ private:
     const SensorSwitches& switches_;
     const BridgeBook& bridges_;
     std::map<std::string, GoalRule, std::less<>> rules_;
+    std::function<void(PlanningMap&)> barrier_;
     PlanPtr last_plan_;
     bool vector_in_hand_ = true;
 };
