@@ -171,7 +171,6 @@ Robot::~Robot()
     // Nodes of trees that wait to be entered again refer to services.
     blackboard_->setStatusObserver(nullptr);
     tree_ = {};
-    factory_.clearTreePools();
 }
 
 void Robot::record(LogKind kind, const std::string& text, nlohmann::ordered_json fields)

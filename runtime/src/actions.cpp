@@ -79,24 +79,22 @@ NodeStatus SetBlackboardWithTypeNode::tick()
 
 NodeStatus EraseBlackboardNode::tick()
 {
-    Any* slot = key_.resolve(*this);
-    if (slot == nullptr)
-        return NodeStatus::FAILURE;
-    slot->clear();
-    return NodeStatus::SUCCESS;
+    return passed(key_.erase(*this));
 }
 
 NodeStatus BlackboardContainsNode::tick()
 {
-    const Any* slot = key_.resolve(*this);
+    const Any* slot = key_.find(*this);
     return passed(slot != nullptr && !slot->empty());
 }
 
 NodeStatus BlackboardCopyNode::tick()
 {
-    const Any* source = source_.resolve(*this);
+    const Any* source = source_.find(*this);
+    if (source == nullptr || source->empty())
+        return NodeStatus::FAILURE;
     Any* target = target_.resolve(*this);
-    if (source == nullptr || source->empty() || target == nullptr)
+    if (target == nullptr)
         return NodeStatus::FAILURE;
     target->assign(*source);
     return NodeStatus::SUCCESS;
@@ -105,7 +103,7 @@ NodeStatus BlackboardCopyNode::tick()
 NodeStatus StackBlackboardNode::tick()
 {
     if (kept_of_ == nullptr) {
-        kept_of_ = key_.resolve(*this);
+        kept_of_ = key_.keep(*this);
         if (kept_of_ == nullptr)
             return NodeStatus::FAILURE;
         kept_.assign(*kept_of_);

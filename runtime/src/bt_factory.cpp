@@ -13,6 +13,7 @@
 #include "behaviortree_cpp/controls/post_process_node.h"
 #include "behaviortree_cpp/decorators/action_decorator_node.h"
 #include "behaviortree_cpp/decorators/bb_precondition_node.h"
+#include "behaviortree_cpp/decorators/blackboard_precondition.h"
 #include "behaviortree_cpp/decorators/frameout_node.h"
 #include "behaviortree_cpp/decorators/loop_node.h"
 #include "behaviortree_cpp/decorators/subtree_condition_node.h"
@@ -42,6 +43,9 @@ BehaviorTreeFactory::BehaviorTreeFactory() : trees_(std::make_shared<TreeRegistr
     registerNodeType<TimeoutNode>("Timeout");
     registerNodeType<BBPreconditionNode>("BB_Precondition");
     registerNodeType<ActionDecoratorNode>("ActionDecorator");
+    registerNodeType<BlackboardPreconditionNode<int>>("BlackboardCheckInt");
+    registerNodeType<BlackboardPreconditionNode<double>>("BlackboardCheckDouble");
+    registerNodeType<BlackboardPreconditionNode<std::string>>("BlackboardCheckString");
     registerNodeType<DecoratorSubtreeNode>("SubTree");
 
     registerNodeType<AlwaysSuccessNode>("AlwaysSuccess");
@@ -69,15 +73,12 @@ BehaviorTreeFactory::BehaviorTreeFactory() : trees_(std::make_shared<TreeRegistr
                     [trees](const std::string& name, const NodeParameters& parameters) {
                         return std::make_unique<SubtreeConditionNode>(name, parameters, trees);
                     });
+
+    for (const TreeNodeManifest& manifest : manifests_)
+        builtin_.insert(manifest.registration_ID);
 }
 
-BehaviorTreeFactory::~BehaviorTreeFactory()
-{
-    // Waiting trees may hold nodes whose code is in the libraries.
-    clearTreePools();
-    trees_.reset();
-    builders_.clear();
-}
+BehaviorTreeFactory::~BehaviorTreeFactory() = default;
 
 void BehaviorTreeFactory::registerBuilder(const TreeNodeManifest& manifest, const NodeBuilder& builder)
 {
@@ -128,13 +129,13 @@ void BehaviorTreeFactory::registerFromPlugin(const std::string& file_path)
         throw BehaviorTreeException("cannot open plug-in '" + file_path +
                                     "': " + (why != nullptr ? why : "unknown"));
     }
-    std::shared_ptr<void> library(handle, [](void* open) { dlclose(open); });
     using EntryPoint = void (*)(BehaviorTreeFactory&);
     const auto entry = reinterpret_cast<EntryPoint>(dlsym(handle, "BT_RegisterNodesFromPlugin"));
-    if (entry == nullptr)
+    if (entry == nullptr) {
+        dlclose(handle);
         throw BehaviorTreeException("plug-in '" + file_path + "' has no function BT_RegisterNodesFromPlugin");
-    // Kept first: what the entry point registers before it throws stays registered.
-    libraries_.push_back(std::move(library));
+    }
+    // Stays open from here on: nodes and values whose code is in it may outlive this factory.
     entry(*this);
 }
 
@@ -163,7 +164,7 @@ void BehaviorTreeFactory::registerTreeBuilder(const std::string& name, const Tre
 
 bool BehaviorTreeFactory::hasTree(std::string_view name) const
 {
-    return trees_->has(name);
+    return trees_->find(name) != nullptr;
 }
 
 std::vector<std::string> BehaviorTreeFactory::treeNames() const
@@ -174,15 +175,10 @@ std::vector<std::string> BehaviorTreeFactory::treeNames() const
 Tree BehaviorTreeFactory::createTree(const std::string& name,
                                      const std::shared_ptr<Blackboard>& blackboard) const
 {
-    const auto tree = trees_->make(name, blackboard);
+    const auto tree = trees_->find(name);
     if (tree == nullptr)
         throw BehaviorTreeException("no tree '" + name + "' is registered");
-    return std::move(*tree);
-}
-
-void BehaviorTreeFactory::clearTreePools()
-{
-    trees_->clearPools();
+    return trees_->make(*tree, blackboard);
 }
 
 }  // namespace BT

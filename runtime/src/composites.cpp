@@ -30,6 +30,13 @@ ControlNode::ControlNode(const std::string& name, const NodeParameters& paramete
     setLiveBelowAfterEnd(true);
 }
 
+void ControlNode::addChild(TreeNode* child)
+{
+    if (child->type() == NodeType::ACTION)
+        child->setCountsAsAction();
+    children_nodes_.push_back(child);
+}
+
 void ControlNode::halt()
 {
     haltChildren(0);
@@ -39,7 +46,7 @@ void ControlNode::halt()
 void ControlNode::haltChildren(int first)
 {
     for (std::size_t i = static_cast<std::size_t>(first); i < children_nodes_.size(); ++i)
-        haltNode(*children_nodes_[i]);
+        haltNode(*children_nodes_[i], isAtEnd());
 }
 
 void ControlNode::haltRunningChildren(std::size_t first)
@@ -112,9 +119,12 @@ NodeStatus StarNode::run(NodeStatus go_on)
         }
         if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
             return NodeStatus::RUNNING;
-        if (result == NodeStatus::SUCCESS || resetsOnFailure())
+        const bool keep = result == NodeStatus::FAILURE && !resetsOnFailure();
+        if (!keep)
             place_ = 0;
-        return end(result);
+        end(result);
+        setLiveBelowAfterEnd(keep);  // so that a halt comes by
+        return result;
     }
     place_ = 0;
     return end(go_on);
@@ -122,8 +132,7 @@ NodeStatus StarNode::run(NodeStatus go_on)
 
 void StarNode::halt()
 {
-    // The place that a failure without reset left behind outlives the end of the run above.
-    if (status() == NodeStatus::RUNNING)
+    if (!isAtEnd())
         place_ = 0;
     ControlNode::halt();
 }
@@ -160,14 +169,17 @@ NodeStatus IfThenElseStarNode::tick()
     const NodeStatus result = children_nodes_[turn_]->executeTick();
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
-    if (result == NodeStatus::SUCCESS || onUnlessOff(*this, "reset_on_failure"))
+    const bool keep = result == NodeStatus::FAILURE && !onUnlessOff(*this, "reset_on_failure");
+    if (!keep)
         turn_ = 0;
-    return end(result);
+    end(result);
+    setLiveBelowAfterEnd(keep);  // so that a halt comes by
+    return result;
 }
 
 void IfThenElseStarNode::halt()
 {
-    if (status() == NodeStatus::RUNNING)
+    if (!isAtEnd())
         turn_ = 0;
     ControlNode::halt();
 }
@@ -225,12 +237,13 @@ NodeStatus PostProcessNode::tick()
 void PostProcessNode::halt()
 {
     const bool main_child_ran = status() == NodeStatus::RUNNING && main_result_ == NodeStatus::IDLE;
-    main_result_ = NodeStatus::IDLE;
     if (main_child_ran && children_nodes_.size() == 2) {
         haltNode(*children_nodes_[0]);
+        main_result_ = NodeStatus::FAILURE;  // a final child that throws is not ticked by the next halt
         if (onUnlessOff(*this, "tick_on_halt"))
             children_nodes_[1]->executeTick();
     }
+    main_result_ = NodeStatus::IDLE;
     ControlNode::halt();
 }
 

@@ -14,9 +14,7 @@ bool scalarToInteger(const Scalar& scalar, std::int64_t& out)
         out = scalar.integer;
         return true;
     }
-    Any value;
-    value.setReal(scalar.real);
-    return value.toInteger(out);
+    return realToInteger(scalar.real, out);
 }
 
 void appendScalar(const Scalar& scalar, std::string& out)

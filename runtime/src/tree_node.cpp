@@ -1,6 +1,8 @@
 #include "behaviortree_cpp/tree_node.h"
 
 #include <algorithm>
+#include <thread>
+#include <unordered_map>
 
 namespace BT {
 
@@ -9,6 +11,7 @@ struct TreeNode::Extras
     std::vector<std::weak_ptr<StatusChangeCallback>> listeners;
     std::unique_ptr<NodeParameters> parameters;
     std::vector<std::pair<std::string_view, Any>> snapshot;
+    std::unordered_map<const Port*, std::string> texts;
     std::string registration_name;
 };
 
@@ -27,12 +30,21 @@ TreeNode::Extras& TreeNode::extras() const
 
 NodeStatus TreeNode::executeTick()
 {
-    // A node that ended begins anew, and whoever watches sees it.
-    if (status() > NodeStatus::RUNNING)
-        setStatus(NodeStatus::IDLE);
-    const NodeStatus result = tick();
-    setStatus(result);
-    return ticked(result);
+    prepareTick();
+    try {
+        const NodeStatus result = tick();
+        setStatus(result);
+        return ticked(result);
+    } catch (...) {
+        keepInReach();
+        throw;
+    }
+}
+
+void TreeNode::keepInReach()
+{
+    if (live_below_after_end_)
+        setStatus(NodeStatus::RUNNING);
 }
 
 void TreeNode::setBlackboard(const Blackboard::Ptr& blackboard)
@@ -42,6 +54,28 @@ void TreeNode::setBlackboard(const Blackboard::Ptr& blackboard)
         return;
     for (Port& port : ports_.all())
         port.compile(*blackboard_);
+}
+
+void TreeNode::refuseBlackboard() const
+{
+    throw std::logic_error("node '" + name_ +
+                           "' has no blackboard yet; a constructor is too early for it, onInit() is not");
+}
+
+NodeStatus TreeNode::waitValidStatus() const
+{
+    while (isHalted())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return status();
+}
+
+bool TreeNode::isBlackboardPattern(StringView text)
+{
+    try {
+        return classifyPortText(text) == PortForm::Reference;
+    } catch (const std::invalid_argument&) {
+        return false;
+    }
 }
 
 void TreeNode::setParameters(const NodeParameters& parameters)
@@ -128,6 +162,19 @@ void TreeNode::takePortSnapshot()
     has_snapshot_ = true;
 }
 
+bool TreeNode::keepText(const Port& port, const char*& out) const
+{
+    if (port.form() == PortForm::Literal) {
+        out = port.raw().data();
+        return true;
+    }
+    std::string& kept = extras().texts[&port];
+    if (!port.toText(kept))
+        return false;
+    out = kept.c_str();
+    return true;
+}
+
 const Any* TreeNode::snapshotValue(std::string_view key) const
 {
     for (const auto& [name, value] : extras_->snapshot)
@@ -136,21 +183,53 @@ const Any* TreeNode::snapshotValue(std::string_view key) const
     return nullptr;
 }
 
-Any* KeyPort::lookUp(const TreeNode& node)
+std::string_view KeyPort::key(const TreeNode& node, bool& literal, std::string& scratch) const
 {
     const Port* port = node.findPort(port_name_);
-    if (port == nullptr || node.blackboard() == nullptr)
-        return nullptr;
+    std::string_view text;
+    if (port == nullptr || node.blackboard() == nullptr || !port->view(text, scratch))
+        return {};
+    literal = port->form() == PortForm::Literal;
+    return text;
+}
+
+Any* KeyPort::lookUp(const TreeNode& node, Use use)
+{
+    bool literal = false;
     std::string scratch;
-    std::string_view key;
-    if (!port->view(key, scratch) || key.empty())
+    const std::string_view named = key(node, literal, scratch);
+    if (named.empty())
         return nullptr;
-    Any& slot = node.blackboard()->slot(key);
-    if (port->form() == PortForm::Literal) {
-        slot_ = &slot;
-        owner_ = node.blackboard().get();
+    Blackboard& blackboard = *node.blackboard();
+    if (literal) {
+        slot_ = &blackboard.slot(named);
+        owner_ = &blackboard;
+        return slot_;
     }
-    return &slot;
+    if (use == Use::Keep)
+        return &blackboard.slot(named);
+    if (use == Use::Read) {
+        const auto found = blackboard.entries_.find(named);
+        return found != blackboard.entries_.end() ? &found->second.value : nullptr;
+    }
+    return &blackboard.entry(named).value;
+}
+
+bool KeyPort::erase(const TreeNode& node)
+{
+    bool literal = false;
+    std::string scratch;
+    if (slot_ == nullptr || owner_ != node.blackboard().get()) {
+        const std::string_view named = key(node, literal, scratch);
+        if (named.empty())
+            return false;
+        if (!literal) {
+            node.blackboard()->erase(named);
+            return true;
+        }
+    }
+    resolve(node)->clear();
+    return true;
 }
 
 }  // namespace BT

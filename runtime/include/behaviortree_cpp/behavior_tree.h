@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "behaviortree_cpp/action_node.h"
@@ -32,11 +33,24 @@
 namespace BT {
 
 /// A built tree. It owns its nodes through the vector alone, root first, in creation order; links between
-/// nodes own nothing.
+/// nodes own nothing. When it goes, what still runs is halted and waited for first.
 struct Tree
 {
     TreeNode* root_node = nullptr;
     std::vector<TreeNode::Ptr> nodes;
+
+    Tree() = default;
+    Tree(TreeNode* root, std::vector<TreeNode::Ptr> all) : root_node(root), nodes(std::move(all)) {}
+    Tree(Tree&& other) noexcept
+        : root_node(std::exchange(other.root_node, nullptr)), nodes(std::move(other.nodes))
+    {}
+    Tree& operator=(Tree&& other) noexcept;
+    Tree(const Tree&) = delete;
+    Tree& operator=(const Tree&) = delete;
+    ~Tree() { clear(); }
+
+private:
+    void clear() noexcept;
 };
 
 /// Calls `visitor` for `root` and each node below it, parents first. Trees entered while ticking are no
@@ -46,6 +60,15 @@ void applyRecursiveVisitor(TreeNode* root, const std::function<void(TreeNode*)>&
 
 /// Writes the names of the nodes to standard output, indented.
 void printTreeRecursively(const TreeNode* root);
+
+/// Gives `root` and each node below it another blackboard.
+void assignBlackboardToEntireTree(TreeNode* root, const Blackboard::Ptr& blackboard);
+
+/// UID and status of each node.
+using SerializedTreeStatus = std::vector<std::pair<std::uint64_t, std::uint8_t>>;
+
+/// The status of `root` and each node below it, parents first.
+[[nodiscard]] SerializedTreeStatus buildSerializedStatusSnapshot(const TreeNode* root);
 
 /// Halts `root` and all below it.
 void haltAllActions(TreeNode* root);

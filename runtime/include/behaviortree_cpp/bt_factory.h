@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -28,8 +29,9 @@ struct TreeNodeManifest
 
 using TreeBuilder = std::function<Tree(const BehaviorTreeFactory&, const std::shared_ptr<Blackboard>&)>;
 
-/// Makes nodes by identifier and trees by name. All built-in nodes are registered from the start. It must
-/// outlive the ticks of the trees that enter others.
+/// Makes nodes by identifier and trees by name. All built-in nodes are registered from the start. Trees may
+/// outlive it, but one that enters another then finds none. Several threads may make and tick trees of one
+/// factory, each on a blackboard of its own, while nobody registers.
 class BehaviorTreeFactory
 {
 public:
@@ -51,8 +53,8 @@ public:
     template <class T>
     void registerNodeType(const std::string& ID);
 
-    /// Opens the library and calls its BT_RegisterNodesFromPlugin; the library stays open as long as the
-    /// factory. Throws BehaviorTreeException when it cannot be opened or has no such function.
+    /// Opens the library and calls its BT_RegisterNodesFromPlugin; the library stays open until the program
+    /// ends. Throws BehaviorTreeException when it cannot be opened or has no such function.
     void registerFromPlugin(const std::string& file_path);
 
     /// Makes one node, sets its blackboard and calls its onInit. Throws BehaviorTreeException when the
@@ -63,11 +65,14 @@ public:
 
     [[nodiscard]] const std::unordered_map<std::string, NodeBuilder>& builders() const { return builders_; }
     [[nodiscard]] const std::vector<TreeNodeManifest>& manifests() const { return manifests_; }
+    /// The identifiers that are registered from the start.
+    [[nodiscard]] const std::set<std::string>& builtinNodes() const { return builtin_; }
 
     // --- trees by name ---
 
     /// Keeps `builder` under `name`. A later one takes the place of an earlier one, so that a library may
-    /// be loaded again. Throws BehaviorTreeException for an empty name or builder.
+    /// be loaded again; a builder may itself register trees. Throws BehaviorTreeException for an empty name
+    /// or builder.
     void registerTreeBuilder(const std::string& name, const TreeBuilder& builder);
     [[nodiscard]] bool hasTree(std::string_view name) const;
     /// Names in the order of their registration.
@@ -76,14 +81,12 @@ public:
     /// through, and no tree is left behind.
     [[nodiscard]] Tree createTree(const std::string& name,
                                   const std::shared_ptr<Blackboard>& blackboard) const;
-    /// Drops the trees that wait to be entered again.
-    void clearTreePools();
 
 private:
     std::unordered_map<std::string, NodeBuilder> builders_;
     std::vector<TreeNodeManifest> manifests_;
+    std::set<std::string> builtin_;
     std::shared_ptr<TreeRegistry> trees_;
-    std::vector<std::shared_ptr<void>> libraries_;
 };
 
 /// The tree that a path names: its last component less a trailing ".xml".

@@ -13,7 +13,7 @@ public:
     explicit ControlNode(const std::string& name, const NodeParameters& parameters = {});
 
     /// Not owned: the tree owns all its nodes.
-    void addChild(TreeNode* child) { children_nodes_.push_back(child); }
+    void addChild(TreeNode* child);
     [[nodiscard]] std::size_t childrenCount() const { return children_nodes_.size(); }
     [[nodiscard]] const std::vector<TreeNode*>& children() const { return children_nodes_; }
     [[nodiscard]] const TreeNode* child(std::size_t index) const { return children_nodes_.at(index); }
@@ -29,7 +29,8 @@ protected:
     /// Takes over `result` of the node, all children IDLE.
     NodeStatus end(NodeStatus result)
     {
-        haltChildren(0);
+        for (TreeNode* child : children_nodes_)
+            haltNode(*child, true);
         setLiveBelowAfterEnd(false);
         return result;
     }

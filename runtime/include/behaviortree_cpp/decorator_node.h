@@ -36,7 +36,11 @@ public:
     {}
 
 protected:
-    NodeStatus tick() override { return functor_(child_node_->executeTick(), *this); }
+    NodeStatus tick() override
+    {
+        setStatus(NodeStatus::RUNNING);
+        return functor_(child_node_->executeTick(), *this);
+    }
 
     TickFunctor functor_;
 };

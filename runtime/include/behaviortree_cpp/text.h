@@ -6,6 +6,21 @@
 
 namespace BT::detail {
 
+inline bool isBlank(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// `text` without the blanks around it.
+inline std::string_view trimmed(std::string_view text)
+{
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
 /// Equality of texts that are short more often than not: port names and values, compared in every tick.
 inline bool sameText(std::string_view a, std::string_view b)
 {

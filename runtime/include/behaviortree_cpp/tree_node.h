@@ -30,7 +30,7 @@ struct TreePlace
 /// ticked or was halted. Whoever is IDLE has nothing but IDLE nodes below.
 class TreeNode
 {
-    /// Called once by the factory, right after the blackboard is set.
+    /// Called once: by the factory, right after the blackboard is set, or else before the first tick.
     virtual void onInit() {}
 
 public:
@@ -51,6 +51,8 @@ public:
     [[nodiscard]] virtual NodeType type() const = 0;
 
     [[nodiscard]] bool isHalted() const { return status() == NodeStatus::IDLE; }
+    /// Waits until the node, which another thread ticks, is no longer IDLE; looks every millisecond.
+    [[nodiscard]] NodeStatus waitValidStatus() const;
     [[nodiscard]] NodeStatus status() const { return status_.load(std::memory_order_relaxed); }
     void setStatus(NodeStatus now)
     {
@@ -63,7 +65,13 @@ public:
     }
 
     void setBlackboard(const Blackboard::Ptr& blackboard);
-    [[nodiscard]] const Blackboard::Ptr& blackboard() const { return blackboard_; }
+    /// Throws std::logic_error while the node is not set up, as in its constructor.
+    [[nodiscard]] const Blackboard::Ptr& blackboard() const
+    {
+        if (blackboard_ == nullptr && !initialized_) [[unlikely]]
+            refuseBlackboard();
+        return blackboard_;
+    }
 
     /// The present time of the blackboard's clock, or of the machine's where there is no blackboard.
     [[nodiscard]] TimePoint clockTime() const;
@@ -85,7 +93,8 @@ public:
     [[nodiscard]] StatusChangeSubscriber subscribeToStatusChange(StatusChangeCallback callback);
 
     /// The value of port `key` as it is now; nothing when there is no such port, when it refers to a key
-    /// that is not on the blackboard, or when the value is no T. Never throws.
+    /// that is not on the blackboard, or when the value is no T. Never throws. A `const char*` points to a
+    /// text that stays until the port is read again.
     template <class T>
     [[nodiscard]] optional<T> getParam(std::string_view key) const
     {
@@ -97,6 +106,9 @@ public:
 
     template <class T>
     bool getParam(std::string_view key, T& out) const;
+
+    /// Whether `text` is a reference as a whole: "${key}".
+    [[nodiscard]] static bool isBlackboardPattern(StringView text);
 
     /// The compiled port, or nullptr; valid until the node goes or gets another blackboard.
     [[nodiscard]] const Port* findPort(std::string_view key) const
@@ -112,7 +124,8 @@ public:
     /// A finished one is not started again within a run of a memory-less composite.
     [[nodiscard]] bool countsAsAction() const { return counts_as_action_; }
 
-    // For the factory alone.
+    // For nodes above and the factory alone.
+    void setCountsAsAction() { counts_as_action_ = true; }
     /// Gives ports to a node whose class takes none; they are kept for who looks at the tree.
     void setParameters(const NodeParameters& parameters);
     void setRegistrationName(const std::string& id);
@@ -121,12 +134,24 @@ public:
         tree_ = std::move(tree);
         index_in_tree_ = index;
     }
-    void initialize() { onInit(); }
+    void initialize()
+    {
+        initialized_ = true;
+        onInit();
+    }
 
 protected:
     virtual NodeStatus tick() = 0;
 
-    void setCountsAsAction() { counts_as_action_ = true; }
+    /// What every executeTick() begins with: a node that is set up, and one that ended begins anew, which
+    /// whoever watches sees.
+    void prepareTick()
+    {
+        if (!initialized_) [[unlikely]]
+            initialize();
+        if (status() > NodeStatus::RUNNING)
+            setStatus(NodeStatus::IDLE);
+    }
     /// The result of a tick, told to who observes the blackboard: what executeTick() returns.
     NodeStatus ticked(NodeStatus result)
     {
@@ -134,14 +159,19 @@ protected:
             notifyTick(result);
         return result;
     }
+    /// After a throw out of a tick: a node with others below is RUNNING, so that a halt reaches them.
+    void keepInReach();
     /// Whether nodes below may be other than IDLE once this one has ended.
     void setLiveBelowAfterEnd(bool live) { live_below_after_end_ = live; }
+
+    /// For halt(): whether it is only called because the node above has ended, as this one had before.
+    [[nodiscard]] bool isAtEnd() const { return at_end_; }
 
     /// A copy of the ports' values as they are now, for a tick on another thread.
     void takePortSnapshot();
 
 private:
-    friend void haltNode(TreeNode& node);
+    friend void haltNode(TreeNode& node, bool at_end);
 
     [[nodiscard]] bool isWatched() const
     {
@@ -162,22 +192,31 @@ private:
     std::uint32_t index_in_tree_ = 0;
     std::atomic<NodeStatus> status_ = NodeStatus::IDLE;
     bool registered_ = false;
+    bool initialized_ = false;
     bool counts_as_action_ = false;
     bool live_below_after_end_ = false;
+    bool at_end_ = false;
     bool has_listeners_ = false;
     bool has_snapshot_ = false;
 
+    [[noreturn]] void refuseBlackboard() const;
+    /// The port as a C string, kept until it is read again.
+    bool keepText(const Port& port, const char*& out) const;
     [[nodiscard]] const Any* snapshotValue(std::string_view key) const;
 };
 
-/// Brings a node and all below it to IDLE; does nothing to one that is IDLE.
-inline void haltNode(TreeNode& node)
+/// Brings a node and all below it to IDLE; does nothing to one that is IDLE. `at_end`: not for a halt, but
+/// because the node above has ended; this leaves a place that is kept over a failure.
+inline void haltNode(TreeNode& node, bool at_end = false)
 {
     const NodeStatus status = node.status();
     if (status == NodeStatus::IDLE)
         return;
-    if (status == NodeStatus::RUNNING || node.live_below_after_end_)
+    if (status == NodeStatus::RUNNING || node.live_below_after_end_) {
+        node.at_end_ = at_end && status != NodeStatus::RUNNING;
         node.halt();
+        node.at_end_ = false;
+    }
     node.setStatus(NodeStatus::IDLE);
 }
 
@@ -188,7 +227,14 @@ bool readPort(const Port& port, T& out)
 {
     if constexpr (std::is_same_v<T, bool>)
         return port.toBoolean(out);
-    else if constexpr (std::is_integral_v<T>) {
+    else if constexpr (kIsUnsigned64<T>) {
+        if (const Any* value = port.reference())
+            return value->tryCast(out);
+        if (port.form() == PortForm::Literal)
+            return convertText(port.raw(), out);
+        std::int64_t value = 0;
+        return port.toInteger(value) && fitInteger(value, out);
+    } else if constexpr (std::is_integral_v<T>) {
         std::int64_t value = 0;
         return port.toInteger(value) && fitInteger(value, out);
     } else if constexpr (std::is_floating_point_v<T>) {
@@ -221,7 +267,10 @@ bool TreeNode::getParam(std::string_view key, T& out) const
         return value != nullptr && value->tryCast(out);
     }
     const Port* port = findPort(key);
-    return port != nullptr && detail::readPort(*port, out);
+    if constexpr (std::is_same_v<T, const char*>)
+        return port != nullptr && keepText(*port, out);
+    else
+        return port != nullptr && detail::readPort(*port, out);
 }
 
 /// A port of a built-in node, looked for by name once.
@@ -244,7 +293,7 @@ private:
 };
 
 /// A port that names a key: the slot is looked up once when the name is literal, and by its present text
-/// when the name is itself read from the blackboard.
+/// when the name is itself read from the blackboard. What is looked up so is good for the tick alone.
 class KeyPort
 {
 public:
@@ -255,11 +304,35 @@ public:
     {
         if (slot_ != nullptr && owner_ == node.blackboard().get())
             return slot_;
-        return lookUp(node);
+        return lookUp(node, Use::Write);
     }
+    /// For reading: nullptr also for some keys that are not there, none of which is made.
+    [[nodiscard]] const Any* find(const TreeNode& node)
+    {
+        if (slot_ != nullptr && owner_ == node.blackboard().get())
+            return slot_;
+        return lookUp(node, Use::Read);
+    }
+    /// As resolve(), but good as long as the blackboard.
+    [[nodiscard]] Any* keep(const TreeNode& node)
+    {
+        if (slot_ != nullptr && owner_ == node.blackboard().get())
+            return slot_;
+        return lookUp(node, Use::Keep);
+    }
+    /// Takes the key away; false when resolve() would give nothing.
+    bool erase(const TreeNode& node);
 
 private:
-    [[nodiscard]] Any* lookUp(const TreeNode& node);
+    enum class Use
+    {
+        Read,
+        Write,
+        Keep
+    };
+    /// The key named by the port, which is literal or else read into `scratch`; empty when there is none.
+    [[nodiscard]] std::string_view key(const TreeNode& node, bool& literal, std::string& scratch) const;
+    [[nodiscard]] Any* lookUp(const TreeNode& node, Use use);
 
     const char* port_name_;
     Any* slot_ = nullptr;

@@ -13,6 +13,7 @@ public:
 protected:
     NodeStatus tick() override
     {
+        setStatus(NodeStatus::RUNNING);
         switch (child_node_->executeTick()) {
             case NodeStatus::SUCCESS:
                 return NodeStatus::FAILURE;
