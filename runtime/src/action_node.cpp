@@ -6,16 +6,6 @@
 
 namespace BT {
 
-NodeStatus SyncActionNode::executeTick()
-{
-    prepareTick();
-    const NodeStatus result = tick();
-    setStatus(result);
-    if (result == NodeStatus::RUNNING) [[unlikely]]
-        throw std::logic_error("SyncActionNode '" + name() + "' returned RUNNING");
-    return ticked(result);
-}
-
 AsyncActionNode::~AsyncActionNode()
 {
     stopAndJoinThread();

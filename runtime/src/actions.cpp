@@ -29,24 +29,29 @@ bool readBoth(const Port* first, T& a, const Port* second, T& b)
 NodeStatus SetBlackboardNode::tick()
 {
     Any* slot = key_.resolve(*this);
-    const Port* value = value_.of(*this);
-    if (slot == nullptr || value == nullptr)
+    if (value_ == nullptr) [[unlikely]]
+        value_ = findPort("value");
+    if (slot == nullptr || value_ == nullptr) [[unlikely]]
         return NodeStatus::FAILURE;
-    if (const Any* referred = value->reference()) {
+    if (value_->form() != PortForm::Literal)
+        return writeOther(*slot);
+    slot->setText(value_->raw());
+    return NodeStatus::SUCCESS;
+}
+
+NodeStatus SetBlackboardNode::writeOther(Any& slot) const
+{
+    if (const Any* referred = value_->reference()) {
         if (referred->empty())
             return NodeStatus::FAILURE;
-        slot->assign(*referred);
-        return NodeStatus::SUCCESS;
-    }
-    if (value->form() == PortForm::Literal) {
-        slot->setText(value->raw());
+        slot.assign(*referred);
         return NodeStatus::SUCCESS;
     }
     std::string scratch;
     std::string_view text;
-    if (!value->view(text, scratch))
+    if (!value_->view(text, scratch))
         return NodeStatus::FAILURE;
-    slot->setText(text);
+    slot.setText(text);
     return NodeStatus::SUCCESS;
 }
 

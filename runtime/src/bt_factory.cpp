@@ -71,7 +71,7 @@ BehaviorTreeFactory::BehaviorTreeFactory() : trees_(std::make_shared<TreeRegistr
     const std::weak_ptr<TreeRegistry> trees = trees_;
     registerBuilder({NodeType::CONDITION, "SubtreeCondition", SubtreeConditionNode::requiredNodeParameters()},
                     [trees](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SubtreeConditionNode>(name, parameters, trees);
+                        return makeNode<SubtreeConditionNode>(name, parameters, trees);
                     });
 
     for (const TreeNodeManifest& manifest : manifests_)
@@ -82,8 +82,10 @@ BehaviorTreeFactory::~BehaviorTreeFactory() = default;
 
 void BehaviorTreeFactory::registerBuilder(const TreeNodeManifest& manifest, const NodeBuilder& builder)
 {
-    if (!builders_.try_emplace(manifest.registration_ID, builder).second)
+    const auto [at, added] = builders_.try_emplace(manifest.registration_ID, builder);
+    if (!added)
         throw BehaviorTreeException("node type '" + manifest.registration_ID + "' is already registered");
+    ids_.emplace(&at->second, std::make_shared<const std::string>(manifest.registration_ID));
     manifests_.push_back(manifest);
 }
 
@@ -91,15 +93,21 @@ bool BehaviorTreeFactory::unregisterBuilder(const std::string& ID)
 {
     std::erase_if(manifests_,
                   [&ID](const TreeNodeManifest& manifest) { return manifest.registration_ID == ID; });
-    return builders_.erase(ID) > 0;
+    const auto found = builders_.find(ID);
+    if (found == builders_.end())
+        return false;
+    ids_.erase(&found->second);
+    builders_.erase(found);
+    return true;
 }
 
 void BehaviorTreeFactory::registerSimpleAction(const std::string& ID,
                                                const SimpleActionNode::TickFunctor& functor)
 {
     registerBuilder({NodeType::ACTION, ID, {}},
-                    [functor](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SimpleActionNode>(name, functor, parameters);
+                    [shared = std::make_shared<const SimpleActionNode::TickFunctor>(functor)](
+                        const std::string& name, const NodeParameters& parameters) {
+                        return makeNode<SimpleActionNode>(name, shared, parameters);
                     });
 }
 
@@ -107,8 +115,9 @@ void BehaviorTreeFactory::registerSimpleCondition(const std::string& ID,
                                                   const SimpleConditionNode::TickFunctor& functor)
 {
     registerBuilder({NodeType::CONDITION, ID, {}},
-                    [functor](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SimpleConditionNode>(name, functor, parameters);
+                    [shared = std::make_shared<const SimpleConditionNode::TickFunctor>(functor)](
+                        const std::string& name, const NodeParameters& parameters) {
+                        return makeNode<SimpleConditionNode>(name, shared, parameters);
                     });
 }
 
@@ -116,8 +125,9 @@ void BehaviorTreeFactory::registerSimpleDecorator(const std::string& ID,
                                                   const SimpleDecoratorNode::TickFunctor& functor)
 {
     registerBuilder({NodeType::DECORATOR, ID, {}},
-                    [functor](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SimpleDecoratorNode>(name, functor, parameters);
+                    [shared = std::make_shared<const SimpleDecoratorNode::TickFunctor>(functor)](
+                        const std::string& name, const NodeParameters& parameters) {
+                        return makeNode<SimpleDecoratorNode>(name, shared, parameters);
                     });
 }
 
@@ -151,7 +161,7 @@ std::unique_ptr<TreeNode> BehaviorTreeFactory::instantiateTreeNode(
         throw BehaviorTreeException("the builder of '" + ID + "' made no node (node '" + name + "')");
     if (!parameters.empty() && node->ports().empty())
         node->setParameters(parameters);
-    node->setRegistrationName(ID);
+    node->setRegistrationName(ids_.at(&found->second));
     node->setBlackboard(blackboard);
     node->initialize();
     return node;

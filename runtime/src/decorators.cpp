@@ -75,7 +75,7 @@ NodeStatus RetryNode::tick()
 {
     if (!begin() || spent())
         return finish(NodeStatus::FAILURE);
-    switch (child_node_->executeTick()) {
+    switch (child_node_->visit()) {
         case NodeStatus::SUCCESS:
             return finish(NodeStatus::SUCCESS);
         case NodeStatus::FAILURE:
@@ -92,7 +92,7 @@ NodeStatus RepeatNode::tick()
         return finish(NodeStatus::FAILURE);
     if (spent())
         return finish(NodeStatus::SUCCESS);
-    switch (child_node_->executeTick()) {
+    switch (child_node_->visit()) {
         case NodeStatus::SUCCESS:
             count();
             return spent() ? finish(NodeStatus::SUCCESS) : NodeStatus::RUNNING;
@@ -109,7 +109,7 @@ NodeStatus LoopNode::tick()
         return finish(NodeStatus::FAILURE);
     if (spent())
         return finish(NodeStatus::SUCCESS);
-    const NodeStatus result = child_node_->executeTick();
+    const NodeStatus result = child_node_->visit();
     if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
         count();
     return spent() ? finish(NodeStatus::SUCCESS) : NodeStatus::RUNNING;
@@ -120,7 +120,7 @@ NodeStatus FrameoutNode::tick()
     if (!begin() || spent())
         return finish(NodeStatus::FAILURE);
     count();
-    const NodeStatus result = child_node_->executeTick();
+    const NodeStatus result = child_node_->visit();
     if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
         return finish(result);
     return NodeStatus::RUNNING;
@@ -135,7 +135,7 @@ NodeStatus TimeoutNode::tick()
         blackboard() != nullptr ? blackboard()->clock().milliseconds() : SteadyClock().milliseconds();
     if (first)
         start_ms_ = now;
-    const NodeStatus result = child_node_->executeTick();
+    const NodeStatus result = child_node_->visit();
     if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
         return finish(result);
     if (!endless() && now - start_ms_ >= limit())
@@ -156,7 +156,7 @@ NodeStatus BBPreconditionNode::tick()
         return NodeStatus::FAILURE;
     }
     setStatus(NodeStatus::RUNNING);
-    return child_node_->executeTick();
+    return child_node_->visit();
 }
 
 BT_PORTS(RetryNode, {"num_attempts", "1"})

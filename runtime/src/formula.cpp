@@ -417,4 +417,10 @@ std::vector<std::string> referencedKeys(std::string_view text)
     return keys;
 }
 
+std::string_view referencedKey(std::string_view text)
+{
+    std::size_t end = 0;
+    return keyAt(text, text.find(kOpen), end);
+}
+
 }  // namespace BT

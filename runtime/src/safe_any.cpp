@@ -121,6 +121,12 @@ void Any::assign(const Any& other)
     }
 }
 
+void Any::takeText(std::string_view value)
+{
+    become(Kind::Text);
+    text_.assign(value);
+}
+
 void Any::setObject(std::shared_ptr<const HolderBase> object)
 {
     kind_ = Kind::Object;

@@ -12,11 +12,11 @@ struct TreeNode::Extras
     std::unique_ptr<NodeParameters> parameters;
     std::vector<std::pair<std::string_view, Any>> snapshot;
     std::unordered_map<const Port*, std::string> texts;
-    std::string registration_name;
+    std::shared_ptr<const std::string> registration_name;
 };
 
 TreeNode::TreeNode(const std::string& name, const NodeParameters& parameters)
-    : name_(name), ports_(parameters)
+    : name_(std::make_shared<const std::string>(name)), ports_(parameters)
 {}
 
 TreeNode::~TreeNode() = default;
@@ -31,14 +31,7 @@ TreeNode::Extras& TreeNode::extras() const
 NodeStatus TreeNode::executeTick()
 {
     prepareTick();
-    try {
-        const NodeStatus result = tick();
-        setStatus(result);
-        return ticked(result);
-    } catch (...) {
-        keepInReach();
-        throw;
-    }
+    return tickPlainly();
 }
 
 void TreeNode::keepInReach()
@@ -47,9 +40,48 @@ void TreeNode::keepInReach()
         setStatus(NodeStatus::RUNNING);
 }
 
+void TreeNode::refuseRunning() const
+{
+    throw std::logic_error("SyncActionNode '" + name() + "' returned RUNNING");
+}
+
+void TreeNode::haltLive(bool at_end)
+{
+    const NodeStatus before = status();
+    if (before == NodeStatus::IDLE)
+        return;
+    at_end_ = at_end && before != NodeStatus::RUNNING;
+    halt();
+    at_end_ = false;
+    setStatus(NodeStatus::IDLE);
+}
+
+NodeStatus TreeNode::tellTick(NodeStatus result)
+{
+    tellStatus(result);
+    if (result == NodeStatus::RUNNING && must_end_)
+        refuseRunning();
+    return ticked(result);
+}
+
+void TreeNode::tellStatus(NodeStatus now)
+{
+    const NodeStatus before = status();
+    if (before == now)
+        return;
+    status_.store(now, std::memory_order_relaxed);
+    notifyStatusChange(before, now);
+}
+
+void TreeNode::findWatchers()
+{
+    watched_ = has_listeners_ || blackboard_ == nullptr ? &has_listeners_ : blackboard_->observedFlag();
+}
+
 void TreeNode::setBlackboard(const Blackboard::Ptr& blackboard)
 {
     blackboard_ = blackboard;
+    findWatchers();
     if (blackboard_ == nullptr)
         return;
     for (Port& port : ports_.all())
@@ -58,7 +90,7 @@ void TreeNode::setBlackboard(const Blackboard::Ptr& blackboard)
 
 void TreeNode::refuseBlackboard() const
 {
-    throw std::logic_error("node '" + name_ +
+    throw std::logic_error("node '" + name() +
                            "' has no blackboard yet; a constructor is too early for it, onInit() is not");
 }
 
@@ -84,10 +116,12 @@ void TreeNode::setParameters(const NodeParameters& parameters)
     setBlackboard(blackboard_);
 }
 
-void TreeNode::setRegistrationName(const std::string& id)
+void TreeNode::setRegistrationName(const std::shared_ptr<const std::string>& id)
 {
     registered_ = true;
-    if (id != name_)
+    if (*id == *name_)
+        name_ = id;
+    else
         extras().registration_name = id;
 }
 
@@ -96,7 +130,7 @@ const std::string& TreeNode::registrationName() const
     static const std::string kNone;
     if (!registered_)
         return kNone;
-    return extras_ != nullptr && !extras_->registration_name.empty() ? extras_->registration_name : name_;
+    return extras_ != nullptr && extras_->registration_name != nullptr ? *extras_->registration_name : *name_;
 }
 
 const NodeParameters& TreeNode::initializationParameters() const
@@ -115,6 +149,7 @@ TreeNode::StatusChangeSubscriber TreeNode::subscribeToStatusChange(StatusChangeC
     auto subscriber = std::make_shared<StatusChangeCallback>(std::move(callback));
     extras().listeners.emplace_back(subscriber);
     has_listeners_ = true;
+    findWatchers();
     return subscriber;
 }
 
@@ -141,6 +176,7 @@ void TreeNode::notifyStatusChange(NodeStatus before, NodeStatus now)
     if (alive.size() < extras_->listeners.size()) {
         std::erase_if(extras_->listeners, [](const auto& listener) { return listener.expired(); });
         has_listeners_ = !extras_->listeners.empty();
+        findWatchers();
     }
 }
 

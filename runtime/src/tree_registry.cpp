@@ -150,7 +150,7 @@ NodeStatus SubtreeConditionNode::tick()
             bool& in_tick;
             ~Over() { in_tick = false; }
         } const over{in_tick_};
-        result = entered_->root_node->executeTick();
+        result = entered_->root_node->visit();
     }
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;

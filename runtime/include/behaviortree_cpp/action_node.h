@@ -29,9 +29,12 @@ public:
 class SyncActionNode : public ActionNodeBase
 {
 public:
-    using ActionNodeBase::ActionNodeBase;
+    explicit SyncActionNode(const std::string& name, const NodeParameters& parameters = {})
+        : ActionNodeBase(name, parameters)
+    {
+        setMustEnd(true);
+    }
 
-    NodeStatus executeTick() override;
     void halt() final { setStatus(NodeStatus::IDLE); }
 };
 
@@ -43,15 +46,20 @@ public:
     using TickFunctor = std::function<NodeStatus(TreeNode&)>;
 
     SimpleActionNode(const std::string& name, TickFunctor functor, const NodeParameters& parameters = {})
-        : SyncActionNode(name, parameters), functor_(std::move(functor))
+        : SimpleActionNode(name, std::make_shared<const TickFunctor>(std::move(functor)), parameters)
     {}
-
-    NodeStatus executeTick() override { return TreeNode::executeTick(); }
+    /// The function is shared by all nodes of a kind.
+    SimpleActionNode(const std::string& name, std::shared_ptr<const TickFunctor> functor,
+                     const NodeParameters& parameters = {})
+        : SyncActionNode(name, parameters), functor_(std::move(functor))
+    {
+        setMustEnd(false);
+    }
 
 protected:
-    NodeStatus tick() override { return functor_(*this); }
+    NodeStatus tick() override { return (*functor_)(*this); }
 
-    TickFunctor functor_;
+    std::shared_ptr<const TickFunctor> functor_;
 };
 
 /// An action whose tick() runs on a thread of its own while the node is RUNNING. Its ports read as they

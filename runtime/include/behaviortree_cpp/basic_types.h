@@ -27,7 +27,7 @@ enum class NodeType
     SUBTREE
 };
 
-enum class NodeStatus
+enum class NodeStatus : std::uint8_t
 {
     IDLE = 0,
     RUNNING,

@@ -53,6 +53,33 @@ private:
     void clear() noexcept;
 };
 
+/// Takes the nodes of a tree while it is built. They get one owner together, which is less to keep and to
+/// make than one for each: whoever keeps one of them keeps all.
+class NodeCollector
+{
+public:
+    explicit NodeCollector(std::size_t expected = 0)
+    {
+        owner_->reserve(expected);
+        nodes_.reserve(expected);
+    }
+
+    TreeNode& add(std::unique_ptr<TreeNode> node)
+    {
+        owner_->push_back(std::move(node));
+        nodes_.emplace_back(owner_, owner_->back().get());
+        return *nodes_.back();
+    }
+    /// What was added, in its order.
+    [[nodiscard]] const std::vector<TreeNode::Ptr>& nodes() const { return nodes_; }
+    [[nodiscard]] std::vector<TreeNode::Ptr> take() { return std::move(nodes_); }
+
+private:
+    std::shared_ptr<std::vector<std::unique_ptr<TreeNode>>> owner_ =
+        std::make_shared<std::vector<std::unique_ptr<TreeNode>>>();
+    std::vector<TreeNode::Ptr> nodes_;
+};
+
 /// Calls `visitor` for `root` and each node below it, parents first. Trees entered while ticking are no
 /// part of it.
 void applyRecursiveVisitor(const TreeNode* root, const std::function<void(const TreeNode*)>& visitor);

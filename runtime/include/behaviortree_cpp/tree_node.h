@@ -46,6 +46,16 @@ public:
 
     /// Ticks the node and takes over the result as its status.
     virtual NodeStatus executeTick();
+    /// The same for the node above, which ticks its children in every frame: one virtual call instead of two
+    /// where the class has no executeTick() of its own.
+    [[gnu::always_inline]] NodeStatus visit()
+    {
+        if (!ticks_plainly_ || !initialized_) [[unlikely]]
+            return executeTick();
+        if (status() > NodeStatus::RUNNING)
+            setStatus(NodeStatus::IDLE);
+        return tickPlainly();
+    }
     /// Stops the node: it and all below come back to IDLE.
     virtual void halt() = 0;
     [[nodiscard]] virtual NodeType type() const = 0;
@@ -54,14 +64,20 @@ public:
     /// Waits until the node, which another thread ticks, is no longer IDLE; looks every millisecond.
     [[nodiscard]] NodeStatus waitValidStatus() const;
     [[nodiscard]] NodeStatus status() const { return status_.load(std::memory_order_relaxed); }
-    void setStatus(NodeStatus now)
+    [[gnu::always_inline]] void setStatus(NodeStatus now)
     {
-        const NodeStatus before = status();
-        if (before == now)
-            return;
-        status_.store(now, std::memory_order_relaxed);
         if (isWatched()) [[unlikely]]
-            notifyStatusChange(before, now);
+            tellStatus(now);
+        else
+            status_.store(now, std::memory_order_relaxed);
+    }
+    /// What haltNode() does.
+    [[gnu::always_inline]] void bringToIdle(bool at_end)
+    {
+        if (status() <= NodeStatus::RUNNING || live_below_after_end_) [[unlikely]]
+            haltLive(at_end);
+        else
+            setStatus(NodeStatus::IDLE);
     }
 
     void setBlackboard(const Blackboard::Ptr& blackboard);
@@ -77,7 +93,7 @@ public:
     [[nodiscard]] TimePoint clockTime() const;
 
     /// A label; the registration name unless another was given.
-    [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] const std::string& name() const { return *name_; }
     /// Unique among the nodes that are alive.
     [[nodiscard]] std::uint64_t UID() const
     {
@@ -105,18 +121,15 @@ public:
     }
 
     template <class T>
-    bool getParam(std::string_view key, T& out) const;
+    [[gnu::always_inline]] bool getParam(std::string_view key, T& out) const;
 
     /// Whether `text` is a reference as a whole: "${key}".
     [[nodiscard]] static bool isBlackboardPattern(StringView text);
 
     /// The compiled port, or nullptr; valid until the node goes or gets another blackboard.
-    [[nodiscard]] const Port* findPort(std::string_view key) const
+    [[gnu::always_inline]] [[nodiscard]] const Port* findPort(std::string_view key) const
     {
-        for (const Port& port : ports_.all())
-            if (detail::sameText(port.name(), key))
-                return &port;
-        return nullptr;
+        return ports_.find(key);
     }
     [[nodiscard]] std::span<const Port> ports() const { return ports_.all(); }
 
@@ -128,7 +141,8 @@ public:
     void setCountsAsAction() { counts_as_action_ = true; }
     /// Gives ports to a node whose class takes none; they are kept for who looks at the tree.
     void setParameters(const NodeParameters& parameters);
-    void setRegistrationName(const std::string& id);
+    /// A node that is called as its identifier shares its text.
+    void setRegistrationName(const std::shared_ptr<const std::string>& id);
     void setPlace(std::shared_ptr<const std::string> tree, std::uint32_t index)
     {
         tree_ = std::move(tree);
@@ -139,10 +153,14 @@ public:
         initialized_ = true;
         onInit();
     }
+    /// Whether executeTick() is that of this class, so that visit() need not call it.
+    void setTicksPlainly(bool plain) { ticks_plainly_ = plain; }
 
 protected:
     virtual NodeStatus tick() = 0;
 
+    /// Whether a tick that returns RUNNING is a std::logic_error.
+    void setMustEnd(bool must_end) { must_end_ = must_end; }
     /// What every executeTick() begins with: a node that is set up, and one that ended begins anew, which
     /// whoever watches sees.
     void prepareTick()
@@ -153,7 +171,7 @@ protected:
             setStatus(NodeStatus::IDLE);
     }
     /// The result of a tick, told to who observes the blackboard: what executeTick() returns.
-    NodeStatus ticked(NodeStatus result)
+    NodeStatus ticked(NodeStatus result) const
     {
         if (isWatched()) [[unlikely]]
             notifyTick(result);
@@ -171,12 +189,34 @@ protected:
     void takePortSnapshot();
 
 private:
-    friend void haltNode(TreeNode& node, bool at_end);
-
-    [[nodiscard]] bool isWatched() const
+    /// Whether someone wants to be told of status changes.
+    [[nodiscard]] bool isWatched() const { return *watched_; }
+    /// Looks anew at whose flag says so: the node's own where it has listeners, else its blackboard's.
+    void findWatchers();
+    /// A tick of a node that is set up and was not left ended.
+    [[gnu::always_inline]] NodeStatus tickPlainly()
     {
-        return has_listeners_ || (blackboard_ != nullptr && blackboard_->statusObserver() != nullptr);
+        NodeStatus result = NodeStatus::IDLE;
+        try {
+            result = tick();
+        } catch (...) {
+            keepInReach();
+            throw;
+        }
+        if (isWatched()) [[unlikely]]
+            return tellTick(result);
+        status_.store(result, std::memory_order_relaxed);
+        if (result == NodeStatus::RUNNING && must_end_) [[unlikely]]
+            refuseRunning();
+        return result;
     }
+    /// The end of tickPlainly() with those who watch told of it.
+    NodeStatus tellTick(NodeStatus result);
+    [[noreturn]] void refuseRunning() const;
+    /// bringToIdle() where there may be something to stop.
+    void haltLive(bool at_end);
+    /// setStatus() with those who watch told of it.
+    void tellStatus(NodeStatus now);
     void notifyStatusChange(NodeStatus before, NodeStatus now);
     void notifyTick(NodeStatus result) const;
 
@@ -184,20 +224,23 @@ private:
     struct Extras;
     Extras& extras() const;
 
-    std::string name_;
+    std::shared_ptr<const std::string> name_;
     std::shared_ptr<const std::string> tree_;
     Blackboard::Ptr blackboard_;
     PortList ports_;
     mutable std::unique_ptr<Extras> extras_;
+    const bool* watched_ = &has_listeners_;
     std::uint32_t index_in_tree_ = 0;
     std::atomic<NodeStatus> status_ = NodeStatus::IDLE;
-    bool registered_ = false;
-    bool initialized_ = false;
-    bool counts_as_action_ = false;
-    bool live_below_after_end_ = false;
     bool at_end_ = false;
     bool has_listeners_ = false;
-    bool has_snapshot_ = false;
+    bool registered_ : 1 = false;
+    bool initialized_ : 1 = false;
+    bool counts_as_action_ : 1 = false;
+    bool live_below_after_end_ : 1 = false;
+    bool has_snapshot_ : 1 = false;
+    bool ticks_plainly_ : 1 = false;
+    bool must_end_ : 1 = false;
 
     [[noreturn]] void refuseBlackboard() const;
     /// The port as a C string, kept until it is read again.
@@ -209,15 +252,7 @@ private:
 /// because the node above has ended; this leaves a place that is kept over a failure.
 inline void haltNode(TreeNode& node, bool at_end = false)
 {
-    const NodeStatus status = node.status();
-    if (status == NodeStatus::IDLE)
-        return;
-    if (status == NodeStatus::RUNNING || node.live_below_after_end_) {
-        node.at_end_ = at_end && status != NodeStatus::RUNNING;
-        node.halt();
-        node.at_end_ = false;
-    }
-    node.setStatus(NodeStatus::IDLE);
+    node.bringToIdle(at_end);
 }
 
 namespace detail {
@@ -260,9 +295,9 @@ bool readPort(const Port& port, T& out)
 }  // namespace detail
 
 template <class T>
-bool TreeNode::getParam(std::string_view key, T& out) const
+inline bool TreeNode::getParam(std::string_view key, T& out) const
 {
-    if (has_snapshot_) {
+    if (has_snapshot_) [[unlikely]] {
         const Any* value = snapshotValue(key);
         return value != nullptr && value->tryCast(out);
     }

@@ -94,8 +94,14 @@ public:
     [[nodiscard]] const Clock& clock() const { return *clock_; }
 
     /// Not owned; nullptr takes it away. One observer at a time.
-    void setStatusObserver(StatusObserver* observer) { observer_ = observer; }
+    void setStatusObserver(StatusObserver* observer)
+    {
+        observer_ = observer;
+        is_observed_ = observer != nullptr;
+    }
     [[nodiscard]] StatusObserver* statusObserver() const { return observer_; }
+    /// Where a node looks on each tick whether there is an observer; valid as long as the blackboard.
+    [[nodiscard]] const bool* observedFlag() const { return &is_observed_; }
 
     /// For nodes that enter trees.
     [[nodiscard]] TreePools& treePools();
@@ -121,6 +127,7 @@ private:
     std::unordered_map<std::string, Entry, Hash, std::equal_to<>> entries_;
     std::shared_ptr<const Clock> clock_;
     StatusObserver* observer_ = nullptr;
+    bool is_observed_ = false;
     std::shared_ptr<TreePools> tree_pools_;
 };
 

@@ -96,12 +96,10 @@ public:
         become(Kind::Boolean);
         number_.integer = value ? 1 : 0;
     }
-    void setText(std::string_view value)
+    [[gnu::always_inline]] void setText(std::string_view value)
     {
-        if (kind_ == Kind::Text && detail::sameText(text_, value))
-            return;
-        become(Kind::Text);
-        text_.assign(value);
+        if (kind_ != Kind::Text || !detail::sameText(text_, value))
+            takeText(value);
     }
     void assign(const Any& other);
     void clear() { become(Kind::Empty); }
@@ -191,6 +189,7 @@ private:
             object_.reset();
         kind_ = kind;
     }
+    void takeText(std::string_view value);
     void setObject(std::shared_ptr<const HolderBase> object);
 
     union Number {

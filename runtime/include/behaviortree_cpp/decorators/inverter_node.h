@@ -14,7 +14,7 @@ protected:
     NodeStatus tick() override
     {
         setStatus(NodeStatus::RUNNING);
-        switch (child_node_->executeTick()) {
+        switch (child_node_->visit()) {
             case NodeStatus::SUCCESS:
                 return NodeStatus::FAILURE;
             case NodeStatus::FAILURE:

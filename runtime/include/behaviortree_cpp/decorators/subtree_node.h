@@ -21,7 +21,7 @@ protected:
     NodeStatus tick() override
     {
         setStatus(NodeStatus::RUNNING);
-        return child_node_->executeTick();
+        return child_node_->visit();
     }
 };
 
