@@ -164,6 +164,8 @@ void Robot::plantTree()
         throw InputError("--goal", 0, "expected a place within the home");
     if (setup_.goal)
         tree_ = goalTree(factory_, blackboard_, setup_.tree, *setup_.goal);
+    // Once, at power-on: no frame has to make trees.
+    BT::prepareTrees(tree_);
 }
 
 Robot::~Robot()

@@ -188,7 +188,10 @@ Tree BehaviorTreeFactory::createTree(const std::string& name,
     const auto tree = trees_->find(name);
     if (tree == nullptr)
         throw BehaviorTreeException("no tree '" + name + "' is registered");
-    return trees_->make(*tree, blackboard);
+    Tree made = trees_->make(*tree, blackboard);
+    if (made.root_node != nullptr)
+        levelsOf(*made.root_node);
+    return made;
 }
 
 }  // namespace BT

@@ -18,6 +18,37 @@ bool keepsPlaces(const Tree& tree)
     });
 }
 
+/// Counts the levels of a tree as those of the trees being ticked, as long as it lives.
+class LevelsInTick
+{
+public:
+    LevelsInTick(const Blackboard::Ptr& blackboard, TreePool& pool)
+        : all_(blackboard != nullptr ? &blackboard->treePools().levels_in_tick : nullptr), own_(pool.levels())
+    {
+        if (all_ == nullptr)
+            return;
+        if (*all_ + own_ > kMaxLevels) {
+            pool.setReusable(false);  // trees that wait and enter each other would keep each other
+            const auto tree = pool.tree();
+            throw BehaviorTreeException("tree '" + (tree != nullptr ? *tree->name : std::string()) +
+                                        "' is entered more than " + std::to_string(kMaxLevels) +
+                                        " levels deep: does it enter itself?");
+        }
+        *all_ += own_;
+    }
+    ~LevelsInTick()
+    {
+        if (all_ != nullptr)
+            *all_ -= own_;
+    }
+    LevelsInTick(const LevelsInTick&) = delete;
+    LevelsInTick& operator=(const LevelsInTick&) = delete;
+
+private:
+    std::size_t* all_;
+    std::size_t own_;
+};
+
 }  // namespace
 
 std::shared_ptr<TreePool> TreePools::of(const std::shared_ptr<const NamedTree>& tree)
@@ -98,7 +129,7 @@ bool SubtreeConditionNode::expandInLogger() const
     return port != nullptr && port->raw() == "true";
 }
 
-bool SubtreeConditionNode::enter()
+bool SubtreeConditionNode::findPool()
 {
     const Port* path = findPort("subtree_file_path");
     const auto trees = trees_.lock();
@@ -115,18 +146,49 @@ bool SubtreeConditionNode::enter()
         else
             pool_ = std::make_shared<TreePool>(tree);
     }
-    if (pool_ == nullptr)
+    return pool_ != nullptr;
+}
+
+std::unique_ptr<Tree> SubtreeConditionNode::makeTree()
+{
+    const auto tree = pool_->tree();  // held, as its builder may register another
+    auto made = std::make_unique<Tree>(trees_.lock()->make(*tree, blackboard()));
+    if (made->root_node == nullptr)
+        return nullptr;
+    pool_->setReusable(!keepsPlaces(*made));
+    pool_->setLevels(levelsOf(*made->root_node));
+    return made;
+}
+
+void SubtreeConditionNode::prepare()
+{
+    const Port* path = findPort("subtree_file_path");
+    if (path == nullptr || path->form() != PortForm::Literal || entered_ != nullptr || !findPool() ||
+        pool_->hasWaiting())
+        return;
+    auto tree = makeTree();
+    if (tree == nullptr)
+        return;
+    const Tree& waits = *tree;
+    pool_->add(std::move(tree));
+    prepareTrees(waits);
+}
+
+void prepareTrees(const Tree& tree)
+{
+    for (const TreeNode::Ptr& node : tree.nodes)
+        if (auto* enters = dynamic_cast<SubtreeConditionNode*>(node.get()))
+            enters->prepare();
+}
+
+bool SubtreeConditionNode::enter()
+{
+    if (!findPool())
         return false;
     entered_ = pool_->take();
-    if (entered_ == nullptr) {
-        const auto tree = pool_->tree();  // held, as its builder may register another
-        auto made = std::make_unique<Tree>(trees->make(*tree, blackboard()));
-        if (made->root_node == nullptr)
-            return false;
-        pool_->setReusable(!keepsPlaces(*made));
-        entered_ = std::move(made);
-    }
-    return true;
+    if (entered_ == nullptr)
+        entered_ = makeTree();
+    return entered_ != nullptr;
 }
 
 void SubtreeConditionNode::leave()
@@ -144,6 +206,7 @@ NodeStatus SubtreeConditionNode::tick()
         return NodeStatus::FAILURE;
     NodeStatus result = NodeStatus::RUNNING;
     {
+        const LevelsInTick levels(blackboard(), *pool_);
         in_tick_ = true;
         struct Over
         {

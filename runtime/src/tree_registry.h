@@ -39,6 +39,14 @@ public:
             waiting_.push_back(std::move(tree));
     }
 
+    /// A new one, that was made ahead.
+    void add(std::unique_ptr<Tree> tree) { waiting_.push_back(std::move(tree)); }
+    [[nodiscard]] bool hasWaiting() const { return !waiting_.empty(); }
+
+    /// The levels of a tree of that name.
+    void setLevels(std::size_t levels) { levels_ = levels; }
+    [[nodiscard]] std::size_t levels() const { return levels_; }
+
     /// Whether a tree that has ended is as good as a new one.
     void setReusable(bool reusable) { reusable_ = reusable; }
     /// The name has got another builder, or the factory is gone: nothing waits here any more.
@@ -48,6 +56,7 @@ public:
 private:
     std::weak_ptr<const NamedTree> tree_;
     std::vector<std::unique_ptr<Tree>> waiting_;
+    std::size_t levels_ = 0;
     bool reusable_ = true;
 };
 
@@ -56,6 +65,8 @@ class TreePools
 {
 public:
     [[nodiscard]] std::shared_ptr<TreePool> of(const std::shared_ptr<const NamedTree>& tree);
+
+    std::size_t levels_in_tick = 0;  ///< of the entered trees that are being ticked now, one within the other
 
 private:
     // A pool that is alive keeps the address of its NamedTree from being used again.

@@ -254,6 +254,7 @@ TreeNode::Ptr XMLParser::instantiateTree(std::vector<TreeNode::Ptr>& nodes, cons
         throw BehaviorTreeException("no XML was loaded");
     Tree tree = document_->make(factory_, blackboard);
     TreeNode::Ptr root = tree.nodes.front();
+    levelsOf(*root);
     nodes.insert(nodes.end(), std::make_move_iterator(tree.nodes.begin()),
                  std::make_move_iterator(tree.nodes.end()));
     return root;

@@ -80,6 +80,15 @@ private:
     std::vector<TreeNode::Ptr> nodes_;
 };
 
+/// How deep nodes may be nested, in a tree and in the trees that it enters: a tick goes down from level to
+/// level on the stack.
+constexpr std::size_t kMaxLevels = 1000;
+
+/// The levels of nodes from `root` down. Throws BehaviorTreeException where there are more than kMaxLevels,
+/// as in a node that stands below itself. createTree() and XMLParser look for it; who links nodes by hand may
+/// do so here.
+std::size_t levelsOf(const TreeNode& root);
+
 /// Calls `visitor` for `root` and each node below it, parents first. Trees entered while ticking are no
 /// part of it.
 void applyRecursiveVisitor(const TreeNode* root, const std::function<void(const TreeNode*)>& visitor);

@@ -95,6 +95,11 @@ private:
     std::shared_ptr<TreeRegistry> trees_;
 };
 
+/// Makes the trees ahead that the `SubtreeCondition` nodes of `tree` name by a literal, and those that these
+/// enter: one of each waits to be entered, so that no tick has to make it. Other trees are made when they are
+/// entered.
+void prepareTrees(const Tree& tree);
+
 /// The tree that a path names: its last component less a trailing ".xml".
 [[nodiscard]] std::string_view treeNameOfPath(std::string_view path);
 

@@ -13,7 +13,8 @@ class TreePool;
 /// there are nodes on the blackboard that have entered them. No tree may enter itself by way of others.
 /// `expand_in_logger` is for viewers; only "true" counts as true. FAILURE when no tree of that name is
 /// registered or it has no nodes. What a builder throws comes out of the tick: a tree that cannot be built is
-/// a fault of the program.
+/// a fault of the program. So is a tree that enters itself, or trees nested deeper than kMaxLevels, a
+/// BehaviorTreeException.
 class SubtreeConditionNode : public LeafNode
 {
 public:
@@ -28,11 +29,17 @@ public:
     /// The tree being run, or nullptr.
     [[nodiscard]] const Tree* entered() const { return entered_.get(); }
     [[nodiscard]] bool expandInLogger() const;
+    /// Has a tree wait to be entered, and the trees that it enters; see prepareTrees().
+    void prepare();
 
 protected:
     NodeStatus tick() override;
 
 private:
+    /// False when no tree is named.
+    bool findPool();
+    /// A new tree, or nullptr when it has no nodes.
+    [[nodiscard]] std::unique_ptr<Tree> makeTree();
     bool enter();
     void leave();
 
