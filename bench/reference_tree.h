@@ -30,7 +30,6 @@ struct ReferenceTree
     {
         for (int key = 0; key < kKeys; ++key)
             blackboard->set("key_" + std::to_string(key), key + 1);
-        tree.nodes.reserve(kNodes);
         tree.root_node = composite(factory, nullptr);
         std::vector<BT::TreeNode*> level{tree.root_node};
         for (int depth = 2; depth <= 9; ++depth) {
@@ -41,8 +40,9 @@ struct ReferenceTree
                     next.push_back(composite(factory, parent));
             level = std::move(next);
         }
-        for (std::size_t i = 0; tree.nodes.size() < kNodes; ++i)
+        for (std::size_t i = 0; nodes_.nodes().size() < kNodes; ++i)
             leaf(factory, level[i % level.size()], static_cast<int>(i), leaves);
+        tree.nodes = nodes_.take();
     }
 
     static void registerLeaves(BT::BehaviorTreeFactory& factory)
@@ -60,14 +60,15 @@ struct ReferenceTree
 private:
     static constexpr int kKeys = 40;
 
+    BT::NodeCollector nodes_{kNodes};
+
     BT::TreeNode* make(const BT::BehaviorTreeFactory& factory, const std::string& id,
                        const BT::NodeParameters& ports, BT::TreeNode* parent)
     {
-        BT::TreeNode::Ptr node = factory.instantiateTreeNode(id, id, ports, blackboard);
+        BT::TreeNode& node = nodes_.add(factory.instantiateTreeNode(id, id, ports, blackboard));
         if (parent != nullptr)
-            static_cast<BT::ControlNode*>(parent)->addChild(node.get());
-        tree.nodes.push_back(std::move(node));
-        return tree.nodes.back().get();
+            static_cast<BT::ControlNode*>(parent)->addChild(&node);
+        return &node;
     }
 
     BT::TreeNode* composite(const BT::BehaviorTreeFactory& factory, BT::TreeNode* parent)

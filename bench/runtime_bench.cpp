@@ -44,7 +44,8 @@ void readPort(benchmark::State& state, const char* text)
     const auto blackboard = BT::Blackboard::create<BT::BlackboardLocal>();
     blackboard->set("a", 3);
     blackboard->set("b", 4);
-    BT::Port port("value", text);
+    BT::PortList ports(BT::NodeParameters{{"value", text}});
+    BT::Port& port = ports.all().front();
     port.compile(*blackboard);
     for (auto _ : state) {
         double value = 0;

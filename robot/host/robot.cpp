@@ -165,6 +165,8 @@ void Robot::plantTree()
         throw InputError("--goal", 0, "expected a place within the home");
     if (setup_.goal)
         tree_ = goalTree(factory_, blackboard_, setup_.tree, *setup_.goal);
+    // Once, at power-on: no frame has to make trees.
+    BT::prepareTrees(tree_);
 }
 
 Robot::~Robot()
@@ -172,7 +174,6 @@ Robot::~Robot()
     // Nodes of trees that wait to be entered again refer to services.
     blackboard_->setStatusObserver(nullptr);
     tree_ = {};
-    factory_.clearTreePools();
 }
 
 void Robot::record(LogKind kind, const std::string& text, nlohmann::ordered_json fields)

@@ -29,24 +29,29 @@ bool readBoth(const Port* first, T& a, const Port* second, T& b)
 NodeStatus SetBlackboardNode::tick()
 {
     Any* slot = key_.resolve(*this);
-    const Port* value = value_.of(*this);
-    if (slot == nullptr || value == nullptr)
+    if (value_ == nullptr) [[unlikely]]
+        value_ = findPort("value");
+    if (slot == nullptr || value_ == nullptr) [[unlikely]]
         return NodeStatus::FAILURE;
-    if (const Any* referred = value->reference()) {
+    if (value_->form() != PortForm::Literal)
+        return writeOther(*slot);
+    slot->setText(value_->raw());
+    return NodeStatus::SUCCESS;
+}
+
+NodeStatus SetBlackboardNode::writeOther(Any& slot) const
+{
+    if (const Any* referred = value_->reference()) {
         if (referred->empty())
             return NodeStatus::FAILURE;
-        slot->assign(*referred);
-        return NodeStatus::SUCCESS;
-    }
-    if (value->form() == PortForm::Literal) {
-        slot->setText(value->raw());
+        slot.assign(*referred);
         return NodeStatus::SUCCESS;
     }
     std::string scratch;
     std::string_view text;
-    if (!value->view(text, scratch))
+    if (!value_->view(text, scratch))
         return NodeStatus::FAILURE;
-    slot->setText(text);
+    slot.setText(text);
     return NodeStatus::SUCCESS;
 }
 
@@ -79,24 +84,22 @@ NodeStatus SetBlackboardWithTypeNode::tick()
 
 NodeStatus EraseBlackboardNode::tick()
 {
-    Any* slot = key_.resolve(*this);
-    if (slot == nullptr)
-        return NodeStatus::FAILURE;
-    slot->clear();
-    return NodeStatus::SUCCESS;
+    return passed(key_.erase(*this));
 }
 
 NodeStatus BlackboardContainsNode::tick()
 {
-    const Any* slot = key_.resolve(*this);
+    const Any* slot = key_.find(*this);
     return passed(slot != nullptr && !slot->empty());
 }
 
 NodeStatus BlackboardCopyNode::tick()
 {
-    const Any* source = source_.resolve(*this);
+    const Any* source = source_.find(*this);
+    if (source == nullptr || source->empty())
+        return NodeStatus::FAILURE;
     Any* target = target_.resolve(*this);
-    if (source == nullptr || source->empty() || target == nullptr)
+    if (target == nullptr)
         return NodeStatus::FAILURE;
     target->assign(*source);
     return NodeStatus::SUCCESS;
@@ -105,7 +108,7 @@ NodeStatus BlackboardCopyNode::tick()
 NodeStatus StackBlackboardNode::tick()
 {
     if (kept_of_ == nullptr) {
-        kept_of_ = key_.resolve(*this);
+        kept_of_ = key_.keep(*this);
         if (kept_of_ == nullptr)
             return NodeStatus::FAILURE;
         kept_.assign(*kept_of_);

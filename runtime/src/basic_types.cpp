@@ -1,8 +1,5 @@
 #include "behaviortree_cpp/basic_types.h"
 
-#include <charconv>
-#include <cmath>
-#include <limits>
 #include <ostream>
 
 #include "behaviortree_cpp/blackboard/safe_any.hpp"
@@ -19,15 +16,10 @@ namespace {
 template <class T>
 T readInteger(const StringView& text)
 {
-    std::int64_t value = 0;
     T out{};
-    if (parseInteger(text, value)) {
-        if (detail::fitInteger(value, out))
-            return out;
-    } else if (double real = 0; parseReal(text, real) && std::abs(real) < 9.2e18 &&
-                                detail::fitInteger(static_cast<std::int64_t>(real), out))
-        return out;
-    refuse(text, "an integer in range");
+    if (!Any(text).tryCast(out))
+        refuse(text, "an integer in range");
+    return out;
 }
 
 }  // namespace
@@ -80,7 +72,7 @@ std::vector<StringView> splitString(const StringView& text, char delimiter)
 {
     std::vector<StringView> parts;
     std::size_t from = 0;
-    while (from <= text.size()) {
+    while (from < text.size()) {
         const std::size_t to = std::min(text.find(delimiter, from), text.size());
         parts.push_back(text.substr(from, to - from));
         from = to + 1;

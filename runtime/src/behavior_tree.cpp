@@ -23,6 +23,31 @@ void visit(TreeNode* node, std::size_t depth, const std::function<void(TreeNode*
 
 }  // namespace
 
+Tree& Tree::operator=(Tree&& other) noexcept
+{
+    if (this != &other) {
+        clear();
+        root_node = std::exchange(other.root_node, nullptr);
+        nodes = std::move(other.nodes);
+    }
+    return *this;
+}
+
+void Tree::clear() noexcept
+{
+    if (root_node != nullptr && !nodes.empty())
+        try {
+            haltAllActions(root_node);
+        } catch (...) {
+            // There is nobody left to tell. Who wants to hear of it halts the tree beforehand.
+        }
+    for (const TreeNode::Ptr& node : nodes)
+        if (auto* action = dynamic_cast<AsyncActionNode*>(node.get()))
+            action->waitForHaltedRun();
+    root_node = nullptr;
+    nodes.clear();
+}
+
 void applyRecursiveVisitor(TreeNode* root, const std::function<void(TreeNode*)>& visitor)
 {
     visit(root, 0, [&visitor](TreeNode* node, std::size_t) { visitor(node); });
@@ -43,6 +68,20 @@ void printTreeRecursively(const TreeNode* root)
               std::cout << std::string(depth * 3, ' ') << node->name() << '\n';
           });
     std::cout << "----------------" << std::endl;
+}
+
+void assignBlackboardToEntireTree(TreeNode* root, const Blackboard::Ptr& blackboard)
+{
+    applyRecursiveVisitor(root, [&blackboard](TreeNode* node) { node->setBlackboard(blackboard); });
+}
+
+SerializedTreeStatus buildSerializedStatusSnapshot(const TreeNode* root)
+{
+    SerializedTreeStatus all;
+    applyRecursiveVisitor(root, [&all](const TreeNode* node) {
+        all.emplace_back(node->UID(), static_cast<std::uint8_t>(node->status()));
+    });
+    return all;
 }
 
 void haltAllActions(TreeNode* root)

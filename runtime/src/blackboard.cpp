@@ -12,30 +12,33 @@ std::int64_t SteadyClock::milliseconds() const
 
 const Any* Blackboard::getAny(std::string_view key) const
 {
-    const auto found = slots_.find(key);
-    return found == slots_.end() || found->second.empty() ? nullptr : &found->second;
+    const auto found = entries_.find(key);
+    return found == entries_.end() || found->second.value.empty() ? nullptr : &found->second.value;
 }
 
 bool Blackboard::erase(std::string_view key)
 {
-    const auto found = slots_.find(key);
-    if (found == slots_.end() || found->second.empty())
+    const auto found = entries_.find(key);
+    if (found == entries_.end() || found->second.value.empty())
         return false;
-    found->second.clear();
+    if (found->second.is_kept)
+        found->second.value.clear();
+    else
+        entries_.erase(found);
     return true;
 }
 
-Blackboard::Slot& Blackboard::slot(std::string_view key)
+Blackboard::Entry& Blackboard::entry(std::string_view key)
 {
-    const auto found = slots_.find(key);
-    return found != slots_.end() ? found->second : slots_.try_emplace(std::string(key)).first->second;
+    const auto found = entries_.find(key);
+    return found != entries_.end() ? found->second : entries_.try_emplace(std::string(key)).first->second;
 }
 
 std::vector<std::string> Blackboard::keys() const
 {
     std::vector<std::string> names;
-    for (const auto& [key, value] : slots_)
-        if (!value.empty())
+    for (const auto& [key, entry] : entries_)
+        if (!entry.value.empty())
             names.push_back(key);
     std::sort(names.begin(), names.end());
     return names;

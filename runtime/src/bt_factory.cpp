@@ -13,6 +13,7 @@
 #include "behaviortree_cpp/controls/post_process_node.h"
 #include "behaviortree_cpp/decorators/action_decorator_node.h"
 #include "behaviortree_cpp/decorators/bb_precondition_node.h"
+#include "behaviortree_cpp/decorators/blackboard_precondition.h"
 #include "behaviortree_cpp/decorators/frameout_node.h"
 #include "behaviortree_cpp/decorators/loop_node.h"
 #include "behaviortree_cpp/decorators/subtree_condition_node.h"
@@ -42,6 +43,9 @@ BehaviorTreeFactory::BehaviorTreeFactory() : trees_(std::make_shared<TreeRegistr
     registerNodeType<TimeoutNode>("Timeout");
     registerNodeType<BBPreconditionNode>("BB_Precondition");
     registerNodeType<ActionDecoratorNode>("ActionDecorator");
+    registerNodeType<BlackboardPreconditionNode<int>>("BlackboardCheckInt");
+    registerNodeType<BlackboardPreconditionNode<double>>("BlackboardCheckDouble");
+    registerNodeType<BlackboardPreconditionNode<std::string>>("BlackboardCheckString");
     registerNodeType<DecoratorSubtreeNode>("SubTree");
 
     registerNodeType<AlwaysSuccessNode>("AlwaysSuccess");
@@ -67,22 +71,21 @@ BehaviorTreeFactory::BehaviorTreeFactory() : trees_(std::make_shared<TreeRegistr
     const std::weak_ptr<TreeRegistry> trees = trees_;
     registerBuilder({NodeType::CONDITION, "SubtreeCondition", SubtreeConditionNode::requiredNodeParameters()},
                     [trees](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SubtreeConditionNode>(name, parameters, trees);
+                        return makeNode<SubtreeConditionNode>(name, parameters, trees);
                     });
+
+    for (const TreeNodeManifest& manifest : manifests_)
+        builtin_.insert(manifest.registration_ID);
 }
 
-BehaviorTreeFactory::~BehaviorTreeFactory()
-{
-    // Waiting trees may hold nodes whose code is in the libraries.
-    clearTreePools();
-    trees_.reset();
-    builders_.clear();
-}
+BehaviorTreeFactory::~BehaviorTreeFactory() = default;
 
 void BehaviorTreeFactory::registerBuilder(const TreeNodeManifest& manifest, const NodeBuilder& builder)
 {
-    if (!builders_.try_emplace(manifest.registration_ID, builder).second)
+    const auto [at, added] = builders_.try_emplace(manifest.registration_ID, builder);
+    if (!added)
         throw BehaviorTreeException("node type '" + manifest.registration_ID + "' is already registered");
+    ids_.emplace(&at->second, std::make_shared<const std::string>(manifest.registration_ID));
     manifests_.push_back(manifest);
 }
 
@@ -90,15 +93,21 @@ bool BehaviorTreeFactory::unregisterBuilder(const std::string& ID)
 {
     std::erase_if(manifests_,
                   [&ID](const TreeNodeManifest& manifest) { return manifest.registration_ID == ID; });
-    return builders_.erase(ID) > 0;
+    const auto found = builders_.find(ID);
+    if (found == builders_.end())
+        return false;
+    ids_.erase(&found->second);
+    builders_.erase(found);
+    return true;
 }
 
 void BehaviorTreeFactory::registerSimpleAction(const std::string& ID,
                                                const SimpleActionNode::TickFunctor& functor)
 {
     registerBuilder({NodeType::ACTION, ID, {}},
-                    [functor](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SimpleActionNode>(name, functor, parameters);
+                    [shared = std::make_shared<const SimpleActionNode::TickFunctor>(functor)](
+                        const std::string& name, const NodeParameters& parameters) {
+                        return makeNode<SimpleActionNode>(name, shared, parameters);
                     });
 }
 
@@ -106,8 +115,9 @@ void BehaviorTreeFactory::registerSimpleCondition(const std::string& ID,
                                                   const SimpleConditionNode::TickFunctor& functor)
 {
     registerBuilder({NodeType::CONDITION, ID, {}},
-                    [functor](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SimpleConditionNode>(name, functor, parameters);
+                    [shared = std::make_shared<const SimpleConditionNode::TickFunctor>(functor)](
+                        const std::string& name, const NodeParameters& parameters) {
+                        return makeNode<SimpleConditionNode>(name, shared, parameters);
                     });
 }
 
@@ -115,8 +125,9 @@ void BehaviorTreeFactory::registerSimpleDecorator(const std::string& ID,
                                                   const SimpleDecoratorNode::TickFunctor& functor)
 {
     registerBuilder({NodeType::DECORATOR, ID, {}},
-                    [functor](const std::string& name, const NodeParameters& parameters) {
-                        return std::make_unique<SimpleDecoratorNode>(name, functor, parameters);
+                    [shared = std::make_shared<const SimpleDecoratorNode::TickFunctor>(functor)](
+                        const std::string& name, const NodeParameters& parameters) {
+                        return makeNode<SimpleDecoratorNode>(name, shared, parameters);
                     });
 }
 
@@ -128,13 +139,13 @@ void BehaviorTreeFactory::registerFromPlugin(const std::string& file_path)
         throw BehaviorTreeException("cannot open plug-in '" + file_path +
                                     "': " + (why != nullptr ? why : "unknown"));
     }
-    std::shared_ptr<void> library(handle, [](void* open) { dlclose(open); });
     using EntryPoint = void (*)(BehaviorTreeFactory&);
     const auto entry = reinterpret_cast<EntryPoint>(dlsym(handle, "BT_RegisterNodesFromPlugin"));
-    if (entry == nullptr)
+    if (entry == nullptr) {
+        dlclose(handle);
         throw BehaviorTreeException("plug-in '" + file_path + "' has no function BT_RegisterNodesFromPlugin");
-    // Kept first: what the entry point registers before it throws stays registered.
-    libraries_.push_back(std::move(library));
+    }
+    // Stays open from here on: nodes and values whose code is in it may outlive this factory.
     entry(*this);
 }
 
@@ -150,7 +161,7 @@ std::unique_ptr<TreeNode> BehaviorTreeFactory::instantiateTreeNode(
         throw BehaviorTreeException("the builder of '" + ID + "' made no node (node '" + name + "')");
     if (!parameters.empty() && node->ports().empty())
         node->setParameters(parameters);
-    node->setRegistrationName(ID);
+    node->setRegistrationName(ids_.at(&found->second));
     node->setBlackboard(blackboard);
     node->initialize();
     return node;
@@ -163,7 +174,7 @@ void BehaviorTreeFactory::registerTreeBuilder(const std::string& name, const Tre
 
 bool BehaviorTreeFactory::hasTree(std::string_view name) const
 {
-    return trees_->has(name);
+    return trees_->find(name) != nullptr;
 }
 
 std::vector<std::string> BehaviorTreeFactory::treeNames() const
@@ -174,15 +185,13 @@ std::vector<std::string> BehaviorTreeFactory::treeNames() const
 Tree BehaviorTreeFactory::createTree(const std::string& name,
                                      const std::shared_ptr<Blackboard>& blackboard) const
 {
-    const auto tree = trees_->make(name, blackboard);
+    const auto tree = trees_->find(name);
     if (tree == nullptr)
         throw BehaviorTreeException("no tree '" + name + "' is registered");
-    return std::move(*tree);
-}
-
-void BehaviorTreeFactory::clearTreePools()
-{
-    trees_->clearPools();
+    Tree made = trees_->make(*tree, blackboard);
+    if (made.root_node != nullptr)
+        levelsOf(*made.root_node);
+    return made;
 }
 
 }  // namespace BT

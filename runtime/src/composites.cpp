@@ -16,7 +16,7 @@ namespace BT {
 namespace {
 
 /// A truth port of a control node that is on unless it says otherwise.
-bool onUnlessOff(const TreeNode& node, const char* port)
+bool onUnlessOff(const TreeNode& node, std::string_view port)
 {
     bool value = true;
     return node.getParam(port, value) ? value : true;
@@ -30,6 +30,13 @@ ControlNode::ControlNode(const std::string& name, const NodeParameters& paramete
     setLiveBelowAfterEnd(true);
 }
 
+void ControlNode::addChild(TreeNode* child)
+{
+    if (child->type() == NodeType::ACTION)
+        child->setCountsAsAction();
+    children_nodes_.push_back(child);
+}
+
 void ControlNode::halt()
 {
     haltChildren(0);
@@ -39,54 +46,24 @@ void ControlNode::halt()
 void ControlNode::haltChildren(int first)
 {
     for (std::size_t i = static_cast<std::size_t>(first); i < children_nodes_.size(); ++i)
-        haltNode(*children_nodes_[i]);
+        haltNode(*children_nodes_[i], isAtEnd());
 }
 
-void ControlNode::haltRunningChildren(std::size_t first)
+void ControlNode::haltRunningBehind(std::size_t place)
 {
-    for (std::size_t i = first; i < children_nodes_.size(); ++i)
+    for (std::size_t i = place + 1; i < children_nodes_.size(); ++i)
         if (children_nodes_[i]->status() == NodeStatus::RUNNING)
             haltNode(*children_nodes_[i]);
 }
 
 NodeStatus SequenceNode::tick()
 {
-    setStatus(NodeStatus::RUNNING);
-    for (std::size_t i = 0; i < children_nodes_.size(); ++i) {
-        TreeNode& child = *children_nodes_[i];
-        if (child.status() == NodeStatus::SUCCESS && child.countsAsAction())
-            continue;
-        switch (child.executeTick()) {
-            case NodeStatus::SUCCESS:
-                break;
-            case NodeStatus::FAILURE:
-                return end(NodeStatus::FAILURE);
-            default:
-                haltRunningChildren(i + 1);
-                return NodeStatus::RUNNING;
-        }
-    }
-    return end(NodeStatus::SUCCESS);
+    return tickInTurn(NodeStatus::SUCCESS);
 }
 
 NodeStatus FallbackNode::tick()
 {
-    setStatus(NodeStatus::RUNNING);
-    for (std::size_t i = 0; i < children_nodes_.size(); ++i) {
-        TreeNode& child = *children_nodes_[i];
-        if (child.status() == NodeStatus::FAILURE && child.countsAsAction())
-            continue;
-        switch (child.executeTick()) {
-            case NodeStatus::FAILURE:
-                break;
-            case NodeStatus::SUCCESS:
-                return end(NodeStatus::SUCCESS);
-            default:
-                haltRunningChildren(i + 1);
-                return NodeStatus::RUNNING;
-        }
-    }
-    return end(NodeStatus::FAILURE);
+    return tickInTurn(NodeStatus::FAILURE);
 }
 
 StarNode::StarNode(const std::string& name, bool reset_on_failure)
@@ -105,16 +82,19 @@ NodeStatus StarNode::run(NodeStatus go_on)
 {
     setStatus(NodeStatus::RUNNING);
     while (place_ < children_nodes_.size()) {
-        const NodeStatus result = children_nodes_[place_]->executeTick();
+        const NodeStatus result = children_nodes_[place_]->visit();
         if (result == go_on) {
             ++place_;
             continue;
         }
         if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
             return NodeStatus::RUNNING;
-        if (result == NodeStatus::SUCCESS || resetsOnFailure())
+        const bool keep = result == NodeStatus::FAILURE && !resetsOnFailure();
+        if (!keep)
             place_ = 0;
-        return end(result);
+        end(result);
+        setLiveBelowAfterEnd(keep);  // so that a halt comes by
+        return result;
     }
     place_ = 0;
     return end(go_on);
@@ -122,8 +102,7 @@ NodeStatus StarNode::run(NodeStatus go_on)
 
 void StarNode::halt()
 {
-    // The place that a failure without reset left behind outlives the end of the run above.
-    if (status() == NodeStatus::RUNNING)
+    if (!isAtEnd())
         place_ = 0;
     ControlNode::halt();
 }
@@ -133,14 +112,14 @@ NodeStatus IfThenElseNode::tick()
     setStatus(NodeStatus::RUNNING);
     if (children_nodes_.size() != 3)
         return end(NodeStatus::FAILURE);
-    const NodeStatus condition = children_nodes_[0]->executeTick();
+    const NodeStatus condition = children_nodes_[0]->visit();
     if (condition != NodeStatus::SUCCESS && condition != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
     TreeNode& selected = *children_nodes_[condition == NodeStatus::SUCCESS ? 1 : 2];
     TreeNode& other = *children_nodes_[condition == NodeStatus::SUCCESS ? 2 : 1];
     if (other.status() != NodeStatus::IDLE && onUnlessOff(*this, "halt_on_switch"))
         haltNode(other);
-    const NodeStatus result = selected.executeTick();
+    const NodeStatus result = selected.visit();
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
     return end(result);
@@ -152,22 +131,25 @@ NodeStatus IfThenElseStarNode::tick()
     if (children_nodes_.size() != 3)
         return end(NodeStatus::FAILURE);
     if (turn_ == 0) {
-        const NodeStatus condition = children_nodes_[0]->executeTick();
+        const NodeStatus condition = children_nodes_[0]->visit();
         if (condition != NodeStatus::SUCCESS && condition != NodeStatus::FAILURE)
             return NodeStatus::RUNNING;
         turn_ = condition == NodeStatus::SUCCESS ? 1 : 2;
     }
-    const NodeStatus result = children_nodes_[turn_]->executeTick();
+    const NodeStatus result = children_nodes_[turn_]->visit();
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
-    if (result == NodeStatus::SUCCESS || onUnlessOff(*this, "reset_on_failure"))
+    const bool keep = result == NodeStatus::FAILURE && !onUnlessOff(*this, "reset_on_failure");
+    if (!keep)
         turn_ = 0;
-    return end(result);
+    end(result);
+    setLiveBelowAfterEnd(keep);  // so that a halt comes by
+    return result;
 }
 
 void IfThenElseStarNode::halt()
 {
-    if (status() == NodeStatus::RUNNING)
+    if (!isAtEnd())
         turn_ = 0;
     ControlNode::halt();
 }
@@ -179,7 +161,7 @@ NodeStatus DoWhileNode::tick()
         return NodeStatus::FAILURE;
     NodeStatus result = NodeStatus::RUNNING;
     for (TreeNode* child : children_nodes_)
-        result = child->executeTick();
+        result = child->visit();
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
     return end(result);
@@ -194,7 +176,7 @@ NodeStatus ParallelNode::tick()
     std::int64_t successes = 0;
     std::int64_t failures = 0;
     for (TreeNode* child : children_nodes_) {
-        const NodeStatus result = child->executeTick();
+        const NodeStatus result = child->visit();
         if (result == NodeStatus::SUCCESS && ++successes >= threshold_)
             return end(NodeStatus::SUCCESS);
         if (result == NodeStatus::FAILURE && ++failures > children - threshold_)
@@ -209,12 +191,12 @@ NodeStatus PostProcessNode::tick()
     if (children_nodes_.size() != 2)
         return end(NodeStatus::FAILURE);
     if (main_result_ == NodeStatus::IDLE) {
-        const NodeStatus result = children_nodes_[0]->executeTick();
+        const NodeStatus result = children_nodes_[0]->visit();
         if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
             return NodeStatus::RUNNING;
         main_result_ = result;
     }
-    const NodeStatus final_result = children_nodes_[1]->executeTick();
+    const NodeStatus final_result = children_nodes_[1]->visit();
     if (final_result != NodeStatus::SUCCESS && final_result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
     const NodeStatus result = main_result_;
@@ -225,12 +207,13 @@ NodeStatus PostProcessNode::tick()
 void PostProcessNode::halt()
 {
     const bool main_child_ran = status() == NodeStatus::RUNNING && main_result_ == NodeStatus::IDLE;
-    main_result_ = NodeStatus::IDLE;
     if (main_child_ran && children_nodes_.size() == 2) {
         haltNode(*children_nodes_[0]);
+        main_result_ = NodeStatus::FAILURE;  // a final child that throws is not ticked by the next halt
         if (onUnlessOff(*this, "tick_on_halt"))
-            children_nodes_[1]->executeTick();
+            children_nodes_[1]->visit();
     }
+    main_result_ = NodeStatus::IDLE;
     ControlNode::halt();
 }
 

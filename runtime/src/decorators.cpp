@@ -23,11 +23,7 @@ NodeStatus DecoratorNode::executeTick()
         setStatus(NodeStatus::FAILURE);
         return ticked(NodeStatus::FAILURE);
     }
-    if (status() > NodeStatus::RUNNING)
-        setStatus(NodeStatus::IDLE);
-    const NodeStatus result = tick();
-    setStatus(result);
-    return ticked(result);
+    return TreeNode::executeTick();
 }
 
 void DecoratorNode::halt()
@@ -39,7 +35,7 @@ void DecoratorNode::halt()
 void DecoratorNode::haltChild()
 {
     if (child_node_ != nullptr)
-        haltNode(*child_node_);
+        haltNode(*child_node_, isAtEnd());
 }
 
 CountedNode::CountedNode(const std::string& name, const char* port, int limit)
@@ -65,7 +61,7 @@ bool CountedNode::begin()
 NodeStatus CountedNode::finish(NodeStatus result)
 {
     on_ = false;
-    haltChild();
+    haltNode(*child_node_, true);
     return result;
 }
 
@@ -79,7 +75,7 @@ NodeStatus RetryNode::tick()
 {
     if (!begin() || spent())
         return finish(NodeStatus::FAILURE);
-    switch (child_node_->executeTick()) {
+    switch (child_node_->visit()) {
         case NodeStatus::SUCCESS:
             return finish(NodeStatus::SUCCESS);
         case NodeStatus::FAILURE:
@@ -96,7 +92,7 @@ NodeStatus RepeatNode::tick()
         return finish(NodeStatus::FAILURE);
     if (spent())
         return finish(NodeStatus::SUCCESS);
-    switch (child_node_->executeTick()) {
+    switch (child_node_->visit()) {
         case NodeStatus::SUCCESS:
             count();
             return spent() ? finish(NodeStatus::SUCCESS) : NodeStatus::RUNNING;
@@ -113,7 +109,7 @@ NodeStatus LoopNode::tick()
         return finish(NodeStatus::FAILURE);
     if (spent())
         return finish(NodeStatus::SUCCESS);
-    const NodeStatus result = child_node_->executeTick();
+    const NodeStatus result = child_node_->visit();
     if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
         count();
     return spent() ? finish(NodeStatus::SUCCESS) : NodeStatus::RUNNING;
@@ -124,7 +120,7 @@ NodeStatus FrameoutNode::tick()
     if (!begin() || spent())
         return finish(NodeStatus::FAILURE);
     count();
-    const NodeStatus result = child_node_->executeTick();
+    const NodeStatus result = child_node_->visit();
     if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
         return finish(result);
     return NodeStatus::RUNNING;
@@ -135,23 +131,21 @@ NodeStatus TimeoutNode::tick()
     const bool first = status() == NodeStatus::IDLE;
     if (!begin())
         return finish(NodeStatus::FAILURE);
-    if (!endless()) {
-        const std::int64_t now =
-            blackboard() != nullptr ? blackboard()->clock().milliseconds() : SteadyClock().milliseconds();
-        if (first)
-            start_ms_ = now;
-        if (now - start_ms_ >= limit())
-            return finish(NodeStatus::FAILURE);
-    }
-    const NodeStatus result = child_node_->executeTick();
+    const std::int64_t now =
+        blackboard() != nullptr ? blackboard()->clock().milliseconds() : SteadyClock().milliseconds();
+    if (first)
+        start_ms_ = now;
+    const NodeStatus result = child_node_->visit();
     if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
         return finish(result);
+    if (!endless() && now - start_ms_ >= limit())
+        return finish(NodeStatus::FAILURE);
     return NodeStatus::RUNNING;
 }
 
 NodeStatus BBPreconditionNode::tick()
 {
-    const Any* slot = key_.resolve(*this);
+    const Any* slot = key_.find(*this);
     const Port* expected = findPort("expected");
     std::string scratch_value;
     std::string scratch_expected;
@@ -162,7 +156,7 @@ NodeStatus BBPreconditionNode::tick()
         return NodeStatus::FAILURE;
     }
     setStatus(NodeStatus::RUNNING);
-    return child_node_->executeTick();
+    return child_node_->visit();
 }
 
 BT_PORTS(RetryNode, {"num_attempts", "1"})

@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include "behaviortree_cpp/loggers/bt_file_logger.h"
+#include "behaviortree_cpp/loggers/bt_minitrace_logger.h"
 
 namespace BT {
 
@@ -80,6 +81,33 @@ void FileLogger::flush()
     file_ << pending_ << std::flush;
     pending_.clear();
     pending_lines_ = 0;
+}
+
+MinitraceLogger::MinitraceLogger(TreeNode* root, const char* filename_json)
+    : StatusChangeLogger(root), file_(filename_json)
+{
+    if (!file_)
+        throw BehaviorTreeException(std::string("cannot write '") + filename_json + "'");
+    file_ << "{\"traceEvents\":[";
+}
+
+MinitraceLogger::~MinitraceLogger()
+{
+    file_ << "]}\n";
+}
+
+void MinitraceLogger::callback(Duration timestamp, const TreeNode& node, NodeStatus previous, NodeStatus now)
+{
+    const bool was_running = previous == NodeStatus::RUNNING;
+    const char* phase = now == NodeStatus::RUNNING ? "B" : was_running ? "E" : "X";
+    if (!was_running && now == NodeStatus::IDLE)
+        return;  // told already when it ended
+    const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(timestamp).count();
+    file_ << (first_ ? "\n" : ",\n") << "{\"name\":" << quoted(node.name())
+          << ",\"cat\":" << quoted(toStr(node.type())) << ",\"ph\":\"" << phase
+          << "\",\"ts\":" << microseconds << (*phase == 'X' ? ",\"dur\":0" : "")
+          << ",\"pid\":1,\"tid\":1,\"args\":{\"status\":\"" << toStr(now) << "\"}}";
+    first_ = false;
 }
 
 }  // namespace BT

@@ -16,20 +16,6 @@ constexpr std::string_view kOpen = "${";
 constexpr std::size_t kMaxNesting = 32;
 constexpr std::size_t kMaxValues = 16;
 
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t';
-}
-
-std::string_view withoutBlanks(std::string_view text)
-{
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 /// The key of the reference that begins at `at`, and where the reference ends.
 std::string_view keyAt(std::string_view text, std::size_t at, std::size_t& end)
 {
@@ -37,7 +23,7 @@ std::string_view keyAt(std::string_view text, std::size_t at, std::size_t& end)
     if (close == std::string_view::npos)
         throw std::invalid_argument("'${' at position " + std::to_string(at) +
                                     " has no '}': " + std::string(text));
-    const std::string_view key = withoutBlanks(text.substr(at + 2, close - at - 2));
+    const std::string_view key = detail::trimmed(text.substr(at + 2, close - at - 2));
     if (key.empty() || key.find(kOpen) != std::string_view::npos)
         throw std::invalid_argument("'${' at position " + std::to_string(at) +
                                     " names no key: " + std::string(text));
@@ -88,7 +74,7 @@ private:
 
     void skipBlanks()
     {
-        while (at_ < text_.size() && isBlank(text_[at_]))
+        while (at_ < text_.size() && detail::isBlank(text_[at_]))
             ++at_;
     }
 
@@ -232,6 +218,12 @@ struct Formula::Operand
             case Any::Kind::Real:
                 setReal(value.real());
                 return true;
+            case Any::Kind::Unsigned: {
+                double number = 0;
+                (void)value.toReal(number);
+                setReal(number);
+                return true;
+            }
             case Any::Kind::Boolean:
                 setTruth(value.boolean());
                 return true;
@@ -247,12 +239,13 @@ struct Formula::Operand
     {
         std::int64_t integer = 0;
         double real = 0;
+        bool truth = false;
         if (parseInteger(value, integer))
             setInteger(integer);
         else if (parseReal(value, real))
             setReal(real);
-        else if (value == "true" || value == "false")
-            setTruth(value == "true");
+        else if (parseBoolean(value, truth))
+            setTruth(truth);
         else
             *this = {{}, value, true};
     }
@@ -409,7 +402,7 @@ PortForm classifyPortText(std::string_view text)
     std::size_t end = 0;
     for (std::size_t next = at; next != std::string_view::npos; next = text.find(kOpen, end))
         (void)keyAt(text, next, end);
-    const std::string_view bare = withoutBlanks(text);
+    const std::string_view bare = detail::trimmed(text);
     if (bare.starts_with(kOpen) && bare.find('}') == bare.size() - 1)
         return PortForm::Reference;
     return FormulaParser(text, nullptr).parse().empty() ? PortForm::Template : PortForm::Formula;
@@ -422,6 +415,12 @@ std::vector<std::string> referencedKeys(std::string_view text)
     for (std::size_t at = text.find(kOpen); at != std::string_view::npos; at = text.find(kOpen, end))
         keys.emplace_back(keyAt(text, at, end));
     return keys;
+}
+
+std::string_view referencedKey(std::string_view text)
+{
+    std::size_t end = 0;
+    return keyAt(text, text.find(kOpen), end);
 }
 
 }  // namespace BT

@@ -1,4 +1,5 @@
 #include <cstring>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -14,9 +15,7 @@ bool scalarToInteger(const Scalar& scalar, std::int64_t& out)
         out = scalar.integer;
         return true;
     }
-    Any value;
-    value.setReal(scalar.real);
-    return value.toInteger(out);
+    return realToInteger(scalar.real, out);
 }
 
 void appendScalar(const Scalar& scalar, std::string& out)
@@ -29,7 +28,7 @@ void appendScalar(const Scalar& scalar, std::string& out)
         appendNumber(out, scalar.integer);
 }
 
-/// Reads a literal or replaced text by way of a value.
+/// Reads a replaced text by way of a value.
 template <class T>
 bool textTo(std::string_view text, bool (Any::*read)(T&) const, T& out)
 {
@@ -40,19 +39,50 @@ bool textTo(std::string_view text, bool (Any::*read)(T&) const, T& out)
 
 }  // namespace
 
+Port::Port(std::string_view name, std::string_view text)
+    : name_head_(detail::headOf(name)),
+      text_(text.data()),
+      text_size_(static_cast<std::uint32_t>(text.size())),
+      name_size_(static_cast<std::uint16_t>(name.size()))
+{
+    readLiteral();
+}
+
+void Port::readLiteral()
+{
+    if (std::int64_t integer = 0; parseInteger(raw(), integer)) {
+        literal_ = Literal::Integer;
+        integer_ = integer;
+    } else if (double real = 0; parseReal(raw(), real)) {
+        literal_ = Literal::Real;
+        real_ = real;
+    } else if (bool truth = false; parseBoolean(raw(), truth)) {
+        literal_ = Literal::Boolean;
+        integer_ = truth ? 1 : 0;
+    }
+}
+
+void Port::dropFormula()
+{
+    if (form_ == PortForm::Formula || form_ == PortForm::Template)
+        std::destroy_at(&formula_);
+}
+
 void Port::compile(Blackboard& blackboard)
 {
-    slot_ = nullptr;
-    formula_.reset();
+    PortForm form = PortForm::Literal;  // as a "${" left open is
     try {
-        form_ = classifyPortText(raw());
+        form = classifyPortText(raw());
     } catch (const std::invalid_argument&) {
-        form_ = PortForm::Literal;  // a "${" left open means itself
     }
-    if (form_ == PortForm::Reference)
-        slot_ = &blackboard.slot(referencedKeys(raw()).front());
-    else if (form_ != PortForm::Literal)
-        formula_ = std::make_unique<Formula>(raw(), blackboard);
+    if (form == PortForm::Reference)
+        slot_ = &blackboard.slot(referencedKey(raw()));
+    else if (form != PortForm::Literal) {
+        auto formula = std::make_unique<Formula>(raw(), blackboard);
+        dropFormula();
+        std::construct_at(&formula_, std::move(formula));
+    }
+    form_ = form;
 }
 
 bool Port::toIntegerOtherwise(std::int64_t& out) const
@@ -65,7 +95,10 @@ bool Port::toIntegerOtherwise(std::int64_t& out) const
                 return scalarToInteger(*value, out);
             return false;
         case PortForm::Literal:
-            return parseInteger(raw(), out) || textTo(raw(), &Any::toInteger, out);
+            if (literal_ == Literal::Integer)
+                out = integer_;
+            return literal_ == Literal::Integer ||
+                   (literal_ == Literal::Real && scalarToInteger({Any::Kind::Real, 0, real_}, out));
         case PortForm::Template:
             break;
     }
@@ -85,7 +118,11 @@ bool Port::toReal(double& out) const
             }
             return false;
         case PortForm::Literal:
-            return parseReal(raw(), out);
+            if (literal_ == Literal::Real)
+                out = real_;
+            else if (literal_ == Literal::Integer)
+                out = static_cast<double>(integer_);
+            return literal_ == Literal::Real || literal_ == Literal::Integer;
         case PortForm::Template:
             break;
     }
@@ -105,7 +142,9 @@ bool Port::toBoolean(bool& out) const
             }
             return false;
         case PortForm::Literal:
-            return parseBoolean(raw(), out) || textTo(raw(), &Any::toBoolean, out);
+            if (literal_ != Literal::Text)
+                out = literal_ == Literal::Real ? real_ != 0 : integer_ != 0;
+            return literal_ != Literal::Text;
         case PortForm::Template:
             break;
     }
@@ -183,10 +222,11 @@ PortList::PortList(const std::unordered_map<std::string, std::string>& texts)
     std::size_t size = sizeof(Header) + texts.size() * sizeof(Port);
     const std::size_t texts_begin = size;
     for (const auto& [name, text] : texts)
-        size += name.size() + text.size() + 1;
-    block_ = std::make_unique_for_overwrite<std::byte[]>(size);
-    new (block_.get()) Header;
-    char* place = reinterpret_cast<char*>(block_.get()) + texts_begin;
+        size += text.size() + 1 + (Port::isLong(name) ? name.size() : 0);
+    auto* block = static_cast<std::byte*>(::operator new(size));
+    new (block) Header;
+    first_.reset(reinterpret_cast<Port*>(block + sizeof(Header)));
+    char* place = reinterpret_cast<char*>(block + texts_begin);
     const auto keep = [&place](const std::string& text) {
         std::memcpy(place, text.data(), text.size());
         const std::string_view kept(place, text.size());
@@ -194,24 +234,29 @@ PortList::PortList(const std::unordered_map<std::string, std::string>& texts)
         return kept;
     };
     for (const auto& [name, text] : texts) {
-        const std::string_view kept_name = keep(name);
-        const std::string_view kept_text = keep(text);
+        const std::string_view kept = keep(text);
         *place++ = '\0';  // so that a literal reads as a C string too
-        new (first() + header()->count) Port(kept_name, kept_text);
-        ++header()->count;
+        if (Port::isLong(name))
+            keep(name);
+        new (first_.get() + count()) Port(name, kept);
+        ++headerOf(first_.get()).count;
     }
 }
 
-PortList& PortList::operator=(PortList&& other) noexcept
+const Port* PortList::findBehindFirst(std::string_view name) const
 {
-    std::swap(block_, other.block_);
-    return *this;
+    for (const Port& port : all().subspan(1))
+        if (port.isCalled(name))
+            return &port;
+    return nullptr;
 }
 
-PortList::~PortList()
+void PortList::Release::operator()(Port* first) const
 {
-    for (Port& port : all())
+    Header& header = headerOf(first);
+    for (Port& port : std::span(first, header.count))
         port.~Port();
+    ::operator delete(&header);
 }
 
 }  // namespace BT

@@ -8,12 +8,9 @@ namespace BT {
 
 namespace {
 
-std::string_view trimmed(std::string_view text)
+/// A plus sign may stand before a number.
+std::string_view withoutPlus(std::string_view text)
 {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-        text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-        text.remove_suffix(1);
     if (text.size() > 1 && text.front() == '+' && text[1] != '-')
         text.remove_prefix(1);
     return text;
@@ -22,20 +19,10 @@ std::string_view trimmed(std::string_view text)
 template <class T>
 bool parseWhole(std::string_view text, T& out)
 {
-    text = trimmed(text);
+    text = withoutPlus(detail::trimmed(text));
     const char* end = text.data() + text.size();
     const auto [stop, fault] = std::from_chars(text.data(), end, out);
     return fault == std::errc{} && stop == end;
-}
-
-bool cut(double real, std::int64_t& out)
-{
-    // 2^63 as a double is exact; what is below it in size fits.
-    constexpr double kLimit = 9223372036854775808.0;
-    if (!(real > -kLimit && real < kLimit))
-        return false;
-    out = static_cast<std::int64_t>(real);
-    return true;
 }
 
 template <class T>
@@ -53,6 +40,11 @@ bool parseInteger(std::string_view text, std::int64_t& out)
     return parseWhole(text, out);
 }
 
+bool parseUnsigned(std::string_view text, std::uint64_t& out)
+{
+    return parseWhole(text, out);
+}
+
 bool parseReal(std::string_view text, double& out)
 {
     return parseWhole(text, out) && std::isfinite(out);
@@ -60,17 +52,47 @@ bool parseReal(std::string_view text, double& out)
 
 bool parseBoolean(std::string_view text, bool& out)
 {
-    text = trimmed(text);
-    if (text == "true" || text == "1")
+    text = withoutPlus(detail::trimmed(text));
+    if (text == "true" || text == "1" || text == "True" || text == "TRUE")
         out = true;
-    else if (text == "false" || text == "0")
+    else if (text == "false" || text == "0" || text == "False" || text == "FALSE")
         out = false;
     else
         return false;
     return true;
 }
 
+// The powers of two are exact as doubles; what lies between them fits.
+
+bool realToInteger(double real, std::int64_t& out)
+{
+    constexpr double kLimit = 9223372036854775808.0;
+    if (!(real > -kLimit && real < kLimit))
+        return false;
+    out = static_cast<std::int64_t>(real);
+    return true;
+}
+
+bool realToInteger(double real, std::uint64_t& out)
+{
+    constexpr double kLimit = 18446744073709551616.0;
+    if (!(real > -1 && real < kLimit))
+        return false;
+    out = static_cast<std::uint64_t>(real);
+    return true;
+}
+
 void appendNumber(std::string& text, std::int64_t number)
+{
+    appendDigits(text, number);
+}
+
+void appendNumber(std::string& text, std::uint64_t number)
+{
+    appendDigits(text, number);
+}
+
+void appendNumber(std::string& text, float number)
 {
     appendDigits(text, number);
 }
@@ -94,8 +116,15 @@ void Any::assign(const Any& other)
         default:
             become(other.kind_);
             number_ = other.number_;
+            is_single_ = other.is_single_;
             break;
     }
+}
+
+void Any::takeText(std::string_view value)
+{
+    become(Kind::Text);
+    text_.assign(value);
 }
 
 void Any::setObject(std::shared_ptr<const HolderBase> object)
@@ -119,6 +148,8 @@ const std::type_info& Any::type() const
             return typeid(std::string);
         case Kind::Object:
             return object_->type();
+        case Kind::Unsigned:
+            return typeid(std::uint64_t);
     }
     return typeid(void);
 }
@@ -131,12 +162,34 @@ bool Any::toInteger(std::int64_t& out) const
             out = number_.integer;
             return true;
         case Kind::Real:
-            return cut(number_.real, out);
+            return realToInteger(number_.real, out);
         case Kind::Text: {
             if (parseInteger(text_, out))
                 return true;
             double real = 0;
-            return parseReal(text_, real) && cut(real, out);
+            return parseReal(text_, real) && realToInteger(real, out);
+        }
+        default:
+            return false;
+    }
+}
+
+bool Any::toUnsigned(std::uint64_t& out) const
+{
+    switch (kind_) {
+        case Kind::Integer:
+        case Kind::Boolean:
+            return detail::fitInteger(number_.integer, out);
+        case Kind::Unsigned:
+            out = static_cast<std::uint64_t>(number_.integer);
+            return true;
+        case Kind::Real:
+            return realToInteger(number_.real, out);
+        case Kind::Text: {
+            if (parseUnsigned(text_, out))
+                return true;
+            double real = 0;
+            return parseReal(text_, real) && realToInteger(real, out);
         }
         default:
             return false;
@@ -149,6 +202,9 @@ bool Any::toReal(double& out) const
         case Kind::Integer:
         case Kind::Boolean:
             out = static_cast<double>(number_.integer);
+            return true;
+        case Kind::Unsigned:
+            out = static_cast<double>(static_cast<std::uint64_t>(number_.integer));
             return true;
         case Kind::Real:
             out = number_.real;
@@ -164,6 +220,7 @@ bool Any::toBoolean(bool& out) const
 {
     switch (kind_) {
         case Kind::Integer:
+        case Kind::Unsigned:
         case Kind::Boolean:
             out = number_.integer != 0;
             return true;
@@ -192,8 +249,14 @@ void Any::appendText(std::string& out) const
         case Kind::Integer:
             appendNumber(out, number_.integer);
             break;
+        case Kind::Unsigned:
+            appendNumber(out, static_cast<std::uint64_t>(number_.integer));
+            break;
         case Kind::Real:
-            appendNumber(out, number_.real);
+            if (is_single_)
+                appendNumber(out, static_cast<float>(number_.real));
+            else
+                appendNumber(out, number_.real);
             break;
         case Kind::Boolean:
             out += boolean() ? "true" : "false";

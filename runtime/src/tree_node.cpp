@@ -1,6 +1,8 @@
 #include "behaviortree_cpp/tree_node.h"
 
 #include <algorithm>
+#include <thread>
+#include <unordered_map>
 
 namespace BT {
 
@@ -9,11 +11,12 @@ struct TreeNode::Extras
     std::vector<std::weak_ptr<StatusChangeCallback>> listeners;
     std::unique_ptr<NodeParameters> parameters;
     std::vector<std::pair<std::string_view, Any>> snapshot;
-    std::string registration_name;
+    std::unordered_map<const Port*, std::string> texts;
+    std::shared_ptr<const std::string> registration_name;
 };
 
 TreeNode::TreeNode(const std::string& name, const NodeParameters& parameters)
-    : name_(name), ports_(parameters)
+    : name_(std::make_shared<const std::string>(name)), ports_(parameters)
 {}
 
 TreeNode::~TreeNode() = default;
@@ -27,21 +30,84 @@ TreeNode::Extras& TreeNode::extras() const
 
 NodeStatus TreeNode::executeTick()
 {
-    // A node that ended begins anew, and whoever watches sees it.
-    if (status() > NodeStatus::RUNNING)
-        setStatus(NodeStatus::IDLE);
-    const NodeStatus result = tick();
-    setStatus(result);
+    prepareTick();
+    return tickPlainly();
+}
+
+void TreeNode::keepInReach()
+{
+    if (live_below_after_end_)
+        setStatus(NodeStatus::RUNNING);
+}
+
+void TreeNode::refuseRunning() const
+{
+    throw std::logic_error("SyncActionNode '" + name() + "' returned RUNNING");
+}
+
+void TreeNode::haltLive(bool at_end)
+{
+    const NodeStatus before = status();
+    if (before == NodeStatus::IDLE)
+        return;
+    at_end_ = at_end && before != NodeStatus::RUNNING;
+    halt();
+    at_end_ = false;
+    setStatus(NodeStatus::IDLE);
+}
+
+NodeStatus TreeNode::tellTick(NodeStatus result)
+{
+    tellStatus(result);
+    if (result == NodeStatus::RUNNING && must_end_)
+        refuseRunning();
     return ticked(result);
+}
+
+void TreeNode::tellStatus(NodeStatus now)
+{
+    const NodeStatus before = status();
+    if (before == now)
+        return;
+    status_.store(now, std::memory_order_relaxed);
+    notifyStatusChange(before, now);
+}
+
+void TreeNode::findWatchers()
+{
+    watched_ = has_listeners_ || blackboard_ == nullptr ? &has_listeners_ : blackboard_->observedFlag();
 }
 
 void TreeNode::setBlackboard(const Blackboard::Ptr& blackboard)
 {
     blackboard_ = blackboard;
+    findWatchers();
     if (blackboard_ == nullptr)
         return;
     for (Port& port : ports_.all())
         port.compile(*blackboard_);
+}
+
+void TreeNode::refuseBlackboard() const
+{
+    throw std::logic_error("node '" + name() +
+                           "' has no blackboard yet; a constructor is too early for it, onInit() is not");
+}
+
+NodeStatus TreeNode::waitValidStatus() const
+{
+    while (isHalted())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return status();
+}
+
+bool TreeNode::isBlackboardPattern(StringView text)
+{
+    try {
+        return classifyPortText(text) == PortForm::Reference;
+    } catch (const std::invalid_argument&) {
+        return false;
+    }
 }
 
 void TreeNode::setParameters(const NodeParameters& parameters)
@@ -50,10 +116,12 @@ void TreeNode::setParameters(const NodeParameters& parameters)
     setBlackboard(blackboard_);
 }
 
-void TreeNode::setRegistrationName(const std::string& id)
+void TreeNode::setRegistrationName(const std::shared_ptr<const std::string>& id)
 {
     registered_ = true;
-    if (id != name_)
+    if (*id == *name_)
+        name_ = id;
+    else
         extras().registration_name = id;
 }
 
@@ -62,7 +130,7 @@ const std::string& TreeNode::registrationName() const
     static const std::string kNone;
     if (!registered_)
         return kNone;
-    return extras_ != nullptr && !extras_->registration_name.empty() ? extras_->registration_name : name_;
+    return extras_ != nullptr && extras_->registration_name != nullptr ? *extras_->registration_name : *name_;
 }
 
 const NodeParameters& TreeNode::initializationParameters() const
@@ -81,6 +149,7 @@ TreeNode::StatusChangeSubscriber TreeNode::subscribeToStatusChange(StatusChangeC
     auto subscriber = std::make_shared<StatusChangeCallback>(std::move(callback));
     extras().listeners.emplace_back(subscriber);
     has_listeners_ = true;
+    findWatchers();
     return subscriber;
 }
 
@@ -107,6 +176,7 @@ void TreeNode::notifyStatusChange(NodeStatus before, NodeStatus now)
     if (alive.size() < extras_->listeners.size()) {
         std::erase_if(extras_->listeners, [](const auto& listener) { return listener.expired(); });
         has_listeners_ = !extras_->listeners.empty();
+        findWatchers();
     }
 }
 
@@ -128,6 +198,19 @@ void TreeNode::takePortSnapshot()
     has_snapshot_ = true;
 }
 
+bool TreeNode::keepText(const Port& port, const char*& out) const
+{
+    if (port.form() == PortForm::Literal) {
+        out = port.raw().data();
+        return true;
+    }
+    std::string& kept = extras().texts[&port];
+    if (!port.toText(kept))
+        return false;
+    out = kept.c_str();
+    return true;
+}
+
 const Any* TreeNode::snapshotValue(std::string_view key) const
 {
     for (const auto& [name, value] : extras_->snapshot)
@@ -136,21 +219,53 @@ const Any* TreeNode::snapshotValue(std::string_view key) const
     return nullptr;
 }
 
-Any* KeyPort::lookUp(const TreeNode& node)
+std::string_view KeyPort::key(const TreeNode& node, bool& literal, std::string& scratch) const
 {
     const Port* port = node.findPort(port_name_);
-    if (port == nullptr || node.blackboard() == nullptr)
-        return nullptr;
+    std::string_view text;
+    if (port == nullptr || node.blackboard() == nullptr || !port->view(text, scratch))
+        return {};
+    literal = port->form() == PortForm::Literal;
+    return text;
+}
+
+Any* KeyPort::lookUp(const TreeNode& node, Use use)
+{
+    bool literal = false;
     std::string scratch;
-    std::string_view key;
-    if (!port->view(key, scratch) || key.empty())
+    const std::string_view named = key(node, literal, scratch);
+    if (named.empty())
         return nullptr;
-    Any& slot = node.blackboard()->slot(key);
-    if (port->form() == PortForm::Literal) {
-        slot_ = &slot;
-        owner_ = node.blackboard().get();
+    Blackboard& blackboard = *node.blackboard();
+    if (literal) {
+        slot_ = &blackboard.slot(named);
+        owner_ = &blackboard;
+        return slot_;
     }
-    return &slot;
+    if (use == Use::Keep)
+        return &blackboard.slot(named);
+    if (use == Use::Read) {
+        const auto found = blackboard.entries_.find(named);
+        return found != blackboard.entries_.end() ? &found->second.value : nullptr;
+    }
+    return &blackboard.entry(named).value;
+}
+
+bool KeyPort::erase(const TreeNode& node)
+{
+    bool literal = false;
+    std::string scratch;
+    if (slot_ == nullptr || owner_ != node.blackboard().get()) {
+        const std::string_view named = key(node, literal, scratch);
+        if (named.empty())
+            return false;
+        if (!literal) {
+            node.blackboard()->erase(named);
+            return true;
+        }
+    }
+    resolve(node)->clear();
+    return true;
 }
 
 }  // namespace BT

@@ -18,7 +18,56 @@ bool keepsPlaces(const Tree& tree)
     });
 }
 
+/// Counts the levels of a tree as those of the trees being ticked, as long as it lives.
+class LevelsInTick
+{
+public:
+    LevelsInTick(const Blackboard::Ptr& blackboard, TreePool& pool)
+        : all_(blackboard != nullptr ? &blackboard->treePools().levels_in_tick : nullptr), own_(pool.levels())
+    {
+        if (all_ == nullptr)
+            return;
+        if (*all_ + own_ > kMaxLevels) {
+            pool.setReusable(false);  // trees that wait and enter each other would keep each other
+            const auto tree = pool.tree();
+            throw BehaviorTreeException("tree '" + (tree != nullptr ? *tree->name : std::string()) +
+                                        "' is entered more than " + std::to_string(kMaxLevels) +
+                                        " levels deep: does it enter itself?");
+        }
+        *all_ += own_;
+    }
+    ~LevelsInTick()
+    {
+        if (all_ != nullptr)
+            *all_ -= own_;
+    }
+    LevelsInTick(const LevelsInTick&) = delete;
+    LevelsInTick& operator=(const LevelsInTick&) = delete;
+
+private:
+    std::size_t* all_;
+    std::size_t own_;
+};
+
 }  // namespace
+
+std::shared_ptr<TreePool> TreePools::of(const std::shared_ptr<const NamedTree>& tree)
+{
+    std::shared_ptr<TreePool> pool = pools_[tree.get()].lock();
+    if (pool == nullptr) {
+        std::erase_if(pools_, [](const auto& one) { return one.second.expired(); });
+        pool = std::make_shared<TreePool>(tree);
+        pools_[tree.get()] = pool;
+    }
+    return pool;
+}
+
+TreePools& Blackboard::treePools()
+{
+    if (tree_pools_ == nullptr)
+        tree_pools_ = std::make_shared<TreePools>();
+    return *tree_pools_;
+}
 
 void TreeRegistry::add(const std::string& name, const TreeBuilder& builder)
 {
@@ -26,64 +75,36 @@ void TreeRegistry::add(const std::string& name, const TreeBuilder& builder)
         throw BehaviorTreeException("a tree must have a name");
     if (!builder)
         throw BehaviorTreeException("tree '" + name + "' has no builder");
-    const auto [at, added] = index_.try_emplace(name, entries_.size());
+    const auto [at, added] = index_.try_emplace(name, trees_.size());
+    auto tree =
+        std::make_shared<const NamedTree>(NamedTree{std::make_shared<const std::string>(name), builder});
     if (added)
-        entries_.push_back({std::make_shared<const std::string>(name), builder, {}});
-    else {
-        entries_[at->second].builder = builder;
-        for (const auto& [owner, pool] : entries_[at->second].pools)
-            pool->retire();
-        entries_[at->second].pools.clear();
-    }
+        trees_.push_back(std::move(tree));
+    else
+        trees_[at->second] = std::move(tree);
 }
 
-const TreeRegistry::Entry* TreeRegistry::find(std::string_view name) const
+std::shared_ptr<const NamedTree> TreeRegistry::find(std::string_view name) const
 {
     const auto found = index_.find(std::string(name));
-    return found == index_.end() ? nullptr : &entries_[found->second];
+    return found == index_.end() ? nullptr : trees_[found->second];
 }
 
 std::vector<std::string> TreeRegistry::names() const
 {
     std::vector<std::string> names;
-    for (const Entry& entry : entries_)
-        names.push_back(*entry.name);
+    for (const auto& tree : trees_)
+        names.push_back(*tree->name);
     return names;
 }
 
-std::unique_ptr<Tree> TreeRegistry::make(std::string_view name, const Blackboard::Ptr& blackboard) const
+Tree TreeRegistry::make(const NamedTree& tree, const Blackboard::Ptr& blackboard) const
 {
-    const Entry* entry = find(name);
-    if (entry == nullptr)
-        return nullptr;
-    const auto tree_name = entry->name;
-    auto tree = std::make_unique<Tree>(entry->builder(factory_, blackboard));
+    Tree made = tree.builder(factory_, blackboard);
     std::uint32_t index = 0;
-    for (const TreeNode::Ptr& node : tree->nodes)
-        node->setPlace(tree_name, index++);
-    return tree;
-}
-
-std::shared_ptr<TreePool> TreeRegistry::pool(std::string_view name, const Blackboard::Ptr& blackboard)
-{
-    const auto found = index_.find(std::string(name));
-    if (found == index_.end())
-        return nullptr;
-    Entry& entry = entries_[found->second];
-    for (const auto& [owner, pool] : entry.pools)
-        if (owner == blackboard.get())
-            return pool;
-    entry.pools.emplace_back(blackboard.get(), std::make_shared<TreePool>());
-    return entry.pools.back().second;
-}
-
-void TreeRegistry::clearPools()
-{
-    for (Entry& entry : entries_) {
-        for (const auto& [owner, pool] : entry.pools)
-            pool->clear();
-        entry.pools.clear();
-    }
+    for (const TreeNode::Ptr& node : made.nodes)
+        node->setPlace(tree.name, index++);
+    return made;
 }
 
 std::string_view treeNameOfPath(std::string_view path)
@@ -108,26 +129,65 @@ bool SubtreeConditionNode::expandInLogger() const
     return port != nullptr && port->raw() == "true";
 }
 
-bool SubtreeConditionNode::enter()
+bool SubtreeConditionNode::findPool()
 {
     const Port* path = findPort("subtree_file_path");
     const auto trees = trees_.lock();
     if (path == nullptr || trees == nullptr)
         return false;
-    std::string scratch;
-    std::string_view text;
-    if (pool_ == nullptr || pool_->isRetired() || path->form() != PortForm::Literal)
-        pool_ = path->view(text, scratch) ? trees->pool(treeNameOfPath(text), blackboard()) : nullptr;
-    if (pool_ == nullptr)
+    if (pool_ == nullptr || pool_->isRetired() || path->form() != PortForm::Literal) {
+        std::string scratch;
+        std::string_view text;
+        const auto tree = path->view(text, scratch) ? trees->find(treeNameOfPath(text)) : nullptr;
+        if (tree == nullptr)
+            pool_ = nullptr;
+        else if (blackboard() != nullptr)
+            pool_ = blackboard()->treePools().of(tree);
+        else
+            pool_ = std::make_shared<TreePool>(tree);
+    }
+    return pool_ != nullptr;
+}
+
+std::unique_ptr<Tree> SubtreeConditionNode::makeTree()
+{
+    const auto tree = pool_->tree();  // held, as its builder may register another
+    auto made = std::make_unique<Tree>(trees_.lock()->make(*tree, blackboard()));
+    if (made->root_node == nullptr)
+        return nullptr;
+    pool_->setReusable(!keepsPlaces(*made));
+    pool_->setLevels(levelsOf(*made->root_node));
+    return made;
+}
+
+void SubtreeConditionNode::prepare()
+{
+    const Port* path = findPort("subtree_file_path");
+    if (path == nullptr || path->form() != PortForm::Literal || entered_ != nullptr || !findPool() ||
+        pool_->hasWaiting())
+        return;
+    auto tree = makeTree();
+    if (tree == nullptr)
+        return;
+    const Tree& waits = *tree;
+    pool_->add(std::move(tree));
+    prepareTrees(waits);
+}
+
+void prepareTrees(const Tree& tree)
+{
+    for (const TreeNode::Ptr& node : tree.nodes)
+        if (auto* enters = dynamic_cast<SubtreeConditionNode*>(node.get()))
+            enters->prepare();
+}
+
+bool SubtreeConditionNode::enter()
+{
+    if (!findPool())
         return false;
     entered_ = pool_->take();
-    if (entered_ == nullptr && path->view(text, scratch)) {
-        entered_ = trees->make(treeNameOfPath(text), blackboard());
-        if (entered_ != nullptr && entered_->root_node == nullptr)
-            entered_.reset();
-        if (entered_ != nullptr)
-            pool_->setReusable(!keepsPlaces(*entered_));
-    }
+    if (entered_ == nullptr)
+        entered_ = makeTree();
     return entered_ != nullptr;
 }
 
@@ -144,7 +204,17 @@ NodeStatus SubtreeConditionNode::tick()
     setStatus(NodeStatus::RUNNING);
     if (entered_ == nullptr && !enter())
         return NodeStatus::FAILURE;
-    const NodeStatus result = entered_->root_node->executeTick();
+    NodeStatus result = NodeStatus::RUNNING;
+    {
+        const LevelsInTick levels(blackboard(), *pool_);
+        in_tick_ = true;
+        struct Over
+        {
+            bool& in_tick;
+            ~Over() { in_tick = false; }
+        } const over{in_tick_};
+        result = entered_->root_node->visit();
+    }
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
     leave();
@@ -153,7 +223,11 @@ NodeStatus SubtreeConditionNode::tick()
 
 void SubtreeConditionNode::halt()
 {
-    leave();
+    // A leaf of the tree may halt what is above it: the tree stays until its tick is over.
+    if (in_tick_)
+        haltNode(*entered_->root_node);
+    else
+        leave();
     setStatus(NodeStatus::IDLE);
 }
 

@@ -3,8 +3,10 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
-#include <array>
+#include <filesystem>
 #include <map>
+#include <memory>
+#include <set>
 #include <string_view>
 
 namespace BT {
@@ -35,18 +37,12 @@ std::string attribute(const XMLElement& element, const char* name)
 class XMLParser::Document
 {
 public:
-    explicit Document(std::string source) : source_(std::move(source)) {}
-
-    void read(tinyxml2::XMLError result)
+    void readFile(const std::string& path) { main_ = mainOf(takeIn(loadFile(path))); }
+    void readText(const std::string& text)
     {
-        if (result == tinyxml2::XML_SUCCESS) {
-            index();
-            return;
-        }
-        if (isOneOf(xml.ErrorName(), {"XML_ERROR_FILE_NOT_FOUND", "XML_ERROR_FILE_COULD_NOT_BE_OPENED",
-                                      "XML_ERROR_FILE_READ_ERROR"}))
-            throw BehaviorTreeException(source_ + ": the file cannot be read");
-        throw fault(xml.ErrorLineNum(), std::string("not well-formed XML (") + xml.ErrorName() + ")");
+        Source& source = add("text", "");
+        check(source, source.xml.Parse(text.c_str(), text.size()));
+        main_ = mainOf(takeIn(source));
     }
 
     Tree make(const BehaviorTreeFactory& factory, const Blackboard::Ptr& blackboard) const
@@ -57,42 +53,99 @@ public:
         return tree;
     }
 
-    tinyxml2::XMLDocument xml;
-
 private:
+    /// A file, or the text.
+    struct Source
+    {
+        std::string name;
+        std::filesystem::path folder;
+        tinyxml2::XMLDocument xml;
+    };
     struct Target
     {
         const BehaviorTreeFactory& factory;
         const Blackboard::Ptr& blackboard;
     };
 
-    [[nodiscard]] BehaviorTreeException fault(int line, const std::string& what) const
+    [[nodiscard]] static BehaviorTreeException fault(const Source& source, int line, const std::string& what)
     {
-        return BehaviorTreeException(source_ + ":" + std::to_string(line) + ": " + what);
+        return BehaviorTreeException(source.name + ":" + std::to_string(line) + ": " + what);
     }
     [[nodiscard]] BehaviorTreeException fault(const XMLElement& at, const std::string& what) const
     {
-        return fault(at.GetLineNum(), what);
+        const auto source = std::find_if(sources_.begin(), sources_.end(),
+                                         [&at](const auto& one) { return &one->xml == at.GetDocument(); });
+        return fault(**source, at.GetLineNum(), what);
     }
 
-    void index()
+    Source& add(std::string name, std::filesystem::path folder)
     {
-        const XMLElement* root = xml.RootElement();
+        sources_.push_back(std::make_unique<Source>(std::move(name), std::move(folder)));
+        return *sources_.back();
+    }
+
+    Source& loadFile(const std::string& path)
+    {
+        Source& source = add(path, std::filesystem::path(path).parent_path());
+        check(source, source.xml.LoadFile(path.c_str()));
+        files_.insert(std::filesystem::weakly_canonical(path));
+        return source;
+    }
+
+    static void check(const Source& source, tinyxml2::XMLError result)
+    {
+        if (result == tinyxml2::XML_SUCCESS)
+            return;
+        const char* error = source.xml.ErrorName();
+        if (isOneOf(error, {"XML_ERROR_FILE_NOT_FOUND", "XML_ERROR_FILE_COULD_NOT_BE_OPENED",
+                            "XML_ERROR_FILE_READ_ERROR"}))
+            throw BehaviorTreeException(source.name + ": the file cannot be read");
+        throw fault(source, source.xml.ErrorLineNum(), std::string("not well-formed XML (") + error + ")");
+    }
+
+    /// Takes in the trees of a source and of those that it includes; gives its root.
+    const XMLElement& takeIn(const Source& source)
+    {
+        const XMLElement* root = source.xml.RootElement();
         if (root == nullptr || std::string_view(root->Name()) != "root")
-            throw fault(root != nullptr ? root->GetLineNum() : 1, "expected <root>");
-        for (const XMLElement* tree = root->FirstChildElement("BehaviorTree"); tree != nullptr;
-             tree = tree->NextSiblingElement("BehaviorTree"))
-            if (!trees_.try_emplace(attribute(*tree, "ID"), tree).second)
-                throw fault(*tree, "a second <BehaviorTree> with ID '" + attribute(*tree, "ID") + "'");
-        if (trees_.empty())
-            throw fault(*root, "expected a <BehaviorTree>");
-        const std::string main = attribute(*root, "main_tree_to_execute");
-        if (main.empty() && trees_.size() > 1)
-            throw fault(*root, "expected main_tree_to_execute, as there are several trees");
-        const auto found = main.empty() ? trees_.begin() : trees_.find(main);
+            throw fault(source, root != nullptr ? root->GetLineNum() : 1, "expected <root>");
+        for (const XMLElement* one = root->FirstChildElement(); one != nullptr;
+             one = one->NextSiblingElement()) {
+            if (std::string_view(one->Name()) == "include")
+                include(*one, source.folder);
+            else if (std::string_view(one->Name()) == "BehaviorTree" &&
+                     !trees_.try_emplace(attribute(*one, "ID"), one).second)
+                throw fault(*one, "a second <BehaviorTree> with ID '" + attribute(*one, "ID") + "'");
+        }
+        return *root;
+    }
+
+    void include(const XMLElement& element, const std::filesystem::path& folder)
+    {
+        if (element.Attribute("path") == nullptr || element.Attribute("ros_pkg") != nullptr)
+            throw fault(element, "expected <include path=\"...\"/> and nothing else in it");
+        const std::filesystem::path path = folder / attribute(element, "path");
+        if (files_.contains(std::filesystem::weakly_canonical(path)))
+            return;
+        if (!std::filesystem::is_regular_file(path))
+            throw fault(element, "the included file '" + path.string() + "' cannot be read");
+        takeIn(loadFile(path.string()));
+    }
+
+    [[nodiscard]] const XMLElement* mainOf(const XMLElement& root) const
+    {
+        const XMLElement* own = root.FirstChildElement("BehaviorTree");
+        const std::string main = attribute(root, "main_tree_to_execute");
+        if (main.empty() && own == nullptr)
+            throw fault(root, "expected a <BehaviorTree>");
+        if (main.empty() && own->NextSiblingElement("BehaviorTree") != nullptr)
+            throw fault(root, "expected main_tree_to_execute, as there are several trees");
+        if (main.empty())
+            return own;
+        const auto found = trees_.find(main);
         if (found == trees_.end())
-            throw fault(*root, "there is no <BehaviorTree> with ID '" + main + "'");
-        main_ = found->second;
+            throw fault(root, "there is no <BehaviorTree> with ID '" + main + "'");
+        return found->second;
     }
 
     /// The one node in a tree or decorator.
@@ -110,10 +163,14 @@ private:
         const std::string type = isGeneric(element.Name()) ? attribute(element, "ID") : element.Name();
         if (type.empty())
             throw fault(element, "<" + std::string(element.Name()) + "> has no ID");
-        const bool refers = type == "SubTree" && element.FirstChildElement() == nullptr;
-        TreeNode* node = add(element, type, refers, target, nodes);
+        const bool is_tree = !target.factory.builders().contains(type) && trees_.contains(type);
+        const bool refers = is_tree || (type == "SubTree" && element.FirstChildElement() == nullptr);
+        const std::string tree = is_tree ? type : attribute(element, "ID");
+        if (is_tree && element.FirstChildElement() != nullptr)
+            throw fault(element, "'" + type + "' is a tree and takes no children");
+        TreeNode* node = add(element, refers ? "SubTree" : type, refers ? tree : type, refers, target, nodes);
         if (refers)
-            enter(element, *node, target, nodes, entered);
+            enter(element, tree, *node, target, nodes, entered);
         else if (auto* control = dynamic_cast<ControlNode*>(node))
             for (const XMLElement* child = element.FirstChildElement(); child != nullptr;
                  child = child->NextSiblingElement())
@@ -125,11 +182,10 @@ private:
         return node;
     }
 
-    TreeNode* add(const XMLElement& element, const std::string& type, bool refers, const Target& target,
-                  std::vector<TreeNode::Ptr>& nodes) const
+    TreeNode* add(const XMLElement& element, const std::string& type, std::string label, bool refers,
+                  const Target& target, std::vector<TreeNode::Ptr>& nodes) const
     {
         NodeParameters ports;
-        std::string label = refers ? attribute(element, "ID") : type;
         for (const auto* at = element.FirstAttribute(); at != nullptr; at = at->Next()) {
             const std::string_view name = at->Name();
             if (name == "name")
@@ -151,10 +207,9 @@ private:
         return nodes.back().get();
     }
 
-    void enter(const XMLElement& element, TreeNode& node, const Target& target,
+    void enter(const XMLElement& element, const std::string& name, TreeNode& node, const Target& target,
                std::vector<TreeNode::Ptr>& nodes, std::vector<std::string>& entered) const
     {
-        const std::string name = attribute(element, "ID");
         const auto found = trees_.find(name);
         if (found == trees_.end())
             throw fault(element, "there is no <BehaviorTree> with ID '" + name + "'");
@@ -168,7 +223,8 @@ private:
         entered.pop_back();
     }
 
-    std::string source_;
+    std::vector<std::unique_ptr<Source>> sources_;
+    std::set<std::filesystem::path> files_;
     std::map<std::string, const XMLElement*, std::less<>> trees_;
     const XMLElement* main_ = nullptr;
 };
@@ -180,15 +236,15 @@ XMLParser::~XMLParser() = default;
 
 void XMLParser::loadFromFile(const std::string& filename)
 {
-    auto document = std::make_unique<Document>(filename);
-    document->read(document->xml.LoadFile(filename.c_str()));
+    auto document = std::make_unique<Document>();
+    document->readFile(filename);
     document_ = std::move(document);
 }
 
 void XMLParser::loadFromText(const std::string& xml_text)
 {
-    auto document = std::make_unique<Document>("text");
-    document->read(document->xml.Parse(xml_text.c_str(), xml_text.size()));
+    auto document = std::make_unique<Document>();
+    document->readText(xml_text);
     document_ = std::move(document);
 }
 
@@ -198,6 +254,7 @@ TreeNode::Ptr XMLParser::instantiateTree(std::vector<TreeNode::Ptr>& nodes, cons
         throw BehaviorTreeException("no XML was loaded");
     Tree tree = document_->make(factory_, blackboard);
     TreeNode::Ptr root = tree.nodes.front();
+    levelsOf(*root);
     nodes.insert(nodes.end(), std::make_move_iterator(tree.nodes.begin()),
                  std::make_move_iterator(tree.nodes.end()));
     return root;
@@ -268,6 +325,13 @@ std::string writeXML(const BehaviorTreeFactory& factory, const TreeNode* root_no
     for (const TreeNodeManifest& manifest : factory.manifests()) {
         XMLElement* model = models->InsertNewChildElement(toStr(manifest.type));
         model->SetAttribute("ID", manifest.registration_ID.c_str());
+        for (const auto& [name, text] :
+             std::map(manifest.required_parameters.begin(), manifest.required_parameters.end())) {
+            XMLElement* port = model->InsertNewChildElement("input_port");
+            port->SetAttribute("name", name.c_str());
+            if (!text.empty())
+                port->SetAttribute("default", text.c_str());
+        }
     }
     tinyxml2::XMLPrinter printer;
     xml.Print(&printer);

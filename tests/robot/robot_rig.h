@@ -130,11 +130,7 @@ protected:
     }
 
     // To be called before the services go.
-    void dropTrees()
-    {
-        tree = {};
-        factory.clearTreePools();
-    }
+    void dropTrees() { tree = {}; }
 };
 
 }  // namespace vemra::robot

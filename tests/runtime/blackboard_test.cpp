@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <optional>
+
 #include "runtime/scripted_tree.h"
 
 namespace vemra::test {
@@ -32,6 +35,69 @@ TEST(Blackboard, KeepsValuesOfAllTypesAndLetsThemChange)
     EXPECT_FALSE(board->get("k", pose));
     EXPECT_THROW((void)board->get<int>("k"), std::runtime_error);
     EXPECT_THROW((void)board->get<int>("none"), std::runtime_error);
+}
+
+TEST(Blackboard, KeepsPointersFloatsAndLargeNumbersAsTheyWere)
+{
+    const auto board = BT::Blackboard::create();
+    Pose pose{1, 2};
+    board->set("pointer", &pose);
+    EXPECT_EQ(board->get<Pose*>("pointer"), &pose);
+    const Pose* other = nullptr;
+    EXPECT_FALSE(board->get("pointer", other));
+
+    board->set("f", 0.1F);
+    EXPECT_EQ(board->get<std::string>("f"), "0.1");
+    EXPECT_EQ(board->get<float>("f"), 0.1F);
+    BT::Any copy;
+    copy.assign(*board->getAny("f"));
+    EXPECT_EQ(copy.cast<std::string>(), "0.1");
+    board->set("f", 0.1);
+    EXPECT_EQ(board->get<double>("f"), 0.1);
+
+    const std::uint64_t large = std::numeric_limits<std::uint64_t>::max();
+    board->set("large", large);
+    board->set("text", "18446744073709551615");
+    for (const char* key : {"large", "text"}) {
+        EXPECT_EQ(board->get<std::uint64_t>(key), large);
+        EXPECT_EQ(board->get<std::string>(key), "18446744073709551615");
+        EXPECT_EQ(board->get<double>(key), 18446744073709551616.0);
+        std::int64_t small = 0;
+        EXPECT_FALSE(board->get(key, small));
+    }
+    board->set("large", std::uint64_t{7});
+    EXPECT_EQ(board->get<int>("large"), 7);
+    board->set("negative", -1);
+    std::uint64_t unsigned_value = 0;
+    EXPECT_FALSE(board->get("negative", unsigned_value));
+}
+
+TEST(Blackboard, OneRuleReadsIntegersFromRealsAndTrims)
+{
+    ScriptedTree t;
+    const struct
+    {
+        const char* text;
+        std::optional<int> integer;
+    } cases[] = {{"2.9", 2},  {"-2.9", -2},  {" 7\n", 7},     {"\t+3\r\n", 3}, {"1e3", 1000},
+                 {"3e9", {}}, {"1e300", {}}, {"-9.3e18", {}}, {"nan", {}},     {"2.9.", {}}};
+    for (const auto& [text, integer] : cases) {
+        t.blackboard->set("text", text);
+        double real = 0;
+        if (t.blackboard->get("text", real))
+            t.blackboard->set("real", real);
+        else
+            t.blackboard->erase("real");
+        const auto node = t.factory.instantiateTreeNode(
+            "AlwaysSuccess", "n",
+            {{"literal", text}, {"text", "${text}"}, {"real", "${real}"}, {"formula", "${real} + 0"}},
+            t.blackboard);
+        for (const char* port : {"literal", "text", "real", "formula"})
+            EXPECT_EQ(node->getParam<int>(port), integer) << port << " '" << text << "'";
+        EXPECT_EQ(node->getParam<std::uint64_t>("literal").has_value(),
+                  integer.value_or(-1) >= 0 || std::string(text) == "3e9")
+            << text;
+    }
 }
 
 TEST(Blackboard, AKeyExistsFromItsFirstWriteToItsErasure)

@@ -55,6 +55,54 @@ TEST(SequenceStar, WithoutResetTriesTheFailedChildAgain)
     ScriptedTree below(
         node("IfThenElse", {{"halt_on_switch", "true"}}, {condition("g", "S"), star, kIdleBranch}));
     EXPECT_EQ(below.ticks(2), "F g a b c, F g c");
+
+    // A halt, though, takes the place away, be the star itself running or waiting to be tried again.
+    ScriptedTree retried(node("RetryUntilSuccesful", {{"num_attempts", "-1"}}, {node("SubTree", {star})}));
+    EXPECT_EQ(retried.ticks(2), "R a b c, R c");
+    EXPECT_EQ(retried.halt(), "I");
+    retried.script->places["c"] = 0;
+    EXPECT_EQ(retried.tick(), "R a b c");
+}
+
+TEST(Sequence, KnowsAnActionByItsTypeWhateverItsClass)
+{
+    class Own : public BT::LeafNode
+    {
+    public:
+        explicit Own(const std::string& name) : LeafNode(name, {}) {}
+        [[nodiscard]] BT::NodeType type() const override { return BT::NodeType::ACTION; }
+        void halt() override { setStatus(BT::NodeStatus::IDLE); }
+        int ticks = 0;
+
+    private:
+        BT::NodeStatus tick() override
+        {
+            ++ticks;
+            return BT::NodeStatus::SUCCESS;
+        }
+    };
+    ScriptedTree t;
+    t.factory.registerBuilder(
+        {BT::NodeType::ACTION, "Own", {}},
+        [](const std::string& name, const BT::NodeParameters&) { return std::make_unique<Own>(name); });
+    t.plant(node("Sequence", {leaf("Own"), action("a", "RRS")}));
+    EXPECT_EQ(t.ticks(3), "R a, R a, S a");
+    EXPECT_EQ(dynamic_cast<Own&>(t.at("Own")).ticks, 1);
+}
+
+TEST(SimpleAction, MayTakeManyTicks)
+{
+    ScriptedTree t;
+    int calls = 0;
+    t.factory.registerSimpleAction("Twice", [&calls](BT::TreeNode&) {
+        return ++calls % 2 != 0 ? BT::NodeStatus::RUNNING : BT::NodeStatus::SUCCESS;
+    });
+    t.plant(node("Sequence", {leaf("Twice"), action("a", "RS")}));
+    EXPECT_EQ(t.ticks(3), "R, R a, S a");
+    EXPECT_EQ(calls, 2);
+    t.tick();
+    EXPECT_EQ(t.halt(), "I");
+    EXPECT_TRUE(t.at("Twice").isHalted());
 }
 
 TEST(FallbackStar, KeepsItsPlaceOverRunningAndFailure)

@@ -88,13 +88,19 @@ TEST(Timeout, GoesByTheInjectedClock)
     EXPECT_EQ(t.tick(), "R a");
     t.clock->now = 6000;
     // The run after it has its own second.
-    EXPECT_EQ(t.ticks(2), "F a!, R a");
+    EXPECT_EQ(t.ticks(2), "F a a!, R a");
     t.clock->now = 6500;
     EXPECT_EQ(t.halt(), "I a!");
     t.clock->now = 7400;
     EXPECT_EQ(t.tick(), "R a");
     t.clock->now = 8399;
     EXPECT_EQ(t.tick(), "R a");
+
+    // A child that ends in the tick in which its time is up has ended.
+    ScriptedTree late(node("Timeout", {{"msec", "10"}}, {action("a", "RS")}));
+    late.tick();
+    late.clock->now = 20;
+    EXPECT_EQ(late.tick(), "S a");
 }
 
 TEST(CountingDecorators, FailOnANumberThatCannotBeReadAndNeverThrow)

@@ -63,9 +63,8 @@ TEST_F(Subtree, RunningSideBySideEachEntryHasItsOwn)
     EXPECT_EQ(t.tick(), "R a a");
     EXPECT_EQ(t.built["a"], 2);
     t.halt();
-    t.factory.clearTreePools();
     t.tick();
-    EXPECT_EQ(t.built["a"], 4);
+    EXPECT_EQ(t.built["a"], 2);
 }
 
 TEST_F(Subtree, ALaterBuilderOfANameTakesOver)
@@ -84,6 +83,60 @@ TEST_F(Subtree, WhatABuilderThrowsComesOutOfTheTick)
     t.plant(enter("Broken"));
     EXPECT_THROW(t.tick(), BT::BehaviorTreeException);
     EXPECT_EQ(t.halt(), "I");
+}
+
+TEST_F(Subtree, WhatIsPreparedIsNotMadeInATick)
+{
+    t.registerTree("Outer", node("SequenceStar", {enter("Inner"), enter("${name}")}));
+    t.registerTree("Late", action("late", "S"));
+    t.blackboard->set("name", "Late");
+    t.plant(node("Sequence", {enter("Outer"), enter("Unknown")}));
+    BT::prepareTrees(t.tree);
+    BT::prepareTrees(t.tree);
+    EXPECT_EQ(t.built["SequenceStar"], 1);
+    EXPECT_EQ(t.built["a"], 1);
+    EXPECT_EQ(t.ticks(2), "R a, F a late");
+    EXPECT_EQ(t.built["SequenceStar"], 1);
+    EXPECT_EQ(t.built["a"], 1);
+    EXPECT_EQ(t.built["late"], 1);
+}
+
+TEST_F(Subtree, TreesThatEnterThemselvesAreRefused)
+{
+    t.registerTree("Ping", node("Sequence", {enter("Pong")}));
+    t.registerTree("Pong", node("Inverter", {enter("Ping.xml")}));
+    t.plant(node("Sequence", {enter("Ping")}));
+    EXPECT_THROW(t.tick(), BT::BehaviorTreeException);
+    EXPECT_EQ(t.halt(), "I");
+    t.plant(node("Sequence", {enter("Inner")}));
+    EXPECT_EQ(t.tick(), "R a");
+}
+
+TEST(Levels, ATreeDeeperThanTheStackAllowsIsRefused)
+{
+    BT::BehaviorTreeFactory factory;
+    const auto blackboard = BT::Blackboard::create<BT::BlackboardLocal>();
+    const auto chain = [&factory](std::size_t levels) {
+        factory.registerTreeBuilder(
+            "Chain", [levels](const BT::BehaviorTreeFactory& from, const BT::Blackboard::Ptr& board) {
+                BT::Tree tree;
+                for (std::size_t level = 1; level <= levels; ++level) {
+                    tree.nodes.push_back(from.instantiateTreeNode(
+                        level < levels ? "Inverter" : "AlwaysSuccess", "n", {}, board));
+                    if (level > 1)
+                        dynamic_cast<BT::DecoratorNode&>(*tree.nodes[level - 2])
+                            .setChild(tree.nodes.back().get());
+                }
+                tree.root_node = tree.nodes.front().get();
+                return tree;
+            });
+    };
+    chain(BT::kMaxLevels);
+    EXPECT_EQ(factory.createTree("Chain", blackboard).root_node->executeTick(), BT::NodeStatus::FAILURE);
+    chain(BT::kMaxLevels + 1);
+    EXPECT_THROW((void)factory.createTree("Chain", blackboard), BT::BehaviorTreeException);
+    chain(100'000);
+    EXPECT_THROW((void)factory.createTree("Chain", blackboard), BT::BehaviorTreeException);
 }
 
 TEST_F(Subtree, ANodeKnowsItsPlace)

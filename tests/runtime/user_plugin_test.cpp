@@ -177,6 +177,13 @@ TEST(BasicTypes, ReadFromTextAndGiveText)
     EXPECT_STREQ(BT::convertFromString<const char*>("word"), "word");
     EXPECT_THROW(BT::convertFromString<int>("3000000000"), std::invalid_argument);
     EXPECT_THROW(BT::convertFromString<bool>("maybe"), std::invalid_argument);
+    for (const char* word : {"true", "True", "TRUE", "1"})
+        EXPECT_TRUE(BT::convertFromString<bool>(word)) << word;
+    for (const char* word : {"false", "False", "FALSE", "0"})
+        EXPECT_FALSE(BT::convertFromString<bool>(word)) << word;
+    EXPECT_EQ(BT::convertFromString<std::vector<double>>("1;2.5;"), (std::vector<double>{1, 2.5}));
+    EXPECT_TRUE(BT::convertFromString<std::vector<int>>("").empty());
+    EXPECT_THROW(BT::convertFromString<std::vector<int>>("1;;2"), std::invalid_argument);
 }
 
 }  // namespace

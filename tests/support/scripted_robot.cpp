@@ -195,7 +195,6 @@ void ScriptedRobot::begin(BT::Tree tree)
 {
     halt();
     transcript_ = {};
-    factory_.clearTreePools();
     root_ = std::move(tree);
 }
 

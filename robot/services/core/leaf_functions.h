@@ -22,6 +22,16 @@ inline std::string textOf(const BT::TreeNode& node, std::string_view port, const
     return node.getParam(port, text) ? text : otherwise;
 }
 
+/// Whether the text of a port as it is now, empty where there is none, is `wanted`; nothing is copied for the
+/// question.
+inline bool isText(const BT::TreeNode& node, std::string_view port, std::string_view wanted)
+{
+    std::string scratch;
+    std::string_view text;
+    const BT::Port* found = node.findPort(port);
+    return (found != nullptr && found->view(text, scratch) ? text : std::string_view{}) == wanted;
+}
+
 /// An action over many ticks made of functions: one for each tick, one for a halt while it runs.
 class RunningAction final : public BT::ActionNodeBase
 {
@@ -42,7 +52,7 @@ public:
     static BT::NodeBuilder builder(const Tick& tick, const Halt& halt = {})
     {
         return [tick, halt](const std::string& name, const BT::NodeParameters& ports) {
-            return std::make_unique<RunningAction>(name, ports, tick, halt);
+            return BT::makeNode<RunningAction>(name, ports, tick, halt);
         };
     }
 
@@ -88,7 +98,7 @@ public:
     static BT::NodeBuilder builder(const Source& source)
     {
         return [source](const std::string& name, const BT::NodeParameters& ports) {
-            return std::make_unique<PassCondition>(name, ports, source);
+            return BT::makeNode<PassCondition>(name, ports, source);
         };
     }
 

@@ -25,7 +25,7 @@ public:
     static BT::NodeBuilder builder(Body& body, More&... more)
     {
         return [&body, &more...](const std::string& name, const BT::NodeParameters& ports) {
-            return std::make_unique<T>(name, ports, body, more...);
+            return BT::makeNode<T>(name, ports, body, more...);
         };
     }
 

@@ -81,7 +81,7 @@ BT::NodeStatus ModeService::changeTo(BT::TreeNode& node)
 {
     std::optional<Mode> aim;
     for (const AimPort& entry : kAims)
-        if (textOf(node, entry.port) == "true") {
+        if (isText(node, entry.port, "true")) {
             if (aim)
                 return BT::NodeStatus::FAILURE;  // two aims are none
             aim = entry.mode;
@@ -114,7 +114,7 @@ void ModeService::installDispatch(leaf::LeafHost& host)
                                          },
                                          [] { return true; }, [] {}}));
     host.condition("RobotModeAdjugement", [this](BT::TreeNode& node) {
-        return passed(current() != Mode::None && textOf(node, "DoesRobotModeExcute") == toText(current()));
+        return passed(current() != Mode::None && isText(node, "DoesRobotModeExcute", toText(current())));
     });
     for (const Entry& entry : kEntries)
         host.condition(entry.leaf,

@@ -149,7 +149,7 @@ void CommandService::installApp(leaf::LeafHost& host)
     // The app of this robot reads the event log.
     host.action("WIFIState_Send", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     host.condition("WhatsTheAPPCMDMode", [this](BT::TreeNode& node) {
-        return passed(command_ && textOf(node, "IsThisMode") == toText(command_->mode));
+        return passed(command_ && isText(node, "IsThisMode", toText(command_->mode)));
     });
 }
 

@@ -212,12 +212,12 @@ void StationService::installEmptying(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.action("SetDustStatus", [this](BT::TreeNode& node) {
-        if (textOf(node, "dust_state") == "DUST_END")
+        if (isText(node, "dust_state", "DUST_END"))
             stopFan("told to");
         return BT::NodeStatus::SUCCESS;
     });
     host.condition("DoesDustStatus", [this](BT::TreeNode& node) {
-        return passed(textOf(node, "dust_state") == (fan_ ? "DUST_RUNNING" : "DUST_END"));
+        return passed(isText(node, "dust_state", fan_ ? "DUST_RUNNING" : "DUST_END"));
     });
     host.condition("IsInDustLock",
                    [this](BT::TreeNode&) { return passed(heard_.errors.contains("DUST_LOCK")); });
@@ -250,13 +250,13 @@ void StationService::installStates(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.condition("DoesWashStatus",
-                   [this](BT::TreeNode& node) { return passed(textOf(node, "wash_state") == wash_state_); });
+                   [this](BT::TreeNode& node) { return passed(isText(node, "wash_state", wash_state_)); });
     host.action("SetUvLightStatus", [this](BT::TreeNode& node) {
         uv_state_ = textOf(node, "uv_contrl_status");
         return BT::NodeStatus::SUCCESS;
     });
     host.condition("DoesUvLightStatus", [this](BT::TreeNode& node) {
-        return passed(textOf(node, "uv_contrl_status") == uv_state_);
+        return passed(isText(node, "uv_contrl_status", uv_state_));
     });
 }
 

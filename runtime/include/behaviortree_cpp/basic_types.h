@@ -3,14 +3,17 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <iosfwd>
+#include <iostream>  // for the sources of hosts and leaves, which rely on it, and on <set>
 #include <memory>
-#include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+
+#include "behaviortree_cpp/optional.hpp"
+#include "behaviortree_cpp/string_view.hpp"
 
 namespace BT {
 
@@ -24,18 +27,13 @@ enum class NodeType
     SUBTREE
 };
 
-enum class NodeStatus
+enum class NodeStatus : std::uint8_t
 {
     IDLE = 0,
     RUNNING,
     SUCCESS,
     FAILURE
 };
-
-using StringView = std::string_view;
-
-template <class T>
-using optional = std::optional<T>;
 
 /// Port name to port text.
 using NodeParameters = std::unordered_map<std::string, std::string>;
@@ -87,7 +85,7 @@ NodeStatus convertFromString<NodeStatus>(const StringView& text);
 template <>
 NodeType convertFromString<NodeType>(const StringView& text);
 
-/// The parts of `text` between the delimiters.
+/// The parts of `text` between the delimiters; one at the end opens no further part.
 [[nodiscard]] std::vector<StringView> splitString(const StringView& text, char delimiter);
 
 }  // namespace BT

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -26,10 +27,16 @@ struct TreeNodeManifest
     NodeParameters required_parameters;
 };
 
+/// Makes a node of class T, for a builder: std::make_unique, and a node whose class leaves executeTick() as
+/// it is costs one virtual call less in each tick.
+template <class T, class... Args>
+[[nodiscard]] std::unique_ptr<T> makeNode(Args&&... args);
+
 using TreeBuilder = std::function<Tree(const BehaviorTreeFactory&, const std::shared_ptr<Blackboard>&)>;
 
-/// Makes nodes by identifier and trees by name. All built-in nodes are registered from the start. It must
-/// outlive the ticks of the trees that enter others.
+/// Makes nodes by identifier and trees by name. All built-in nodes are registered from the start. Trees may
+/// outlive it, but one that enters another then finds none. Several threads may make and tick trees of one
+/// factory, each on a blackboard of its own, while nobody registers.
 class BehaviorTreeFactory
 {
 public:
@@ -51,8 +58,8 @@ public:
     template <class T>
     void registerNodeType(const std::string& ID);
 
-    /// Opens the library and calls its BT_RegisterNodesFromPlugin; the library stays open as long as the
-    /// factory. Throws BehaviorTreeException when it cannot be opened or has no such function.
+    /// Opens the library and calls its BT_RegisterNodesFromPlugin; the library stays open until the program
+    /// ends. Throws BehaviorTreeException when it cannot be opened or has no such function.
     void registerFromPlugin(const std::string& file_path);
 
     /// Makes one node, sets its blackboard and calls its onInit. Throws BehaviorTreeException when the
@@ -63,11 +70,14 @@ public:
 
     [[nodiscard]] const std::unordered_map<std::string, NodeBuilder>& builders() const { return builders_; }
     [[nodiscard]] const std::vector<TreeNodeManifest>& manifests() const { return manifests_; }
+    /// The identifiers that are registered from the start.
+    [[nodiscard]] const std::set<std::string>& builtinNodes() const { return builtin_; }
 
     // --- trees by name ---
 
     /// Keeps `builder` under `name`. A later one takes the place of an earlier one, so that a library may
-    /// be loaded again. Throws BehaviorTreeException for an empty name or builder.
+    /// be loaded again; a builder may itself register trees. Throws BehaviorTreeException for an empty name
+    /// or builder.
     void registerTreeBuilder(const std::string& name, const TreeBuilder& builder);
     [[nodiscard]] bool hasTree(std::string_view name) const;
     /// Names in the order of their registration.
@@ -76,15 +86,19 @@ public:
     /// through, and no tree is left behind.
     [[nodiscard]] Tree createTree(const std::string& name,
                                   const std::shared_ptr<Blackboard>& blackboard) const;
-    /// Drops the trees that wait to be entered again.
-    void clearTreePools();
 
 private:
     std::unordered_map<std::string, NodeBuilder> builders_;
+    std::unordered_map<const NodeBuilder*, std::shared_ptr<const std::string>> ids_;  ///< nodes share them
     std::vector<TreeNodeManifest> manifests_;
+    std::set<std::string> builtin_;
     std::shared_ptr<TreeRegistry> trees_;
-    std::vector<std::shared_ptr<void>> libraries_;
 };
+
+/// Makes the trees ahead that the `SubtreeCondition` nodes of `tree` name by a literal, and those that these
+/// enter: one of each waits to be entered, so that no tick has to make it. Other trees are made when they are
+/// entered.
+void prepareTrees(const Tree& tree);
 
 /// The tree that a path names: its last component less a trailing ".xml".
 [[nodiscard]] std::string_view treeNameOfPath(std::string_view path);
@@ -93,6 +107,16 @@ namespace detail {
 
 template <class T>
 concept TakesParameters = std::is_constructible_v<T, const std::string&, const NodeParameters&>;
+
+/// Whether T has the executeTick() of Base; the type of a member's address names the class that declares it.
+template <class T, class Base>
+constexpr bool ticksAs()
+{
+    if constexpr (requires { &T::executeTick; })
+        return std::is_same_v<decltype(&T::executeTick), NodeStatus (Base::*)()>;
+    else
+        return false;
+}
 
 template <class T>
 NodeParameters requiredParametersOf()
@@ -105,6 +129,17 @@ NodeParameters requiredParametersOf()
 
 }  // namespace detail
 
+template <class T, class... Args>
+std::unique_ptr<T> makeNode(Args&&... args)
+{
+    auto node = std::make_unique<T>(std::forward<Args>(args)...);
+    if constexpr (detail::ticksAs<T, TreeNode>())
+        node->setTicksPlainly(true);
+    else if constexpr (detail::ticksAs<T, DecoratorNode>())
+        node->setTicksPlainlyWithChild();
+    return node;
+}
+
 template <class T>
 void BehaviorTreeFactory::registerNodeType(const std::string& ID)
 {
@@ -116,9 +151,9 @@ void BehaviorTreeFactory::registerNodeType(const std::string& ID)
     registerBuilder({getType<T>(), ID, detail::requiredParametersOf<T>()},
                     [](const std::string& name, [[maybe_unused]] const NodeParameters& parameters) {
                         if constexpr (detail::TakesParameters<T>)
-                            return std::unique_ptr<TreeNode>(std::make_unique<T>(name, parameters));
+                            return makeNode<T>(name, parameters);
                         else
-                            return std::unique_ptr<TreeNode>(std::make_unique<T>(name));
+                            return makeNode<T>(name);
                     });
 }
 

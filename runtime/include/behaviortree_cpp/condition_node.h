@@ -22,13 +22,18 @@ public:
     using TickFunctor = std::function<NodeStatus(TreeNode&)>;
 
     SimpleConditionNode(const std::string& name, TickFunctor functor, const NodeParameters& parameters = {})
+        : SimpleConditionNode(name, std::make_shared<const TickFunctor>(std::move(functor)), parameters)
+    {}
+    /// The function is shared by all nodes of a kind.
+    SimpleConditionNode(const std::string& name, std::shared_ptr<const TickFunctor> functor,
+                        const NodeParameters& parameters = {})
         : ConditionNode(name, parameters), functor_(std::move(functor))
     {}
 
 protected:
-    NodeStatus tick() override { return functor_(*this); }
+    NodeStatus tick() override { return (*functor_)(*this); }
 
-    TickFunctor functor_;
+    std::shared_ptr<const TickFunctor> functor_;
 };
 
 }  // namespace BT

@@ -13,7 +13,9 @@ public:
     explicit ControlNode(const std::string& name, const NodeParameters& parameters = {});
 
     /// Not owned: the tree owns all its nodes.
-    void addChild(TreeNode* child) { children_nodes_.push_back(child); }
+    void addChild(TreeNode* child);
+    /// Makes room for so many, no more.
+    void expectChildren(std::size_t children) { children_nodes_.reserve(children); }
     [[nodiscard]] std::size_t childrenCount() const { return children_nodes_.size(); }
     [[nodiscard]] const std::vector<TreeNode*>& children() const { return children_nodes_; }
     [[nodiscard]] const TreeNode* child(std::size_t index) const { return children_nodes_.at(index); }
@@ -24,12 +26,31 @@ public:
     [[nodiscard]] NodeType type() const override { return NodeType::CONTROL; }
 
 protected:
-    /// Halts those children from `first` on that are RUNNING; results of the ended ones stand.
-    void haltRunningChildren(std::size_t first);
-    /// Takes over `result` of the node, all children IDLE.
-    NodeStatus end(NodeStatus result)
+    /// Halts those children behind `place` that are RUNNING; results of the ended ones stand.
+    void haltRunningBehind(std::size_t place);
+    /// The tick of a composite without memory: children in turn as long as they give `go_on`.
+    [[gnu::always_inline]] NodeStatus tickInTurn(NodeStatus go_on)
     {
-        haltChildren(0);
+        setStatus(NodeStatus::RUNNING);
+        for (TreeNode* const& place : children_nodes_) {
+            TreeNode& child = *place;
+            if (child.status() == go_on && child.countsAsAction())
+                continue;
+            const NodeStatus result = child.visit();
+            if (result == go_on)
+                continue;
+            if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
+                return end(result);
+            haltRunningBehind(static_cast<std::size_t>(&place - children_nodes_.data()));
+            return NodeStatus::RUNNING;
+        }
+        return end(go_on);
+    }
+    /// Takes over `result` of the node, all children IDLE.
+    [[gnu::always_inline]] NodeStatus end(NodeStatus result)
+    {
+        for (TreeNode* child : children_nodes_)
+            child->bringToIdle(true);
         setLiveBelowAfterEnd(false);
         return result;
     }

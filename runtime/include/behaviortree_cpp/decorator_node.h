@@ -11,7 +11,13 @@ public:
     explicit DecoratorNode(const std::string& name, const NodeParameters& parameters = {});
 
     /// Not owned: the tree owns all its nodes.
-    void setChild(TreeNode* child) { child_node_ = child; }
+    void setChild(TreeNode* child)
+    {
+        child_node_ = child;
+        setTicksPlainly(ticks_plainly_with_child_ && child != nullptr);
+    }
+    /// For the factory alone: executeTick() is that of this class, so that visit() need not call it.
+    void setTicksPlainlyWithChild() { ticks_plainly_with_child_ = true; }
     [[nodiscard]] const TreeNode* child() const { return child_node_; }
     [[nodiscard]] TreeNode* child() { return child_node_; }
 
@@ -23,6 +29,9 @@ public:
 
 protected:
     TreeNode* child_node_ = nullptr;
+
+private:
+    bool ticks_plainly_with_child_ = false;
 };
 
 /// A decorator made of a function of the child's result.
@@ -32,13 +41,22 @@ public:
     using TickFunctor = std::function<NodeStatus(NodeStatus child, TreeNode& node)>;
 
     SimpleDecoratorNode(const std::string& name, TickFunctor functor, const NodeParameters& parameters = {})
+        : SimpleDecoratorNode(name, std::make_shared<const TickFunctor>(std::move(functor)), parameters)
+    {}
+    /// The function is shared by all nodes of a kind.
+    SimpleDecoratorNode(const std::string& name, std::shared_ptr<const TickFunctor> functor,
+                        const NodeParameters& parameters = {})
         : DecoratorNode(name, parameters), functor_(std::move(functor))
     {}
 
 protected:
-    NodeStatus tick() override { return functor_(child_node_->executeTick(), *this); }
+    NodeStatus tick() override
+    {
+        setStatus(NodeStatus::RUNNING);
+        return (*functor_)(child_node_->visit(), *this);
+    }
 
-    TickFunctor functor_;
+    std::shared_ptr<const TickFunctor> functor_;
 };
 
 }  // namespace BT

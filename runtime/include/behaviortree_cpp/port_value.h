@@ -32,6 +32,7 @@
 #include <vector>
 
 #include "behaviortree_cpp/blackboard/blackboard.h"
+#include "behaviortree_cpp/text.h"
 
 namespace BT {
 
@@ -62,6 +63,8 @@ enum class PortForm : std::uint8_t
 [[nodiscard]] PortForm classifyPortText(std::string_view text);
 /// The keys that `text` refers to, in order; throws as classifyPortText.
 [[nodiscard]] std::vector<std::string> referencedKeys(std::string_view text);
+/// The key of a text whose form is Reference, as a part of the text.
+[[nodiscard]] std::string_view referencedKey(std::string_view text);
 
 /// A text with references, compiled.
 class Formula
@@ -124,15 +127,20 @@ private:
 class Port
 {
 public:
-    Port() = default;
-    Port(std::string_view name, std::string_view text)
-        : name_(name.data()),
-          text_(text.data()),
-          name_size_(static_cast<std::uint16_t>(name.size())),
-          text_size_(static_cast<std::uint32_t>(text.size()))
-    {}
+    Port(const Port&) = delete;
+    Port& operator=(const Port&) = delete;
 
-    [[nodiscard]] std::string_view name() const { return {name_, name_size_}; }
+    [[nodiscard]] std::string_view name() const
+    {
+        return {name_size_ <= sizeof(name_head_) ? reinterpret_cast<const char*>(&name_head_) : longName(),
+                name_size_};
+    }
+    /// Whether this is its name: two comparisons with a short one that is written in the program.
+    [[gnu::always_inline]] [[nodiscard]] bool isCalled(std::string_view name) const
+    {
+        return name_head_ == detail::headOf(name) && name_size_ == name.size() &&
+               (name.size() <= sizeof(name_head_) || detail::sameText(this->name(), name));
+    }
     /// The text as given.
     [[nodiscard]] std::string_view raw() const { return {text_, text_size_}; }
     [[nodiscard]] PortForm form() const { return form_; }
@@ -141,7 +149,7 @@ public:
     // Each reads the port as it is now; false when there is no such value.
     [[nodiscard]] bool toInteger(std::int64_t& out) const
     {
-        if (form_ == PortForm::Reference && slot_->kind() == Any::Kind::Integer) {
+        if (form_ == PortForm::Reference && slot_->kind() == Any::Kind::Integer) [[likely]] {
             out = slot_->integer();
             return true;
         }
@@ -159,15 +167,39 @@ public:
     [[nodiscard]] const Any* reference() const { return form_ == PortForm::Reference ? slot_ : nullptr; }
 
 private:
+    friend class PortList;
+
+    /// What a literal reads as.
+    enum class Literal : std::uint8_t
+    {
+        Text,
+        Integer,
+        Real,
+        Boolean
+    };
+
+    /// `text` stays where it is, ends with a zero, and has the name behind that where it is a long one.
+    Port(std::string_view name, std::string_view text);
+    ~Port() { dropFormula(); }
+
+    static bool isLong(std::string_view name) { return name.size() > sizeof(name_head_); }
+    [[nodiscard]] const char* longName() const { return text_ + text_size_ + 1; }
+    void readLiteral();
+    void dropFormula();
     [[nodiscard]] bool toIntegerOtherwise(std::int64_t& out) const;
 
-    const char* name_ = nullptr;
-    const char* text_ = nullptr;
-    std::uint16_t name_size_ = 0;
+    std::uint64_t name_head_;  ///< all of most names
+    const char* text_;
+    std::uint32_t text_size_;
+    std::uint16_t name_size_;
     PortForm form_ = PortForm::Literal;
-    std::uint32_t text_size_ = 0;
-    const Any* slot_ = nullptr;
-    std::unique_ptr<Formula> formula_;
+    Literal literal_ = Literal::Text;
+    union {
+        std::int64_t integer_ = 0;  ///< of a literal, by what it reads as
+        double real_;
+        const Any* slot_;                   ///< of a reference
+        std::unique_ptr<Formula> formula_;  ///< of any other text
+    };
 };
 
 /// The ports of a node, in one block of memory with their texts.
@@ -176,28 +208,33 @@ class PortList
 public:
     PortList() = default;
     explicit PortList(const std::unordered_map<std::string, std::string>& texts);
-    ~PortList();
-    PortList(PortList&&) noexcept = default;
-    PortList& operator=(PortList&& other) noexcept;
-    PortList(const PortList&) = delete;
-    PortList& operator=(const PortList&) = delete;
 
-    [[nodiscard]] std::span<const Port> all() const { return {first(), count()}; }
-    [[nodiscard]] std::span<Port> all() { return {first(), count()}; }
+    [[nodiscard]] std::span<const Port> all() const { return {first_.get(), count()}; }
+    [[nodiscard]] std::span<Port> all() { return {first_.get(), count()}; }
+    /// The port of that name, or nullptr.
+    [[gnu::always_inline]] [[nodiscard]] const Port* find(std::string_view name) const
+    {
+        const Port* first = first_.get();
+        if (first == nullptr || first->isCalled(name)) [[likely]]
+            return first;
+        return findBehindFirst(name);
+    }
 
 private:
     struct Header
     {
         std::size_t count = 0;
     };
-    [[nodiscard]] std::size_t count() const { return block_ ? header()->count : 0; }
-    [[nodiscard]] Header* header() const { return reinterpret_cast<Header*>(block_.get()); }
-    [[nodiscard]] Port* first() const
+    struct Release
     {
-        return block_ ? reinterpret_cast<Port*>(block_.get() + sizeof(Header)) : nullptr;
-    }
+        void operator()(Port* first) const;
+    };
+    static Header& headerOf(Port* first) { return reinterpret_cast<Header*>(first)[-1]; }
 
-    std::unique_ptr<std::byte[]> block_;
+    [[nodiscard]] std::size_t count() const { return first_ ? headerOf(first_.get()).count : 0; }
+    [[nodiscard]] const Port* findBehindFirst(std::string_view name) const;
+
+    std::unique_ptr<Port, Release> first_;  ///< the header stands before it
 };
 
 }  // namespace BT

@@ -30,7 +30,7 @@ struct TreePlace
 /// ticked or was halted. Whoever is IDLE has nothing but IDLE nodes below.
 class TreeNode
 {
-    /// Called once by the factory, right after the blackboard is set.
+    /// Called once: by the factory, right after the blackboard is set, or else before the first tick.
     virtual void onInit() {}
 
 public:
@@ -46,30 +46,54 @@ public:
 
     /// Ticks the node and takes over the result as its status.
     virtual NodeStatus executeTick();
+    /// The same for the node above, which ticks its children in every frame: one virtual call instead of two
+    /// where the class has no executeTick() of its own.
+    [[gnu::always_inline]] NodeStatus visit()
+    {
+        if (!ticks_plainly_ || !initialized_) [[unlikely]]
+            return executeTick();
+        if (status() > NodeStatus::RUNNING)
+            setStatus(NodeStatus::IDLE);
+        return tickPlainly();
+    }
     /// Stops the node: it and all below come back to IDLE.
     virtual void halt() = 0;
     [[nodiscard]] virtual NodeType type() const = 0;
 
     [[nodiscard]] bool isHalted() const { return status() == NodeStatus::IDLE; }
+    /// Waits until the node, which another thread ticks, is no longer IDLE; looks every millisecond.
+    [[nodiscard]] NodeStatus waitValidStatus() const;
     [[nodiscard]] NodeStatus status() const { return status_.load(std::memory_order_relaxed); }
-    void setStatus(NodeStatus now)
+    [[gnu::always_inline]] void setStatus(NodeStatus now)
     {
-        const NodeStatus before = status();
-        if (before == now)
-            return;
-        status_.store(now, std::memory_order_relaxed);
         if (isWatched()) [[unlikely]]
-            notifyStatusChange(before, now);
+            tellStatus(now);
+        else
+            status_.store(now, std::memory_order_relaxed);
+    }
+    /// What haltNode() does.
+    [[gnu::always_inline]] void bringToIdle(bool at_end)
+    {
+        if (status() <= NodeStatus::RUNNING || live_below_after_end_) [[unlikely]]
+            haltLive(at_end);
+        else
+            setStatus(NodeStatus::IDLE);
     }
 
     void setBlackboard(const Blackboard::Ptr& blackboard);
-    [[nodiscard]] const Blackboard::Ptr& blackboard() const { return blackboard_; }
+    /// Throws std::logic_error while the node is not set up, as in its constructor.
+    [[nodiscard]] const Blackboard::Ptr& blackboard() const
+    {
+        if (blackboard_ == nullptr && !initialized_) [[unlikely]]
+            refuseBlackboard();
+        return blackboard_;
+    }
 
     /// The present time of the blackboard's clock, or of the machine's where there is no blackboard.
     [[nodiscard]] TimePoint clockTime() const;
 
     /// A label; the registration name unless another was given.
-    [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] const std::string& name() const { return *name_; }
     /// Unique among the nodes that are alive.
     [[nodiscard]] std::uint64_t UID() const
     {
@@ -85,7 +109,8 @@ public:
     [[nodiscard]] StatusChangeSubscriber subscribeToStatusChange(StatusChangeCallback callback);
 
     /// The value of port `key` as it is now; nothing when there is no such port, when it refers to a key
-    /// that is not on the blackboard, or when the value is no T. Never throws.
+    /// that is not on the blackboard, or when the value is no T. Never throws. A `const char*` points to a
+    /// text that stays until the port is read again.
     template <class T>
     [[nodiscard]] optional<T> getParam(std::string_view key) const
     {
@@ -96,15 +121,15 @@ public:
     }
 
     template <class T>
-    bool getParam(std::string_view key, T& out) const;
+    [[gnu::always_inline]] bool getParam(std::string_view key, T& out) const;
+
+    /// Whether `text` is a reference as a whole: "${key}".
+    [[nodiscard]] static bool isBlackboardPattern(StringView text);
 
     /// The compiled port, or nullptr; valid until the node goes or gets another blackboard.
-    [[nodiscard]] const Port* findPort(std::string_view key) const
+    [[gnu::always_inline]] [[nodiscard]] const Port* findPort(std::string_view key) const
     {
-        for (const Port& port : ports_.all())
-            if (detail::sameText(port.name(), key))
-                return &port;
-        return nullptr;
+        return ports_.find(key);
     }
     [[nodiscard]] std::span<const Port> ports() const { return ports_.all(); }
 
@@ -112,41 +137,86 @@ public:
     /// A finished one is not started again within a run of a memory-less composite.
     [[nodiscard]] bool countsAsAction() const { return counts_as_action_; }
 
-    // For the factory alone.
+    // For nodes above and the factory alone.
+    void setCountsAsAction() { counts_as_action_ = true; }
     /// Gives ports to a node whose class takes none; they are kept for who looks at the tree.
     void setParameters(const NodeParameters& parameters);
-    void setRegistrationName(const std::string& id);
+    /// A node that is called as its identifier shares its text.
+    void setRegistrationName(const std::shared_ptr<const std::string>& id);
     void setPlace(std::shared_ptr<const std::string> tree, std::uint32_t index)
     {
         tree_ = std::move(tree);
         index_in_tree_ = index;
     }
-    void initialize() { onInit(); }
+    void initialize()
+    {
+        initialized_ = true;
+        onInit();
+    }
+    /// Whether executeTick() is that of this class, so that visit() need not call it.
+    void setTicksPlainly(bool plain) { ticks_plainly_ = plain; }
 
 protected:
     virtual NodeStatus tick() = 0;
 
-    void setCountsAsAction() { counts_as_action_ = true; }
+    /// Whether a tick that returns RUNNING is a std::logic_error.
+    void setMustEnd(bool must_end) { must_end_ = must_end; }
+    /// What every executeTick() begins with: a node that is set up, and one that ended begins anew, which
+    /// whoever watches sees.
+    void prepareTick()
+    {
+        if (!initialized_) [[unlikely]]
+            initialize();
+        if (status() > NodeStatus::RUNNING)
+            setStatus(NodeStatus::IDLE);
+    }
     /// The result of a tick, told to who observes the blackboard: what executeTick() returns.
-    NodeStatus ticked(NodeStatus result)
+    NodeStatus ticked(NodeStatus result) const
     {
         if (isWatched()) [[unlikely]]
             notifyTick(result);
         return result;
     }
+    /// After a throw out of a tick: a node with others below is RUNNING, so that a halt reaches them.
+    void keepInReach();
     /// Whether nodes below may be other than IDLE once this one has ended.
     void setLiveBelowAfterEnd(bool live) { live_below_after_end_ = live; }
+
+    /// For halt(): whether it is only called because the node above has ended, as this one had before.
+    [[nodiscard]] bool isAtEnd() const { return at_end_; }
 
     /// A copy of the ports' values as they are now, for a tick on another thread.
     void takePortSnapshot();
 
 private:
-    friend void haltNode(TreeNode& node);
-
-    [[nodiscard]] bool isWatched() const
+    /// Whether someone wants to be told of status changes.
+    [[nodiscard]] bool isWatched() const { return *watched_; }
+    /// Looks anew at whose flag says so: the node's own where it has listeners, else its blackboard's.
+    void findWatchers();
+    /// A tick of a node that is set up and was not left ended.
+    [[gnu::always_inline]] NodeStatus tickPlainly()
     {
-        return has_listeners_ || (blackboard_ != nullptr && blackboard_->statusObserver() != nullptr);
+        NodeStatus result = NodeStatus::IDLE;
+        try {
+            result = tick();
+        } catch (...) {
+            keepInReach();
+            throw;
+        }
+        if (isWatched()) [[unlikely]]
+            return tellTick(result);
+        status_.store(result, std::memory_order_relaxed);
+        if (result == NodeStatus::RUNNING && must_end_) [[unlikely]]
+            refuseRunning();
+        return result;
     }
+    /// The end of tickPlainly() with those who watch told of it.
+    NodeStatus tellTick(NodeStatus result);
+    [[noreturn]] void refuseRunning() const;
+    /// bringToIdle() where there may be something to stop.
+    void haltLive(bool at_end);
+    /// setStatus() with those who watch told of it.
+    void tellStatus(NodeStatus now);
     void notifyStatusChange(NodeStatus before, NodeStatus now);
     void notifyTick(NodeStatus result) const;
 
@@ -154,31 +224,35 @@ private:
     struct Extras;
     Extras& extras() const;
 
-    std::string name_;
+    std::shared_ptr<const std::string> name_;
     std::shared_ptr<const std::string> tree_;
     Blackboard::Ptr blackboard_;
     PortList ports_;
     mutable std::unique_ptr<Extras> extras_;
+    const bool* watched_ = &has_listeners_;
     std::uint32_t index_in_tree_ = 0;
     std::atomic<NodeStatus> status_ = NodeStatus::IDLE;
-    bool registered_ = false;
-    bool counts_as_action_ = false;
-    bool live_below_after_end_ = false;
+    bool at_end_ = false;
     bool has_listeners_ = false;
-    bool has_snapshot_ = false;
+    bool registered_ : 1 = false;
+    bool initialized_ : 1 = false;
+    bool counts_as_action_ : 1 = false;
+    bool live_below_after_end_ : 1 = false;
+    bool has_snapshot_ : 1 = false;
+    bool ticks_plainly_ : 1 = false;
+    bool must_end_ : 1 = false;
 
+    [[noreturn]] void refuseBlackboard() const;
+    /// The port as a C string, kept until it is read again.
+    bool keepText(const Port& port, const char*& out) const;
     [[nodiscard]] const Any* snapshotValue(std::string_view key) const;
 };
 
-/// Brings a node and all below it to IDLE; does nothing to one that is IDLE.
-inline void haltNode(TreeNode& node)
+/// Brings a node and all below it to IDLE; does nothing to one that is IDLE. `at_end`: not for a halt, but
+/// because the node above has ended; this leaves a place that is kept over a failure.
+inline void haltNode(TreeNode& node, bool at_end = false)
 {
-    const NodeStatus status = node.status();
-    if (status == NodeStatus::IDLE)
-        return;
-    if (status == NodeStatus::RUNNING || node.live_below_after_end_)
-        node.halt();
-    node.setStatus(NodeStatus::IDLE);
+    node.bringToIdle(at_end);
 }
 
 namespace detail {
@@ -188,7 +262,14 @@ bool readPort(const Port& port, T& out)
 {
     if constexpr (std::is_same_v<T, bool>)
         return port.toBoolean(out);
-    else if constexpr (std::is_integral_v<T>) {
+    else if constexpr (kIsUnsigned64<T>) {
+        if (const Any* value = port.reference())
+            return value->tryCast(out);
+        if (port.form() == PortForm::Literal)
+            return convertText(port.raw(), out);
+        std::int64_t value = 0;
+        return port.toInteger(value) && fitInteger(value, out);
+    } else if constexpr (std::is_integral_v<T>) {
         std::int64_t value = 0;
         return port.toInteger(value) && fitInteger(value, out);
     } else if constexpr (std::is_floating_point_v<T>) {
@@ -214,14 +295,17 @@ bool readPort(const Port& port, T& out)
 }  // namespace detail
 
 template <class T>
-bool TreeNode::getParam(std::string_view key, T& out) const
+inline bool TreeNode::getParam(std::string_view key, T& out) const
 {
-    if (has_snapshot_) {
+    if (has_snapshot_) [[unlikely]] {
         const Any* value = snapshotValue(key);
         return value != nullptr && value->tryCast(out);
     }
     const Port* port = findPort(key);
-    return port != nullptr && detail::readPort(*port, out);
+    if constexpr (std::is_same_v<T, const char*>)
+        return port != nullptr && keepText(*port, out);
+    else
+        return port != nullptr && detail::readPort(*port, out);
 }
 
 /// A port of a built-in node, looked for by name once.
@@ -244,7 +328,7 @@ private:
 };
 
 /// A port that names a key: the slot is looked up once when the name is literal, and by its present text
-/// when the name is itself read from the blackboard.
+/// when the name is itself read from the blackboard. What is looked up so is good for the tick alone.
 class KeyPort
 {
 public:
@@ -255,11 +339,35 @@ public:
     {
         if (slot_ != nullptr && owner_ == node.blackboard().get())
             return slot_;
-        return lookUp(node);
+        return lookUp(node, Use::Write);
     }
+    /// For reading: nullptr also for some keys that are not there, none of which is made.
+    [[nodiscard]] const Any* find(const TreeNode& node)
+    {
+        if (slot_ != nullptr && owner_ == node.blackboard().get())
+            return slot_;
+        return lookUp(node, Use::Read);
+    }
+    /// As resolve(), but good as long as the blackboard.
+    [[nodiscard]] Any* keep(const TreeNode& node)
+    {
+        if (slot_ != nullptr && owner_ == node.blackboard().get())
+            return slot_;
+        return lookUp(node, Use::Keep);
+    }
+    /// Takes the key away; false when resolve() would give nothing.
+    bool erase(const TreeNode& node);
 
 private:
-    [[nodiscard]] Any* lookUp(const TreeNode& node);
+    enum class Use
+    {
+        Read,
+        Write,
+        Keep
+    };
+    /// The key named by the port, which is literal or else read into `scratch`; empty when there is none.
+    [[nodiscard]] std::string_view key(const TreeNode& node, bool& literal, std::string& scratch) const;
+    [[nodiscard]] Any* lookUp(const TreeNode& node, Use use);
 
     const char* port_name_;
     Any* slot_ = nullptr;

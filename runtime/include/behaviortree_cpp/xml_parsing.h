@@ -11,8 +11,10 @@
 ///
 /// An element is a node type, or `Action`, `Condition`, `Control` or `Decorator` with the type in `ID`;
 /// `name` is the label and every other attribute a port. `<SubTree ID="T"/>` stands for a copy of tree T of
-/// the same file; a `SubTree` with a child is that stretch itself. Other elements of the root, such as
-/// `TreeNodesModel`, are for editors and passed over.
+/// the same file, and so does `<T/>` where T is a tree and no node type; a `SubTree` with a child is that
+/// stretch itself. `<include path="more.xml"/>` in the root takes in the trees of another file, looked for
+/// beside the one that names it. Other elements of the root, such as `TreeNodesModel`, are for editors and
+/// passed over.
 
 #include <memory>
 #include <string>
@@ -46,14 +48,15 @@ private:
     std::unique_ptr<Document> document_;
 };
 
+/// The main tree, on a blackboard of its own when none is given.
 [[nodiscard]] Tree buildTreeFromText(const BehaviorTreeFactory& factory, const std::string& text,
-                                     const Blackboard::Ptr& blackboard);
+                                     const Blackboard::Ptr& blackboard = Blackboard::create());
 [[nodiscard]] Tree buildTreeFromFile(const BehaviorTreeFactory& factory, const std::string& filename,
-                                     const Blackboard::Ptr& blackboard);
+                                     const Blackboard::Ptr& blackboard = Blackboard::create());
 
 /// The XML of a built tree, with each inner tree in place. `compact_representation`: elements bear the node
 /// types, else leaves stand as `Action` and `Condition` with an ID, as editors want them. Reading it back
-/// gives the same nodes.
+/// gives the same nodes. `TreeNodesModel` names the node types with their ports.
 [[nodiscard]] std::string writeXML(const BehaviorTreeFactory& factory, const TreeNode* root_node,
                                    bool compact_representation = false);
 

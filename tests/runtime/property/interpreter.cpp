@@ -223,7 +223,7 @@ Interpreter::Result Interpreter::counted(Model& m)
     }
     if (ended(result)) {
         m.count = 0;
-        rest(m.children[0]);
+        rest(m.children[0], true);
     }
     return result;
 }
@@ -237,12 +237,16 @@ Interpreter::Result Interpreter::limited(Model& m)
         m.count = frames ? 0 : now;
     m.on = true;
     const std::int64_t gone_by = frames ? m.count++ : now - m.count;
+    const bool over = most >= 0 && gone_by >= most;
+    // Milliseconds may go by while the child ends; a count of frames has no such doubt.
     Result result = Result::FAILURE;
-    if (most < 0 || gone_by < most)
+    if (!over || !frames)
         result = tick(m.children[0]);
+    if (over && !ended(result))
+        result = Result::FAILURE;
     if (ended(result)) {
         m.on = false;
-        rest(m.children[0]);
+        rest(m.children[0], true);
     }
     return result;
 }
@@ -255,9 +259,12 @@ Interpreter::Result Interpreter::delay(Model& m)
     return Result::SUCCESS;
 }
 
-void Interpreter::rest(Model& m)
+void Interpreter::rest(Model& m, bool at_end)
 {
+    if (m.status == Result::IDLE)
+        return;
     const bool was_running = m.status == Result::RUNNING;
+    const bool places_stand = at_end && !was_running;
     if (was_running && (m.sketch->id == "ScriptedAction" || m.sketch->id == "ScriptedCondition"))
         script_.asked.push_back(m.sketch->name + "!");
     if (was_running && m.sketch->id == "PostProcess" && m.main == Result::IDLE) {
@@ -265,11 +272,11 @@ void Interpreter::rest(Model& m)
         if (!isOff(m, "tick_on_halt"))
             tick(m.children[1]);
     }
-    restAll(m);
+    restAll(m, places_stand);
     m.main = Result::IDLE;
     m.count = 0;
     m.on = false;
-    if (was_running)
+    if (!places_stand)
         m.place = 0;
     m.status = Result::IDLE;
     if (m.sketch->id == "SubtreeCondition")

@@ -59,11 +59,12 @@ private:
     Result limited(Model& m);
     Result delay(Model& m);
 
-    void rest(Model& m);
-    void restAll(Model& m)
+    /// `at_end`: because the one above has ended; places kept over a failure stand.
+    void rest(Model& m, bool at_end = false);
+    void restAll(Model& m, bool at_end = true)
     {
         for (Model& child : m.children)
-            rest(child);
+            rest(child, at_end);
     }
     /// Whatever was kept for a next run goes too.
     static void forget(Model& m);

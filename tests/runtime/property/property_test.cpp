@@ -126,7 +126,8 @@ TEST_F(Properties, NoTextOfAPortThrows)
         board->set("a", 7);
         board->set("text", "kitchen");
         board->set("big", std::numeric_limits<std::int64_t>::min());
-        BT::Port port("v", text);
+        BT::PortList ports(BT::NodeParameters{{"v", text}});
+        BT::Port& port = ports.all().front();
         port.compile(*board);
         std::int64_t integer = 0;
         double real = 0;

@@ -26,7 +26,7 @@ BT::NodeStatus write(BT::TreeNode& node, const char* port, const std::optional<C
 
 Track::Usable TrajectoryService::usable(const BT::TreeNode& node) const
 {
-    const bool by_laser_alone = textOf(node, "search_for") == "slamclear";
+    const bool by_laser_alone = isText(node, "search_for", "slamclear");
     const bool with_neighbours = node.getParam<bool>("with_nb8").value_or(false);
     const OccupancyMap& laser = map_.occupancy();
     const auto plan = std::make_shared<const PlanningMap>(

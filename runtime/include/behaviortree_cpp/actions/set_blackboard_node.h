@@ -20,8 +20,10 @@ protected:
     NodeStatus tick() override;
 
 private:
+    NodeStatus writeOther(Any& slot) const;
+
     KeyPort key_{"key"};
-    PortRef value_{"value"};
+    const Port* value_ = nullptr;  ///< looked for once
 };
 
 }  // namespace BT

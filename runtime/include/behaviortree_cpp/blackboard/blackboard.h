@@ -15,6 +15,8 @@
 namespace BT {
 
 class TreeNode;
+class TreePools;
+class KeyPort;
 
 /// Sees each status change of every node that works on a blackboard, nodes of trees entered later included.
 class StatusObserver
@@ -27,9 +29,10 @@ public:
 };
 
 /// The one store that trees and leaf services share, by key. A key exists from its first write to its
-/// erasure and may change the type of its value. A slot stays where it is for the life of the blackboard,
-/// so that a node looks its keys up by name once. Not locked: all ticks and all writes happen on one
-/// thread (an AsyncActionNode reads its ports through a copy made on that thread).
+/// erasure and may change the type of its value. A slot that was asked for stays where it is for the life of
+/// the blackboard, so that a node looks its keys up by name once; any other goes with its key. Not locked:
+/// all ticks and all writes happen on one thread (an AsyncActionNode reads its ports through a copy made on
+/// that thread).
 class Blackboard
 {
 public:
@@ -69,16 +72,21 @@ public:
     template <class T>
     void set(std::string_view key, const T& value)
     {
-        slot(key).set(value);
+        entry(key).value.set(value);
     }
 
     [[nodiscard]] bool contains(std::string_view key) const { return getAny(key) != nullptr; }
-    /// The value, or nullptr when the key does not exist.
+    /// The value, or nullptr when the key does not exist; good until the key is erased.
     [[nodiscard]] const Any* getAny(std::string_view key) const;
     /// Takes the key away; true when it was there.
     bool erase(std::string_view key);
     /// The place of `key`, made if need be; valid as long as the blackboard.
-    [[nodiscard]] Slot& slot(std::string_view key);
+    [[nodiscard]] Slot& slot(std::string_view key)
+    {
+        Entry& found = entry(key);
+        found.is_kept = true;
+        return found.value;
+    }
     /// The keys that exist, sorted.
     [[nodiscard]] std::vector<std::string> keys() const;
 
@@ -86,10 +94,29 @@ public:
     [[nodiscard]] const Clock& clock() const { return *clock_; }
 
     /// Not owned; nullptr takes it away. One observer at a time.
-    void setStatusObserver(StatusObserver* observer) { observer_ = observer; }
+    void setStatusObserver(StatusObserver* observer)
+    {
+        observer_ = observer;
+        is_observed_ = observer != nullptr;
+    }
     [[nodiscard]] StatusObserver* statusObserver() const { return observer_; }
+    /// Where a node looks on each tick whether there is an observer; valid as long as the blackboard.
+    [[nodiscard]] const bool* observedFlag() const { return &is_observed_; }
+
+    /// For nodes that enter trees.
+    [[nodiscard]] TreePools& treePools();
 
 private:
+    friend class KeyPort;
+
+    struct Entry
+    {
+        Slot value;
+        bool is_kept = false;  ///< somebody has its address
+    };
+    /// Made if need be; its address is good until the key is erased.
+    [[nodiscard]] Entry& entry(std::string_view key);
+
     struct Hash
     {
         using is_transparent = void;
@@ -97,9 +124,11 @@ private:
     };
 
     // A node-based map: its elements stay in place while it grows.
-    std::unordered_map<std::string, Slot, Hash, std::equal_to<>> slots_;
+    std::unordered_map<std::string, Entry, Hash, std::equal_to<>> entries_;
     std::shared_ptr<const Clock> clock_;
     StatusObserver* observer_ = nullptr;
+    bool is_observed_ = false;
+    std::shared_ptr<TreePools> tree_pools_;
 };
 
 }  // namespace BT

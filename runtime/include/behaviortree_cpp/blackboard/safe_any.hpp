@@ -18,18 +18,25 @@ namespace BT {
 
 /// Reads all of `text` (blanks around it aside) as an integer or a real number.
 [[nodiscard]] bool parseInteger(std::string_view text, std::int64_t& out);
+[[nodiscard]] bool parseUnsigned(std::string_view text, std::uint64_t& out);
 [[nodiscard]] bool parseReal(std::string_view text, double& out);
-/// "true", "false", "1" and "0".
+/// "true", "True", "TRUE" and "1", and likewise for false.
 [[nodiscard]] bool parseBoolean(std::string_view text, bool& out);
+
+/// Cuts `real` towards zero; false when it is then out of range, or not a number.
+[[nodiscard]] bool realToInteger(double real, std::int64_t& out);
+[[nodiscard]] bool realToInteger(double real, std::uint64_t& out);
 
 /// Shortest text that reads back as the same number.
 void appendNumber(std::string& text, std::int64_t number);
+void appendNumber(std::string& text, std::uint64_t number);
+void appendNumber(std::string& text, float number);
 void appendNumber(std::string& text, double number);
 
-/// A value on the blackboard: nothing, an integer (int64), a real number (double), a truth value, a text,
-/// or an object of any copyable type. Converts between the first four and text; an object comes back as
-/// the type it was stored as. Keeps the buffer of its text over changes, so that a value that changes
-/// in every tick takes no memory.
+/// A value on the blackboard: nothing, an integer (int64, or uint64 above its range), a real number (double),
+/// a truth value, a text, or an object of any copyable type, pointers included. Converts between the first
+/// four and text; an object comes back as the type it was stored as. Keeps the buffer of its text over
+/// changes, so that a value that changes in every tick takes no memory.
 class Any
 {
 public:
@@ -40,7 +47,8 @@ public:
         Real,
         Boolean,
         Text,
-        Object
+        Object,
+        Unsigned  ///< an integer above the range of int64
     };
 
     Any() = default;
@@ -53,11 +61,14 @@ public:
     {
         if constexpr (std::is_same_v<T, bool>)
             setBoolean(value);
+        else if constexpr (std::is_unsigned_v<T> && sizeof(T) == sizeof(std::uint64_t))
+            setUnsigned(value);
         else if constexpr (std::is_integral_v<T>)
             setInteger(static_cast<std::int64_t>(value));
-        else if constexpr (std::is_floating_point_v<T>)
+        else if constexpr (std::is_floating_point_v<T>) {
             setReal(static_cast<double>(value));
-        else if constexpr (std::is_convertible_v<const T&, std::string_view>)
+            is_single_ = std::is_same_v<T, float>;
+        } else if constexpr (std::is_convertible_v<const T&, std::string_view>)
             setText(std::string_view(value));
         else
             setObject(std::make_shared<const Holder<T>>(value));
@@ -68,22 +79,27 @@ public:
         become(Kind::Integer);
         number_.integer = value;
     }
+    void setUnsigned(std::uint64_t value)
+    {
+        const auto integer = static_cast<std::int64_t>(value);
+        become(integer < 0 ? Kind::Unsigned : Kind::Integer);
+        number_.integer = integer;
+    }
     void setReal(double value)
     {
         become(Kind::Real);
         number_.real = value;
+        is_single_ = false;
     }
     void setBoolean(bool value)
     {
         become(Kind::Boolean);
         number_.integer = value ? 1 : 0;
     }
-    void setText(std::string_view value)
+    [[gnu::always_inline]] void setText(std::string_view value)
     {
-        if (kind_ == Kind::Text && detail::sameText(text_, value))
-            return;
-        become(Kind::Text);
-        text_.assign(value);
+        if (kind_ != Kind::Text || !detail::sameText(text_, value))
+            takeText(value);
     }
     void assign(const Any& other);
     void clear() { become(Kind::Empty); }
@@ -91,7 +107,10 @@ public:
     [[nodiscard]] Kind kind() const { return kind_; }
     [[nodiscard]] bool empty() const { return kind_ == Kind::Empty; }
     [[nodiscard]] bool isText() const { return kind_ == Kind::Text; }
-    [[nodiscard]] bool isNumber() const { return kind_ == Kind::Integer || kind_ == Kind::Real; }
+    [[nodiscard]] bool isNumber() const
+    {
+        return kind_ == Kind::Integer || kind_ == Kind::Real || kind_ == Kind::Unsigned;
+    }
     [[nodiscard]] bool isString() const { return isText(); }
     [[nodiscard]] const std::type_info& type() const;
 
@@ -103,6 +122,7 @@ public:
 
     /// The value as an integer: reals are cut towards zero, texts are read. False when it is none.
     [[nodiscard]] bool toInteger(std::int64_t& out) const;
+    [[nodiscard]] bool toUnsigned(std::uint64_t& out) const;
     [[nodiscard]] bool toReal(double& out) const;
     [[nodiscard]] bool toBoolean(bool& out) const;
     /// Appends the value as text; an object that cannot be printed stands as its type's name in brackets.
@@ -169,6 +189,7 @@ private:
             object_.reset();
         kind_ = kind;
     }
+    void takeText(std::string_view value);
     void setObject(std::shared_ptr<const HolderBase> object);
 
     union Number {
@@ -180,9 +201,15 @@ private:
     std::string text_;
     std::shared_ptr<const HolderBase> object_;
     Kind kind_ = Kind::Empty;
+    bool is_single_ = false;  ///< a real number that was stored as a float, and reads as one in texts
 };
 
 namespace detail {
+
+/// Integers that int64 does not hold all of.
+template <class T>
+inline constexpr bool kIsUnsigned64 = std::is_integral_v<T>&& std::is_unsigned_v<T> &&
+                                      sizeof(T) == sizeof(std::uint64_t);
 
 template <class T>
 bool fitInteger(std::int64_t value, T& out)
@@ -217,7 +244,13 @@ bool Any::tryCast(T& out) const
         return !empty();
     } else if constexpr (std::is_same_v<T, bool>)
         return toBoolean(out);
-    else if constexpr (std::is_integral_v<T>) {
+    else if constexpr (detail::kIsUnsigned64<T>) {
+        std::uint64_t value = 0;
+        if (!toUnsigned(value))
+            return false;
+        out = value;
+        return true;
+    } else if constexpr (std::is_integral_v<T>) {
         std::int64_t value = 0;
         return toInteger(value) && detail::fitInteger(value, out);
     } else if constexpr (std::is_floating_point_v<T>) {
@@ -233,11 +266,10 @@ bool Any::tryCast(T& out) const
         appendText(out);
         return true;
     } else {
-        if constexpr (!std::is_pointer_v<T>)
-            if (const T* held = object<T>()) {
-                out = *held;
-                return true;
-            }
+        if (const T* held = object<T>()) {
+            out = *held;
+            return true;
+        }
         return isText() && detail::convertText(text_, out);
     }
 }

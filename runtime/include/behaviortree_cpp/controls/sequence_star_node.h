@@ -6,7 +6,8 @@ namespace BT {
 
 /// A sequence that keeps its place: RUNNING of a child is taken up again at that child. FAILURE with
 /// `reset_on_failure` "true" (also when left off) halts all and goes back to the first child; with "false"
-/// the next tick tries the failed child again. Without children: SUCCESS.
+/// the next tick tries the failed child again, also when the node above has ended in between; a halt that
+/// comes by before the node above has ended lets it begin from the first. Without children: SUCCESS.
 class SequenceStarNode : public StarNode
 {
 public:

@@ -12,7 +12,11 @@ public:
     explicit ActionDecoratorNode(const std::string& name) : DecoratorNode(name) { setCountsAsAction(); }
 
 protected:
-    NodeStatus tick() override { return child_node_->executeTick(); }
+    NodeStatus tick() override
+    {
+        setStatus(NodeStatus::RUNNING);
+        return child_node_->visit();
+    }
 };
 
 }  // namespace BT

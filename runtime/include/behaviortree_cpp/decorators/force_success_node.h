@@ -14,7 +14,7 @@ private:
     NodeStatus tick() override
     {
         setStatus(NodeStatus::RUNNING);
-        switch (child_node_->executeTick()) {
+        switch (child_node_->visit()) {
             case NodeStatus::SUCCESS:
             case NodeStatus::FAILURE:
                 return NodeStatus::SUCCESS;

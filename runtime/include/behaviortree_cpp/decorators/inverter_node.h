@@ -13,7 +13,8 @@ public:
 protected:
     NodeStatus tick() override
     {
-        switch (child_node_->executeTick()) {
+        setStatus(NodeStatus::RUNNING);
+        switch (child_node_->visit()) {
             case NodeStatus::SUCCESS:
                 return NodeStatus::FAILURE;
             case NodeStatus::FAILURE:

@@ -18,7 +18,11 @@ public:
     [[nodiscard]] NodeType type() const override { return NodeType::SUBTREE; }
 
 protected:
-    NodeStatus tick() override { return child_node_->executeTick(); }
+    NodeStatus tick() override
+    {
+        setStatus(NodeStatus::RUNNING);
+        return child_node_->visit();
+    }
 };
 
 }  // namespace BT

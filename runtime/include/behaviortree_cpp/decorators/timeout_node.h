@@ -4,8 +4,9 @@
 
 namespace BT {
 
-/// A limit in milliseconds of the blackboard's clock, looked at on each tick: when it has gone by, the child
-/// is halted, and that is FAILURE. A negative number sets no limit. FAILURE when the number cannot be read.
+/// A limit in milliseconds of the blackboard's clock. Each tick ticks the child first; one that has ended
+/// gives its result, late or not, and one that is still running when the limit has gone by is halted, which
+/// is FAILURE. A negative number sets no limit. FAILURE when the number cannot be read.
 class TimeoutNode : public CountedNode
 {
 public:
