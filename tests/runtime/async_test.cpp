@@ -108,28 +108,6 @@ TEST(AsyncAction, GoesWithItsTreeAtOnce)
     }
 }
 
-TEST(AsyncAction, ANodeWithoutATreeFindsItsTickWhenItGoes)
-{
-    static std::atomic<int> begun;
-    begun = 0;
-    class Free : public BT::AsyncActionNode
-    {
-    public:
-        explicit Free(const std::string& name) : AsyncActionNode(name) {}
-        NodeStatus tick() override
-        {
-            ++begun;
-            return NodeStatus::SUCCESS;
-        }
-    };
-    for (int i = 0; i < 200; ++i) {
-        Free node("free");
-        node.executeTick();
-        node.halt();
-    }
-    EXPECT_EQ(begun, 200);
-}
-
 /// A flow that does not let the end of its run pass.
 class Stubborn : public BT::CoroActionNode
 {
@@ -171,32 +149,40 @@ TEST(Coroutine, AHaltEndsThoughTheFlowCatchesAll)
 
 TEST(Coroutine, AFlowWhoseNodeGoesUnhaltedTouchesItNoMore)
 {
-    struct Told
-    {
-        std::vector<std::string>& where;
-        ~Told() { where.emplace_back("released"); }
-    };
     class Holding : public BT::CoroActionNode
     {
     public:
-        explicit Holding(std::vector<std::string>& told) : CoroActionNode("holding"), told_(told) {}
+        explicit Holding(int& released) : CoroActionNode("holding"), released_(released) {}
         NodeStatus tick() override
         {
-            const std::vector<std::string> mine(3, "a text of its own that is on the heap");
-            const Told told{mine_};
+            struct Told
+            {
+                Holding& node;
+                ~Told()
+                {
+                    ++node.released_;
+                    node.rooms_.emplace_back("hall");
+                }
+            } const told{*this};
             setStatusRunningAndYield();
             return NodeStatus::SUCCESS;
         }
 
     private:
-        std::vector<std::string>& told_;
-        std::vector<std::string> mine_;
+        int& released_;
+        std::vector<std::string> rooms_;
     };
-    std::vector<std::string> told;
-    auto node = std::make_unique<Holding>(told);
+    int released = 0;
+    auto node = std::make_unique<Holding>(released);
     EXPECT_EQ(node->executeTick(), NodeStatus::RUNNING);
     node.reset();
-    EXPECT_TRUE(told.empty());
+    EXPECT_EQ(released, 0);
+
+    BT::TreeNode::Ptr in_tree = std::make_shared<Holding>(released);
+    BT::Tree tree(in_tree.get(), {in_tree});
+    in_tree->executeTick();
+    tree = {};
+    EXPECT_EQ(released, 1);  // the tree halted it first
 }
 
 TEST(Coroutine, AFlowThatHaltsTheTreeItRunsInEndsAtItsNextYield)

@@ -63,7 +63,7 @@ TEST(Observation, AnObserverSeesEnteredTreesToo)
     t.ticks(2);
     t.blackboard->setStatusObserver(nullptr);
     t.tick();
-    EXPECT_THAT(recorder.seen, ElementsAre("SubtreeCondition IR", "a IR", "Inverter IR", "a RF", "a FI",
+    EXPECT_THAT(recorder.seen, ElementsAre("Inverter IR", "SubtreeCondition IR", "a IR", "a RF", "a FI",
                                            "SubtreeCondition RF", "Inverter RS"));
 }
 
@@ -113,7 +113,7 @@ TEST(Observation, ALoggerGetsChangesWithTheirTimes)
     t.tick();
     logger.setEnabled(false);
     t.tick();
-    EXPECT_THAT(logger.lines, ElementsAre("100 a IR", "100 Inverter IR", "120 a RS", "120 Inverter RF"));
+    EXPECT_THAT(logger.lines, ElementsAre("100 Inverter IR", "100 a IR", "120 a RS", "120 Inverter RF"));
 }
 
 TEST(Observation, TheConsoleShowsChangesAndTheTree)
