@@ -10,8 +10,8 @@ target_include_directories(vemra_options INTERFACE ${PROJECT_SOURCE_DIR})
 function(vemra_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
-  target_link_libraries(${name} PUBLIC ${ARG_LIBS} PRIVATE vemra_options)
-  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ARG_LIBS} PRIVATE $<BUILD_INTERFACE:vemra_options>)
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 endfunction()
 
 set(VEMRA_LSAN_OPTIONS

@@ -11,6 +11,7 @@
 #include "app/trees/export.h"
 #include "app/trees/liveness.h"
 #include "app/trees/outline.h"
+#include "app/trees/page/page.h"
 #include "app/trees/search_commands.h"
 #include "app/trees/shared_options.h"
 #include "app/trees/tree_library.h"
@@ -33,6 +34,8 @@ struct TreesOptions
     std::vector<std::string> trees;
     std::size_t depth = std::numeric_limits<std::size_t>::max();
     bool expand = false;
+    std::string html;
+    std::vector<std::string> visits;
     std::string color;
     std::string format = "json";
     std::string out;
@@ -110,8 +113,30 @@ void list(const TreesOptions& options)
         std::cout << all.dump(2) << '\n';
 }
 
+void showPage(const TreesOptions& options)
+{
+    const TreeLibrary library(options.plugin);
+    if (!options.tree.empty())
+        library.expect(options.tree);
+    const std::vector<TreeModel> trees = buildAll(library);
+    const Lives lives = livesOf(library, trees);
+    VisitTable visits;
+    for (const std::string& file : options.visits)
+        visits.add(file, trees);
+    std::ostringstream page;
+    writePage(page, {trees, lives, options.visits.empty() ? nullptr : &visits,
+                     options.tree.empty() ? kFirstTree : options.tree});
+    robot::writeFile(options.html, page.str());
+}
+
 void show(const TreesOptions& options)
 {
+    if (!options.html.empty()) {
+        showPage(options);
+        return;
+    }
+    if (options.tree.empty())
+        throw UserError("expected a TREE, or --html FILE for all trees");
     const TreeLibrary library(options.plugin);
     const TreeModel tree = library.build(options.tree);
     const bool color = colorWanted(options.color);
@@ -185,19 +210,36 @@ void addTreesCommand(CLI::App& program, int& exit_code)
     addPluginOption(list_command, options->plugin);
     list_command.callback([options] { list(*options); });
 
-    CLI::App& show_command =
-        *trees.add_subcommand("show", "A tree as an outline, a node a line, with its ports");
-    show_command.add_option("tree", options->tree, "Name of the tree")->required()->type_name("TREE");
-    show_command.add_option("--depth", options->depth, "Show so many levels; 1 is the root alone")
-        ->type_name("N")
-        ->check(wholeNumber(1));
-    show_command.add_flag(
+    CLI::App& show_command = *trees.add_subcommand(
+        "show", "A tree as an outline, a node a line, with its ports, or all trees as a page");
+    show_command
+        .add_option("tree", options->tree, "Name of the tree; with --html the one that is opened first")
+        ->type_name("TREE");
+    auto* depth =
+        show_command.add_option("--depth", options->depth, "Show so many levels; 1 is the root alone")
+            ->type_name("N")
+            ->check(wholeNumber(1));
+    auto* expand = show_command.add_flag(
         "--expand", options->expand,
         "Go on into the trees that are entered, into each at the first place that enters it");
-    show_command.add_flag(
+    auto* off = show_command.add_flag(
         "--off", options->off,
         "What of the tree can never be ticked, and the constant that does it; in colours it is dimmed "
         "without this");
+    auto* html =
+        show_command
+            .add_option("--html", options->html,
+                        "Write all trees as one page for a browser: it folds, finds, links trees with who "
+                        "enters them and keys with who uses them")
+            ->type_name("FILE")
+            ->excludes(depth)
+            ->excludes(expand)
+            ->excludes(off);
+    show_command
+        .add_option("--visits", options->visits,
+                    "Shade the page by these files that run --visits has written")
+        ->type_name("FILE")
+        ->needs(html);
     addColorOption(show_command, options->color);
     addPluginOption(show_command, options->plugin);
     show_command.callback([options] { show(*options); });

@@ -67,7 +67,11 @@ struct UsedType
 class Writer
 {
 public:
-    explicit Writer(XMLElement& root) : root_(root) {}
+    Writer(XMLElement& root, std::span<const TreeModel> trees) : root_(root)
+    {
+        for (const TreeModel& tree : trees)
+            trees_.insert(tree.name);
+    }
 
     void tree(const TreeModel& tree)
     {
@@ -81,8 +85,12 @@ public:
         XMLElement& model = *root_.InsertNewChildElement("TreeNodesModel");
         for (const auto& [id, used] : used_)
             declare(model, id, used);
-        for (const std::string& id : inner_)
-            model.InsertNewChildElement("SubTree")->SetAttribute("ID", id.c_str());
+        for (const auto& [id, ports] : subtrees_) {
+            XMLElement& element = *model.InsertNewChildElement("SubTree");
+            element.SetAttribute("ID", id.c_str());
+            for (const std::string& port : ports)
+                declarePort(element, "input_port", port, {});
+        }
     }
 
 private:
@@ -98,6 +106,10 @@ private:
         const ModelNode& node = tree.nodes[index];
         if (node.type == BT::NodeType::SUBTREE) {
             innerTree(tree, index, above);
+            return;
+        }
+        if (const std::string entered(enteredTree(node)); trees_.contains(entered)) {
+            reference(node, entered, above);
             return;
         }
         const bool known = knownToEditors(node.id);
@@ -117,6 +129,18 @@ private:
             this->node(tree, child, element);
     }
 
+    void reference(const ModelNode& node, const std::string& entered, XMLElement& above)
+    {
+        XMLElement& element = *above.InsertNewChildElement("SubTree");
+        element.SetAttribute("ID", entered.c_str());
+        if (node.hasOwnName())
+            element.SetAttribute("name", node.name.c_str());
+        for (const auto& [name, text] : node.ports) {
+            element.SetAttribute(name.c_str(), text.c_str());
+            subtrees_[entered].insert(name);
+        }
+    }
+
     void innerTree(const TreeModel& tree, std::size_t index, XMLElement& above)
     {
         const ModelNode& node = tree.nodes[index];
@@ -133,7 +157,7 @@ private:
             if (!bodies.empty())
                 id += "." + std::to_string(bodies.size() + 1);
             bodies.emplace_back(index, id);
-            inner_.insert(id);
+            subtrees_[id];
             if (!node.children.empty())
                 body(tree, id, node.children.front());
         }
@@ -169,7 +193,9 @@ private:
 
     XMLElement& root_;
     std::map<std::string, UsedType> used_;
-    std::set<std::string> inner_;
+    std::set<std::string> trees_;
+    /// Trees that others refer to, and the ports that the references have.
+    std::map<std::string, std::set<std::string>> subtrees_;
     /// Of the tree at hand: the bodies met under an inner name, and the names they got.
     std::map<std::string, std::vector<std::pair<std::size_t, std::string>>> bodies_;
 };
@@ -183,7 +209,7 @@ void exportXml(std::ostream& out, std::span<const TreeModel> trees, const std::s
     XMLElement* root = document.NewElement("root");
     document.InsertEndChild(root);
     root->SetAttribute("main_tree_to_execute", main_tree.c_str());
-    Writer writer(*root);
+    Writer writer(*root, trees);
     for (const TreeModel& tree : trees)
         writer.tree(tree);
     writer.model();

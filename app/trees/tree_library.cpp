@@ -1,5 +1,7 @@
 #include "app/trees/tree_library.h"
 
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <iostream>
 #include <iterator>
@@ -35,9 +37,11 @@ private:
 
 std::filesystem::path ownTreeLibrary()
 {
-    std::error_code fault;
-    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", fault);
-    return self.parent_path().parent_path() / "lib" / "libvemra_tree.so";
+    // Any function of the runtime tells where that is.
+    Dl_info runtime{};
+    if (::dladdr(reinterpret_cast<const void*>(&BT::treeNameOfPath), &runtime) == 0)
+        return "libvemra_tree.so";
+    return std::filesystem::path(runtime.dli_fname).parent_path() / "libvemra_tree.so";
 }
 
 std::string loadTreeLibrary(BT::BehaviorTreeFactory& factory, const std::filesystem::path& file)

@@ -13,7 +13,7 @@ namespace vemra::app {
 /// The tree that a robot starts with.
 inline constexpr const char* kFirstTree = "RobotNode";
 
-/// The library of trees that belongs to this program: ../lib/libvemra_tree.so, seen from the executable.
+/// The library of trees that belongs to this program: libvemra_tree.so beside the runtime that it runs with.
 [[nodiscard]] std::filesystem::path ownTreeLibrary();
 
 /// Loads the library into the factory, and returns what it wrote to standard output meanwhile, so that

@@ -83,6 +83,8 @@ public:
 
     [[nodiscard]] std::string mainTree() const { return root_->Attribute("main_tree_to_execute"); }
     [[nodiscard]] const std::map<std::string, const tinyxml2::XMLElement*>& trees() const { return trees_; }
+    // References to other trees that were counted.
+    [[nodiscard]] std::size_t entered() const { return entered_; }
 
     // Counts the nodes of a tree with its inner trees filled in, and checks each on the way.
     std::size_t count(const std::string& tree) const
@@ -100,8 +102,18 @@ private:
             "Repeat",        "Sequence",      "SequenceStar", "SetBlackboard", "Timeout"};
         const std::string kind = node.Name();
         const char* id = node.Attribute("ID");
-        if (kind == "SubTree")
-            return 1 + count(id);
+        if (kind == "SubTree") {
+            EXPECT_TRUE(trees_.contains(id)) << id;
+            EXPECT_TRUE(declared_.contains("SubTree " + std::string(id))) << id;
+            // An inner tree is part of the tree; one that is entered stands for itself, with its ports.
+            const char* path = node.Attribute("subtree_file_path");
+            if (path == nullptr)
+                return 1 + count(id);
+            ++entered_;
+            EXPECT_THAT(std::string(path), testing::HasSubstr(id));
+            EXPECT_TRUE(declared_.at("SubTree " + std::string(id)).contains("subtree_file_path"));
+            return 1;
+        }
         if (!kKnown.contains(kind)) {
             const auto type = declared_.find(kind + " " + (id != nullptr ? id : ""));
             EXPECT_NE(type, declared_.end()) << kind << " " << (id != nullptr ? id : "");
@@ -122,14 +134,22 @@ private:
     const tinyxml2::XMLElement* root_ = nullptr;
     std::map<std::string, const tinyxml2::XMLElement*> trees_;
     std::map<std::string, std::set<std::string>> declared_;
+    mutable std::size_t entered_ = 0;
 };
 
 TEST(ExportXml, DeclaresAllThatAnEditorDoesNotKnowAndLosesNoNode)
 {
     const EditorFile file(vemraOutput({"trees", "export", "--format", "xml"}));
     EXPECT_EQ(file.mainTree(), "RobotNode");
-    for (const auto& [name, nodes] : exportedNodes())
+    const auto trees = exportedNodes();
+    std::size_t entering = 0;
+    for (const auto& [name, nodes] : trees) {
         EXPECT_EQ(file.count(name), nodes.size()) << name;
+        for (const json& node : nodes)
+            entering += node["id"] == "SubtreeCondition";
+    }
+    // All are in the file, so all are references.
+    EXPECT_EQ(file.entered(), entering);
 }
 
 TEST(ExportXml, KeepsTheOrderAskedForAndTheFirstIsTheMainTree)
@@ -174,6 +194,38 @@ TEST(ExportDot, DrawsEachNodeAndEachEdge)
     EXPECT_THAT(
         vemraOutput({"trees", "export", "OwnLeaf", "--format", "dot", "--plugin", foreignTrees()}),
         testing::HasSubstr("label=\"Whistle\\n(a \\\\ label)\\ntune = a \\\"quoted\\\"\\n<tune> & more\""));
+}
+
+TEST(ExportDot, IsDrawn)
+{
+    const Folder folder;
+    const std::vector<std::string> names{"Back2cm", "Escape", "EscapeCoat", "CrossBridge"};
+    std::vector<std::string> words{"trees", "export", "--format", "dot", "--out", folder / "trees.dot"};
+    words.insert(words.begin() + 2, names.begin(), names.end());
+    vemraOutput(words);
+    const ProgramResult drawn = runProgram({"dot", "-Tsvg", folder / "trees.dot"});
+    EXPECT_EQ(drawn.exit_code, 0) << drawn.err;
+    tinyxml2::XMLDocument picture;
+    ASSERT_EQ(picture.Parse(drawn.out.c_str(), drawn.out.size()), tinyxml2::XML_SUCCESS)
+        << picture.ErrorStr();
+    std::map<std::string, std::size_t> seen;
+    std::vector<std::string> clusters;
+    const std::function<void(const tinyxml2::XMLElement&)> walk = [&](const tinyxml2::XMLElement& element) {
+        if (const char* kind = element.Attribute("class")) {
+            ++seen[kind];
+            if (std::string_view(kind) == "cluster")
+                clusters.emplace_back(element.FirstChildElement("text")->GetText());
+        }
+        for (const auto* e = element.FirstChildElement(); e != nullptr; e = e->NextSiblingElement())
+            walk(*e);
+    };
+    walk(*picture.RootElement());
+    std::size_t nodes = 0;
+    for (const auto& [name, tree] : exportedNodes(names))
+        nodes += tree.size();
+    EXPECT_EQ(seen["node"], nodes);
+    EXPECT_EQ(seen["edge"], nodes - names.size());
+    EXPECT_THAT(clusters, testing::UnorderedElementsAreArray(names));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// A library with a tree that has a name and no description, as a generator leaves it, one that enters it, and
-// one with a leaf that never returns.
+// A library with a tree that has a name and no description, as a generator leaves it, one that enters it, one
+// with a leaf that never returns, and one whose texts are markup elsewhere.
 
 #include <chrono>
 #include <cstdlib>
@@ -32,6 +32,10 @@ BT_REGISTER_NODES(factory)
     using Board = BT::Blackboard::Ptr;
     factory.registerTreeBuilder("Unwritten", [](const BT::BehaviorTreeFactory& make, const Board& board) {
         return alone(make.instantiateTreeNode("AlwaysFailure", "not written", {}, board));
+    });
+    factory.registerTreeBuilder("Markup", [](const BT::BehaviorTreeFactory& make, const Board& board) {
+        return alone(make.instantiateTreeNode("AlwaysSuccess", "a \\ label",
+                                              {{"tune", "a \"quoted\"\n<tune> & </script>"}}, board));
     });
     factory.registerTreeBuilder(
         "EntersUnwritten", [](const BT::BehaviorTreeFactory& make, const Board& board) {

@@ -15,6 +15,7 @@
 #include "robot/services/core/robot_state.h"
 #include "robot/services/core/service.h"
 #include "robot/sketch.h"
+#include "support/tree_library.h"
 
 namespace vemra::robot {
 
@@ -24,7 +25,7 @@ class RobotRig
 public:
     RobotRig(Home home, const PoseMm& at) : world(std::move(home)), body(world, at, Chance(7))
     {
-        factory.registerFromPlugin(VEMRA_LIB_DIR "/libvemra_tree.so");
+        factory.registerFromPlugin(test::treeLibrary());
     }
     virtual ~RobotRig() = default;
     RobotRig(const RobotRig&) = delete;

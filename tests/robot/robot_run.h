@@ -13,6 +13,7 @@
 #include "robot/files.h"
 #include "robot/host/robot.h"
 #include "robot/world/map_file.h"
+#include "support/tree_library.h"
 
 namespace vemra::robot {
 
@@ -26,7 +27,7 @@ public:
         const HomeFile flat = readHome(VEMRA_SOURCE_DIR "/homes/flat/flat.yaml");
         RobotSetup setup{.load_trees =
                              [](BT::BehaviorTreeFactory& factory) {
-                                 factory.registerFromPlugin(VEMRA_LIB_DIR "/libvemra_tree.so");
+                                 factory.registerFromPlugin(test::treeLibrary());
                              },
                          .home = flat.home,
                          .dock = chooseDock(flat, {}).dock,

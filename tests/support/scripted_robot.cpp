@@ -8,6 +8,7 @@
 #include "behaviortree_cpp/actions/always_success_node.h"
 #include "leaves/host/host.h"
 #include "robot/base/clock.h"
+#include "support/tree_library.h"
 
 namespace vemra::test {
 namespace {
@@ -106,7 +107,7 @@ ScriptedRobot::ScriptedRobot()
 {
     keys_->setClock(clock_);
     registerLeaves();
-    factory_.registerFromPlugin(VEMRA_LIB_DIR "/libvemra_tree.so");
+    factory_.registerFromPlugin(treeLibrary());
 }
 
 ScriptedRobot::~ScriptedRobot() = default;

@@ -1,0 +1,17 @@
+# cmake -DOUT=FILE.cpp -DHEADER=H -DNAMESPACE=NS -DTEXTS=NAME=FILE+FILE...|NAME=... -P EmbedText.cmake
+# Writes text files, some of them joined, as constants of the type std::string_view.
+set(source "#include \"${HEADER}\"\n\nnamespace ${NAMESPACE} {\n\n")
+string(REPLACE "|" ";" texts "${TEXTS}")
+foreach(text IN LISTS texts)
+  string(REGEX MATCH "^([^=]+)=(.*)$" parts "${text}")
+  set(name ${CMAKE_MATCH_1})
+  string(REPLACE "+" ";" files "${CMAKE_MATCH_2}")
+  set(content "")
+  foreach(file IN LISTS files)
+    file(READ "${file}" one)
+    string(APPEND content "${one}")
+  endforeach()
+  string(APPEND source "const std::string_view ${name} = R\"TEXT(${content})TEXT\";\n")
+endforeach()
+string(APPEND source "\n}  // namespace ${NAMESPACE}\n")
+file(WRITE ${OUT} "${source}")
