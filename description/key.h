@@ -1,9 +1,11 @@
 #pragma once
 
 /// The keys of the blackboard in tree descriptions: a key is named once, in leaves/catalogue/keys.yaml, and
-/// has the verbs of the language. description/keys.h is made from there.
+/// has the verbs of the language that suit what it holds. description/keys.h is made from there.
 
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "description/tree.h"
 
@@ -27,17 +29,98 @@ struct Key
     [[nodiscard]] Node flag() const { return set(""); }
     [[nodiscard]] Node erase() const { return leaf::EraseBlackboard{name}; }
     [[nodiscard]] Node copy_to(const Key& target) const { return leaf::BlackboardCopy{name, target}; }
-    /// The whole number plus `number`, into itself.
-    [[nodiscard]] Node plus(int number) const
+    /// Keeps what is there, and copies from `other` where there is nothing.
+    [[nodiscard]] Node default_from(const Key& other) const
     {
-        return leaf::IntAdd{.int_a = value(), .int_b = number, .out_sum = name};
+        return FallbackStar(present(), other.copy_to(*this));
     }
+    /// A companion: what it holds now is given back when the scope ends.
+    [[nodiscard]] Node kept() const { return leaf::StackBlackboard{name}; }
 
     // --- tests
     [[nodiscard]] Node present() const { return leaf::BlackboardContains{name}; }
     [[nodiscard]] Node absent() const { return Inverter(leaf::BlackboardContains{name}); }
-    [[nodiscard]] Node is(const char* text) const { return leaf::StringMatch{value(), text}; }
+    [[nodiscard]] Node is(const leaf::Port& text) const { return leaf::StringMatch{value(), text}; }
     [[nodiscard]] Node is_true() const { return is("true"); }
+    /// Passes where it is there, and uses it up.
+    [[nodiscard]] Nodes take() const { return row(present(), erase()); }
+    /// The first of the texts that it is decides.
+    [[nodiscard]] Node is_any(std::initializer_list<const char*> texts) const
+    {
+        Nodes tests;
+        for (const char* text : texts)
+            tests.push_back(is(text));
+        return {"FallbackStar", {{"reset_on_failure", "true"}}, std::move(tests)};
+    }
+};
+
+/// A key that holds a whole number.
+struct IntKey : Key
+{
+    [[nodiscard]] Node set_typed(const leaf::Port& number) const
+    {
+        return leaf::SetBlackboardWithType{.key = name, .type = "int", .value = number};
+    }
+    /// `number` more, into itself.
+    [[nodiscard]] Node plus(const leaf::Port& number) const
+    {
+        return leaf::IntAdd{.int_a = value(), .int_b = number, .out_sum = name};
+    }
+    /// A companion: counts the frames of its scope, on from what it holds.
+    [[nodiscard]] Node counts_frames() const
+    {
+        return leaf::ConditionTimerFrames{.frames_out_key = name, .start_from = value()};
+    }
+    [[nodiscard]] Node counts_seconds() const
+    {
+        return leaf::ConditionTimerSecs{.secs_out_key = name, .start_from = value()};
+    }
+
+    [[nodiscard]] Node above(const leaf::Port& limit) const
+    {
+        return leaf::IsAGreaterThanBInt{.A = value(), .B = limit};
+    }
+    [[nodiscard]] Node below(const leaf::Port& limit) const
+    {
+        return leaf::IsAGreaterThanBInt{.A = limit, .B = value()};
+    }
+};
+
+/// A key that holds a number.
+struct FloatKey : Key
+{
+    [[nodiscard]] Node set_typed(const leaf::Port& number) const
+    {
+        return leaf::SetBlackboardWithType{.key = name, .type = "float", .value = number};
+    }
+    /// `number` more, into `target`.
+    [[nodiscard]] Node plus(const leaf::Port& number, const Key& target) const
+    {
+        return leaf::FloatAdd{.a = value(), .b = number, .out_sum = target};
+    }
+
+    [[nodiscard]] Node above(const leaf::Port& limit) const
+    {
+        return leaf::IsAGreaterThanBFloat{.A = value(), .B = limit};
+    }
+    [[nodiscard]] Node below(const leaf::Port& limit) const
+    {
+        return leaf::IsAGreaterThanBFloat{.A = limit, .B = value()};
+    }
+};
+
+/// A key that holds a truth value.
+struct BoolKey : Key
+{
+    [[nodiscard]] Node set_typed(const leaf::Port& truth) const
+    {
+        return leaf::SetBlackboardWithType{.key = name, .type = "bool", .value = truth};
+    }
+    /// Read as a truth value; the text "1" is true as well.
+    [[nodiscard]] Node holds(const char* truth) const
+    {
+        return leaf::BoolMatch{.bool_a = value(), .bool_b = truth};
+    }
 };
 
 }  // namespace vemra::description

@@ -2,7 +2,8 @@
 
 /// What recurs across the trees, each under one name. Every function returns a fresh copy of its nodes.
 
-#include <initializer_list>
+#include <array>
+#include <concepts>
 #include <string>
 #include <utility>
 
@@ -25,51 +26,52 @@ inline Node switched_off()
     return StringMatch{"false", "true"};
 }
 
+// --- on a condition -----------------------------------------------------------------------------
+
+/// Several steps as one node; a single one stays as it is.
+template <Steps... Children>
+Node steps_as_one(Children&&... steps)
+{
+    Nodes nodes = row(std::forward<Children>(steps)...);
+    if (nodes.size() == 1)
+        return std::move(nodes.front());
+    return SequenceStar(nodes);
+}
+
+/// Does the steps if `given` passes. If it does not, there is nothing to do; a step that fails is a failure.
+template <Steps... Children>
+Node when(Node given, Children&&... steps)
+{
+    return IfThenElseStar(std::move(given), steps_as_one(std::forward<Children>(steps)...), AlwaysSuccess{});
+}
+
+/// Does the steps unless `given` passes.
+template <Steps... Children>
+Node unless(Node given, Children&&... steps)
+{
+    return FallbackStar(std::move(given), steps_as_one(std::forward<Children>(steps)...));
+}
+
 // --- keys ---------------------------------------------------------------------------------------
 
-/// Sets a flag key: its presence is the whole meaning.
-inline Node set_flag(const std::string& key)
+/// Erases several keys, one after the other.
+template <std::convertible_to<Key>... Keys>
+Nodes erase(const Keys&... keys)
 {
-    return SetBlackboard{key, ""};
+    return row(keys.erase()...);
 }
 
-inline Node erase(const std::string& key)
+/// Gives a key back what was `kept` beside it, if anything was.
+inline Node restore(const Key& key, const Key& kept)
 {
-    return EraseBlackboard{key};
+    return ForceSuccess(SequenceStar(kept.present(), kept.copy_to(key), kept.erase()));
 }
 
-inline Node present(const std::string& key)
+/// The robot stands within `distance_mm` of a point.
+inline Node near(const Key& point, const Port& distance_mm)
 {
-    return BlackboardContains{key};
-}
-
-inline Node absent(const std::string& key)
-{
-    return Inverter(BlackboardContains{key});
-}
-
-/// The text under `key` is `text`.
-inline Node key_is(const std::string& key, const std::string& text)
-{
-    return StringMatch{"${" + key + "}", text};
-}
-
-inline Node key_is_true(const std::string& key)
-{
-    return key_is(key, "true");
-}
-
-/// Keeps the value that is there, and sets it by `copy_from` where there is none.
-inline Node default_from(const std::string& key, const std::string& copy_from)
-{
-    return FallbackStar(present(key), BlackboardCopy{.source = copy_from, .target = key});
-}
-
-/// Gives a key back what was kept beside it, if anything was.
-inline Node restore(const std::string& key)
-{
-    return ForceSuccess(
-        SequenceStar(present(key + "_bak"), BlackboardCopy{key + "_bak", key}, erase(key + "_bak")));
+    return ArePointsTooClose{
+        .distance_mm = distance_mm, .point_mm_a = "${current_pose}", .point_mm_b = point.value()};
 }
 
 // --- modes --------------------------------------------------------------------------------------
@@ -80,25 +82,39 @@ inline Node in_mode(const char* mode)
 }
 
 /// The first of several tests that passes decides.
-inline Node any_of(std::vector<Node> tests)
+inline Node any_of(Nodes tests)
 {
     return {"FallbackStar", {{"reset_on_failure", "true"}}, std::move(tests)};
 }
 
-inline Node in_any_mode(std::initializer_list<const char*> modes)
+// Groups of modes, in the order in which they are tested.
+inline constexpr std::array kCleaningModes = {"AutoCleanMode", "PartCleanMode", "SelectAreaCleanMode",
+                                              "DrawAreaCleanMode", "SelectPointCleanMode"};
+inline constexpr std::array kTaskModes = {"AutoCleanMode",        "DrawAreaCleanMode", "SelectAreaCleanMode",
+                                          "SelectPointCleanMode", "FastMapBuildMode",  "PartCleanMode"};
+inline constexpr std::array kModesOnDock = {"ChargingMode", "SleepMode"};
+
+namespace detail {
+
+inline void append_mode(Nodes& tests, const char* mode)
 {
-    std::vector<Node> tests;
+    tests.push_back(in_mode(mode));
+}
+template <std::size_t N>
+void append_mode(Nodes& tests, const std::array<const char*, N>& modes)
+{
     for (const char* mode : modes)
-        tests.push_back(in_mode(mode));
-    return any_of(std::move(tests));
+        append_mode(tests, mode);
 }
 
-/// The text under `key` is one of `texts`.
-inline Node key_is_any(const std::string& key, std::initializer_list<const char*> texts)
+}  // namespace detail
+
+/// In one of modes and groups of modes.
+template <class... Modes>
+Node in_any_mode(const Modes&... modes)
 {
-    std::vector<Node> tests;
-    for (const char* text : texts)
-        tests.push_back(key_is(key, text));
+    Nodes tests;
+    (detail::append_mode(tests, modes), ...);
     return any_of(std::move(tests));
 }
 
@@ -134,46 +150,62 @@ struct TextCase
 };
 
 /// Chooses by the text under `key`.
-inline Node by_text(const std::string& key, const std::vector<TextCase>& rows,
-                    Node otherwise = AlwaysSuccess{})
+inline Node by_text(const Key& key, const std::vector<TextCase>& rows, Node otherwise = AlwaysSuccess{})
 {
     std::vector<Case> cases;
     for (const TextCase& row : rows)
-        cases.push_back({key_is(key, row.text), row.then});
+        cases.push_back({key.is(row.text), row.then});
     return choose(std::move(cases), std::move(otherwise));
 }
 
-// --- leaving a loop -----------------------------------------------------------------------------
+// --- leaving a stretch --------------------------------------------------------------------------
 
-/// The two steps of a stretch that `break_key` ends from within: the key is set back to "false", then `body`
-/// runs until `leave` or its own end.
-inline Nodes until_left(const std::string& break_key, Node body)
+/// A key by which a stretch of a tree is left from within.
+struct BreakKey
 {
-    return row(SetBlackboard{break_key, "false"}, BB_Precondition(break_key, std::move(body)));
-}
+    Key key;
 
-/// Ends the stretch, and waits for the tick on which it is halted.
-inline Nodes leave(const std::string& break_key)
-{
-    return row(SetBlackboard{break_key, "true"}, Delay{1});
-}
+    /// The stretch: the key is set back, then `body` runs until `leave` or its own end.
+    [[nodiscard]] Nodes scope(Node body) const { return row(key.set("false"), guard(std::move(body))); }
+    /// The stretch alone, where the key was set back before.
+    [[nodiscard]] Node guard(Node body) const { return BB_Precondition(key, std::move(body)); }
+    /// Leaves the stretch, and waits for the tick on which it is halted.
+    [[nodiscard]] Nodes leave() const { return row(key.set("true"), Delay{1}); }
+};
 
 // --- senses -------------------------------------------------------------------------------------
 
-/// A sense that does not count while the last of the steps runs; those before it are companions beside it.
+/// Companions: a sensor or virtual edge counts, or does not, while the scope runs. What is held, no younger
+/// scope changes.
+inline Node sensor_off(const char* sensor)
+{
+    return TemporarilyDisableSensor{.lock_status = "false", .sensor = sensor};
+}
+inline Node sensor_on(const char* sensor)
+{
+    return TemporarilyEnableSensor{.lock_status = "false", .sensor = sensor};
+}
+inline Node sensor_held_off(const char* sensor)
+{
+    return TemporarilyDisableSensor{.lock_status = "true", .sensor = sensor};
+}
+inline Node sensor_held_on(const char* sensor)
+{
+    return TemporarilyEnableSensor{.lock_status = "true", .sensor = sensor};
+}
+
+/// A sensor that does not count while the last of the steps runs; those before it are companions beside it.
 template <Steps... Children>
 Node without_sensor(const char* sensor, Children&&... children)
 {
-    return DoWhile(TemporarilyDisableSensor{.lock_status = "false", .sensor = sensor},
-                   std::forward<Children>(children)...);
+    return DoWhile(sensor_off(sensor), std::forward<Children>(children)...);
 }
 
-/// A sense that counts for as long.
+/// A sensor that counts for as long.
 template <Steps... Children>
 Node with_sensor(const char* sensor, Children&&... children)
 {
-    return DoWhile(TemporarilyEnableSensor{.lock_status = "false", .sensor = sensor},
-                   std::forward<Children>(children)...);
+    return DoWhile(sensor_on(sensor), std::forward<Children>(children)...);
 }
 
 // --- steps --------------------------------------------------------------------------------------
@@ -185,8 +217,15 @@ Node optionally(Children&&... steps)
     return ForceSuccess(SequenceStar(std::forward<Children>(steps)...));
 }
 
+/// Runs the steps in order when all before them pass, and fails in any case.
+template <Steps... Children>
+Node fail_after(Children&&... steps)
+{
+    return SequenceStar(std::forward<Children>(steps)..., AlwaysFailure{});
+}
+
 /// A `SequenceStar` of steps that are put together one by one.
-inline Node in_order(std::vector<Node> steps)
+inline Node in_order(Nodes steps)
 {
     return {"SequenceStar", {{"reset_on_failure", "true"}}, std::move(steps)};
 }
@@ -199,10 +238,10 @@ inline Node trace(const std::string& message)
 /// A gate before a motion, open while nobody asks for a check of the cliffs. When asked, the robot stands
 /// still for `pause` until the sensors have settled, and the motion is then given up, unless `pause` ends in
 /// failure.
-inline Node stop_for_cliff_sensors(const Node& pause = Delay{"10"})
+inline Node stop_for_cliff_sensors(const Node& pause = Delay{10})
 {
     return Inverter(
-        Sequence(present("stop_to_check_clif"), SaySomething{"停下来检测悬崖传感器！"}, Stop{}, pause));
+        Sequence(key::stop_to_check_clif.present(), SaySomething{"停下来检测悬崖传感器！"}, Stop{}, pause));
 }
 
 /// A gate before a motion, open while nothing touches. On a bump or a cliff the robot backs off, and the
@@ -222,30 +261,23 @@ inline Node guarded(Node motion)
 /// A turn by `angle_deg` from where the robot looks now. An escape on the way ends it in failure.
 inline Node guarded_turn(const Port& angle_deg, const Port& deg_s)
 {
-    return RetryUntilSuccesful(
-        1, Sequence(SubtreeCondition{"Escape"}, Rotate{.angle_deg = angle_deg,
-                                                       .angular_velocity_deg_s = deg_s,
-                                                       .false_relative_true_absolute = "false"}));
+    return RetryUntilSuccesful(1, guarded(Rotate{.angle_deg = angle_deg,
+                                                 .angular_velocity_deg_s = deg_s,
+                                                 .false_relative_true_absolute = "false"}));
 }
 
 // --- sound --------------------------------------------------------------------------------------
 
-/// Asks for music `number`; "true" in `interrupt` cuts off what plays.
-inline Node music(const char* number, const char* interrupt)
+/// Plays music `number`, and cuts off what plays.
+inline Node play(const Port& number)
 {
-    return SetMusicPlayPara{.Interrupt_En = interrupt, .MusicNumber = number};
+    return SetMusicPlayPara{.Interrupt_En = "true", .MusicNumber = number};
 }
 
-/// Cuts off what plays.
-inline Node play(const char* number)
+/// Plays music `number` after what plays.
+inline Node queue(const Port& number)
 {
-    return music(number, "true");
-}
-
-/// Waits for what plays.
-inline Node queue(const char* number)
-{
-    return music(number, "false");
+    return SetMusicPlayPara{.Interrupt_En = "false", .MusicNumber = number};
 }
 
 }  // namespace vemra::trees

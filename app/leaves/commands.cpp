@@ -105,10 +105,10 @@ void print(std::string_view about, std::span<const leaf::PortContract> ports)
         std::cout << "  " << about << '\n';
     for (const leaf::PortContract& port : ports) {
         std::cout << fmt::format("\n  {}: {}", port.name, leaf::toText(port.type));
-        if (port.required)
-            std::cout << ", needed";
         if (port.default_text)
             std::cout << fmt::format(", \"{}\" unless given", *port.default_text);
+        else if (!port.required)
+            std::cout << ", may be left out";
         std::cout << '\n';
         if (!port.about.empty())
             std::cout << "    " << port.about << '\n';

@@ -76,6 +76,21 @@ private:
     std::string code_;
 };
 
+/// A key has the verbs of what it holds.
+std::string_view keyStruct(leaf::KeyType type)
+{
+    switch (type) {
+        case leaf::KeyType::Int:
+            return "IntKey";
+        case leaf::KeyType::Float:
+            return "FloatKey";
+        case leaf::KeyType::Bool:
+            return "BoolKey";
+        default:
+            return "Key";
+    }
+}
+
 }  // namespace
 
 std::string keysHeaderText(const std::vector<KeyEntry>& keys)
@@ -84,7 +99,7 @@ std::string keysHeaderText(const std::vector<KeyEntry>& keys)
         "{}#pragma once\n\n#include \"description/key.h\"\n\nnamespace vemra::description::key {{\n\n",
         kOrigin);
     for (const KeyEntry& key : keys)
-        out += fmt::format("/// {2} ({3})\ninline constexpr Key {0}{{\"{1}\"}};\n",
+        out += fmt::format("/// {3} ({4})\ninline constexpr {0} {1}{{\"{2}\"}};\n", keyStruct(key.type),
                            isName(key.name) ? key.name : key.name + "_", key.name, key.about,
                            leaf::toText(key.type));
     return out + "\n}  // namespace vemra::description::key\n";

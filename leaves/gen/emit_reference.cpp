@@ -32,8 +32,8 @@ std::string codeList(const std::vector<std::string>& texts)
 std::string portText(const PortEntry& port)
 {
     std::string out = fmt::format("`{}` *{}*: {}", port.name, leaf::toText(port.type), cell(port.about));
-    if (port.required)
-        out += ". Needed";
+    if (!port.required && !port.default_text)
+        out += ". May be left out";
     // The two truth values go without saying.
     if (!port.values.empty() && port.type != leaf::PortType::Bool)
         out += fmt::format(". One of {}", codeList(port.values));
@@ -100,8 +100,8 @@ stops when halted).
 A port is text. `${{key}}` in it is filled in from the blackboard each time the leaf reads it, and numbers and
 truth values may be expressions such as `${{turn_angle}} / 2`. The type says what the text stands for then:
 *text*, *int*, *float*, *bool*; *key*, the name of a key to read or to test; *out_key*, the name of a key to
-write (left empty, nothing is written); *value*, anything the blackboard can hold. A port that is not given
-is not there for the leaf.
+write (left empty, nothing is written); *value*, anything the blackboard can hold. `treegen` refuses a leaf
+that lacks a port, unless the port has a default or may be left out; what is left out is not there for the leaf.
 
 | Family | Leaves | Conditions | Actions |
 |---|---|---|---|

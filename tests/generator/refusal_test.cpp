@@ -56,6 +56,8 @@ TEST(Refusals, UnknownNodesAndPorts)
     EXPECT_THAT(faultsIn(Node("SubtreeCondition", {}, {})),
                 ElementsAre("A: SubtreeCondition: SubtreeCondition lacks port subtree_file_path",
                             "A: SubtreeCondition: SubtreeCondition lacks port expand_in_logger"));
+    EXPECT_THAT(faultsIn(Rotate{.angle_deg = 90, .angular_velocity_deg_s = 60}),
+                ElementsAre("A: Rotate: Rotate lacks port false_relative_true_absolute"));
     EXPECT_THAT(faultsIn(Node("EraseBlackboard", {{"key", "a"}, {"key", "b"}}, {})),
                 ElementsAre("A: EraseBlackboard: port key is given twice"));
 }
@@ -73,9 +75,8 @@ TEST(Refusals, TextsThatCannotBeRead)
               "port frames=\"soon\": expected an integer, a reference or an expression");
     EXPECT_EQ(faultOf(Loop("1.5", kLeaf)),
               "port num_cycles=\"1.5\": expected an integer, a reference or an expression");
-    EXPECT_EQ(
-        faultOf(Rotate{.angle_deg = "${yaw} +"}),
-        "port angle_deg=\"${yaw} +\": expected a number, a reference or an expression that can be read");
+    EXPECT_EQ(faultOf(Delay{"${yaw} +"}),
+              "port ticks=\"${yaw} +\": expected an integer, a reference or an expression that can be read");
     EXPECT_EQ(
         faultOf(BoolMatch{.bool_a = "${a} > > 1", .bool_b = "true"}),
         "port bool_a=\"${a} > > 1\": expected a truth value, a reference or an expression that can be read");
@@ -83,6 +84,7 @@ TEST(Refusals, TextsThatCannotBeRead)
               "port value=\"many\": expected an integer, a reference or an expression");
     EXPECT_EQ(faultOf(SetBlackboardWithType{.key = "k", .type = "text", .value = "a"}),
               "port type=\"text\": expected one of: bool, float, int");
+    EXPECT_EQ(faultOf(RelocMap{"begin"}), "port reloc_state=\"begin\": expected one of: start, end");
     EXPECT_EQ(faultOf(ParallelNode(3, kLeaf, kLeaf)),
               "port threshold=\"3\": expected 1 to the number of children, 2");
 }

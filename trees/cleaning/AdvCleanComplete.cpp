@@ -4,8 +4,8 @@
 // robot hands it over and waits for the end.
 TREE(AdvCleanComplete)
 {
-    return SequenceStar(SaySomething{"AdvCleanComplete.xml wifi"}, erase("AdvCleanCompleteEnd"),
-                        SetBlackboard{"AdvCleanCompleteStart", "true"},
-                        RetryUntilSuccesful(-1, present("AdvCleanCompleteEnd")),
-                        erase("AdvCleanCompleteEnd"));
+    return SequenceStar(SaySomething{"AdvCleanComplete.xml wifi"}, key::AdvCleanCompleteEnd.erase(),
+                        key::AdvCleanCompleteStart.set("true"),
+                        RetryUntilSuccesful(-1, key::AdvCleanCompleteEnd.present()),
+                        key::AdvCleanCompleteEnd.erase());
 }

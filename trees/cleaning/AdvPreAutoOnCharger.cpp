@@ -6,46 +6,45 @@ namespace {
 Node settle_move_while_charging()
 {
     return optionally(
-        present("moved_during_lowpower"), erase("moved_during_lowpower"),
-        key_is_any("task_state", {"lowpower", "area_lowpower", "zone_lowpower", "point_lowpower"}),
-        SetBlackboard{"moved_during_pause", "true"}, set_flag("moved_flag_for_calc_charger"));
+        key::moved_during_lowpower.take(),
+        key::task_state.is_any({"lowpower", "area_lowpower", "zone_lowpower", "point_lowpower"}),
+        key::moved_during_pause.set("true"), key::moved_flag_for_calc_charger.flag());
 }
 
 // A stored map may be taken over without a look around, as the dock's place on it is known.
 Node offer_stored_map()
 {
     return ForceSuccess(Named(
-        "force reuse", SequenceStar(optionally(key_is("task_state", "init"), UpdateReuseAppMap{"on_charger"},
-                                               SetBlackboard{"mica_on_charger", "true"}),
-                                    IsReuseInfoExist{}, SetBlackboard{"reuse_from_charger", "false"},
-                                    BlackboardCopy{"current_pose", "on_charger_pose"})));
+        "force reuse", SequenceStar(optionally(key::task_state.is("init"), UpdateReuseAppMap{"on_charger"},
+                                               key::mica_on_charger.set("true")),
+                                    IsReuseInfoExist{}, key::reuse_from_charger.set("false"),
+                                    key::current_pose.copy_to(key::on_charger_pose))));
 }
 
 Node leave_dock()
 {
-    return SequenceStar(
-        SetBlackboard{"start_from_charger", "true"}, SetBlackboard{"record_charge_pose_start", "true"},
-        SetBlackboard{"reuse_relocalize_just_in_init", "true"}, offer_stored_map(), SlamPrestart{}, Delay{20},
-        erase("moved_flag_for_calc_charger"), erase("odom_pos_before"),
-        BlackboardCopy{"current_odom", "odom_pos_before"}, SubtreeCondition{"PreAutoOnCharger"},
-        set_flag("clean_start_vw_check"), SaySomething{"退出后退动作1"});
+    return SequenceStar(key::start_from_charger.set("true"), key::record_charge_pose_start.set("true"),
+                        key::reuse_relocalize_just_in_init.set("true"), offer_stored_map(), SlamPrestart{},
+                        Delay{20}, erase(key::moved_flag_for_calc_charger, key::odom_pos_before),
+                        key::current_odom.copy_to(key::odom_pos_before), SubtreeCondition{"PreAutoOnCharger"},
+                        key::clean_start_vw_check.flag(), SaySomething{"退出后退动作1"});
 }
 
 // Off the dock, its pose still holds where nobody has moved the robot since.
 Node keep_dock_pose_or_not(const char* kept)
 {
-    return IfThenElseStar(SequenceStar(FallbackStar(SequenceStar(key_is_true("record_charge_pose_start"),
-                                                                 key_is("task_state", "init"),
+    return IfThenElseStar(SequenceStar(FallbackStar(SequenceStar(key::record_charge_pose_start.is_true(),
+                                                                 key::task_state.is("init"),
                                                                  SaySomething{"need to calc charge pose..."}),
-                                                    present("from_charge_fake_flag")),
-                                       key_is("robot_moved", "false")),
-                          SequenceStar(SetBlackboard{"start_from_charger", "true"}, SaySomething{kept}),
-                          SetBlackboard{"start_from_charger", "false"});
+                                                    key::from_charge_fake_flag.present()),
+                                       key::robot_moved.is("false")),
+                          SequenceStar(key::start_from_charger.set("true"), SaySomething{kept}),
+                          key::start_from_charger.set("false"));
 }
 
 Node no_turn_needed()
 {
-    return SequenceStar(SetBlackboard{"rotate_target_angle", "0"}, SaySomething{"退出后退动作2"});
+    return SequenceStar(key::rotate_target_angle.set(0), SaySomething{"退出后退动作2"});
 }
 
 Node back_off_beside_dock()
@@ -68,10 +67,11 @@ TREE(AdvPreAutoOnCharger)
 {
     return Sequence(
         first_escape(),
-        optionally(SaySomething{"进入后退动作"}, erase("on_charger_pose"), erase("reuse_from_charger"),
-                   erase("clean_start_vw_check"), SetMapDrawMode{.draw_mode = "None"},
-                   erase("moved_flag_for_calc_charger"), settle_move_while_charging(),
-                   choose({{FallbackStar(GotCharger{}, present("just_on_charger")), leave_dock()},
+        optionally(SaySomething{"进入后退动作"},
+                   erase(key::on_charger_pose, key::reuse_from_charger, key::clean_start_vw_check),
+                   SetMapDrawMode{.draw_mode = "None"}, key::moved_flag_for_calc_charger.erase(),
+                   settle_move_while_charging(),
+                   choose({{FallbackStar(GotCharger{}, key::just_on_charger.present()), leave_dock()},
                            {DoesRobotGetChargerSigCheck{}, back_off_beside_dock()}},
                           stay())));
 }

@@ -5,32 +5,32 @@ namespace {
 // A schedule that comes when the rooms are nearly done goes on with them.
 Node scheduled_start()
 {
-    return SequenceStar(IfThenElseStar(SequenceStar(key_is("task_state", "completing"),
-                                                    key_is("last_clean_mode", "SelectAreaCleanMode")),
+    return SequenceStar(IfThenElseStar(SequenceStar(key::task_state.is("completing"),
+                                                    key::last_clean_mode.is("SelectAreaCleanMode")),
                                        SequenceStar(SaySomething{"Areaselect order in completing process"},
-                                                    SetBlackboard{"task_state", "area_cleaning"}),
+                                                    key::task_state.set("area_cleaning")),
                                        SaySomething{"Areaselect normal  order process"}),
-                        play("9"), SetBlackboard{"start_clean_method_app", "6"});
+                        play(9), key::start_clean_method_app.set(6));
 }
 
 Node take_new_rooms()
 {
-    return optionally(BoolMatch{"${is_ordering_task}", "false"},
-                      FallbackStar(present("Areas_Clean_Set_List_Ping"),
+    return optionally(key::is_ordering_task.holds("false"),
+                      FallbackStar(key::Areas_Clean_Set_List_Ping.present(),
                                    SequenceStar(BoolMatch{"${SwitchCleanSet} == 1", "true"},
                                                 ForceFailure(SetSelectAreaCleanList{}))),
-                      BlackboardCopy{"Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List"},
-                      BlackboardCopy{"Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List_Pong"},
-                      erase("Areas_Clean_Set_List_Ping"), SetSelectAreaCleanList{});
+                      key::Areas_Clean_Set_List_Ping.copy_to(key::Areas_Clean_Set_List),
+                      key::Areas_Clean_Set_List_Ping.copy_to(key::Areas_Clean_Set_List_Pong),
+                      key::Areas_Clean_Set_List_Ping.erase(), SetSelectAreaCleanList{});
 }
 
 Node clean_rooms()
 {
     return SequenceStar(
-        choose_map_of_rooms(), SetBlackboard{"is_draw_area_cleaning", "false"},
-        whichever_way(SequenceStar(restart_after_error(), SubtreeCondition{"CleanSelectedAreas.xml"}),
-                      row(SetBlackboard{"segment_map_info", "segment_map"}, erase("order_map"),
-                          erase("order_map_original"))));
+        choose_map_of_rooms(), key::is_draw_area_cleaning.set("false"),
+        whichever_way(
+            SequenceStar(restart_after_error(), SubtreeCondition{"CleanSelectedAreas.xml"}),
+            row(key::segment_map_info.set("segment_map"), erase(key::order_map, key::order_map_original))));
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ Node clean_rooms()
 TREE(AreaSelectModeIndex)
 {
     return IfThenElseStar(
-        SequenceStar(IsReuseInfoExist{}, present("segment_map")),
+        SequenceStar(IsReuseInfoExist{}, key::segment_map.present()),
         cleaning_task(
             {.states = {"area_cleaning", "area_lowpower", "area_lowpower_pause"},
              .task_type = "AreaClean",
@@ -49,19 +49,19 @@ TREE(AreaSelectModeIndex)
              .take_input = row(PresetBlackboardForMaps{}, SetSelectAreaCleanList{}),
              .mode_gate_early = row(NeedInitialAutoMode{}),
              .entry_message = "enter area clean,task state is",
-             .presets_after = row(erase("have_trapped_type")),
+             .presets_after = row(key::have_trapped_type.erase()),
 
              .scheduled_start = scheduled_start(),
-             .start_music = play("56"),
+             .start_music = play(56),
              .leave_dock = SubtreeCondition{"AdvPreAutoOnCharger"},
 
              .closed_search_states = states({"search_charge"}),
-             .mark_reloc = row(SetBlackboard{"select_area_reloc_flag", "true"}),
+             .mark_reloc = row(key::select_area_reloc_flag.set("true")),
              .no_restart_message = "no need restart  area",
              .other_task = row(
                  states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
                          "cleaning", "lowpower", "point_cleaning", "point_lowpower"}),
-                 SequenceStar(key_is("task_state", "precleaning"), last_mode_was_not("SelectAreaCleanMode"))),
+                 SequenceStar(key::task_state.is("precleaning"), last_mode_was_not("SelectAreaCleanMode"))),
              .give_up_old_task = clean_the_home_instead(),
 
              .companions = row(go_home_when_called("clean_area")),

@@ -7,39 +7,38 @@ namespace {
 
 Node scheduled_music()
 {
-    return IfThenElseStar(
-        SequenceStar(switched_off(), DoesTuobuInstall{}),
-        SequenceStar(SaySomething{"set breakpoint here."}, SetBlackboard{"breakpoint_wash", "true"},
-                     IfThenElseStar(key_is_true("app_mop_mode"), play("130"), play("129"))),
-        play("9"));
+    return IfThenElseStar(SequenceStar(switched_off(), DoesTuobuInstall{}),
+                          SequenceStar(SaySomething{"set breakpoint here."}, key::breakpoint_wash.set("true"),
+                                       IfThenElseStar(key::app_mop_mode.is_true(), play(130), play(129))),
+                          play(9));
 }
 
 // A schedule closes the task that is open, unless that is a clean of the whole home.
 Node scheduled_start()
 {
-    const auto begin = [] { return row(scheduled_music(), SetBlackboard{"start_clean_method_app", "7"}); };
+    const auto begin = [] { return row(scheduled_music(), key::start_clean_method_app.set(7)); };
     return IfThenElseStar(
-        key_is_any("task_state", {"init", "precleaning", "completing", "complete"}), SequenceStar(begin()),
-        SequenceStar(
-            begin(),
-            IfThenElseStar(key_is("task_state", "search_charge"), SubtreeCondition{"SearchChargeEnding"},
-                           IfThenElseStar(key_is_any("task_state", {"cleaning", "lowpower"}), AlwaysSuccess{},
-                                          SubtreeCondition{"AdvCleanComplete"}))));
+        key::task_state.is_any({"init", "precleaning", "completing", "complete"}), SequenceStar(begin()),
+        SequenceStar(begin(),
+                     choose({{key::task_state.is("search_charge"), SubtreeCondition{"SearchChargeEnding"}},
+                             {key::task_state.is_any({"cleaning", "lowpower"}), AlwaysSuccess{}}},
+                            SubtreeCondition{"AdvCleanComplete"})));
 }
 
 Node start_music()
 {
-    return IfThenElseStar(switched_off(),
-                          IfThenElseStar(key_is_true("app_mop_mode"), play("61"),
-                                         IfThenElseStar(switched_off(), play("126"), play("105"))),
-                          IfThenElseStar(DoesRobotUsingWaterBox{}, play("61"), play("7")));
+    return choose(
+        {{switched_off(),
+          choose({{key::app_mop_mode.is_true(), play(61)}, {switched_off(), play(126)}}, play(105))},
+         {DoesRobotUsingWaterBox{}, play(61)}},
+        play(7));
 }
 
 Node note_mapping_run()
 {
-    return optionally(erase("mapping_no_reloc"), present("AutoMappingClean"),
-                      SetBlackboard{"mapping_no_reloc", "true"},
-                      SetBlackboard{"disable_reuse_reloc_once", "true"}, erase("AutoMappingClean"));
+    return optionally(key::mapping_no_reloc.erase(), key::AutoMappingClean.present(),
+                      key::mapping_no_reloc.set("true"), key::disable_reuse_reloc_once.set("true"),
+                      key::AutoMappingClean.erase());
 }
 
 // --- restart or resume --------------------------------------------------------------------------
@@ -51,36 +50,36 @@ Node give_up_old_task()
     return SequenceStar(
         ForceSuccess(SubtreeCondition{"AdvCleanComplete"}),
         ForceFailure(IfThenElseStar(
-            present("clean_relo_fail_reuse_relo_succ"),
-            SequenceStar(erase("clean_relo_fail_reuse_relo_succ"), play("54"),
-                         SubtreeCondition{"ReuseRestartCleaning"}, SetBlackboard{"no_restart_flag", "true"}),
-            SequenceStar(queue("31"),
+            key::clean_relo_fail_reuse_relo_succ.present(),
+            SequenceStar(key::clean_relo_fail_reuse_relo_succ.erase(), play(54),
+                         SubtreeCondition{"ReuseRestartCleaning"}, key::no_restart_flag.set("true")),
+            SequenceStar(queue(31),
                          IfThenElseStar(switched_off(),
                                         SequenceStar(SaySomething{"reloc failed change mode to standby4..."},
-                                                     Stop{}, set_flag("need_to_standby")),
+                                                     Stop{}, key::need_to_standby.flag()),
                                         SequenceStar(SubtreeCondition{"RestartCleaning"},
-                                                     SetBlackboard{"no_restart_flag", "true"}))))));
+                                                     key::no_restart_flag.set("true")))))));
 }
 
 // --- the run ------------------------------------------------------------------------------------
 
 Nodes turn_start_pose()
 {
-    return row(optionally(present("start_from_charger_yaw_deg"),
+    return row(optionally(key::start_from_charger_yaw_deg.present(),
                           PlainPoseMmSetYaw{"start_from_charger_pose", "${start_from_charger_yaw_deg}"},
-                          BlackboardCopy{"start_from_charger_pose", "only_charger_in_map"},
-                          erase("start_from_charger_yaw_deg")));
+                          key::start_from_charger_pose.copy_to(key::only_charger_in_map),
+                          key::start_from_charger_yaw_deg.erase()));
 }
 
 // On a map without rooms the cloth is washed by the clock.
 Node wash_by_the_clock()
 {
-    return SequenceStar(present("reuse_cleaning"), on_map_with_rooms("false"));
+    return SequenceStar(key::reuse_cleaning.present(), on_map_with_rooms("false"));
 }
 
 Node wash_condition()
 {
-    return SequenceStar(uses_mop(), present("wash_mop_mode"),
+    return SequenceStar(uses_mop(), key::wash_mop_mode.present(),
                         FallbackStar(BoolMatch{"${wash_mop_mode} > 0", "true"}, wash_by_the_clock()));
 }
 
@@ -90,25 +89,25 @@ Node account_washes()
         return AlwaysSuccess{.area_reset = reset, .ticks = "999999999", .run_once = "0"};
     };
     return IfThenElseStar(
-        SequenceStar(uses_mop(), present("wash_mop_mode")),
+        SequenceStar(uses_mop(), key::wash_mop_mode.present()),
         Fallback(Sequence(BoolMatch{"${wash_mop_mode} > 0", "true"}, area("${wash_mop_mode}")),
-                 Sequence(present("reuse_cleaning"), on_map_with_rooms("false"), area("5"))),
+                 Sequence(key::reuse_cleaning.present(), on_map_with_rooms("false"), area("5"))),
         Delay{999999999});
 }
 
 // Once chosen, room by room holds for the whole task.
 Node goes_room_by_room()
 {
-    return FallbackStar(
-        BoolMatch{"${is_ordering_task}", "true"}, present("automode_in_segment_map"),
-        SequenceStar(on_map_with_rooms(), present("segments_layer"), set_flag("automode_in_segment_map")));
+    return FallbackStar(key::is_ordering_task.holds("true"), key::automode_in_segment_map.present(),
+                        SequenceStar(on_map_with_rooms(), key::segments_layer.present(),
+                                     key::automode_in_segment_map.flag()));
 }
 
 Node clean_rooms()
 {
-    return DoWhile(StackBlackboard{"enable_overall_follow_wall"},
-                   SequenceStar(optionally(switched_off(), set_flag("enable_overall_follow_wall")),
-                                IfThenElseStar(present("enable_overall_follow_wall"),
+    return DoWhile(key::enable_overall_follow_wall.kept(),
+                   SequenceStar(optionally(switched_off(), key::enable_overall_follow_wall.flag()),
+                                IfThenElseStar(key::enable_overall_follow_wall.present(),
                                                SubtreeCondition{"CleanSelectedAreas", "true"},
                                                SubtreeCondition{"CleanSelectedAreas", "false"})));
 }
@@ -116,52 +115,50 @@ Node clean_rooms()
 Node room_by_room()
 {
     return SequenceStar(
-        SetAutomodeCleaningArea{}, choose_map_of_rooms(), SetBlackboard{"is_draw_area_cleaning", "false"},
-        whichever_way(
-            SequenceStar(restart_after_error(), clean_rooms()),
-            row(IfThenElseStar(present("segment_map"), SetBlackboard{"segment_map_info", "segment_map"},
-                               erase("segment_map_info")),
-                erase("order_map"), erase("order_map_original"))));
+        SetAutomodeCleaningArea{}, choose_map_of_rooms(), key::is_draw_area_cleaning.set("false"),
+        whichever_way(SequenceStar(restart_after_error(), clean_rooms()),
+                      row(IfThenElseStar(key::segment_map.present(), key::segment_map_info.set("segment_map"),
+                                         key::segment_map_info.erase()),
+                          erase(key::order_map, key::order_map_original))));
 }
 
 // The preset of a new pass leaves these alone.
 Node preset_second_pass()
 {
-    return DoWhile(StackBlackboard{"subregion_fixed"}, StackBlackboard{"subregion_offset_grid"},
-                   StackBlackboard{"subregion_offset_x_fix"}, StackBlackboard{"subregion_offset_y_fix"},
-                   StackBlackboard{"clean_time_for_app"}, StackBlackboard{"mop_dirty"}, PresetBlackboard{});
+    return DoWhile(key::subregion_fixed.kept(), key::subregion_offset_grid.kept(),
+                   key::subregion_offset_x_fix.kept(), key::subregion_offset_y_fix.kept(),
+                   key::clean_time_for_app.kept(), key::mop_dirty.kept(), PresetBlackboard{});
 }
 
 // A small home is cleaned twice.
 Node second_pass()
 {
     return SequenceStar(
-        erase("small_area_clean_second_time"), SetBlackboard{"small_area_clean_second_time", "true"},
+        key::small_area_clean_second_time.erase(), key::small_area_clean_second_time.set("true"),
         optionally(wash_condition(),
                    AlwaysSuccess{.area_reset = "${wash_mop_mode}", .ticks = "999999999", .run_once = "1"}),
 
-        SetBlackboard{"reset_map_remain_submap", "true"}, ResetMap{}, erase("reset_map_remain_submap"),
-        LaserReset{}, SetBlackboard{"origin_in_enclave", "false"}, erase("oe_map_snap"), preset_second_pass(),
+        key::reset_map_remain_submap.set("true"), ResetMap{}, key::reset_map_remain_submap.erase(),
+        LaserReset{}, key::origin_in_enclave.set("false"), key::oe_map_snap.erase(), preset_second_pass(),
 
-        SetBlackboard{"gong_complete", "false"}, SetBlackboard{"gong_vertically", "true"},
-        set_flag("second_time_cleaning"),
-        IntAdd{"${follow_wall_frames_consumption}", "-6000", "follow_wall_frames_consumption"},
+        key::gong_complete.set("false"), key::gong_vertically.set("true"), key::second_time_cleaning.flag(),
+        key::follow_wall_frames_consumption.plus(-6000),
         SubtreeCondition{"RecursiveAutoMode_FollowGong.xml"});
 }
 
 Node whole_home()
 {
-    return SequenceStar(restart_after_error(), SubtreeCondition{"RecursiveAutoMode_FollowGong.xml"},
-                        FallbackStar(present("second_time_cleaning"),
-                                     IsAGreaterThanBInt{"${clean_time_for_app}", "600"}, second_pass()));
+    return SequenceStar(
+        restart_after_error(), SubtreeCondition{"RecursiveAutoMode_FollowGong.xml"},
+        FallbackStar(key::second_time_cleaning.present(), key::clean_time_for_app.above(600), second_pass()));
 }
 
 // --- the end ------------------------------------------------------------------------------------
 
 Node done_music()
 {
-    return IfThenElseStar(switched_off(),
-                          IfThenElseStar(key_is_true("app_mop_mode"), play("144"), play("143")), play("12"));
+    return IfThenElseStar(switched_off(), IfThenElseStar(key::app_mop_mode.is_true(), play(144), play(143)),
+                          play(12));
 }
 
 }  // namespace
@@ -179,9 +176,10 @@ TREE(AutoModeIndex)
          .take_input = row(PresetBlackboardForMaps{}),
          .mode_gate_late = row(NeedInitialAutoMode{}),
          .entry_message = "enter auto clean,task state is",
-         .presets_before = row(erase("carpet_check_changed")),
-         .presets_after = row(SetBlackboard{"reset_mop_line", "true"}, erase("have_trapped_type"),
-                              erase("automode_in_segment_map"), SetBlackboard{"new_start", "true"}),
+         .presets_before = row(key::carpet_check_changed.erase()),
+         .presets_after =
+             row(key::reset_mop_line.set("true"), erase(key::have_trapped_type, key::automode_in_segment_map),
+                 key::new_start.set("true")),
 
          .scheduled_start = scheduled_start(),
          .start_music = start_music(),
@@ -189,12 +187,12 @@ TREE(AutoModeIndex)
          .mapping_run = row(note_mapping_run()),
 
          .closed_search_states = states({"search_charge", "map_cleaning"}),
-         .mark_reloc = row(SetBlackboard{"auto_mode_reloc_flag", "true"}),
+         .mark_reloc = row(key::auto_mode_reloc_flag.set("true")),
          .no_restart_message = "no need restart",
          .other_task =
              row(states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
                          "area_cleaning", "area_lowpower", "point_cleaning", "point_lowpower"}),
-                 SequenceStar(key_is("task_state", "precleaning"), last_mode_was_not("AutoCleanMode"))),
+                 SequenceStar(key::task_state.is("precleaning"), last_mode_was_not("AutoCleanMode"))),
          .give_up_old_task = give_up_old_task(),
 
          .turn_start_pose = turn_start_pose(),

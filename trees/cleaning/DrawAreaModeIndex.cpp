@@ -4,9 +4,9 @@ namespace {
 
 Node take_new_rectangles()
 {
-    return optionally(present("Draw_Area_Set_Ping"), BlackboardCopy{"Draw_Area_Set_Ping", "Draw_Area_Set"},
-                      BlackboardCopy{"Draw_Area_Set_Ping", "Draw_Area_Set_Pong"}, erase("Draw_Area_Set_Ping"),
-                      erase("reset_zone_cleaning"));
+    return optionally(key::Draw_Area_Set_Ping.present(), key::Draw_Area_Set_Ping.copy_to(key::Draw_Area_Set),
+                      key::Draw_Area_Set_Ping.copy_to(key::Draw_Area_Set_Pong),
+                      erase(key::Draw_Area_Set_Ping, key::reset_zone_cleaning));
 }
 
 }  // namespace
@@ -23,21 +23,21 @@ TREE(DrawAreaModeIndex)
          .take_input = row(PresetBlackboardForMaps{}, SetDrawAreaSegmentMap{}),
          .mode_gate_early = row(NeedInitialAutoMode{}),
          .entry_message = "enter zone clean,task state is",
-         .presets_after = row(erase("have_trapped_type")),
+         .presets_after = row(key::have_trapped_type.erase()),
 
-         .scheduled_start = play("9"),
-         .start_music = play("57"),
+         .scheduled_start = play(9),
+         .start_music = play(57),
          .leave_dock = SubtreeCondition{"AdvPreAutoOnCharger"},
 
          .closed_search_states = states({"search_charge"}),
-         .mark_reloc = row(SetBlackboard{"draw_area_reloc_flag", "true"}),
-         .forget_input = row(erase("reset_zone_cleaning")),
+         .mark_reloc = row(key::draw_area_reloc_flag.set("true")),
+         .forget_input = row(key::reset_zone_cleaning.erase()),
          .no_restart_message = "no need restart  draw",
-         .other_task = row(
-             states({"completing", "charge", "part_cleaning", "cleaning", "lowpower", "area_cleaning",
-                     "area_lowpower", "point_cleaning", "point_lowpower"}),
-             present("reset_zone_cleaning"),
-             SequenceStar(key_is("task_state", "precleaning"), Inverter(key_is("task_type", "ZoneClean")))),
+         .other_task =
+             row(states({"completing", "charge", "part_cleaning", "cleaning", "lowpower", "area_cleaning",
+                         "area_lowpower", "point_cleaning", "point_lowpower"}),
+                 key::reset_zone_cleaning.present(),
+                 SequenceStar(key::task_state.is("precleaning"), Inverter(key::task_type.is("ZoneClean")))),
          .give_up_old_task = clean_the_home_instead(),
 
          .companions = row(go_home_when_called("clean_draw")),

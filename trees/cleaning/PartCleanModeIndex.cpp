@@ -4,21 +4,20 @@ namespace {
 
 Node show_status()
 {
-    return IfThenElseStar(switched_off(), SetBlackboard{"robot_status", "clean_mop"},
-                          IfThenElseStar(switched_off(), SetBlackboard{"robot_status", "clean_sweep_mop"},
-                                         SetBlackboard{"robot_status", "clean_part_sweep"}));
+    return choose({{switched_off(), key::robot_status.set("clean_mop")},
+                   {switched_off(), key::robot_status.set("clean_sweep_mop")}},
+                  key::robot_status.set("clean_part_sweep"));
 }
 
 Node start_music()
 {
-    return IfThenElseStar(switched_off(), play("127"),
-                          IfThenElseStar(switched_off(), play("128"), play("8")));
+    return choose({{switched_off(), play(127)}, {switched_off(), play(128)}}, play(8));
 }
 
 Node turn_first()
 {
     return IfThenElseStar(
-        present("skip_first_rotate"), erase("skip_first_rotate"),
+        key::skip_first_rotate.present(), key::skip_first_rotate.erase(),
         ForceSuccess(Sequence(SubtreeCondition{"EscapeCoat"}, ActionDecorator(SubtreeCondition{"Back2cm"}),
                               SetMapDrawMode{.draw_mode = "None"}, turn_half_round())));
 }
@@ -27,22 +26,20 @@ Node turn_first()
 Node clean_spot()
 {
     return DoWhile(
-        SetBlackboard{"part_clean_appmap_flag", "true"}, set_flag("gridmap_token_draw_map"),
-        MoveCleanSysModeSet{}, SubtreeCondition{"auto_cleanmode_set.xml"},
-        TemporarilyDisableSensor{.lock_status = "false", .sensor = "PolygonVirtualWall"},
-        IfThenElse(
-            RobotPowerGetLowerThan{"15"},
-            SequenceStar(SetBlackboard{"task_state", "part_lowpower"}, play("48"), go_home(), Delay{5}),
-            Sequence(ConditionTimerSecs{.secs_out_key = "clean_time_for_app", .start_from = "0"},
-                     SubtreeCondition{"NeighborCleaningMode.xml"})));
+        key::part_clean_appmap_flag.set("true"), key::gridmap_token_draw_map.flag(), MoveCleanSysModeSet{},
+        SubtreeCondition{"auto_cleanmode_set.xml"}, sensor_off("PolygonVirtualWall"),
+        IfThenElse(RobotPowerGetLowerThan{"15"},
+                   SequenceStar(key::task_state.set("part_lowpower"), play(48), go_home(), Delay{5}),
+                   Sequence(ConditionTimerSecs{.secs_out_key = "clean_time_for_app", .start_from = "0"},
+                            SubtreeCondition{"NeighborCleaningMode.xml"})));
 }
 
 Node done()
 {
     return SequenceStar(
-        SetBlackboard{"task_state", "completing"},
+        key::task_state.set("completing"),
         SaySomething{"PartClean complete, set task_state = completing to make cleanlog cf = 1"},
-        SubtreeCondition{"AdvCleanComplete"}, play("12"));
+        SubtreeCondition{"AdvCleanComplete"}, play(12));
 }
 
 Node shut_in()
@@ -58,30 +55,29 @@ TREE(PartCleanModeIndex)
     return DoWhile(
         StepUtility{.new_step_status = "Open", .need_trace_invalid = "true"},
         SubtreeCondition{"WashModeJudge"},
-        SequenceStar(
-            Stop{}, erase("skip_first_rotate"), SubtreeCondition{"WashBeforeClean"},
-            erase("robot_standby_flag"), erase("need_back_mode_temp"), erase("need_back_mode_changed"),
-            SubtreeCondition{"AdvPreAutoOnCharger"}, erase("have_trapped_type"),
-            SetBlackboard{"kicked", "false"},
+        SequenceStar(Stop{}, key::skip_first_rotate.erase(), SubtreeCondition{"WashBeforeClean"},
+                     erase(key::robot_standby_flag, key::need_back_mode_temp, key::need_back_mode_changed),
+                     SubtreeCondition{"AdvPreAutoOnCharger"}, key::have_trapped_type.erase(),
+                     key::kicked.set("false"),
 
-            show_status(), SetBlackboard{"tof_reset_map", "1"},
-            Loop(15, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"}), set_mop_gear(),
-            start_music(), Led_Mode_Set{"BUTTON_LED_PartCleaning"}, SubtreeCondition{"OtherModePreset"},
-            SaySomething{"Start PartClean Mode!"},
+                     show_status(), key::tof_reset_map.set(1),
+                     Loop(15, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"}),
+                     set_mop_gear(), start_music(), Led_Mode_Set{"BUTTON_LED_PartCleaning"},
+                     SubtreeCondition{"OtherModePreset"}, SaySomething{"Start PartClean Mode!"},
 
-            SetBlackboard{"task_state", "part_cleaning"}, SetBlackboard{"disable_reuse_reloc_once", "true"},
-            optionally(present("start_from_charger"), SetBlackboard{"start_from_charger", "false"}),
-            SubtreeCondition{"AdvRestartCleaning"}, SlamStart{}, SubtreeCondition{"ForceDelay"},
-            MotionActionAccount{"current_motion_type", "Motion", "Gong"},
+                     key::task_state.set("part_cleaning"), key::disable_reuse_reloc_once.set("true"),
+                     optionally(key::start_from_charger.present(), key::start_from_charger.set("false")),
+                     SubtreeCondition{"AdvRestartCleaning"}, SlamStart{}, SubtreeCondition{"ForceDelay"},
+                     MotionActionAccount{"current_motion_type", "Motion", "Gong"},
 
-            SetBlackboard{"moved_during_pause", "false"}, SetBlackboard{"last_clean_mode", "PartCleanMode"},
-            SetBlackboard{"record_charge_pose_start", "false"}, SetBlackboard{"robot_moved", "false"},
-            erase("from_charge_fake_flag"), SetBlackboardWithType{"current_area_val", "int", "0"},
-            SetBlackboard{"rotate_target_angle", "0"}, erase("breakpoint_wash"), erase("mop_is_dirty"),
+                     key::moved_during_pause.set("false"), key::last_clean_mode.set("PartCleanMode"),
+                     key::record_charge_pose_start.set("false"), key::robot_moved.set("false"),
+                     key::from_charge_fake_flag.erase(), key::current_area_val.set_typed(0),
+                     key::rotate_target_angle.set(0), erase(key::breakpoint_wash, key::mop_is_dirty),
 
-            turn_first(), SubtreeCondition{"PreprocessDealsBeforeCleaning.xml"},
-            set_flag("Have_Clean_Before_AutoDust"), ForceSuccess(SubtreeCondition{"Back2cm"}),
+                     turn_first(), SubtreeCondition{"PreprocessDealsBeforeCleaning.xml"},
+                     key::Have_Clean_Before_AutoDust.flag(), ForceSuccess(SubtreeCondition{"Back2cm"}),
 
-            IfThenElseStar(clean_spot(), done(), shut_in()), SetBlackboard{"clean_task_end", "true"},
-            go_to_standby()));
+                     IfThenElseStar(clean_spot(), done(), shut_in()), key::clean_task_end.set("true"),
+                     go_to_standby()));
 }

@@ -4,9 +4,9 @@ namespace {
 
 Node take_new_point()
 {
-    return optionally(present("Select_Point_Set_Ping"),
-                      BlackboardCopy{"Select_Point_Set_Ping", "Select_Point_Set"},
-                      erase("Select_Point_Set_Ping"), erase("reset_point_cleaning"));
+    return optionally(key::Select_Point_Set_Ping.present(),
+                      key::Select_Point_Set_Ping.copy_to(key::Select_Point_Set),
+                      erase(key::Select_Point_Set_Ping, key::reset_point_cleaning));
 }
 
 }  // namespace
@@ -23,20 +23,20 @@ TREE(PointSelectModeIndex)
          .take_input = row(PresetBlackboardForMaps{}, SetPointCleaningArea{}, SetDrawAreaSegmentMap{}),
          .mode_gate_early = row(NeedInitialAutoMode{}),
          .entry_message = "enter point clean,task state is",
-         .presets_after = row(erase("have_trapped_type")),
+         .presets_after = row(key::have_trapped_type.erase()),
 
-         .scheduled_start = play("9"),
-         .start_music = play("76"),
+         .scheduled_start = play(9),
+         .start_music = play(76),
          .leave_dock = SubtreeCondition{"AdvPreAutoOnCharger"},
 
          .closed_search_states = states({"search_charge"}),
-         .forget_input = row(erase("reset_point_cleaning")),
+         .forget_input = row(key::reset_point_cleaning.erase()),
          .no_restart_message = "no need restart  point select",
-         .other_task = row(
-             states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
-                     "area_cleaning", "area_lowpower", "cleaning", "lowpower"}),
-             present("reset_point_cleaning"),
-             SequenceStar(key_is("task_state", "precleaning"), last_mode_was_not("SelectPointCleanMode"))),
+         .other_task =
+             row(states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
+                         "area_cleaning", "area_lowpower", "cleaning", "lowpower"}),
+                 key::reset_point_cleaning.present(),
+                 SequenceStar(key::task_state.is("precleaning"), last_mode_was_not("SelectPointCleanMode"))),
          .give_up_old_task = clean_the_home_instead(),
 
          .companions = row(go_home_when_called("clean_point")),

@@ -8,9 +8,8 @@ Node watch_for_calibration()
 {
     return SubTree("${infrared_calibration}",
                    SequenceStar(PointToPointDist{"a_b_dist", "${current_odom}", "${back_origin_pose}"},
-                                optionally(IsAGreaterThanBFloat{"${a_b_dist}", "250"},
-                                           IsAGreaterThanBFloat{"500", "${a_b_dist}"},
-                                           SetBlackboard{"need_infrared_calibration", "true"})));
+                                optionally(key::a_b_dist.above(250), key::a_b_dist.below(500),
+                                           key::need_infrared_calibration.set("true"))));
 }
 
 Node back_off_dock()
@@ -40,26 +39,24 @@ Node judge_on_a_plane()
         "JudgeOnAPlane",
         FallbackStar(
             IfOnAPlane{"200"},
-            SequenceStar(SetBlackboard{"Cnt", "0"},
-                         Fallback(IfOnAPlane{"400"},
-                                  ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
-                         SaySomething{"${Cnt}"},
-                         ForceSuccess(SequenceStar(Inverter(IsAGreaterThanBInt{"50", "${Cnt}"}),
-                                                   Frameout(100, DetachNode{"-80"}))),
-                         IsAGreaterThanBInt{"${Cnt}", "140"}, SetBlackboard{"Leans_Cnt", "0"},
-                         Fallback(IfOnAPlane{"500"}, ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"),
-                                                                                       DetachNode{"-80"})))),
-                         SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBInt{"${Leans_Cnt}", "45"},
-                         set_flag("robot_leans_charger"))));
+            SequenceStar(
+                key::Cnt.set(0),
+                Fallback(IfOnAPlane{"400"},
+                         ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
+                SaySomething{"${Cnt}"},
+                ForceSuccess(SequenceStar(Inverter(key::Cnt.below(50)), Frameout(100, DetachNode{"-80"}))),
+                key::Cnt.above(140), key::Leans_Cnt.set(0),
+                Fallback(IfOnAPlane{"500"},
+                         ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), DetachNode{"-80"})))),
+                SaySomething{"${Leans_Cnt}"}, key::Leans_Cnt.above(45), key::robot_leans_charger.flag())));
 }
 
 Node turn_back_to_start()
 {
     return FallbackStar(NotTrapped{},
-                        RetryUntilSuccesful(1, Sequence(SubtreeCondition{"Escape"},
-                                                        Rotate{.angle_deg = "${back_origin_yaw}",
-                                                               .angular_velocity_deg_s = "60",
-                                                               .false_relative_true_absolute = "true"})));
+                        RetryUntilSuccesful(1, guarded(Rotate{.angle_deg = "${back_origin_yaw}",
+                                                              .angular_velocity_deg_s = "60",
+                                                              .false_relative_true_absolute = "true"})));
 }
 
 }  // namespace
@@ -69,11 +66,11 @@ TREE(PreAutoOnCharger)
 {
     return Named(
         "PreAutoOnCharger",
-        SequenceStar(
-            SetBlackboard{"reset_mop_line", "true"}, account_motion("Detach"),
-            SetBlackboard{"rotate_target_angle", "180"}, BlackboardCopy{"current_yaw_deg", "back_origin_yaw"},
-            BlackboardCopy{"current_odom", "back_origin_pose"}, SetMapDrawMode{.draw_mode = "None"},
-            optionally(SlamIsResumable{}, Delay{100}), back_off_dock(), ForceSuccess(judge_on_a_plane()),
-            set_flag("infrared_calibration_finished"), optionally(present("detach_origin_yaw"), ModifyYaw{}),
-            turn_back_to_start(), Stop{}, account_motion("Stop")));
+        SequenceStar(key::reset_mop_line.set("true"), account_motion("Detach"),
+                     key::rotate_target_angle.set(180), key::current_yaw_deg.copy_to(key::back_origin_yaw),
+                     key::current_odom.copy_to(key::back_origin_pose), SetMapDrawMode{.draw_mode = "None"},
+                     optionally(SlamIsResumable{}, Delay{100}), back_off_dock(),
+                     ForceSuccess(judge_on_a_plane()), key::infrared_calibration_finished.flag(),
+                     optionally(key::detach_origin_yaw.present(), ModifyYaw{}), turn_back_to_start(), Stop{},
+                     account_motion("Stop")));
 }

@@ -4,7 +4,7 @@
 TREE(PreprocessDealsBeforeCleaning)
 {
     return Sequence(first_escape(),
-                    DoWhile(StackBlackboard{"navi_target_point"},
+                    DoWhile(key::navi_target_point.kept(),
                             SequenceStar(GenerateVirtualWalls{}, SubtreeCondition{"CheckInVirtualWall.xml"},
-                                         erase("clean_start_vw_check"))));
+                                         key::clean_start_vw_check.erase())));
 }

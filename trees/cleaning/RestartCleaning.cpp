@@ -13,18 +13,18 @@ Node turned_more_than_half()
 Node look_around()
 {
     return ForceSuccess(Sequence(
-        BoolMatch{"true", "true"}, BlackboardCopy{"current_odom_yaw_deg", "start_odom_yaw"},
-        BlackboardCopy{"current_yaw_deg", "start_yaw"}, SubtreeCondition{"Escape"},
+        BoolMatch{"true", "true"}, key::current_odom_yaw_deg.copy_to(key::start_odom_yaw),
+        key::current_yaw_deg.copy_to(key::start_yaw), SubtreeCondition{"Escape"},
         ActionDecorator(SubtreeCondition{"Back2cm"}), SaySomething{"GetIMUPose 1"}, InitRollPitchCheck{},
-        DoWhile(RollPitchMinMaxUpdate{},
-                Sequence(SubtreeCondition{"Escape"}, Rotate{.angle_deg = "360",
-                                                            .angular_velocity_deg_s = "60",
-                                                            .false_relative_true_absolute = "false"}),
-                Sequence(InDockField{}, SetBlackboard{"robot_indock", "true"}), turned_more_than_half()),
-        Stop{}, set_flag("skip_first_rotate"), GetIMUPose{"IMU_POSE_TurnEnd"}, SaySomething{"GetIMUPose 2"},
+        DoWhile(
+            RollPitchMinMaxUpdate{},
+            guarded(Rotate{
+                .angle_deg = "360", .angular_velocity_deg_s = "60", .false_relative_true_absolute = "false"}),
+            Sequence(InDockField{}, key::robot_indock.set("true")), turned_more_than_half()),
+        Stop{}, key::skip_first_rotate.flag(), GetIMUPose{"IMU_POSE_TurnEnd"}, SaySomething{"GetIMUPose 2"},
         note_drift_on_dock(),
-        SetBlackboardWithType{"start_from_charger_yaw_deg", "float",
-                              "${current_yaw_deg} - ${current_odom_yaw_deg} + ${start_odom_yaw}"}));
+        key::start_from_charger_yaw_deg.set_typed(
+            "${current_yaw_deg} - ${current_odom_yaw_deg} + ${start_odom_yaw}")));
 }
 
 }  // namespace
@@ -35,22 +35,20 @@ TREE(RestartCleaning)
     return Sequence(
         first_escape(),
         SequenceStar(
-            erase("virtual_wall_lines"), erase("virtual_wall_rects"), erase("virtual_wall_mop_rects"),
+            erase(key::virtual_wall_lines, key::virtual_wall_rects, key::virtual_wall_mop_rects),
             GetTimeUsInt64{"cleaning_start_time_us"},
             FromFloatToPlainPoseMm{
                 .coord_x_mm = "0", .coord_y_mm = "0", .out_key = "initial_pose", .yaw_deg = "0"},
-            SetOdometry{"${initial_pose}"}, ResetMap{}, SlamReset{},
-            SetBlackboardWithType{"reuse_cleaning", "int", "0"},
+            SetOdometry{"${initial_pose}"}, ResetMap{}, SlamReset{}, key::reuse_cleaning.set_typed(0),
 
             look_around(),
 
             PresetBlackboard{},
-            reset_task({.after_clean_complete = row(erase("restart_cleaning_from_err_mode")),
-                        .before_origin_in_enclave = row(SetBlackboard{"do_not_reset_trial_token", "false"}),
-                        .before_warning = row(SetBlackboard{"pretend_reuse_cleaning", "false"},
-                                              SetBlackboard{"reset_mop_line", "true"},
-                                              SetBlackboard{"need_clean_steps", "true"},
-                                              erase("pretend_reuse_cleaning_token")),
-                        .at_end = row(forget_start(), erase("virtual_wall_temp_flag"),
-                                      erase("last_scan_pose"), erase("last_review_pose"))})));
+            reset_task({.after_clean_complete = row(key::restart_cleaning_from_err_mode.erase()),
+                        .before_origin_in_enclave = row(key::do_not_reset_trial_token.set("false")),
+                        .before_warning =
+                            row(key::pretend_reuse_cleaning.set("false"), key::reset_mop_line.set("true"),
+                                key::need_clean_steps.set("true"), key::pretend_reuse_cleaning_token.erase()),
+                        .at_end = row(forget_start(), erase(key::virtual_wall_temp_flag, key::last_scan_pose,
+                                                            key::last_review_pose))})));
 }

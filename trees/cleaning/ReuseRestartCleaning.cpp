@@ -12,8 +12,8 @@ Node decide_on_map()
                 ForceFailure(Log{"err",
                                  "ReuseRestartCleaning while slam is not resumable. map_id_in_map_ids = "
                                  "${map_id_in_map_ids}"})),
-            BoolMatch{"${map_id_in_map_ids}", "true"}),
-        GetReuseInfoInitValue{"reuse_cleaning"}, SetBlackboardWithType{"reuse_cleaning", "int", "4"});
+            key::map_id_in_map_ids.holds("true")),
+        GetReuseInfoInitValue{"reuse_cleaning"}, key::reuse_cleaning.set_typed(4));
 }
 
 }  // namespace
@@ -21,16 +21,16 @@ Node decide_on_map()
 // Begins the task on the stored map.
 TREE(ReuseRestartCleaning)
 {
-    return SequenceStar(GetTimeUsInt64{"cleaning_start_time_us"},
-                        BlackboardCopy{"current_pose", "initial_pose"}, ResetMap{}, PresetBlackboard{},
-                        reset_task({}),
+    return SequenceStar(
+        GetTimeUsInt64{"cleaning_start_time_us"}, key::current_pose.copy_to(key::initial_pose), ResetMap{},
+        PresetBlackboard{}, reset_task({}),
 
-                        decide_on_map(),
+        decide_on_map(),
 
-                        erase("virtual_wall_temp_flag"), SetVirtualWallFromReuse{},
-                        IfThenElseStar(present("pretend_reuse_cleaning_token"),
-                                       SequenceStar(erase("pretend_reuse_cleaning_token"),
-                                                    SetBlackboard{"pretend_reuse_cleaning", "true"}),
-                                       SetBlackboard{"pretend_reuse_cleaning", "false"}),
-                        forget_start());
+        key::virtual_wall_temp_flag.erase(), SetVirtualWallFromReuse{},
+        IfThenElseStar(
+            key::pretend_reuse_cleaning_token.present(),
+            SequenceStar(key::pretend_reuse_cleaning_token.erase(), key::pretend_reuse_cleaning.set("true")),
+            key::pretend_reuse_cleaning.set("false")),
+        forget_start());
 }

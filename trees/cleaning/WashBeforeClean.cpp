@@ -5,9 +5,9 @@ namespace {
 Node wash_is_due()
 {
     return SequenceStar(DoesRobotGetCharger{},
-                        FallbackStar(present("need_back_station"), present("breakpoint_wash_flag"),
-                                     present("breakpoint_wash"), key_is("task_state", "init"),
-                                     key_is("task_state", "precleaning")),
+                        FallbackStar(key::need_back_station.present(), key::breakpoint_wash_flag.present(),
+                                     key::breakpoint_wash.present(), key::task_state.is("init"),
+                                     key::task_state.is("precleaning")),
                         DoesTuobuInstall{});
 }
 
@@ -16,28 +16,28 @@ Node wash()
     return SequenceStar(
         SaySomething{"first clean wash..."}, ResetMapCleanData{},
 
-        erase("wash_handle"), erase("wash_dry_time_ticks"), erase("wash_dry_pause_falg"),
-        erase("dry_procssing"), erase("station_err_sewage"), SetBlackboard{"station_button_value", "normal"},
-        StopWashHandle{},
+        erase(key::wash_handle, key::wash_dry_time_ticks, key::wash_dry_pause_falg, key::dry_procssing,
+              key::station_err_sewage),
+        key::station_button_value.set("normal"), StopWashHandle{},
 
-        set_flag("handle_wash_task"), set_flag("need_to_standby"), SetWashStatus{"WASH_RUNNING"}, Delay{10},
-        SetBlackboard{"StationNotNormal", "false"}, set_flag("not_change_mode"), play("106"),
-        SetBlackboard{"err_recover_flag", "true"}, SetBlackboard{"robot_status", "clean_washing"}, Delay{5},
+        key::handle_wash_task.flag(), key::need_to_standby.flag(), SetWashStatus{"WASH_RUNNING"}, Delay{10},
+        key::StationNotNormal.set("false"), key::not_change_mode.flag(), play(106),
+        key::err_recover_flag.set("true"), key::robot_status.set("clean_washing"), Delay{5},
 
         SetWashStatus{"WASH_IDLE"}, SweepStationContorl{"101"}, Delay{50}, SetWashStatus{"WASH_IDLE"},
-        StopWashHandle{}, SetBlackboardWithType{"mop_dirty", "float", "0"},
+        StopWashHandle{}, key::mop_dirty.set_typed(0),
 
-        erase("handle_wash_task"), erase("need_to_standby"), erase("not_change_mode"),
-        erase("err_recover_flag"), SaySomething{"stop wash handle..."});
+        erase(key::handle_wash_task, key::need_to_standby, key::not_change_mode, key::err_recover_flag),
+        SaySomething{"stop wash handle..."});
 }
 
 // A robot that was taken off in the middle of the wash does not clean with a dirty cloth.
 Node no_wash()
 {
-    return SequenceStar(erase("breakpoint_wash_flag"), erase("breakpoint_wash"),
-                        optionally(DoesTuobuInstall{}, present("need_to_standby"),
-                                   key_is_any("task_state", {"init", "precleaning"}), go_to_standby()),
-                        erase("need_to_standby"));
+    return SequenceStar(erase(key::breakpoint_wash_flag, key::breakpoint_wash),
+                        optionally(DoesTuobuInstall{}, key::need_to_standby.present(),
+                                   key::task_state.is_any({"init", "precleaning"}), go_to_standby()),
+                        key::need_to_standby.erase());
 }
 
 }  // namespace
@@ -45,5 +45,5 @@ Node no_wash()
 // The station washes the cloth before a task begins. Switched off in this product.
 TREE(WashBeforeClean)
 {
-    return IfThenElseStar(switched_off(), IfThenElseStar(wash_is_due(), wash(), no_wash()), AlwaysSuccess{});
+    return when(switched_off(), IfThenElseStar(wash_is_due(), wash(), no_wash()));
 }

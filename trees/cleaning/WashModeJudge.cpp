@@ -4,7 +4,7 @@ namespace {
 
 Node status_of(const char* mop_mode, const char* status)
 {
-    return SequenceStar(key_is("robot_mop_mode", mop_mode), SetBlackboard{"robot_status", status});
+    return SequenceStar(key::robot_mop_mode.is(mop_mode), key::robot_status.set(status));
 }
 
 }  // namespace
@@ -12,7 +12,7 @@ Node status_of(const char* mop_mode, const char* status)
 // Shows the app whether the robot sweeps, mops or does both.
 TREE(WashModeJudge)
 {
-    return optionally(present("robot_mop_mode"),
+    return optionally(key::robot_mop_mode.present(),
                       Fallback(status_of("0", "clean_sweep"), status_of("1", "clean_mop"),
                                status_of("2", "clean_sweep_mop"), SaySomething{"mop mode error..."}));
 }

@@ -70,50 +70,48 @@ inline Nodes states(std::initializer_list<const char*> texts)
 {
     Nodes tests;
     for (const char* text : texts)
-        tests.push_back(key_is("task_state", text));
+        tests.push_back(key::task_state.is(text));
     return tests;
 }
 
 /// The mode of the last clean was another one.
 inline Node last_mode_was_not(const char* mode)
 {
-    return SequenceStar(present("last_clean_mode"), Inverter(key_is("last_clean_mode", mode)));
+    return SequenceStar(key::last_clean_mode.present(), Inverter(key::last_clean_mode.is(mode)));
 }
 
 /// The user's settings are put back after a scheduled clean.
 inline Node restore_clean_mode()
 {
-    return optionally(key_is_true("cleanmode_restore"), erase("cleanmode_restore"), RestoreCleanMode{});
+    return optionally(key::cleanmode_restore.is_true(), key::cleanmode_restore.erase(), RestoreCleanMode{});
 }
 
 /// A trap is reported once a task: as a closed door where little floor can be reached.
 inline Node report_trap()
 {
-    return optionally(absent("have_trapped_type"),
+    return optionally(key::have_trapped_type.absent(),
                       IfThenElseStar(AreaCheck{.source_point = "${current_coord}", .threshold = "400"},
-                                     SequenceStar(set_flag("close_door_trapped"), Delay{50}),
-                                     SequenceStar(set_flag("automode_trapped"), Delay{50})));
+                                     SequenceStar(key::close_door_trapped.flag(), Delay{50}),
+                                     SequenceStar(key::automode_trapped.flag(), Delay{50})));
 }
 
 /// Which map of rooms a task with an order of rooms uses.
 inline Node choose_map_of_rooms()
 {
-    return IfThenElseStar(SequenceStar(BoolMatch{"${is_ordering_task}", "true"}, present("order_map")),
-                          SetBlackboard{"segment_map_info", "order_map"},
-                          SetBlackboard{"segment_map_info", "segment_map"});
+    return IfThenElseStar(SequenceStar(key::is_ordering_task.holds("true"), key::order_map.present()),
+                          key::segment_map_info.set("order_map"), key::segment_map_info.set("segment_map"));
 }
 
 /// After an error the little that was cleaned is cleaned again.
 inline Node restart_after_error()
 {
-    return optionally(present("restart_cleaning_from_err_mode"), erase("restart_cleaning_from_err_mode"),
-                      CleanAreaTooSmall{}, ResetMap{});
+    return optionally(key::restart_cleaning_from_err_mode.take(), CleanAreaTooSmall{}, ResetMap{});
 }
 
 /// `work`, and after it `steps`, whichever way it ends.
 inline Node whichever_way(const Node& work, const Nodes& steps)
 {
-    return IfThenElseStar(work, SequenceStar(steps, AlwaysSuccess{}), SequenceStar(steps, AlwaysFailure{}));
+    return IfThenElseStar(work, SequenceStar(steps, AlwaysSuccess{}), fail_after(steps));
 }
 
 /// The robot turns once before the map is used.

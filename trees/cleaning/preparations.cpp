@@ -25,14 +25,14 @@ Node calc_charger_position_or_not()
     return optionally(
         SaySomething{"进入CalcChargerPositionOrNot"}, SlamPreend{},
         IfThenElseStar(
-            present("OdomAfterCopied"), erase("OdomAfterCopied"),
-            SequenceStar(erase("odom_pos_after"), BlackboardCopy{"current_odom", "odom_pos_after"})),
+            key::OdomAfterCopied.present(), key::OdomAfterCopied.erase(),
+            SequenceStar(key::odom_pos_after.erase(), key::current_odom.copy_to(key::odom_pos_after))),
         ForceSuccess(
-            choose({{present("moved_flag_for_calc_charger"),
-                     SequenceStar(erase("moved_flag_for_calc_charger"), erase("start_from_charger_pose"))},
-                    {key_is_true("start_from_charger"), CalcChargerPosition{"charger_position"}}},
-                   erase("start_from_charger_pose"))),
-        erase("calcu_chargerpos"), SaySomething{"退出CalcChargerPositionOrNot"});
+            choose({{key::moved_flag_for_calc_charger.present(),
+                     SequenceStar(erase(key::moved_flag_for_calc_charger, key::start_from_charger_pose))},
+                    {key::start_from_charger.is_true(), CalcChargerPosition{"charger_position"}}},
+                   key::start_from_charger_pose.erase())),
+        key::calcu_chargerpos.erase(), SaySomething{"退出CalcChargerPositionOrNot"});
 }
 
 }  // namespace vemra::trees

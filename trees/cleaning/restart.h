@@ -18,23 +18,24 @@ struct TaskReset
 /// The keys of a task as they are before it begins.
 inline Nodes reset_task(const TaskReset& differences)
 {
-    return row(erase("robot_trajectory"), erase("follow_trajectory"), erase("only_charger_in_map"),
-               erase("first_potential_charger"), erase("first_potential_charger_failed"),
-               erase("second_potential_charger"), erase("second_potential_charger_failed"),
-               erase("origin_point"), erase("has_charger_in_map"), erase("clean_complete"),
-               erase("second_time_cleaning"), differences.after_clean_complete, erase("lowpower_coord_save"),
-               erase("generate_points"), erase("current_area_val"), erase("reuse_automode"),
-               SetBlackboard{"gong_complete", "false"}, differences.before_origin_in_enclave,
-               SetBlackboard{"origin_in_enclave", "false"}, SetBlackboard{"search_charger_time", "0"},
-               SetBlackboard{"explore_init", "true"}, SetBlackboard{"appmap_reset_flag", "true"},
-               differences.before_warning, differences.at_end);
+    return row(
+        erase(key::robot_trajectory, key::follow_trajectory, key::only_charger_in_map,
+              key::first_potential_charger, key::first_potential_charger_failed,
+              key::second_potential_charger, key::second_potential_charger_failed, key::origin_point,
+              key::has_charger_in_map, key::clean_complete, key::second_time_cleaning),
+        differences.after_clean_complete,
+        erase(key::lowpower_coord_save, key::generate_points, key::current_area_val, key::reuse_automode),
+        key::gong_complete.set("false"), differences.before_origin_in_enclave,
+        key::origin_in_enclave.set("false"), key::search_charger_time.set(0), key::explore_init.set("true"),
+        key::appmap_reset_flag.set("true"), differences.before_warning, differences.at_end);
 }
 
 /// The marks of a start on a stored map are used up.
 inline Nodes forget_start()
 {
-    return row(erase("on_charger_pose"), erase("reuse_from_charger"), erase("just_damode_reuse_failed"),
-               erase("disable_reuse_reloc_once"), ClearUpdateWarning{}, erase("clear_map_flag"));
+    return row(erase(key::on_charger_pose, key::reuse_from_charger, key::just_damode_reuse_failed,
+                     key::disable_reuse_reloc_once),
+               ClearUpdateWarning{}, key::clear_map_flag.erase());
 }
 
 }  // namespace vemra::trees

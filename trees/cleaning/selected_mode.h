@@ -9,22 +9,22 @@ namespace vemra::trees {
 /// A task on a lost map becomes a clean of the whole home, without a sound.
 inline Node clean_the_home_instead()
 {
-    return ForceFailure(SequenceStar(
-        queue("31"), SubtreeCondition{"AdvCleanComplete"}, SetBlackboard{"WorkStartMusic_shield", "true"},
-        SetBlackboard{"moved_during_pause", "false"}, SetBlackboard{"task_state", "init"},
-        SetBlackboard{"just_damode_reuse_failed", "true"}, ChangeRobotModeTo{.IsAimMode_Auto = "true"}));
+    return ForceFailure(
+        SequenceStar(queue(31), SubtreeCondition{"AdvCleanComplete"}, key::WorkStartMusic_shield.set("true"),
+                     key::moved_during_pause.set("false"), key::task_state.set("init"),
+                     key::just_damode_reuse_failed.set("true"), ChangeRobotModeTo{.IsAimMode_Auto = "true"}));
 }
 
 /// The station calls the robot home in between.
 inline Node go_home_when_called(const char* continue_work)
 {
-    return optionally(present("need_back_station"), SaySomething{"need back to home..."},
-                      SetBlackboard{"continue_work", continue_work}, go_home());
+    return optionally(key::need_back_station.present(), SaySomething{"need back to home..."},
+                      key::continue_work.set(continue_work), go_home());
 }
 
 inline Node wash_by_area()
 {
-    return SequenceStar(uses_mop(), present("wash_mop_mode"), BoolMatch{"${wash_mop_mode} > 0", "true"});
+    return SequenceStar(uses_mop(), key::wash_mop_mode.present(), BoolMatch{"${wash_mop_mode} > 0", "true"});
 }
 
 inline Node account_washes_by_area()
@@ -46,8 +46,8 @@ inline Nodes end_selected_task()
     return row(
         restore_clean_mode(),
         ForceSuccess(FallbackStar(
-            present("have_trapped_type"),
-            SequenceStar(present("prompt_zone_not_reached"), set_flag("have_trapped_type")), play("12"))),
+            key::have_trapped_type.present(),
+            SequenceStar(key::prompt_zone_not_reached.present(), key::have_trapped_type.flag()), play(12))),
         Delay{5}, go_home());
 }
 
@@ -55,7 +55,7 @@ inline Nodes end_selected_task()
 inline Node clean_drawn(const Node& set_area)
 {
     return IfThenElseStar(set_area,
-                          SequenceStar(SetBlackboard{"is_draw_area_cleaning", "true"}, restart_after_error(),
+                          SequenceStar(key::is_draw_area_cleaning.set("true"), restart_after_error(),
                                        SubtreeCondition{"CleanSelectedAreas.xml"}),
                           go_to_standby());
 }
@@ -63,7 +63,7 @@ inline Node clean_drawn(const Node& set_area)
 /// Where a selected task stopped for low power.
 inline Nodes note_place_of_low_power()
 {
-    return row(BlackboardCopy{"current_coord", "lowpower_coord_save"});
+    return row(key::current_coord.copy_to(key::lowpower_coord_save));
 }
 
 }  // namespace vemra::trees

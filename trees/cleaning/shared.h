@@ -32,20 +32,20 @@ inline Node quiet_cleaning_system()
 /// The mop's gear, where there is a mop.
 inline Node set_mop_gear()
 {
-    return optionally(present("mop_mode"), RobotMopGearSet{"34"});
+    return optionally(key::mop_mode.present(), RobotMopGearSet{"34"});
 }
 
 /// The heading drifted while the robot stood on its dock.
 inline Node note_drift_on_dock()
 {
-    return optionally(key_is_true("start_from_charger"), DoesInitialIMUPoseDriftEnable{},
-                      set_flag("IMUInitDriftEvent"));
+    return optionally(key::start_from_charger.is_true(), DoesInitialIMUPoseDriftEnable{},
+                      key::IMUInitDriftEvent.flag());
 }
 
 /// The cloth is used in this task.
 inline Node uses_mop()
 {
-    return BoolMatch{"${use_mop}", "true"};
+    return key::use_mop.holds("true");
 }
 
 /// The task runs on a stored map that is cut into rooms.

@@ -13,7 +13,7 @@ Node go_to_target()
 Node stop_at_same_target()
 {
     return IfThenElseStar(points_within("10", "${navi_target_point}", "${navi_target_point_for_comp}"),
-                          ForceFailure(erase("navi_target_point_for_comp")), go_to_target());
+                          ForceFailure(key::navi_target_point_for_comp.erase()), go_to_target());
 }
 
 Node subregion_planner()
@@ -39,11 +39,11 @@ TREE(AutoMode_GongFollow)
         Sequence(
             SubtreeCondition{"EscapeCoat"},
             Named("AutoMode",
-                  DoWhile(ConditionTimerFrames{.frames_out_key = "automode_frames_consumption",
-                                               .start_from = "${automode_frames_consumption}"},
-                          TraceLogger{},
-                          SequenceStar(default_from("origin_point", "current_coord"),
-                                       restore("subregion_offset_grid"), restore("subregion_offset_x_fix"),
-                                       restore("subregion_offset_y_fix"), subregion_planner(), Stop{})))),
+                  DoWhile(key::automode_frames_consumption.counts_frames(), TraceLogger{},
+                          SequenceStar(key::origin_point.default_from(key::current_coord),
+                                       restore(key::subregion_offset_grid, key::subregion_offset_grid_bak),
+                                       restore(key::subregion_offset_x_fix, key::subregion_offset_x_fix_bak),
+                                       restore(key::subregion_offset_y_fix, key::subregion_offset_y_fix_bak),
+                                       subregion_planner(), Stop{})))),
         SubtreeCondition{"BackToMapLimit.xml"});
 }

@@ -4,8 +4,8 @@ namespace {
 
 Node cleanup()
 {
-    return SubTree("Cleanup", SequenceStar(erase("prefer_direction"), erase("first_contact_point"),
-                                           erase("contact_point")));
+    return SubTree("Cleanup",
+                   SequenceStar(erase(key::prefer_direction, key::first_contact_point, key::contact_point)));
 }
 
 // First to the last clear spot of the track, then to the map's origin.
@@ -22,18 +22,18 @@ Node drive_straight()
 // A metre to the right, then two to the left.
 Node choose_side()
 {
-    return IfThenElseStar(key_is("prefer_direction", "Right"),
+    return IfThenElseStar(key::prefer_direction.is("Right"),
                           FallbackStar(points_within("1000", "${current_pose}", "${first_contact_point}"),
-                                       SequenceStar(SetBlackboard{"prefer_direction", "Left"},
-                                                    BlackboardCopy{"current_pose", "first_contact_point"})),
+                                       SequenceStar(key::prefer_direction.set("Left"),
+                                                    key::current_pose.copy_to(key::first_contact_point))),
                           points_within("2000", "${current_pose}", "${first_contact_point}"));
 }
 
 Node pass_obstacle()
 {
-    return optionally(default_from("first_contact_point", "current_pose"), choose_side(), NotTrapped{},
+    return optionally(key::first_contact_point.default_from(key::current_pose), choose_side(), NotTrapped{},
                       bumped(), SetFollowWallDirection{"${bump_dir}", "${prefer_direction}"},
-                      BlackboardCopy{"current_pose", "contact_point"},
+                      key::current_pose.copy_to(key::contact_point),
                       Sequence(points_within("150", "${current_pose}", "${contact_point}"),
                                SubtreeCondition{"FollowWallProc.xml"}));
 }
@@ -41,11 +41,10 @@ Node pass_obstacle()
 Node come_back()
 {
     return SequenceStar(
-        IfThenElseStar(present("robot_trajectory"),
+        IfThenElseStar(key::robot_trajectory.present(),
                        FindLastInTrajectory{.out_point_grid = "navi_target_point", .search_for = "clear"},
-                       SetBlackboard{"navi_target_point", "0;0"}),
-        SetBlackboard{"prefer_direction", "Right"},
-        Repeat(-1, FallbackStar(drive_straight(), pass_obstacle())));
+                       key::navi_target_point.set("0;0")),
+        key::prefer_direction.set("Right"), Repeat(-1, FallbackStar(drive_straight(), pass_obstacle())));
 }
 
 }  // namespace
@@ -54,6 +53,6 @@ Node come_back()
 TREE(BackToMapLimit)
 {
     return DoWhile(
-        TemporarilyDisableSensor{.lock_status = "true", .sensor = "MapBorder"},
+        sensor_held_off("MapBorder"),
         IfThenElseStar(Frameout(9000, come_back()), ForceSuccess(cleanup()), ForceFailure(cleanup())));
 }

@@ -5,11 +5,11 @@ namespace {
 // The piece ends where it comes back to its own trace.
 Node wall_piece()
 {
-    return DoWhile(
-        sense("FollowWallVirtualWallMap", "false"),
+    return with_sensor(
+        "FollowWallVirtualWallMap",
         Sequence(
             ActionDecorator(SubtreeCondition{"Back2cm"}), SetMapDrawMode{.draw_mode = "Default"},
-            DoWhile(StackBlackboard{"map_mask"}, traced_as("FollowWallWithMarkMap"),
+            DoWhile(key::map_mask.kept(), traced_as("FollowWallWithMarkMap"),
                     ParallelNode(3, MarkFollowWallMap{},
                                  FollowWallNotLooped{.out_loop_num = "follow_wall_loop_num",
                                                      .base = "follow_trajectory",
@@ -23,8 +23,7 @@ Node wall_piece()
 // The earlier form, without chains.
 TREE(IncreaseCoverage)
 {
-    return SequenceStar(SetBlackboardWithType{"current_clean_times_origin", "int", "1"},
-                        SetBlackboard{"tof_reset_map", "2"},
+    return SequenceStar(key::current_clean_times_origin.set_typed(1), key::tof_reset_map.set(2),
                         wall_pass({.find_outer = search({.mode = "Bound"}),
                                    .find_inner = search({.mode = "Block"}),
                                    .extend = {.block_point = "${awesome_search_block}",

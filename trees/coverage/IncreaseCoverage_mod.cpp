@@ -5,7 +5,7 @@ namespace {
 // A trace that runs onto a chain ends the piece.
 Node trace_wall()
 {
-    return Sequence(SetBlackboardWithType{"map_mask", "int", "4"},
+    return Sequence(key::map_mask.set_typed(4),
                     MarkChainCheckOverlap{.chain_id = "${current_chain_id}",
                                           .follow_wall_right = "${follow_wall_dir}",
                                           .map_mask = "${map_mask}"},
@@ -15,8 +15,8 @@ Node trace_wall()
 
 Node wall_piece()
 {
-    return DoWhile(
-        sense("FollowWallVirtualWallMap", "false"),
+    return with_sensor(
+        "FollowWallVirtualWallMap",
         Sequence(
             ActionDecorator(SubtreeCondition{"Back2cm"}), SetMapDrawMode{.draw_mode = "Default"},
             DoWhile(MarkFollowWallMap{"${map_mask}"}, traced_as("FollowWallWithMarkMap"), trace_wall())));
@@ -35,11 +35,10 @@ Node find_outer()
 TREE(IncreaseCoverage_mod)
 {
     return DoWhile(
-        StackBlackboard{"map_mask"}, StackBlackboard{"chain_layer_id"},
+        key::map_mask.kept(), key::chain_layer_id.kept(),
         SequenceStar(
-            SetBlackboardWithType{"chain_layer_id", "int", "1"},
-            SetBlackboardWithType{"current_clean_times_origin", "int", "1"},
-            SetBlackboard{"tof_reset_map", "2"},
+            key::chain_layer_id.set_typed(1), key::current_clean_times_origin.set_typed(1),
+            key::tof_reset_map.set(2),
             wall_pass({.find_outer = find_outer(),
                        .find_inner = SequenceStar(search({.mode = "Block"}),
                                                   IsPointOutOfAllChainRegion{"${navi_target_point}"}),

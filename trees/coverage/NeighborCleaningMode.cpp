@@ -15,7 +15,7 @@ Node by_doubtful_way()
         search_way_to_origin("1"),
         IfThenElseStar(FallbackStar(way_is_sound(), search_way_to_origin("0")),
                        SubtreeCondition{"BackToOrigin"}, ForceFailure(SubtreeCondition{"NavigateProc"})),
-        set_flag("OnElave"));
+        key::OnElave.flag());
 }
 
 Node clean_and_go_back()
@@ -34,13 +34,13 @@ TREE(NeighborCleaningMode)
 {
     return IfThenElse(
         GridmapLimitCheck{},
-        Sequence(
-            ForceSuccess(SubtreeCondition{"EscapeCoat"}),
-            Named("AutoMode",
-                  DoWhile(StackBlackboard{"OnElave"}, TraceLogger{},
-                          Named("AutoMode", SequenceStar(default_from("origin_point", "current_coord"),
-                                                         SetNeighborCleaningSubregion{},
-                                                         BlackboardCopy{"current_subregion", "clean_region"},
-                                                         clean_and_go_back(), Stop{}, absent("OnElave")))))),
+        Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
+                 Named("AutoMode",
+                       DoWhile(key::OnElave.kept(), TraceLogger{},
+                               Named("AutoMode",
+                                     SequenceStar(key::origin_point.default_from(key::current_coord),
+                                                  SetNeighborCleaningSubregion{},
+                                                  key::current_subregion.copy_to(key::clean_region),
+                                                  clean_and_go_back(), Stop{}, key::OnElave.absent()))))),
         SubtreeCondition{"BackToMapLimit"});
 }

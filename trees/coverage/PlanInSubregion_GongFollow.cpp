@@ -12,17 +12,17 @@ Node plan_line(const char* source_point)
 Node plan_from_floor()
 {
     return SequenceStar(
-        SetBlackboard{"bump_dir_save", "None"}, search_part("Normal"), erase("navi_target_point_for_comp"),
-        SetBlackboard{"flood_search_failed", "false"},
+        key::bump_dir_save.set("None"), search_part("Normal"), key::navi_target_point_for_comp.erase(),
+        key::flood_search_failed.set("false"),
         FallbackStar(plan_line("${navi_target_point}"),
-                     ForceFailure(BlackboardCopy{"navi_target_point", "navi_target_point_for_comp"})));
+                     ForceFailure(key::navi_target_point.copy_to(key::navi_target_point_for_comp))));
 }
 
 // Along the walls, but not out of the rectangle around the way.
 Node follow_walls()
 {
     return SequenceStar(
-        draw("Default"), SetBlackboard{"navi_followwall_mode", "Target"}, SetNaviFollowWallRectLimit{},
+        draw("Default"), key::navi_followwall_mode.set("Target"), SetNaviFollowWallRectLimit{},
         Sequence(CheckFollowWallRectLimit{"navi_follow_wall_limit"}, SubtreeCondition{"NavigateFollowWall"}));
 }
 

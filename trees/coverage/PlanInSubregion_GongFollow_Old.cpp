@@ -9,8 +9,8 @@ Node plan_line(const char* source_point)
 
 Node plan_from_floor()
 {
-    return SequenceStar(SetBlackboard{"bump_dir_save", "None"}, search_part("Normal"),
-                        SetBlackboard{"flood_search_failed", "false"}, plan_line("${navi_target_point}"));
+    return SequenceStar(key::bump_dir_save.set("None"), search_part("Normal"),
+                        key::flood_search_failed.set("false"), plan_line("${navi_target_point}"));
 }
 
 Nodes wall_piece_back_to_line()
@@ -35,7 +35,7 @@ Node drive()
 // Away from its start the line is run backwards, from where the robot stands.
 Node run_backwards()
 {
-    return FallbackStar(start_within("50", "${current_pose}"), BlackboardCopy{"start_point", "finish_point"});
+    return FallbackStar(start_within("50", "${current_pose}"), key::start_point.copy_to(key::finish_point));
 }
 
 Node on_line()

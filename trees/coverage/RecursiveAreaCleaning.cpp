@@ -4,10 +4,8 @@ namespace {
 
 Node lines_by_rooms()
 {
-    return DoWhile(ConditionTimerFrames{.frames_out_key = "automode_frames_consumption",
-                                        .start_from = "${automode_frames_consumption}"},
-                   StackBlackboard{"skip_origin"},
-                   SequenceStar(set_flag("skip_origin"), SetBlackboard{"zone_reached", "true"},
+    return DoWhile(key::automode_frames_consumption.counts_frames(), key::skip_origin.kept(),
+                   SequenceStar(key::skip_origin.flag(), key::zone_reached.set("true"),
                                 SubtreeCondition{"CleanSelectedAreas"}));
 }
 
@@ -16,11 +14,11 @@ Node lines()
     return DoWhile(
         open_doors(),
         SequenceStar(account_motion("Gong"),
-                     FallbackStar(key_is("gong_complete", "false"), CurrentAreaNeedsFollowwall{}),
-                     IfThenElseStar(present("enable_overall_follow_wall"), lines_by_rooms(),
+                     FallbackStar(key::gong_complete.is("false"), CurrentAreaNeedsFollowwall{}),
+                     IfThenElseStar(key::enable_overall_follow_wall.present(), lines_by_rooms(),
                                     SubtreeCondition{"AutoMode_FollowGong"}),
-                     SetBlackboard{"gong_complete", "true"}, SetBlackboard{"gong_complete_confirm", "true"},
-                     optionally(all_passes_done(), SetBlackboardWithType{"current_clean_times", "int", "1"}),
+                     key::gong_complete.set("true"), key::gong_complete_confirm.set("true"),
+                     optionally(all_passes_done(), key::current_clean_times.set_typed(1)),
                      MakeMap{.roi = "${gridmap_limit}"}, MapCopy{"obstacle_expanded_map", "oe_map_snap"}));
 }
 
@@ -29,9 +27,9 @@ Node walls()
 {
     return DoWhile(open_doors(),
                    SequenceStar(ForceSuccess(all_passes_done()), account_motion("Followwall"),
-                                DoWhile(StackBlackboard{"current_area_val"},
-                                        SequenceStar(BlackboardCopy{"gridmap_limit", "current_subregion"},
-                                                     SetBlackboardWithType{"current_area_val", "int", "125"},
+                                DoWhile(key::current_area_val.kept(),
+                                        SequenceStar(key::gridmap_limit.copy_to(key::current_subregion),
+                                                     key::current_area_val.set_typed(125),
                                                      increase_coverage(row(UpdateSegmentMap{"true"}))))));
 }
 

@@ -9,11 +9,10 @@ Node steps_closed()
 
 Node lines()
 {
-    return DoWhile(
-        steps_closed(), open_doors(),
-        SequenceStar(account_motion("Gong"), key_is("gong_complete", "false"),
-                     SubtreeCondition{"AutoMode_FollowGong"}, SetBlackboard{"gong_complete", "true"},
-                     SetBlackboard{"gong_complete_confirm", "true"}, UpdateSnapMap{}));
+    return DoWhile(steps_closed(), open_doors(),
+                   SequenceStar(account_motion("Gong"), key::gong_complete.is("false"),
+                                SubtreeCondition{"AutoMode_FollowGong"}, key::gong_complete.set("true"),
+                                key::gong_complete_confirm.set("true"), UpdateSnapMap{}));
 }
 
 Node walls()

@@ -9,7 +9,7 @@ Node narrow_limit()
                                            .point = "${current_coord}",
                                            .threshold_grid = "-1",
                                            .threshold_mm = "150"},
-                        BlackboardCopy{"follow_wall_limit_final", "follow_wall_limit"});
+                        key::follow_wall_limit_final.copy_to(key::follow_wall_limit));
 }
 
 Node follow_till_limit()
@@ -29,8 +29,8 @@ Node follow_till_limit()
 // Follows a wall from one line to the next, within a rectangle.
 TREE(SwitchLineFollowWall)
 {
-    return DoWhile(
-        TemporarilyDisableSensor{.lock_status = "false", .sensor = "SubregionBorder"},
+    return without_sensor(
+        "SubregionBorder",
         Named("FollowWallTillRectLimit", IfThenElseStar(DoWhile(narrow_limit(), follow_till_limit()),
                                                         ForceSuccess(SubtreeCondition{"Back2cm.xml"}),
                                                         ForceFailure(SubtreeCondition{"Back2cm.xml"}))));

@@ -4,22 +4,21 @@ namespace {
 
 Node arc_is_tight()
 {
-    return IsAGreaterThanBFloat{"500", "${turn_radius}"};
+    return key::turn_radius.below(500);
 }
 
 // The turn is a motion of a whole round that the heading ends.
 Node turn_quarter(const char* by_deg, const char* whole_round_deg, const Node& passed)
 {
-    return SequenceStar(FloatAdd{"${current_yaw_deg}", by_deg, "check_angle"},
-                        Fallback(passed, guarded_turn(whole_round_deg, "120")));
+    return SequenceStar(key::current_yaw_deg.plus(by_deg, key::check_angle),
+                        Fallback(passed, guarded_turn(whole_round_deg, 120)));
 }
 
 Node turn_towards_line()
 {
-    return IfThenElseStar(
-        IsAGreaterThanBFloat{"${turn_angle}", "0"},
-        turn_quarter("90", "360", IsAGreaterThanBFloat{"${current_yaw_deg}", "${check_angle}"}),
-        turn_quarter("-90", "-360", IsAGreaterThanBFloat{"${check_angle}", "${current_yaw_deg}"}));
+    return IfThenElseStar(key::turn_angle.above(0),
+                          turn_quarter("90", "360", key::current_yaw_deg.above(key::check_angle.value())),
+                          turn_quarter("-90", "-360", key::check_angle.above(key::current_yaw_deg.value())));
 }
 
 Node turn_is_quarter()
@@ -38,8 +37,8 @@ Node arc()
 
 Node turn()
 {
-    return SequenceStar(SetMapDrawMode{.draw_mode = "ClearOnly"}, set_flag("High_Speed_Rotate"),
-                        turn_towards_line(), erase("High_Speed_Rotate"), reckon_turn(), arc_is_tight(),
+    return SequenceStar(SetMapDrawMode{.draw_mode = "ClearOnly"}, key::High_Speed_Rotate.flag(),
+                        turn_towards_line(), key::High_Speed_Rotate.erase(), reckon_turn(), arc_is_tight(),
                         turn_is_quarter(), arc());
 }
 

@@ -6,32 +6,31 @@ namespace {
 
 Node keep_goal()
 {
-    return SequenceStar(BlackboardCopy{"navi_target_point", "tmp_navi_target_point_tmp"},
-                        BlackboardCopy{"navigation_path_segments", "tmp_navigation_path_segments_tmp"});
+    return SequenceStar(key::navi_target_point.copy_to(key::tmp_navi_target_point_tmp),
+                        key::navigation_path_segments.copy_to(key::tmp_navigation_path_segments_tmp));
 }
 
 Node take_goal_back()
 {
-    return SequenceStar(BlackboardCopy{"tmp_navi_target_point_tmp", "navi_target_point"},
-                        BlackboardCopy{"tmp_navigation_path_segments_tmp", "navigation_path_segments"},
-                        BlackboardCopy{"navi_target_point", "subregion_decision_point"});
+    return SequenceStar(key::tmp_navi_target_point_tmp.copy_to(key::navi_target_point),
+                        key::tmp_navigation_path_segments_tmp.copy_to(key::navigation_path_segments),
+                        key::navi_target_point.copy_to(key::subregion_decision_point));
 }
 
 // With the other rooms shut the robot stands in the room, and so does what it is to do there.
 Node stands_in_room()
 {
-    return DoWhile(StackBlackboard{"are_other_areas_closed"}, StackBlackboard{"out_vw_point"},
-                   StackBlackboard{"navi_followwall_mode"}, StackBlackboard{"awesome_search_mode"},
-                   StackBlackboard{"awesome_search_region"},
-                   SequenceStar(SetBlackboard{"are_other_areas_closed", "true"},
-                                search_map("Target", "${navi_target_point}"),
-                                optionally(PromptInVirtualWall{}, keep_goal()), InCurrentDomain{},
-                                TargetInCurrentSubregion{}, absent("trapped_in_polygon_virtual_wall")));
+    return DoWhile(
+        key::are_other_areas_closed.kept(), key::out_vw_point.kept(), key::navi_followwall_mode.kept(),
+        key::awesome_search_mode.kept(), key::awesome_search_region.kept(),
+        SequenceStar(key::are_other_areas_closed.set("true"), search_map("Target", "${navi_target_point}"),
+                     optionally(PromptInVirtualWall{}, keep_goal()), InCurrentDomain{},
+                     TargetInCurrentSubregion{}, key::trapped_in_polygon_virtual_wall.absent()));
 }
 
 Node is_there()
 {
-    return SequenceStar(erase("mop_reach_target_segment"), set_flag("zone_searched"), keep_goal(),
+    return SequenceStar(key::mop_reach_target_segment.erase(), key::zone_searched.flag(), keep_goal(),
                         FallbackStar(SequenceStar(stands_in_room(), Inverter(CheckSuccessiveNavigation{})),
                                      ForceFailure(take_goal_back())));
 }
@@ -39,15 +38,15 @@ Node is_there()
 Node drive()
 {
     return SequenceStar(
-        SetBlackboard{"need_to_open_a_step_token", "true"},
-        IfThenElseStar(key_is_true("SlamRetry_navi_token"),
+        key::need_to_open_a_step_token.set("true"),
+        IfThenElseStar(key::SlamRetry_navi_token.is_true(),
                        DoWhile(UpdateSegmentMap{"false"}, SubtreeCondition{"NavigateProcWithHistoryMap"}),
                        SubtreeCondition{"NavigateProcWithHistoryMap"}));
 }
 
 Node follow_walls()
 {
-    return SequenceStar(SetBlackboard{"navi_followwall_mode", "Target"},
+    return SequenceStar(key::navi_followwall_mode.set("Target"),
                         DoWhile(draw_locked("BlockOnly"), SubtreeCondition{"NavigateFollowWall"}));
 }
 

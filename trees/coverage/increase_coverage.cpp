@@ -6,22 +6,21 @@ namespace {
 
 Node count_frames()
 {
-    return ConditionTimerFrames{.frames_out_key = "follow_wall_frames_consumption",
-                                .start_from = "${follow_wall_frames_consumption}"};
+    return key::follow_wall_frames_consumption.counts_frames();
 }
 
 // Within a room there is no budget.
 Node within_budget(const char* spent)
 {
-    return FallbackStar(present("skip_followwall_timeout_check"),
-                        IsAGreaterThanBInt{"${follow_wall_frame_out}", "${follow_wall_frames_consumption}"},
+    return FallbackStar(key::skip_followwall_timeout_check.present(),
+                        key::follow_wall_frame_out.above(key::follow_wall_frames_consumption.value()),
                         ForceFailure(SaySomething{spent}));
 }
 
 Node drive_to_goal()
 {
     return DoWhile(
-        StackBlackboard{"follow_wall_dir"}, sense("DockField", "true"), sense("ChargerVirtualWall", "true"),
+        key::follow_wall_dir.kept(), sensor_held_on("DockField"), sensor_held_on("ChargerVirtualWall"),
         SequenceStar(SetMapDrawMode{.draw_mode = "Default"}, SubtreeCondition{"NavigateProc.xml"}));
 }
 
@@ -44,8 +43,8 @@ Node at_wall()
 Node drive_straight_to_block(const WallPass& pass)
 {
     return DoWhile(
-        pass.mark_touched, sense("FollowWallVirtualWallMap", "false"), sense("DockField", "false"),
-        sense("ChargerVirtualWall", "false"),
+        pass.mark_touched, sensor_on("FollowWallVirtualWallMap"), sensor_on("DockField"),
+        sensor_on("ChargerVirtualWall"),
         SequenceStar(SetMapDrawMode{.draw_mode = "Default"}, SubtreeCondition{"NaviOnePointProc.xml"}));
 }
 
@@ -64,15 +63,12 @@ Node touch_wall(const WallPass& pass)
 Node outer_stage(const WallPass& pass)
 {
     return RetryUntilSuccesful(
-        -1,
-        IfThenElseStar(
-            pass.find_outer,
-            DoWhile(count_frames(),
-                    IfThenElse(within_budget("总时间超时（外沿边）"),
-                               SequenceStar(SetBlackboard{"bump_dir", "None"}, get_there(), touch_wall(pass),
-                                            ForceFailure(follow_wall_with_mark_map(pass.wall_piece))),
-                               AlwaysSuccess{})),
-            AlwaysSuccess{}));
+        -1, when(pass.find_outer,
+                 DoWhile(count_frames(),
+                         IfThenElse(within_budget("总时间超时（外沿边）"),
+                                    SequenceStar(key::bump_dir.set("None"), get_there(), touch_wall(pass),
+                                                 ForceFailure(follow_wall_with_mark_map(pass.wall_piece))),
+                                    AlwaysSuccess{}))));
 }
 
 // --- around the blocks --------------------------------------------------------------------------
@@ -96,11 +92,10 @@ Node inner_stage(const WallPass& pass)
     const auto one_block = DoWhile(
         count_frames(), Sequence(within_budget("总时间超时（内沿边）"), ActionDecorator(reach_block(pass)),
                                  NotTrapped{}, bumped(), go_round_block(pass)));
-    return ForceSuccess(
-        FallbackStar(SequenceStar(absent("skip_followwall_timeout_check"),
-                                  IsAGreaterThanBInt{"${clean_time_for_app}", "2400"},
-                                  SaySomething{"清扫时间大于40分钟，不做内沿边"}),
-                     Repeat(-1, IfThenElseStar(pass.find_inner, one_block, AlwaysFailure{}))));
+    return ForceSuccess(FallbackStar(
+        SequenceStar(key::skip_followwall_timeout_check.absent(), key::clean_time_for_app.above(2400),
+                     SaySomething{"清扫时间大于40分钟，不做内沿边"}),
+        Repeat(-1, IfThenElseStar(pass.find_inner, one_block, AlwaysFailure{}))));
 }
 
 }  // namespace
@@ -108,7 +103,7 @@ Node inner_stage(const WallPass& pass)
 Node say_side_of_wall(const char* where)
 {
     const std::string text(where);
-    return IfThenElseStar(BoolMatch{"${follow_wall_dir}", "true"},
+    return IfThenElseStar(key::follow_wall_dir.holds("true"),
                           SaySomething{text + " follow_wall_dir == true, 右沿边"},
                           SaySomething{text + " follow_wall_dir == false, 左沿边"});
 }
@@ -117,12 +112,11 @@ Node follow_wall_with_mark_map(const Node& piece)
 {
     return SubTree(
         "FollowWallWithMarkMap",
-        DoWhile(
-            FollowWallTraceLogger{},
-            FallbackStar(
-                Inverter(FallbackStar(present("follow_wall_dir"), SetBlackboard{"follow_wall_dir", "true"})),
-                ForceFailure(say_side_of_wall("2")), piece,
-                SequenceStar(SetMapDrawMode{.draw_mode = "Default"}, SubtreeCondition{"Back2cm.xml"}))));
+        DoWhile(FollowWallTraceLogger{},
+                FallbackStar(
+                    Inverter(FallbackStar(key::follow_wall_dir.present(), key::follow_wall_dir.set("true"))),
+                    ForceFailure(say_side_of_wall("2")), piece,
+                    SequenceStar(SetMapDrawMode{.draw_mode = "Default"}, SubtreeCondition{"Back2cm.xml"}))));
 }
 
 Node wall_pass(const WallPass& pass)
@@ -131,14 +125,13 @@ Node wall_pass(const WallPass& pass)
         GridmapLimitCheck{},
         Sequence(
             SubtreeCondition{"EscapeCoat"},
-            DoWhile(
-                TraceLogger{},
-                ForceSuccess(Sequence(
-                    ConditionTimerSecs{.secs_out_key = "block_map_time", .start_from = "${block_map_time}"},
-                    SequenceStar(default_from("origin_point", "current_coord"),
-                                 CalcFollowWallFrameOut{.auto_mode_frames = "${automode_frames_consumption}",
+            DoWhile(TraceLogger{}, ForceSuccess(Sequence(
+                                       key::block_map_time.counts_seconds(),
+                                       SequenceStar(key::origin_point.default_from(key::current_coord),
+                                                    CalcFollowWallFrameOut{
+                                                        .auto_mode_frames = "${automode_frames_consumption}",
                                                         .out_key = "follow_wall_frame_out"},
-                                 outer_stage(pass), inner_stage(pass)))))),
+                                                    outer_stage(pass), inner_stage(pass)))))),
         SubtreeCondition{"BackToMapLimit.xml"});
 }
 

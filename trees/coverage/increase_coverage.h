@@ -26,10 +26,4 @@ Node follow_wall_with_mark_map(const Node& piece);
 /// Open the outer stage's log about the side of the wall: "1", at the search, or "2", at the piece.
 Node say_side_of_wall(const char* where);
 
-/// A sense that counts while the rest runs.
-inline Node sense(const char* sensor, const char* lock)
-{
-    return TemporarilyEnableSensor{.lock_status = lock, .sensor = sensor};
-}
-
 }  // namespace vemra::trees

@@ -21,7 +21,7 @@ Node u_turn()
     return without_sensor(
         "SubregionBorder", traced_as("SwitchLineTurn"),
         SequenceStar(draw("ClearOnly"),
-                     DoWhile(near_points_off(), set_flag("keep_normal_speed"), guarded_arc("120", "300"))));
+                     DoWhile(near_points_off(), key::keep_normal_speed.flag(), guarded_arc("120", "300"))));
 }
 
 Node foot_within(const char* distance_mm)
@@ -52,9 +52,9 @@ Node navigate_to_start_point(const PartPlanner& planner)
         return SubTree("NavigateToStartPoint",
                        SequenceStar(take_line_apart("navi_target_point"), get_to_line()));
     return SubTree("NavigateToStartPoint",
-                   DoWhile(StackBlackboard{"line_start_point"},
+                   DoWhile(key::line_start_point.kept(),
                            SequenceStar(take_line_apart("navi_target_point"),
-                                        BlackboardCopy{"navi_target_point", "line_start_point"},
+                                        key::navi_target_point.copy_to(key::line_start_point),
                                         SaySomething{"拷贝成功"}, get_to_line())));
 }
 

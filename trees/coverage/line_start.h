@@ -61,8 +61,7 @@ inline Node guarded_arc(const char* max_angular_speed, const char* max_linear_sp
 /// The laser's near points and those beside the brush do not count.
 inline Nodes near_points_off()
 {
-    return row(TemporarilyDisableSensor{.lock_status = "true", .sensor = "LaserTofPointcloud"},
-               TemporarilyDisableSensor{.lock_status = "true", .sensor = "SideBrushPointcloud"});
+    return row(sensor_held_off("LaserTofPointcloud"), sensor_held_off("SideBrushPointcloud"));
 }
 
 /// From where the robot stands to the start of the line, by an arc where that is enough.

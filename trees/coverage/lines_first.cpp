@@ -43,10 +43,10 @@ Node bump_check_tof()
         Sequence(
             CalcSwitchLineFollowWallDirection{.is_rotate = "${gong_vertically}", .middle_of_line = "false"},
             FallbackStar(line_shorter_than("3"), foot_is_far(),
-                         SequenceStar(BoolMatch{"${follow_wall_dir}", "true"},
+                         SequenceStar(key::follow_wall_dir.holds("true"),
                                       FallbackStar(ended_by("SideBrushPointcloud"), ended_by("right"),
                                                    ended_by("LaserTofPointcloudRight"))),
-                         SequenceStar(BoolMatch{"${follow_wall_dir}", "false"},
+                         SequenceStar(key::follow_wall_dir.holds("false"),
                                       FallbackStar(ended_by("left"), ended_by("LaserTofPointcloudLeft"))),
                          ended_at_dock_or_edge())));
 }
@@ -55,14 +55,14 @@ Node change_line(const LinesFirst& planner)
 {
     return IfThenElseStar(
         Bumped{"${bump_dir_save}"},
-        IfThenElseStar(IfThenElseStar(present("Enable_TOF"), bump_check_tof(), bump_check()),
+        IfThenElseStar(IfThenElseStar(key::Enable_TOF.present(), bump_check_tof(), bump_check()),
                        SubtreeCondition{"SwitchLineFollowWallCoat"}, SubtreeCondition{"SwitchLineTurn"}),
         planner.beside_line);
 }
 
 Node last_line_is_near()
 {
-    return FallbackStar(absent("current_line_finish_point"),
+    return FallbackStar(key::current_line_finish_point.absent(),
                         SequenceStar(start_within("1000", "${current_pose}"),
                                      start_within("1000", "${current_line_finish_point}")));
 }
@@ -82,14 +82,14 @@ Node move_to_line(const LinesFirst& planner)
     Node move = navigate_to_start(planner);
     if (!planner.watch_to_start.empty())
         move = DoWhile(planner.watch_to_start, std::move(move));
-    return ForceSuccess(SubTree(
-        "CleanNextLine",
-        Named("FromStartToFinishPoint",
-              SequenceStar(BlackboardCopy{"bump_dir_save", "last_bump_dir_save"},
-                           Named("NavigateToStartPoint",
-                                 IfThenElseStar(std::move(move), SetBlackboard{"bump_dir_save", "None"},
-                                                ForceFailure(BlackboardCopy{"switch_line_bump_dir",
-                                                                            "bump_dir_save"})))))));
+    return ForceSuccess(
+        SubTree("CleanNextLine",
+                Named("FromStartToFinishPoint",
+                      SequenceStar(key::bump_dir_save.copy_to(key::last_bump_dir_save),
+                                   Named("NavigateToStartPoint",
+                                         IfThenElseStar(std::move(move), key::bump_dir_save.set("None"),
+                                                        ForceFailure(key::switch_line_bump_dir.copy_to(
+                                                            key::bump_dir_save))))))));
 }
 
 // --- along the line -----------------------------------------------------------------------------
@@ -99,22 +99,22 @@ Node clean_the_line()
     return SubTree(
         "CleanTheLine",
         DoWhile(traced_as("CleanTheLine"),
-                SequenceStar(draw("ClearOnly"), BlackboardCopy{"current_coord", "start_coord_of_the_line"},
+                SequenceStar(draw("ClearOnly"), key::current_coord.copy_to(key::start_coord_of_the_line),
                              ExtendFinishPoint{"${gong_vertically}"},
-                             BlackboardCopy{"next_line_to_clean", "current_line"},
-                             BlackboardCopy{"finish_point", "current_finish_point"},
+                             key::next_line_to_clean.copy_to(key::current_line),
+                             key::finish_point.copy_to(key::current_finish_point),
                              SetFixOrientation{"${finish_point}"},
                              ForceSuccess(SubtreeCondition{"FixOrientation.xml"}),
-                             BlackboardCopy{"current_coord", "current_line_finish_point"},
-                             optionally(NotTrapped{}, bumped(), BlackboardCopy{"bump_dir", "bump_dir_save"}),
+                             key::current_coord.copy_to(key::current_line_finish_point),
+                             optionally(NotTrapped{}, bumped(), key::bump_dir.copy_to(key::bump_dir_save)),
                              SubtreeCondition{"IMUCalib"})));
 }
 
 Node clean_a_line(const LinesFirst& planner)
 {
     return with_sensor(
-        "SubregionBorder", StackBlackboard{"region_of_interest"},
-        Named("CleanALine", SequenceStar(BlackboardCopy{"current_subregion", "region_of_interest"},
+        "SubregionBorder", key::region_of_interest.kept(),
+        Named("CleanALine", SequenceStar(key::current_subregion.copy_to(key::region_of_interest),
                                          ForceSuccess(SubtreeCondition{"Back2cm"}), search_next_line(planner),
                                          move_to_line(planner), clean_the_line())));
 }
@@ -125,43 +125,41 @@ Node back_into_part()
     const auto drive = DoWhile(draw_locked("None"), SubtreeCondition{"tidemark_pro/NavigateProc.xml"});
     const auto follow = DoWhile(draw_locked("BlockOnly"), SequenceStar(follow_walls_to_goal("Target")));
     return SequenceStar(
-        SetBlackboard{"bump_dir_save", "None"},
+        key::bump_dir_save.set("None"),
         Inverter(IsPointInRectangle{.point = "${current_coord}", .rectangle = "${current_subregion}"}),
         PostProcess(
             SequenceStar(
-                SetBlackboard{"return_to_region_abort", "false"},
+                key::return_to_region_abort.set("false"),
                 IfThenElseStar(
-                    BB_Precondition("return_to_region_abort",
-                                    RetryUntilSuccesful(
-                                        3, IfThenElseStar(search_part("Region"), FallbackStar(drive, follow),
-                                                          ForceFailure(SetBlackboard{"return_to_region_abort",
-                                                                                     "true"})))),
-                    erase("return_to_region_abort"), ForceFailure(erase("return_to_region_abort")))),
-            SetBlackboard{"bump_dir", "None"}));
+                    BB_Precondition(
+                        key::return_to_region_abort,
+                        RetryUntilSuccesful(
+                            3, IfThenElseStar(search_part("Region"), FallbackStar(drive, follow),
+                                              ForceFailure(key::return_to_region_abort.set("true"))))),
+                    key::return_to_region_abort.erase(), ForceFailure(key::return_to_region_abort.erase()))),
+            key::bump_dir.set("None")));
 }
 
 }  // namespace
 
 Node navigate_and_follow_wall(const char* search_mode, const Node& otherwise)
 {
-    return SubTree(
-        "NavigateAndFollowWall",
-        Fallback(Sequence(near_line("0"),
-                          IsPointInSegment{.line = "${next_line_to_clean}", .point = "${current_coord}"}),
-                 FallbackStar(SequenceStar(SetBlackboard{"bump_dir_save", "None"}, make_map_of_part(),
-                                           BlackboardCopy{"start_point", "navi_target_point"},
-                                           search_part(search_mode, "${navi_target_point}"),
-                                           SubtreeCondition{"NavigateProc.xml"},
-                                           Inverter(SequenceStar(NotTrapped{}, bumped()))),
-                              otherwise)));
+    return SubTree("NavigateAndFollowWall",
+                   Fallback(Sequence(near_line("0"), IsPointInSegment{.line = "${next_line_to_clean}",
+                                                                      .point = "${current_coord}"}),
+                            FallbackStar(SequenceStar(key::bump_dir_save.set("None"), make_map_of_part(),
+                                                      key::start_point.copy_to(key::navi_target_point),
+                                                      search_part(search_mode, "${navi_target_point}"),
+                                                      SubtreeCondition{"NavigateProc.xml"},
+                                                      Inverter(SequenceStar(NotTrapped{}, bumped()))),
+                                         otherwise)));
 }
 
 Node lines_first(const LinesFirst& planner)
 {
-    const auto lines_level = [] { return SetBlackboard{"gong_vertically", "false"}; };
+    const auto lines_level = [] { return key::gong_vertically.set("false"); };
     return DoWhile(
-        ConditionTimerFrames{.frames_out_key = "zone_cleaning_frames_consumption",
-                             .start_from = "${zone_cleaning_frames_consumption}"},
+        key::zone_cleaning_frames_consumption.counts_frames(),
         SequenceStar(
             account_motion("Gong"),
             IfThenElseStar(SequenceStar(SubtreeCondition{"AlwaysFailure.xml"},

@@ -7,47 +7,43 @@ namespace {
 // A robot that crossed a bridge near a chain's end is in a new place: the loop begins afresh.
 Node part_is_closed()
 {
-    return IfThenElseStar(present("cross_bridge_near_chain_end"),
-                          key_is("cross_bridge_near_chain_end", "false"), AlwaysSuccess{});
+    return when(key::cross_bridge_near_chain_end.present(), key::cross_bridge_near_chain_end.is("false"));
 }
 
 Node phases(const PartPlanner& planner)
 {
-    return DoWhile(
-        TemporarilyEnableSensor{.lock_status = "false", .sensor = "SubregionBorder"},
-        TemporarilyEnableSensor{.lock_status = "false", .sensor = "SubregionVirtualWall"},
-        StackBlackboard{"region_of_interest"},
+    return with_sensor(
+        "SubregionBorder", sensor_on("SubregionVirtualWall"), key::region_of_interest.kept(),
         RetryUntilSuccesful(
-            -1, IfThenElseStar(FallbackStar(Inverter(SetBlackboard{"cross_bridge_near_chain_end", "false"}),
+            -1, IfThenElseStar(FallbackStar(Inverter(key::cross_bridge_near_chain_end.set("false")),
                                             zigzag_is_on(), wall_phase()),
                                zigzag_phase(planner), part_is_closed())));
 }
 
 Node work(const PartPlanner& planner)
 {
-    return SequenceStar(FallbackStar(key_is_true("do_not_reset_trial_token"),
-                                     SetBlackboard{"cross_trial_bridge_success", "false"}),
-                        IfThenElse(InCurrentSubregion{}, phases(planner), way_back()));
+    return SequenceStar(
+        FallbackStar(key::do_not_reset_trial_token.is_true(), key::cross_trial_bridge_success.set("false")),
+        IfThenElse(InCurrentSubregion{}, phases(planner), way_back()));
 }
 
 Node forget_phase()
 {
-    return SequenceStar(erase("gong_motion_type"), erase("followwall_motion_type"));
+    return SequenceStar(erase(key::gong_motion_type, key::followwall_motion_type));
 }
 
 }  // namespace
 
 Node plan_in_subregion(const PartPlanner& planner)
 {
-    return DoWhile(
-        TraceLogger{},
-        Sequence(default_from("origin_point", "current_coord"), SetBlackboard{"bump_dir", "None"},
-                 set_bool("follow_wall_dir", "true"), SetBlackboardWithType{"current_chain_id", "int", "0"},
-                 GetRobotTrajectorySize{"subregion_trace_start_index"}, Delay{1},
-                 ConditionTimerSecs{.secs_out_key = "block_map_time", .start_from = "${block_map_time}"},
-                 PostProcess(IfThenElseStar(work(planner), ForceSuccess(forget_phase()),
-                                            ForceFailure(forget_phase())),
-                             erase("need_search_block"))));
+    return DoWhile(TraceLogger{},
+                   Sequence(key::origin_point.default_from(key::current_coord), key::bump_dir.set("None"),
+                            set_bool("follow_wall_dir", "true"), key::current_chain_id.set_typed(0),
+                            GetRobotTrajectorySize{"subregion_trace_start_index"}, Delay{1},
+                            key::block_map_time.counts_seconds(),
+                            PostProcess(IfThenElseStar(work(planner), ForceSuccess(forget_phase()),
+                                                       ForceFailure(forget_phase())),
+                                        key::need_search_block.erase())));
 }
 
 // --- the way back -------------------------------------------------------------------------------
@@ -60,14 +56,15 @@ Node way_back()
                                   VirtualWallAddPoint{.point_mm = "${current_pose}", .layer = "${map_mask}"});
     return PostProcess(
         SequenceStar(
-            SetBlackboard{"return_to_region_abort", "false"},
-            IfThenElseStar(BB_Precondition("return_to_region_abort",
-                                           RetryUntilSuccesful(
-                                               3, IfThenElseStar(look, FallbackStar(drive, follow),
-                                                                 ForceFailure(SetBlackboard{
-                                                                     "return_to_region_abort", "true"})))),
-                           erase("return_to_region_abort"), ForceFailure(erase("return_to_region_abort")))),
-        SetBlackboard{"bump_dir", "None"});
+            key::return_to_region_abort.set("false"),
+            IfThenElseStar(BB_Precondition(
+                               key::return_to_region_abort,
+                               RetryUntilSuccesful(
+                                   3, IfThenElseStar(look, FallbackStar(drive, follow),
+                                                     ForceFailure(key::return_to_region_abort.set("true"))))),
+                           key::return_to_region_abort.erase(),
+                           ForceFailure(key::return_to_region_abort.erase()))),
+        key::bump_dir.set("None"));
 }
 
 }  // namespace vemra::trees

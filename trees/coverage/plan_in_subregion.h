@@ -40,7 +40,7 @@ Node way_back();
 /// A zigzag is in hand.
 inline Node zigzag_is_on()
 {
-    return SequenceStar(present("gong_motion_type"), BoolMatch{"${gong_motion_type}", "true"});
+    return SequenceStar(key::gong_motion_type.present(), key::gong_motion_type.holds("true"));
 }
 
 inline Node set_bool(const char* key, const char* value)
@@ -51,7 +51,7 @@ inline Node set_bool(const char* key, const char* value)
 /// A new chain, with the wall on the right.
 inline Nodes begin_chain()
 {
-    return row(SetBlackboardWithType{"current_chain_id", "int", "0"}, set_bool("follow_wall_dir", "true"));
+    return row(key::current_chain_id.set_typed(0), set_bool("follow_wall_dir", "true"));
 }
 
 inline Node close_chain()
@@ -68,7 +68,7 @@ inline Node contact_needs_tracing()
 /// A companion that tells the track why the robot moves.
 inline Node traced_as(const char* why)
 {
-    return SetBlackboard{"trace_token", why};
+    return key::trace_token.set(why);
 }
 
 inline Node make_map_of_part()

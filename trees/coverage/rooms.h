@@ -19,7 +19,7 @@ Node clean_room();
 template <Steps... Children>
 Node report_once(Children&&... steps)
 {
-    return FallbackStar(present("have_trapped_type"), SequenceStar(std::forward<Children>(steps)...));
+    return FallbackStar(key::have_trapped_type.present(), SequenceStar(std::forward<Children>(steps)...));
 }
 
 /// The room in work has this number; some numbers have a meaning of their own.
@@ -31,9 +31,7 @@ inline Node room_is(const char* number, const char* answer)
 /// All passes of a planner over the room.
 inline Node plan_room(const char* in_area, Node planner)
 {
-    return DoWhile(UpdateSegmentMap{in_area},
-                   TemporarilyEnableSensor{.lock_status = "false", .sensor = "SegmentVirtualWallMap"},
-                   std::move(planner));
+    return DoWhile(UpdateSegmentMap{in_area}, sensor_on("SegmentVirtualWallMap"), std::move(planner));
 }
 
 }  // namespace vemra::trees

@@ -11,12 +11,12 @@ Node search_rooms()
 
 Node other_rooms_closed(const char* closed)
 {
-    return SetBlackboard{"are_other_areas_closed", closed};
+    return key::are_other_areas_closed.set(closed);
 }
 
 Node only_rooms_to_mop(const char* only)
 {
-    return SetBlackboard{"use_mop_clean_list", only};
+    return key::use_mop_clean_list.set(only);
 }
 
 Nodes take_room()
@@ -26,54 +26,54 @@ Nodes take_room()
 
 Node found()
 {
-    return SetBlackboard{"found_target_point", "true"};
+    return key::found_target_point.set("true");
 }
 
 Node first_pass()
 {
-    return SetBlackboardWithType{"current_clean_times_origin", "int", "1"};
+    return key::current_clean_times_origin.set_typed(1);
 }
 
 Nodes leave_room()
 {
-    return row(erase("current_area_val"), other_rooms_closed("false"), only_rooms_to_mop("false"));
+    return row(key::current_area_val.erase(), other_rooms_closed("false"), only_rooms_to_mop("false"));
 }
 
 Node drive_as_second_chance()
 {
-    return SetBlackboard{"SlamRetry_navi_token", "true"};
+    return key::SlamRetry_navi_token.set("true");
 }
 
 Node uses_mop()
 {
-    return BoolMatch{"${use_mop}", "true"};
+    return key::use_mop.holds("true");
 }
 
 Node avoid_mopped(const char* avoid)
 {
-    return SetBlackboardWithType{"avoid_mopped_areas", "bool", avoid};
+    return key::avoid_mopped_areas.set_typed(avoid);
 }
 
 // --- the ways, in their order -------------------------------------------------------------------
 
 Node open_a_step()
 {
-    return ForceFailure(
-        IfThenElseStar(present("do_not_open_a_step_token"), erase("do_not_open_a_step_token"), OpenAStep{}));
+    return ForceFailure(IfThenElseStar(key::do_not_open_a_step_token.present(),
+                                       key::do_not_open_a_step_token.erase(), OpenAStep{}));
 }
 
 // The place where the robot got into another room is shut.
 Node out_of_other_room()
 {
-    return SequenceStar(
-        absent("reuse_while_cleaning"), present("trapped_in_other_area"), erase("trapped_in_other_area"),
-        other_rooms_closed("false"), only_rooms_to_mop("false"), search_rooms(),
-        VirtualWallAddPoint{.point_mm = "${current_pose}", .layer = "${map_mask}"}, take_room(), found());
+    return SequenceStar(key::reuse_while_cleaning.absent(), key::trapped_in_other_area.take(),
+                        other_rooms_closed("false"), only_rooms_to_mop("false"), search_rooms(),
+                        VirtualWallAddPoint{.point_mm = "${current_pose}", .layer = "${map_mask}"},
+                        take_room(), found());
 }
 
 Nodes stay_in_room()
 {
-    return row(absent("reuse_while_cleaning"), present("current_area_val"), InCurrentDomain{},
+    return row(key::reuse_while_cleaning.absent(), key::current_area_val.present(), InCurrentDomain{},
                other_rooms_closed("true"), only_rooms_to_mop("false"));
 }
 
@@ -84,7 +84,7 @@ Node rest_of_room()
 
 Node second_chance_in_room()
 {
-    const auto worth_the_trip = DoWhile(StackBlackboard{"are_other_areas_closed"},
+    const auto worth_the_trip = DoWhile(key::are_other_areas_closed.kept(),
                                         SequenceStar(other_rooms_closed("false"), SlamRetryAreaCheck{}));
     return SequenceStar(stay_in_room(), find_second_chance(worth_the_trip), drive_as_second_chance(),
                         found());
@@ -94,15 +94,15 @@ Node second_chance_in_room()
 Node wash_between_rooms()
 {
     return optionally(BoolMatch{"${current_area_val} != ${last_mopped_area_val}", "true"},
-                      erase("current_area_val"), present("mop_reach_target_segment"),
-                      SetBlackboardWithType{"mop_dirty", "float", "101.0"}, Delay{10});
+                      key::current_area_val.erase(), key::mop_reach_target_segment.present(),
+                      key::mop_dirty.set_typed("101.0"), Delay{10});
 }
 
 Node next_room_after_wash()
 {
     return SequenceStar(
-        uses_mop(), BoolMatch{"${wash_mop_mode} == 0", "true"}, present("current_area_val"),
-        BlackboardCopy{"current_area_val", "last_mopped_area_val"}, erase("current_area_val"),
+        uses_mop(), BoolMatch{"${wash_mop_mode} == 0", "true"}, key::current_area_val.present(),
+        key::current_area_val.copy_to(key::last_mopped_area_val), key::current_area_val.erase(),
         other_rooms_closed("false"), SearchPartitionTargetArea{}, only_rooms_to_mop("true"),
         FallbackStar(search_rooms(), SequenceStar(only_rooms_to_mop("false"), search_rooms())), take_room(),
         wash_between_rooms(), found());
@@ -111,7 +111,7 @@ Node next_room_after_wash()
 Node next_room_to_mop()
 {
     return SequenceStar(uses_mop(), other_rooms_closed("false"), SearchPartitionTargetArea{},
-                        erase("reuse_while_cleaning"), erase("current_area_val"), only_rooms_to_mop("true"),
+                        erase(key::reuse_while_cleaning, key::current_area_val), only_rooms_to_mop("true"),
                         avoid_mopped("true"), search_rooms(), first_pass(), take_room(), found());
 }
 
@@ -124,15 +124,15 @@ Node mopped_room_again()
 // No room was reached, and a wall of the user is what bars them.
 Node report_wall_before_rooms()
 {
-    return ForceFailure(SequenceStar(
-        absent("zone_reached"), without_sensor("PolygonVirtualWall", search_rooms()),
-        report_once(SetBlackboard{"prompt_zone_vw_blocked", "true"}, SaySomething{"tolvar disable vw"},
-                    set_flag("have_trapped_type"), Delay{50})));
+    return ForceFailure(
+        SequenceStar(key::zone_reached.absent(), without_sensor("PolygonVirtualWall", search_rooms()),
+                     report_once(key::prompt_zone_vw_blocked.set("true"), SaySomething{"tolvar disable vw"},
+                                 key::have_trapped_type.flag(), Delay{50})));
 }
 
 Node next_room()
 {
-    return SequenceStar(erase("reuse_while_cleaning"), leave_room(),
+    return SequenceStar(key::reuse_while_cleaning.erase(), leave_room(),
                         FallbackStar(SequenceStar(search_rooms(), first_pass(), take_room(), found()),
                                      report_wall_before_rooms()));
 }

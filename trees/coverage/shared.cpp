@@ -4,28 +4,27 @@ namespace vemra::trees {
 
 Node prove_way()
 {
-    return DoWhile(
-        TemporarilyDisableSensor{.lock_status = "true", .sensor = "LaserTofPointcloud"},
-        StackBlackboard{"ignore_pointcloud_during_escaping"}, draw_locked("BlockOnly"),
-        SequenceStar(SetBlackboard{"ignore_pointcloud_during_escaping", "true"}, drive_or_follow_walls()));
+    return DoWhile(sensor_held_off("LaserTofPointcloud"), key::ignore_pointcloud_during_escaping.kept(),
+                   draw_locked("BlockOnly"),
+                   SequenceStar(key::ignore_pointcloud_during_escaping.set("true"), drive_or_follow_walls()));
 }
 
 Node report_clean_blocked()
 {
     return SubTree("Trap_CleanVWBlocked",
-                   FallbackStar(present("have_trapped_type"),
-                                SequenceStar(ValidateAllBridges{}, set_flag("clean_vw_blocked"),
-                                             set_flag("have_trapped_type"), Delay{50})));
+                   FallbackStar(key::have_trapped_type.present(),
+                                SequenceStar(ValidateAllBridges{}, key::clean_vw_blocked.flag(),
+                                             key::have_trapped_type.flag(), Delay{50})));
 }
 
 Node find_second_chance(const Node& worth_the_trip)
 {
     return SequenceStar(
-        RetryUntilSuccesful(-1, SequenceStar(erase("SlamRetry_find_none"),
-                                             FallbackStar(search_map("SlamRetry"),
-                                                          SetBlackboard{"SlamRetry_find_none", "true"}),
-                                             FallbackStar(present("SlamRetry_find_none"), worth_the_trip))),
-        absent("SlamRetry_find_none"));
+        RetryUntilSuccesful(
+            -1, SequenceStar(key::SlamRetry_find_none.erase(),
+                             FallbackStar(search_map("SlamRetry"), key::SlamRetry_find_none.set("true")),
+                             FallbackStar(key::SlamRetry_find_none.present(), worth_the_trip))),
+        key::SlamRetry_find_none.absent());
 }
 
 }  // namespace vemra::trees

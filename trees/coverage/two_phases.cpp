@@ -8,12 +8,11 @@ Node cycle(const Node& lines, const Node& walls)
 {
     return RetryUntilSuccesful(
         -1,
-        FallbackStar(
-            Sequence(BlackboardCopy{"gridmap_limit", "clean_region"},
-                     SetBlackboard{"gong_complete_confirm", "false"}, ActionDecorator(ForceSuccess(lines)),
-                     MapClosureMonitor{}, ActionDecorator(ForceSuccess(walls)),
-                     FallbackStar(key_is_true("gong_complete_confirm"), GongCompleteReconfirm{})),
-            ForceFailure(SetBlackboard{"gong_complete", "false"})));
+        FallbackStar(Sequence(key::gridmap_limit.copy_to(key::clean_region),
+                              key::gong_complete_confirm.set("false"), ActionDecorator(ForceSuccess(lines)),
+                              MapClosureMonitor{}, ActionDecorator(ForceSuccess(walls)),
+                              FallbackStar(key::gong_complete_confirm.is_true(), GongCompleteReconfirm{})),
+                     ForceFailure(key::gong_complete.set("false"))));
 }
 
 }  // namespace
@@ -22,14 +21,14 @@ Node two_phases(const Node& lines, const Node& walls)
 {
     return IfThenElse(
         GridmapLimitCheck{},
-        Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
-                 DoWhile(StackBlackboard{"OnElave"}, TraceLogger{},
-                         SequenceStar(
-                             default_from("origin_point", "current_coord"),
-                             RetryUntilSuccesful(-1, SequenceStar(cycle(lines, walls),
-                                                                  SetBlackboard{"gong_complete", "false"},
-                                                                  prove_way_home(drive_or_follow_walls()))),
-                             absent("OnElave")))),
+        Sequence(
+            ForceSuccess(SubtreeCondition{"EscapeCoat"}),
+            DoWhile(key::OnElave.kept(), TraceLogger{},
+                    SequenceStar(key::origin_point.default_from(key::current_coord),
+                                 RetryUntilSuccesful(
+                                     -1, SequenceStar(cycle(lines, walls), key::gong_complete.set("false"),
+                                                      prove_way_home(drive_or_follow_walls()))),
+                                 key::OnElave.absent()))),
         SubtreeCondition{"BackToMapLimit.xml"});
 }
 

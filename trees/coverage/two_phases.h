@@ -22,9 +22,9 @@ inline Node all_passes_done()
 /// The walls count as a pass of their own.
 inline Node increase_coverage(const Nodes& companions)
 {
-    return DoWhile(StackBlackboard{"current_clean_times"}, companions,
-                   SequenceStar(SetBlackboardWithType{"current_clean_times", "int", "255"},
-                                SubtreeCondition{"IncreaseCoverage_mod.xml"}));
+    return DoWhile(
+        key::current_clean_times.kept(), companions,
+        SequenceStar(key::current_clean_times.set_typed(255), SubtreeCondition{"IncreaseCoverage_mod.xml"}));
 }
 
 /// Both phases until the lines are known to be done, then the proof of the way home.

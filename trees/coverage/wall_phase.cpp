@@ -26,7 +26,7 @@ Node trace_wall()
                     MarkChainCheckOverlap{.chain_id = "${current_chain_id}",
                                           .follow_wall_right = "${follow_wall_dir}",
                                           .map_mask = "${map_mask}"},
-                    SetBlackboard{"cross_trial_bridge_success", "false"},
+                    key::cross_trial_bridge_success.set("false"),
                     FallbackStar(SubtreeCondition{"FollowWallProc"},
                                  ForceFailure(SequenceStar(NotTrapped{}, close_chain()))));
 }
@@ -36,12 +36,10 @@ Node subregion_follow_wall()
     return SubTree(
         "SubregionFollowWall",
         Sequence(
-            SetBlackboard{"follow_wall_type", "Real"}, account_motion("Followwall"),
-            set_flag("disable_layer_marker"),
+            key::follow_wall_type.set("Real"), account_motion("Followwall"), key::disable_layer_marker.flag(),
             ActionDecorator(ForceSuccess(DoWhile(
-                StackBlackboard{"current_clean_times"},
-                TemporarilyEnableSensor{.lock_status = "false", .sensor = "FollowWallVirtualWallMap"},
-                Sequence(SetBlackboardWithType{"current_clean_times", "int", "255"},
+                key::current_clean_times.kept(), sensor_on("FollowWallVirtualWallMap"),
+                Sequence(key::current_clean_times.set_typed(255),
                          ActionDecorator(SubtreeCondition{"Back2cm"}), draw("Default"),
                          DoWhile(MarkFollowWallMap{"${map_mask}"}, MarkVirtualBound{"${current_subregion}"},
                                  traced_as("FollowWallWithMarkMap"), trace_wall()))))),
@@ -58,16 +56,16 @@ Node in_traced_area(const char* point)
 
 Node find_open_chain_end()
 {
-    return PostProcess(search_part("Chain"), erase("closest_chain_end"));
+    return PostProcess(search_part("Chain"), key::closest_chain_end.erase());
 }
 
 // The name of the second key is kept as it stands.
 Node block_is_traced_already()
 {
     return SequenceStar(
-        IfThenElseStar(present("chain_region_check_point"), in_traced_area("${chain_region_check_point}"),
+        IfThenElseStar(key::chain_region_check_point.present(), in_traced_area("${chain_region_check_point}"),
                        SequenceStar(SaySomething{"No chain_region_check_pointpoint!!!"},
-                                    BlackboardCopy{"awesome_search_block", "chain_region_check_pointpoint"},
+                                    key::awesome_search_block.copy_to(key::chain_region_check_pointpoint),
                                     in_traced_area("${chain_region_check_pointpoint}"))),
         SaySomething{"Block搜索结果在区域链内，无需前往！"});
 }
@@ -77,18 +75,18 @@ Node find_block_outside()
     return SequenceStar(
         RetryUntilSuccesful(
             -1, SequenceStar(
-                    erase("continue_search_block"),
-                    FallbackStar(search_part("Block"), SetBlackboard{"continue_search_block", "true"}),
-                    FallbackStar(present("continue_search_block"), Inverter(block_is_traced_already())))),
-        absent("continue_search_block"));
+                    key::continue_search_block.erase(),
+                    FallbackStar(search_part("Block"), key::continue_search_block.set("true")),
+                    FallbackStar(key::continue_search_block.present(), Inverter(block_is_traced_already())))),
+        key::continue_search_block.absent());
 }
 
 // Within the traced area a block is worth a visit only behind the trial bridge that was just crossed.
 Node find_block()
 {
     return IfThenElseStar(
-        SequenceStar(absent("need_search_block"), in_traced_area("${current_coord}")),
-        SequenceStar(key_is_true("cross_trial_bridge_success"),
+        SequenceStar(key::need_search_block.absent(), in_traced_area("${current_coord}")),
+        SequenceStar(key::cross_trial_bridge_success.is_true(),
                      DoWhile(TmpProcSpecialBridge{"${crossed_navigation_bridge}"}, search_part("Block"))),
         find_block_outside());
 }
@@ -97,7 +95,7 @@ Node find_block()
 
 Node keeping_side_of_wall(Nodes companions, Node body)
 {
-    return DoWhile(StackBlackboard{"follow_wall_dir"}, companions, std::move(body));
+    return DoWhile(key::follow_wall_dir.kept(), companions, std::move(body));
 }
 
 Node approach()
@@ -124,12 +122,11 @@ Node touch_block()
                          .source_point = "${current_coord}",
                          .map_mask = "${map_mask}",
                          .region = "${current_subregion}"},
-        erase("awesome_search_block"),
-        DoWhile(TemporarilyEnableSensor{.lock_status = "false", .sensor = "FollowWallVirtualWallMap"},
-                MarkFollowWallMap{"0"}, traced_as("NaviOnePoint"),
-                Sequence(Inverter(SensorCheckBumped{"bump_dir"}), SubtreeCondition{"NaviOnePointProc"},
-                         set_flag("chain_block_fail"))),
-        close_chain(), erase("chain_block_fail"));
+        key::awesome_search_block.erase(),
+        with_sensor("FollowWallVirtualWallMap", MarkFollowWallMap{"0"}, traced_as("NaviOnePoint"),
+                    Sequence(Inverter(SensorCheckBumped{"bump_dir"}), SubtreeCondition{"NaviOnePointProc"},
+                             key::chain_block_fail.flag())),
+        close_chain(), key::chain_block_fail.erase());
 }
 
 Node reach_goal()
@@ -144,8 +141,7 @@ Node reach_goal()
 Node go_to_goal()
 {
     return DoWhile(
-        TemporarilyEnableSensor{.lock_status = "true", .sensor = "DockField"},
-        TemporarilyEnableSensor{.lock_status = "true", .sensor = "ChargerVirtualWall"},
+        sensor_held_on("DockField"), sensor_held_on("ChargerVirtualWall"),
         SequenceStar(draw("None"),
                      FallbackStar(goal_within("155"),
                                   RetryUntilSuccesful(-1, FallbackStar(approach(), no_other_goal()))),
@@ -159,27 +155,27 @@ Node gong_follow_wall()
     return SubTree(
         "GongFollowWall",
         RetryUntilSuccesful(
-            -1,
-            PostProcess(SequenceStar(account_motion("Followwall"),
-                                     FallbackStar(zigzag_is_on(), set_bool("followwall_motion_type", "true")),
-                                     set_bool("gong_motion_type", "false"), SubtreeCondition{"Back2cm"},
-                                     optionally(bumped(), draw("Default"),
-                                                SetBlackboard{"finished_gong_follow_wall", "true"},
-                                                subregion_follow_wall(), erase("need_search_block")),
-                                     IfThenElseStar(FallbackStar(find_open_chain_end(), find_block()),
-                                                    ForceFailure(go_to_goal()), AlwaysSuccess{})),
-                        set_bool("followwall_motion_type", "false"))));
+            -1, PostProcess(
+                    SequenceStar(
+                        account_motion("Followwall"),
+                        FallbackStar(zigzag_is_on(), set_bool("followwall_motion_type", "true")),
+                        set_bool("gong_motion_type", "false"), SubtreeCondition{"Back2cm"},
+                        optionally(bumped(), draw("Default"), key::finished_gong_follow_wall.set("true"),
+                                   subregion_follow_wall(), key::need_search_block.erase()),
+                        when(FallbackStar(find_open_chain_end(), find_block()), ForceFailure(go_to_goal()))),
+                    set_bool("followwall_motion_type", "false"))));
 }
 
 Node wall_phase()
 {
     return SequenceStar(
-        BlackboardCopy{"current_subregion", "region_of_interest"}, account_motion("Followwall"),
+        key::current_subregion.copy_to(key::region_of_interest), account_motion("Followwall"),
         optionally(at_unmarked_border(), Inverter(bumped()),
                    Inverter(HasOpenChain{.layer_id = "${chain_layer_id}", .region = "${current_subregion}"}),
                    bump_into_border()),
-        erase("skip_cutting_chain"), BB_Precondition("cross_bridge_near_chain_end", gong_follow_wall()),
-        absent("need_search_block"));
+        key::skip_cutting_chain.erase(),
+        BB_Precondition(key::cross_bridge_near_chain_end, gong_follow_wall()),
+        key::need_search_block.absent());
 }
 
 }  // namespace vemra::trees

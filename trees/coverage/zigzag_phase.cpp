@@ -16,11 +16,10 @@ Node get_next_line(const PartPlanner& planner)
 {
     return FallbackStar(
         planner.plan_line("${current_coord}"),
-        SequenceStar(SetBlackboard{"sub_subregion_border_closed", "true"},
-                     search_part("Normal", "default", "true"),
+        SequenceStar(key::sub_subregion_border_closed.set("true"), search_part("Normal", "default", "true"),
                      FallbackStar(path_has_trial_bridge(), planner.plan_line("${navi_target_point}"))),
-        ForceFailure(SequenceStar(SetBlackboard{"sub_subregion_border_closed", "false"},
-                                  SetBlackboard{"started_first_line", "false"})));
+        ForceFailure(SequenceStar(key::sub_subregion_border_closed.set("false"),
+                                  key::started_first_line.set("false"))));
 }
 
 // --- what is done with it -----------------------------------------------------------------------
@@ -36,7 +35,7 @@ Node cross_trial_bridge()
 
 Node note_place_on_line()
 {
-    return BlackboardCopy{"current_coord", "last_line_coord"};
+    return key::current_coord.copy_to(key::last_line_coord);
 }
 
 // A line without length: its middle is visited, and it counts as done.
@@ -57,11 +56,11 @@ Node visit_middle(const PartPlanner& planner)
 
 Node clean_line(const PartPlanner& planner)
 {
-    return SequenceStar(navigate_to_start_point(planner), SetBlackboard{"started_first_line", "true"},
+    return SequenceStar(navigate_to_start_point(planner), key::started_first_line.set("true"),
                         DoWhile(traced_as("CleanTheLine"), note_place_on_line(),
                                 SequenceStar(draw("ClearOnly"), SetFixOrientation{"${finish_point}"},
                                              SubtreeCondition{"FixOrientation"},
-                                             BlackboardCopy{"current_coord", "current_line_finish_point"})));
+                                             key::current_coord.copy_to(key::current_line_finish_point))));
 }
 
 // --- after a bump -------------------------------------------------------------------------------
@@ -89,7 +88,7 @@ Node pass_obstacle(const PartPlanner& planner)
         draw("Default"),
         Named("IfenElseStar",
               IfThenElseStar(goal_within("150"),
-                             SequenceStar(BlackboardCopy{"current_pose", "original_bump_point"},
+                             SequenceStar(key::current_pose.copy_to(key::original_bump_point),
                                           points_within("50", "${current_pose}", "${original_bump_point}"),
                                           follow_wall_to_line()),
                              follow_wall_to_line())));
@@ -98,10 +97,10 @@ Node pass_obstacle(const PartPlanner& planner)
 Node line_cycle(const PartPlanner& planner)
 {
     return SequenceStar(
-        optionally(present("followwall_motion_type"), set_bool("followwall_motion_type", "false")),
+        optionally(key::followwall_motion_type.present(), set_bool("followwall_motion_type", "false")),
         account_motion("Gong"), set_bool("gong_motion_type", "true"),
-        SetBlackboard{"sub_subregion_border_closed", "true"}, get_next_line(planner),
-        SetBlackboard{"sub_subregion_border_closed", "false"},
+        key::sub_subregion_border_closed.set("true"), get_next_line(planner),
+        key::sub_subregion_border_closed.set("false"),
         ForceSuccess(FallbackStar(cross_trial_bridge(), visit_middle(planner), clean_line(planner),
                                   // The dock's field must not be traced.
                                   touched("left_dock"), touched("middle_dock"), touched("right_dock"),
@@ -110,22 +109,22 @@ Node line_cycle(const PartPlanner& planner)
 
 Node gong(const PartPlanner& planner)
 {
-    return SubTree("Gong",
-                   FallbackStar(SequenceStar(erase("current_line_finish_point"), erase("need_search_block"),
-                                             Repeat(-1, line_cycle(planner))),
-                                ForceFailure(SequenceStar(set_flag("need_search_block"),
-                                                          SetBlackboard{"bump_dir", "None"},
-                                                          set_bool("gong_motion_type", "false")))));
+    return SubTree(
+        "Gong",
+        FallbackStar(SequenceStar(erase(key::current_line_finish_point, key::need_search_block),
+                                  Repeat(-1, line_cycle(planner))),
+                     ForceFailure(SequenceStar(key::need_search_block.flag(), key::bump_dir.set("None"),
+                                               set_bool("gong_motion_type", "false")))));
 }
 
 }  // namespace
 
 Node zigzag_phase(const PartPlanner& planner)
 {
-    return SequenceStar(BlackboardCopy{"current_coord", "entrance"}, account_motion("Gong"),
-                        SetBlackboard{"cross_trial_bridge_success", "false"}, set_flag("skip_cutting_chain"),
-                        BB_Precondition("cross_bridge_near_chain_end",
-                                        BB_Precondition("cross_trial_bridge_success", gong(planner))));
+    return SequenceStar(key::current_coord.copy_to(key::entrance), account_motion("Gong"),
+                        key::cross_trial_bridge_success.set("false"), key::skip_cutting_chain.flag(),
+                        BB_Precondition(key::cross_bridge_near_chain_end,
+                                        BB_Precondition(key::cross_trial_bridge_success, gong(planner))));
 }
 
 }  // namespace vemra::trees

@@ -4,39 +4,39 @@ namespace {
 
 Node forget_cancelled_mapping()
 {
-    return IfThenElseStar(SequenceStar(present("FastMapCleanCancleFlag"), erase("FastMapCleanCancleFlag"),
-                                       SaySomething{"backhome test reset state"}),
-                          set_task("map_cleaning"), SaySomething{"backhome test donothing"});
+    return IfThenElseStar(
+        SequenceStar(key::FastMapCleanCancleFlag.take(), SaySomething{"backhome test reset state"}),
+        set_task("map_cleaning"), SaySomething{"backhome test donothing"});
 }
 
 // --- the station's button, switched off ---------------------------------------------------------
 
 Node break_off_for_wash()
 {
-    return optionally(
-        key_is("station_button_value", "shortpush"), SaySomething{"station button breakpoint..."},
-        BlackboardCopy{"current_pose", "wash_mop_break_point"},
-        IfThenElseStar(present("stop_wash_back_lopp_flag"), ForceFailure(erase("stop_wash_back_lopp_flag")),
-                       SaySomething{"enter backhome back wash"}),
-        set_flag("mop_is_dirty"), SetBlackboard{"clean_task_end", "true"},
-        change_task({{"cleaning", "lowpower"},
-                     {"zone_cleaning", "zone_lowpower"},
-                     {"area_cleaning", "area_lowpower"},
-                     {"point_cleaning", "point_lowpower"}}));
+    return optionally(key::station_button_value.is("shortpush"), SaySomething{"station button breakpoint..."},
+                      key::current_pose.copy_to(key::wash_mop_break_point),
+                      IfThenElseStar(key::stop_wash_back_lopp_flag.present(),
+                                     ForceFailure(key::stop_wash_back_lopp_flag.erase()),
+                                     SaySomething{"enter backhome back wash"}),
+                      key::mop_is_dirty.flag(), key::clean_task_end.set("true"),
+                      change_task({{"cleaning", "lowpower"},
+                                   {"zone_cleaning", "zone_lowpower"},
+                                   {"area_cleaning", "area_lowpower"},
+                                   {"point_cleaning", "point_lowpower"}}));
 }
 
 Node station_button()
 {
     const auto asked_home =
-        SequenceStar(FallbackStar(key_is("station_button_value", "shortpush"), present("hand_wash_flag"),
-                                  present("need_back_station")),
+        SequenceStar(FallbackStar(key::station_button_value.is("shortpush"), key::hand_wash_flag.present(),
+                                  key::need_back_station.present()),
                      DoesTuobuInstall{}, Inverter(FallbackStar(low_power(), low_power_pause())));
-    const auto called_off = SequenceStar(key_is("station_button_value", "longpush"), DoesTuobuInstall{},
-                                         present("stop_wash_back_lopp_flag"));
+    const auto called_off = SequenceStar(key::station_button_value.is("longpush"), DoesTuobuInstall{},
+                                         key::stop_wash_back_lopp_flag.present());
     return SequenceStar(
-        SetBlackboard{"StationNotNormal", "false"},
-        choose({{asked_home, SequenceStar(play("148"), break_off_for_wash())},
-                {called_off, SequenceStar(erase("stop_wash_back_lopp_flag"),
+        key::StationNotNormal.set("false"),
+        choose({{asked_home, SequenceStar(play(148), break_off_for_wash())},
+                {called_off, SequenceStar(key::stop_wash_back_lopp_flag.erase(),
                                           SaySomething{"stop backwash by station longpush"})}}));
 }
 
@@ -46,21 +46,20 @@ Node show_way_home()
 {
     return IfThenElseStar(
         RobotPowerGetLowerThan{"15"},
-        SequenceStar(Led_Mode_Set{"BUTTON_LED_Backhome_LowPower"},
-                     SetBlackboard{"robot_status", "clean_back_done"}),
+        SequenceStar(Led_Mode_Set{"BUTTON_LED_Backhome_LowPower"}, key::robot_status.set("clean_back_done")),
         SequenceStar(
             IfThenElseStar(in_fast_mapping(), SaySomething{"fastmode complete backhome,no need led set"},
                            Led_Mode_Set{"BUTTON_LED_Backhome_Normal"}),
-            IfThenElseStar(SequenceStar(FallbackStar(present("mop_is_dirty"), present("hand_wash_flag")),
-                                        DoesTuobuInstall{}),
-                           SetBlackboard{"robot_status", "clean_back_wash"},
-                           SetBlackboard{"robot_status", "clean_back_done"})));
+            IfThenElseStar(
+                SequenceStar(FallbackStar(key::mop_is_dirty.present(), key::hand_wash_flag.present()),
+                             DoesTuobuInstall{}),
+                key::robot_status.set("clean_back_wash"), key::robot_status.set("clean_back_done"))));
 }
 
 Node stands_at_dock()
 {
     return FallbackStar(ForceFailure(SaySomething{"charge Err Debug -------------"}),
-                        DoesGetRobotChargeWarnning{}, key_is_true("kicked"));
+                        DoesGetRobotChargeWarnning{}, key::kicked.is_true());
 }
 
 }  // namespace
@@ -71,11 +70,9 @@ TREE(BackHomeIndex)
 {
     return DoWhile(
         StepUtility{.new_step_status = "Open"}, AlwaysFailure{},
-        SequenceStar(SetBlackboard{"tof_reset_map", "1"},
-                     optionally(present("stop_clean_task_falg"), SaySomething{"backhome just stop"}),
-                     forget_cancelled_mapping(), set_mop_gear(),
-                     IfThenElseStar(switched_off(), station_button(), AlwaysSuccess{}),
-                     DoWhile(show_way_home(), StackBlackboard{"current_area_val"},
-                             StackBlackboard{"avoid_mopped_areas"},
+        SequenceStar(key::tof_reset_map.set(1),
+                     optionally(key::stop_clean_task_falg.present(), SaySomething{"backhome just stop"}),
+                     forget_cancelled_mapping(), set_mop_gear(), when(switched_off(), station_button()),
+                     DoWhile(show_way_home(), key::current_area_val.kept(), key::avoid_mopped_areas.kept(),
                              IfThenElseStar(stands_at_dock(), kicked_branch(), normal_branch()))));
 }

@@ -14,9 +14,9 @@ Node walk_arm(const char* offset_mm)
 // The arms across begin anew from where the robot got back to.
 Nodes back_to_center()
 {
-    return row(BlackboardCopy{"crossline_center", "navi_target_point"},
+    return row(key::crossline_center.copy_to(key::navi_target_point),
                ForceSuccess(SubtreeCondition{"NaviOnePointProc"}),
-               BlackboardCopy{"current_coord", "crossline_center"});
+               key::current_coord.copy_to(key::crossline_center));
 }
 
 }  // namespace
@@ -26,7 +26,7 @@ TREE(CrosslineSearch)
 {
     return Fallback(
         SubtreeCondition{"ReadyToSearchForCharger.xml"},
-        SequenceStar(BlackboardCopy{"current_coord", "crossline_center"},
+        SequenceStar(key::current_coord.copy_to(key::crossline_center),
                      FallbackStar(SequenceStar(SetMapDrawMode{.draw_mode = "None"}, walk_arm("1000;0")),
                                   walk_arm("-1000;0"), SequenceStar(back_to_center(), walk_arm("0;1000")),
                                   walk_arm("0;-1000"))));

@@ -12,9 +12,9 @@ Node search_dock()
 Node not_exploring()
 {
     return FallbackStar(
-        BoolMatch{"${use_mop}", "true"},
-        SequenceStar(Inverter(Named("ManualBackHomeMode", Fallback(key_is("task_state", "charge"),
-                                                                   key_is("task_state", "search_charge")))),
+        key::use_mop.holds("true"),
+        SequenceStar(Inverter(Named("ManualBackHomeMode", Fallback(key::task_state.is("charge"),
+                                                                   key::task_state.is("search_charge")))),
                      stored_map_without_dock("${reuse_cleaning}==1", "true")));
 }
 
@@ -42,18 +42,18 @@ Node walk(const char* follow_mode)
 {
     return walk_to_dock(
         {.follow_mode = follow_mode,
-         .no_way = FallbackStar(tell_what_bars_way("0", AlwaysFailure{}), set_flag("cant_reach_charger"))});
+         .no_way = FallbackStar(tell_what_bars_way("0", AlwaysFailure{}), key::cant_reach_charger.flag())});
 }
 
 Node unless_out_of_reach()
 {
-    return Inverter(SequenceStar(present("cant_reach_charger"), SaySomething{"tolvar cant_reach_charger"},
-                                 erase("cant_reach_charger")));
+    return Inverter(SequenceStar(key::cant_reach_charger.present(), SaySomething{"tolvar cant_reach_charger"},
+                                 key::cant_reach_charger.erase()));
 }
 
 Nodes face_and_search(const char* charger_type)
 {
-    return row(SetBlackboardWithType{"charger_type", "int", charger_type}, face_dock(), search_dock());
+    return row(key::charger_type.set_typed(charger_type), face_dock(), search_dock());
 }
 
 Node search_at_stored()
@@ -67,7 +67,7 @@ Node search_at_marked()
     return SubTree("BackToMarkedCharger",
                    FallbackStar(Named("TryGoToMarkedCharger",
                                       SequenceStar(account_motion("NaviCharge"),
-                                                   BlackboardCopy{"only_charger_in_map", "navi_target_point"},
+                                                   key::only_charger_in_map.copy_to(key::navi_target_point),
                                                    with_sensor("ChargerVirtualWall", walk("TargetNoUnknown")),
                                                    goal_within("150"), search_dock())),
                                 ForceFailure(SubtreeCondition{"BackToOrigin"})));
@@ -77,32 +77,32 @@ Node search_at_marked()
 Node search_by_walks()
 {
     return SequenceStar(
-        present("quick_map_dock"),
+        key::quick_map_dock.present(),
         PostProcess(RetryUntilSuccesful(
-                        3, SequenceStar(SetBlackboard{"random_walk_times", "0"},
+                        3, SequenceStar(key::random_walk_times.set(0),
                                         SubtreeCondition{"SearchForChargerRandomWalk"}, search_dock())),
-                    erase("quick_map_dock")));
+                    key::quick_map_dock.erase()));
 }
 
 Node search_from_charger()
 {
     return FallbackStar(SequenceStar(SaySomething{"start from charger"},
-                                     BlackboardCopy{"only_charger_in_map", "navi_target_point"},
-                                     walk("Target"), unless_out_of_reach(), face_and_search("1")),
+                                     key::only_charger_in_map.copy_to(key::navi_target_point), walk("Target"),
+                                     unless_out_of_reach(), face_and_search("1")),
                         search_by_walks());
 }
 
 Node select_dock()
 {
     return SequenceStar(
-        erase("cant_reach_charger"), begin_run(),
-        IfThenElseStar(
-            stored_charger(),
-            FallbackStar(search_at_stored(), SequenceStar(present("only_charger_in_map"), search_at_marked()),
-                         explore(), return_to_origin("1")),
-            IfThenElseStar(present("only_charger_in_map"),
-                           FallbackStar(search_from_charger(), explore(), return_to_origin("1")),
-                           FallbackStar(search_dock(), explore(), return_to_origin("1")))));
+        key::cant_reach_charger.erase(), begin_run(),
+        choose({{stored_charger(),
+                 FallbackStar(search_at_stored(),
+                              SequenceStar(key::only_charger_in_map.present(), search_at_marked()), explore(),
+                              return_to_origin("1"))},
+                {key::only_charger_in_map.present(),
+                 FallbackStar(search_from_charger(), explore(), return_to_origin("1"))}},
+               FallbackStar(search_dock(), explore(), return_to_origin("1"))));
 }
 
 }  // namespace
@@ -112,7 +112,7 @@ TREE(GoCharging_CleanDock)
 {
     return FallbackStar(Sequence(GridmapLimitCheck{}, ForceSuccess(SubtreeCondition{"EscapeCoat"}),
                                  until_contact({.search = PostProcess(DoWhile(beside_search(), select_dock()),
-                                                                      erase("SFC_trapped")),
+                                                                      key::SFC_trapped.erase()),
                                                 .keeps_search = false})),
                         ForceFailure(Stop{}));
 }

@@ -6,8 +6,8 @@ namespace {
 Node not_exploring()
 {
     return FallbackStar(StringMatch{"SearchForCharger_lds.xml", "SearchForCharger_CleanDock.xml"},
-                        present("escape_in_dock"),
-                        SequenceStar(key_is("task_state", "charge"), key_is("task_state", "search_charge")),
+                        key::escape_in_dock.present(),
+                        SequenceStar(key::task_state.is("charge"), key::task_state.is("search_charge")),
                         SequenceStar(stored_map_without_dock("${reuse_cleaning}==1", "true")));
 }
 
@@ -27,16 +27,16 @@ Node run()
                            DoWhile(beside_search(),
                                    select_charger({.search_tree = "SearchForCharger_lds",
                                                    // The second place stays eligible after a failure.
-                                                   .second_failed = "first_potential_charger_failed",
+                                                   .second_failed = key::first_potential_charger_failed,
                                                    .step_4_tolerance = "1",
                                                    .trap_tolerance = "1",
                                                    .says_what_it_does = false,
                                                    .mark_out_field = row(IfThenElseStar(
-                                                       BoolMatch{"true", "true"}, set_flag("dock_out_field"),
-                                                       erase("dock_out_field"))),
+                                                       BoolMatch{"true", "true"}, key::dock_out_field.flag(),
+                                                       key::dock_out_field.erase())),
                                                    .not_exploring = not_exploring(),
                                                    .explore = explore()})),
-                           erase("SFC_trapped"))}));
+                           key::SFC_trapped.erase())}));
 }
 
 }  // namespace

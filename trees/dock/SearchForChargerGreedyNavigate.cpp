@@ -6,9 +6,10 @@ TREE(SearchForChargerGreedyNavigate)
     return SequenceStar(
         MoveThroughWalls{.out_point = "navi_target_point", .pose = "${initial_bump_pose}"},
         MakeMap{.roi = "${navigate_limit}"},
-        IfThenElseStar(present("follow_wall_dir"), BlackboardCopy{"follow_wall_dir", "follow_wall_dir_bak"},
-                       erase("follow_wall_dir_bak")),
+        IfThenElseStar(key::follow_wall_dir.present(), key::follow_wall_dir.copy_to(key::follow_wall_dir_bak),
+                       key::follow_wall_dir_bak.erase()),
         walk_within_limit({.cycles = "3", .arrival_mm = "200", .draws_blocks_last = false}),
-        optionally(present("follow_wall_dir_bak"), BlackboardCopy{"follow_wall_dir_bak", "follow_wall_dir"}),
+        optionally(key::follow_wall_dir_bak.present(),
+                   key::follow_wall_dir_bak.copy_to(key::follow_wall_dir)),
         goal_within("200"));
 }

@@ -11,7 +11,7 @@ Nodes copy_marker(const std::string& from, const std::string& to)
 
 Nodes erase_copies()
 {
-    return row(erase("marker_dir_bak"), erase("marker_signal_type_bak"), erase("marker_in_dock_field_bak"));
+    return row(erase(key::marker_dir_bak, key::marker_signal_type_bak, key::marker_in_dock_field_bak));
 }
 
 }  // namespace
@@ -20,11 +20,11 @@ Nodes erase_copies()
 TREE(SearchForChargerOverturnSolv)
 {
     return SequenceStar(
-        BlackboardCopy{"current_yaw_deg", "turn_around_start"}, copy_marker("", "_bak"),
+        key::current_yaw_deg.copy_to(key::turn_around_start), copy_marker("", "_bak"),
         SubtreeCondition{"GoChargingFullRoundTurn"},
         IfThenElseStar(Fallback(marked("None"), marked("Mixed")),
                        ForceFailure(SequenceStar(copy_marker("_bak", ""), erase_copies())),
-                       SequenceStar(erase_copies(), BlackboardCopy{"marker_dir", "turn_target_angle"},
+                       SequenceStar(erase_copies(), key::marker_dir.copy_to(key::turn_target_angle),
                                     SubTree("TurnToTargetAngle",
                                             SequenceStar(SetMapDrawMode{.draw_mode = "None"},
                                                          guarded_turn_to("${turn_target_angle}", "60"))))));

@@ -4,20 +4,20 @@ namespace {
 
 Node walk()
 {
-    return Sequence(BlackboardCopy{"current_pose", "random_walk_source"},
+    return Sequence(key::current_pose.copy_to(key::random_walk_source),
                     RandomPointNearAnother{.max_dist = "800",
                                            .min_dist = "450",
                                            .out_point = "navi_target_point",
                                            .source_point = "${current_pose}"},
                     no_bump(), SetMapDrawMode{.draw_mode = "None"}, SubtreeCondition{"NaviOnePointProc"},
-                    erase("random_walk_source"));
+                    key::random_walk_source.erase());
 }
 
 // A walk that was cut short still counts, if the robot got somewhere by it.
 Node cut_short()
 {
     return SequenceStar(back2cm(), Inverter(within("150", "${random_walk_source}")),
-                        erase("random_walk_source"));
+                        key::random_walk_source.erase());
 }
 
 }  // namespace
@@ -26,9 +26,9 @@ Node cut_short()
 TREE(SearchForChargerRandomWalk)
 {
     return SequenceStar(
-        IsAGreaterThanBInt{"5", "${random_walk_times}"},
-        IntAdd{"${random_walk_times}", "1", "random_walk_times"},
+        key::random_walk_times.below(5), key::random_walk_times.plus(1),
         ForceSuccess(with_sensor(
-            "DockField", RetryUntilSuccesful(5, FallbackStar(walk(), cut_short(),
-                                                             ForceFailure(erase("random_walk_source")))))));
+            "DockField",
+            RetryUntilSuccesful(
+                5, FallbackStar(walk(), cut_short(), ForceFailure(key::random_walk_source.erase()))))));
 }

@@ -4,10 +4,9 @@ namespace {
 
 Node look_around()
 {
-    return ForceSuccess(
-        Fallback(hears(ml, "Middle"), hears(mr, "Middle"),
-                 SequenceStar(SetBlackboard{"turn_target_angle_dir", "right"}, turn_relative(),
-                              SetBlackboard{"turn_target_angle_dir", "left"}, turn_relative())));
+    return ForceSuccess(Fallback(hears(ml, "Middle"), hears(mr, "Middle"),
+                                 SequenceStar(key::turn_target_angle_dir.set("right"), turn_relative(),
+                                              key::turn_target_angle_dir.set("left"), turn_relative())));
 }
 
 Node track()
@@ -19,22 +18,20 @@ Node track()
 // Within the field, but off the line.
 Node surround_charger()
 {
-    return Named(
-        "InDockFieldButLoseMiddle",
-        IfThenElseStar(SequenceStar(Inverter(front_hears("Middle")), InDockField{}),
-                       Named("SurroundCharger",
-                             SequenceStar(find_best_direction(), SaySomething{"tq : need surround charger"},
-                                          update_charger_direction(), surround_field_find_middle())),
-                       AlwaysSuccess{}));
+    return Named("InDockFieldButLoseMiddle",
+                 when(SequenceStar(Inverter(front_hears("Middle")), InDockField{}),
+                      Named("SurroundCharger",
+                            SequenceStar(find_best_direction(), SaySomething{"tq : need surround charger"},
+                                         update_charger_direction(), surround_field_find_middle()))));
 }
 
 Node pass()
 {
-    return SequenceStar(optionally(IsAGreaterThanBInt{"${full_round_turn_times}", "3"}, break_docking()),
+    return SequenceStar(optionally(key::full_round_turn_times.above(3), break_docking()),
                         RetryUntilSuccesful(1, turn_find_signal()), SaySomething{"tq : start track 1"},
-                        Stop{}, SetBlackboard{"full_round_turn_count", "0"},
-                        SaySomething{"tq : start track 2"}, track(), Stop{}, surround_charger(),
-                        SaySomething{"tq : start docking"}, final_approach_without_map());
+                        Stop{}, key::full_round_turn_count.set(0), SaySomething{"tq : start track 2"},
+                        track(), Stop{}, surround_charger(), SaySomething{"tq : start docking"},
+                        final_approach_without_map());
 }
 
 }  // namespace
@@ -43,13 +40,12 @@ Node pass()
 TREE(SearchForChargerWithoutMap)
 {
     return SequenceStar(
-        SetBlackboard{"final_dock_times", "0"}, SetBlackboard{"docking_try_times", "0"},
+        key::final_dock_times.set(0), key::docking_try_times.set(0),
         without_sensor(
             "DockField",
             Repeat(-1, Named("SearchForCharger",
-                             SequenceStar(SetBlackboard{"docking_big_loop_break", "false"},
-                                          SetBlackboard{"full_round_turn_times", "0"},
-                                          SetBlackboardWithType{"turn_target_angle_relative", "float", "45"},
-                                          look_around(),
-                                          BB_Precondition("docking_big_loop_break", Loop(-1, pass())))))));
+                             SequenceStar(key::docking_big_loop_break.set("false"),
+                                          key::full_round_turn_times.set(0),
+                                          key::turn_target_angle_relative.set_typed(45), look_around(),
+                                          BB_Precondition(key::docking_big_loop_break, Loop(-1, pass())))))));
 }

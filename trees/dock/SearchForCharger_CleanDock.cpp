@@ -5,7 +5,7 @@ namespace {
 
 Node leave_field()
 {
-    return optionally(BoolMatch{"${marker_in_dock_field}", "true"}, present("first_time_search"),
+    return optionally(key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
                       Inverter(charger_is_known()),
                       turn_away_and(FallbackStar(drive_unless_bumped("125", "120", "120"),
                                                  SubtreeCondition{"Back2cm.xml"})));
@@ -13,23 +13,23 @@ Node leave_field()
 
 Node heard_in_field()
 {
-    return Sequence(absent("ignore_dock_filed_flag"), InDockField{}, front_hears());
+    return Sequence(key::ignore_dock_filed_flag.absent(), InDockField{}, front_hears());
 }
 
 // --- too close to the dock ----------------------------------------------------------------------
 
 Node feel_for_field(const char* angle_deg)
 {
-    return turn_until(Sequence(InDockField{}, set_flag("near_to_dock_field_flag")), angle_deg, "45");
+    return turn_until(Sequence(InDockField{}, key::near_to_dock_field_flag.flag()), angle_deg, "45");
 }
 
 Node too_close_when_startup()
 {
     return SubTree(
         "IsTooCloseToDockWhenStartup",
-        SequenceStar(nearer_than("600"), erase("near_to_dock_field_flag"), feel_for_field("15"),
-                     feel_for_field("-30"), feel_for_field("15"), present("near_to_dock_field_flag"),
-                     erase("near_to_dock_field_flag"), SaySomething{"tq : near to dock field"}));
+        SequenceStar(nearer_than("600"), key::near_to_dock_field_flag.erase(), feel_for_field("15"),
+                     feel_for_field("-30"), feel_for_field("15"), key::near_to_dock_field_flag.take(),
+                     SaySomething{"tq : near to dock field"}));
 }
 
 Node move_away_from_dock()
@@ -46,48 +46,44 @@ Node move_away_from_dock()
 Node turn_half_back_and_look()
 {
     const auto got_field = Fallback(InDockField{}, hears(ml), hears(mr));
-    return SequenceStar(Named("TryTurnToDock", Sequence(SubtreeCondition{"Escape"},
-                                                        Rotate{.angle_deg = "${turn_to_charger_angle}",
-                                                               .angular_velocity_deg_s = "60",
-                                                               .false_relative_true_absolute = "false"})),
+    return SequenceStar(Named("TryTurnToDock", guarded(Rotate{.angle_deg = "${turn_to_charger_angle}",
+                                                              .angular_velocity_deg_s = "60",
+                                                              .false_relative_true_absolute = "false"})),
                         Named("TryTurnToDockWithSignalCheck",
-                              Sequence(SubtreeCondition{"Escape"},
-                                       Named("BreakAfterGotField",
-                                             Fallback(Sequence(got_field, set_flag("got_reflected_sig_flag")),
-                                                      Rotate{.angle_deg = "${turn_to_charger_angle}",
-                                                             .angular_velocity_deg_s = "35",
-                                                             .false_relative_true_absolute = "false"})))));
+                              guarded(Named("BreakAfterGotField",
+                                            Fallback(Sequence(got_field, key::got_reflected_sig_flag.flag()),
+                                                     Rotate{.angle_deg = "${turn_to_charger_angle}",
+                                                            .angular_velocity_deg_s = "35",
+                                                            .false_relative_true_absolute = "false"})))));
 }
 
 Node follow_true_source()
 {
     return SequenceStar(
         IsGotReflectedSignal{"turn_angle_after_reflect"}, SaySomething{"tq ir strong reflect"},
-        erase("got_reflected_sig_flag"), set_flag("ignore_dock_filed_flag"),
+        key::got_reflected_sig_flag.erase(), key::ignore_dock_filed_flag.flag(),
         ForceSuccess(Frameout(25, GoBackwards{})),
-        SetBlackboardWithType{"turn_to_charger_angle", "float", "${turn_angle_after_reflect}/2"},
-        turn_half_back_and_look(),
-        IfThenElseStar(
-            present("got_reflected_sig_flag"),
-            SequenceStar(ForceSuccess(drive_unless_bumped("80", "50", "50")),
-                         erase("ignore_dock_filed_flag")),
-            ForceFailure(SequenceStar(erase("ignore_dock_filed_flag"), SaySomething{"tq turn to bumped yaw"},
-                                      guarded_turn("-${turn_angle_after_reflect}", "80")))));
+        key::turn_to_charger_angle.set_typed("${turn_angle_after_reflect}/2"), turn_half_back_and_look(),
+        IfThenElseStar(key::got_reflected_sig_flag.present(),
+                       SequenceStar(ForceSuccess(drive_unless_bumped("80", "50", "50")),
+                                    key::ignore_dock_filed_flag.erase()),
+                       ForceFailure(SequenceStar(key::ignore_dock_filed_flag.erase(),
+                                                 SaySomething{"tq turn to bumped yaw"},
+                                                 guarded_turn("-${turn_angle_after_reflect}", 80)))));
 }
 
 // The sectors are heard crosswise: that is a mirror, too.
 Node turn_from_mirror()
 {
     const auto turn_by = [](const char* first, const char* then) {
-        return SequenceStar(guarded_turn(first, "60"),
-                            turn_until(Sequence(hears(ml), hears(mr)), then, "60"));
+        return SequenceStar(guarded_turn(first, 60), turn_until(Sequence(hears(ml), hears(mr)), then, "60"));
     };
     return IfThenElseStar(
         both("CentralRight", "CentralLeft"),
         ForceFailure(SequenceStar(SaySomething{"tq ir strong reflect"},
                                   GenerateTurnDirWhenReflect{"turn_angle_after_reflect"},
-                                  IfThenElseStar(IsAGreaterThanBFloat{"${turn_angle_after_reflect}", "0"},
-                                                 turn_by("90", "30"), turn_by("-90", "-30")))),
+                                  IfThenElseStar(key::turn_angle_after_reflect.above(0), turn_by("90", "30"),
+                                                 turn_by("-90", "-30")))),
         AlwaysFailure{});
 }
 
@@ -118,8 +114,9 @@ Node after_bump()
 {
     return IfThenElseStar(
         Bumped{"${bump_dir}"},
-        FallbackStar(follow_true_source(), ForceFailure(erase("ignore_dock_filed_flag")), avoid_obstacle(),
-                     SubtreeCondition{"ThroughObstacleNavigation"}, SequenceStar(break_drive())),
+        FallbackStar(follow_true_source(), ForceFailure(key::ignore_dock_filed_flag.erase()),
+                     avoid_obstacle(), SubtreeCondition{"ThroughObstacleNavigation"},
+                     SequenceStar(break_drive())),
         turn_from_mirror());
 }
 
@@ -138,25 +135,12 @@ Node go_toward_charger()
         "GoTowardCharger",
         SequenceStar(turn_to_charger("80"), optionally(too_close_when_startup(), move_away_from_dock()),
                      find_signal_again(),
-                     until_left("go_toward_charger_loop_break",
-                                Loop(-1, FallbackStar(follow_signal(), after_bump())))));
+                     drive_to_charger.scope(Loop(-1, FallbackStar(follow_signal(), after_bump())))));
 }
 
 Node cycle()
 {
-    return Named(
-        "SearchingForCharger",
-        SequenceStar(
-            SetBlackboard{"docking_try_times", "0"}, SetBlackboard{"back_out_of_field_times", "0"},
-            erase("back_init_bump_cnt"), IsAGreaterThanBInt{"5", "${full_round_turn_times}"},
-            IntAdd{"${full_round_turn_times}", "1", "full_round_turn_times"}, marking_turn(),
-            direction_is_known(), account_motion("Charge"),
-            FallbackStar(Sequence(SubtreeCondition{"Escape"},
-                                  SequenceStar(leave_field(), erase("first_time_search"),
-                                               Named("GoTowardCharger",
-                                                     Fallback(heard_in_field(), go_toward_charger())),
-                                               docking_loop_clean_dock())),
-                         NotTrapped{}, count_trapped_cycle())));
+    return searching_cycle(leave_field(), heard_in_field(), go_toward_charger(), docking_loop_clean_dock());
 }
 
 }  // namespace
@@ -165,9 +149,9 @@ Node cycle()
 TREE(SearchForCharger_CleanDock)
 {
     return without_sensor(
-        "DockField", TemporarilyDisableSensor{.lock_status = "false", .sensor = "LaserTofPointcloud"},
+        "DockField", sensor_off("LaserTofPointcloud"),
         Named("SearchForCharger",
-              SequenceStar(begin_search(row(SaySomething{"tolvar dock direct"}, erase("dock_final_back"),
-                                            SetBlackboard{"search_charger_time", "0"})),
+              SequenceStar(begin_search(row(SaySomething{"tolvar dock direct"}, key::dock_final_back.erase(),
+                                            key::search_charger_time.set(0))),
                            Repeat(-1, cycle()))));
 }

@@ -17,12 +17,12 @@ Node normal_branch();
 
 inline Node task_is(const char* state)
 {
-    return key_is("task_state", state);
+    return key::task_state.is(state);
 }
 
 inline Node set_task(const char* state)
 {
-    return SetBlackboard{"task_state", state};
+    return key::task_state.set(state);
 }
 
 inline Node low_power()
@@ -57,7 +57,7 @@ inline Node change_task(std::initializer_list<StateChange> changes)
 /// The robot washes its cloth on this way home.
 inline Node goes_home_to_wash()
 {
-    return SequenceStar(present("hand_wash_flag"), DoesTuobuInstall{});
+    return SequenceStar(key::hand_wash_flag.present(), DoesTuobuInstall{});
 }
 
 inline Node in_fast_mapping()
@@ -69,7 +69,7 @@ inline Node in_fast_mapping()
 inline Node drive_forward_40cm()
 {
     return SequenceStar(
-        SubtreeCondition{"EscapeCoat"}, BlackboardCopy{"current_odom", "back_origin_pose"},
+        SubtreeCondition{"EscapeCoat"}, key::current_odom.copy_to(key::back_origin_pose),
         ForceSuccess(
             Frameout(750, Named("GoForward40cm",
                                 Sequence(ArePointsTooClose{"660", "${current_odom}", "${back_origin_pose}"},
@@ -80,12 +80,12 @@ inline Node drive_forward_40cm()
 /// No dock was found: music, and the count of failures.
 inline Nodes give_up_search(const Node& music)
 {
-    return row(music, set_flag("backhome_fail_flag"));
+    return row(music, key::backhome_fail_flag.flag());
 }
 
 inline Node count_failure()
 {
-    return IntAdd{"${backhome_fail_times}", "1", "backhome_fail_times"};
+    return key::backhome_fail_times.plus(1);
 }
 
 inline Node go_charging_mode()

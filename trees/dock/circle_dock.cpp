@@ -6,7 +6,7 @@ namespace {
 
 Nodes end_circle()
 {
-    return leave("docking_small_loop_break");
+    return BreakKey{key::docking_small_loop_break}.leave();
 }
 
 // --- along the wall -----------------------------------------------------------------------------
@@ -43,7 +43,7 @@ Node turn_after_overturn(const Side& side, const Node& when_silent)
     const auto until_lost =
         Fallback(Inverter(hears("Any", side.central_signal)), Inverter(hears("Any", side.side_signal)),
                  ForceFailure(turn(side, -360, "40")));
-    return SequenceStar(BlackboardCopy{"current_yaw_deg", "turn_around_start"},
+    return SequenceStar(key::current_yaw_deg.copy_to(key::turn_around_start),
                         IfThenElseStar(any_hears_side(side), until_lost, when_silent));
 }
 
@@ -55,17 +55,17 @@ Node turn_until_heard(const Side& side)
 
 Node settle_first(const Side& side)
 {
-    return by_text("break_condition",
+    return by_text(key::break_condition,
                    {{"good", SequenceStar(end_circle())},
                     {"overturn", turn_after_overturn(side, turn_until_heard(side))},
                     {"loop", greedy_way_past_obstacle()}},
-                   ForceFailure(BlackboardCopy{"current_yaw_deg", "turn_around_start"}));
+                   ForceFailure(key::current_yaw_deg.copy_to(key::turn_around_start)));
 }
 
 Node settle_last(const Side& side)
 {
     return by_text(
-        "break_condition",
+        key::break_condition,
         {{"good", SequenceStar(end_circle())}, {"overturn", turn_after_overturn(side, break_docking_step())}},
         greedy_way_past_obstacle());
 }
@@ -85,7 +85,7 @@ Node walk_back()
 {
     return SequenceStar(
         offset_yaw("${turn_around_start}", "180", "turn_target_angle"), turn_to_target_angle(),
-        BlackboardCopy{"current_pose", "reverse_follow_wall_start_pose"}, SetBlackboard{"bump_dir", "None"},
+        key::current_pose.copy_to(key::reverse_follow_wall_start_pose), key::bump_dir.set("None"),
         follow_wall_command("true"),
         keep_choosing({{within("200", "${initial_bump_pose}"), because("good")},
                        {Inverter(within("1400", "${reverse_follow_wall_start_pose}")), because("range")},
@@ -95,12 +95,12 @@ Node walk_back()
 
 Node settle_way_back()
 {
-    return by_text("break_condition",
-                   {{"good", AlwaysSuccess{}},
-                    {"range", SequenceStar(SetBlackboardWithType{"advanced_follow_wall_force_dir", "bool",
-                                                                 "${follow_wall_dir}"},
-                                           break_docking())}},
-                   SubtreeCondition{"SearchForChargerLoopSolvGoToDockSector"});
+    return by_text(
+        key::break_condition,
+        {{"good", AlwaysSuccess{}},
+         {"range", SequenceStar(key::advanced_follow_wall_force_dir.set_typed(key::follow_wall_dir.value()),
+                                break_docking())}},
+        SubtreeCondition{"SearchForChargerLoopSolvGoToDockSector"});
 }
 
 Node reverse_walk(const Side& side)
@@ -176,12 +176,12 @@ Node circle_dock(const Side& side)
 {
     const auto begin = FallbackStar(
         on_line_or_beyond(side),
-        SequenceStar(BlackboardCopy{"current_pose", "go_to_dock_secotr_start_point"}, turn_across(side)));
-    const Node mark_way = side.sign > 0 ? set_flag("go_to_dock_sector_indirect_force_inverse")
-                                        : erase("go_to_dock_sector_indirect_force_inverse");
+        SequenceStar(key::current_pose.copy_to(key::go_to_dock_secotr_start_point), turn_across(side)));
+    const Node mark_way = side.sign > 0 ? key::go_to_dock_sector_indirect_force_inverse.flag()
+                                        : key::go_to_dock_sector_indirect_force_inverse.erase();
     return SequenceStar(
-        begin, SetBlackboard{"docking_small_loop_break", "false"},
-        ForceSuccess(BB_Precondition("docking_small_loop_break", circle(side))),
+        begin, key::docking_small_loop_break.set("false"),
+        ForceSuccess(BB_Precondition(key::docking_small_loop_break, circle(side))),
         IfThenElseStar(hears(side_receiver(side), side.other_side_signal),
                        SequenceStar(mark_way, indirect_or_break()), short_move_to_line(side)));
 }

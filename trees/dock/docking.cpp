@@ -5,8 +5,8 @@ namespace vemra::trees {
 Node approach(const Side& side, const Nodes& begin, const Node& arc, const Node& after_bump)
 {
     return SequenceStar(
-        begin, SetBlackboard{"in_dock_field_lds", "false"}, SetBlackboard{"sector_arc_times", "0"},
-        SetBlackboard{"in_left_signal", side.sign > 0 ? "true" : "false"},
+        begin, key::in_dock_field_lds.set("false"), key::sector_arc_times.set(0),
+        key::in_left_signal.set(side.sign > 0 ? "true" : "false"),
         SaySomething{side.sign > 0 ? "看到左侧信号" : "看到右侧信号"},
         Loop(-1, FallbackStar(Sequence(no_bump(), ForceSuccess(Repeat(-1, arc))), after_bump)));
 }
@@ -27,61 +27,57 @@ Node greedy_way_past_obstacle()
 
 Nodes docking_loop(const Node& go_to_sector, const Node& final_approach)
 {
-    return until_left(
-        "docking_big_loop_break",
-        Loop(-1, SequenceStar(go_to_sector, SetBlackboard{"final_dock_times", "0"}, final_approach)));
+    return docking_cycle.scope(
+        Loop(-1, SequenceStar(go_to_sector, key::final_dock_times.set(0), final_approach)));
 }
 
 Node sector_tree(const char* name, const Nodes& rows)
 {
-    return SubTree(name, SequenceStar(SetBlackboard{"go_to_sector_lds", "false"},
-                                      ForceSuccess(BB_Precondition(
-                                          "go_to_sector_lds", RetryUntilSuccesful(3, FallbackStar(rows))))));
+    return SubTree(
+        name, SequenceStar(sector_approach.key.set("false"),
+                           ForceSuccess(sector_approach.guard(RetryUntilSuccesful(3, FallbackStar(rows))))));
 }
 
 // --- the final approach -------------------------------------------------------------------------
 
 Node docking(const DockingForm& form)
 {
-    const auto off = [](const char* sensor) {
-        return TemporarilyDisableSensor{.lock_status = "false", .sensor = sensor};
-    };
-    return SubTree("Docking",
-                   DoWhile(only_if(form.scanner_off, off("LdsPointcloud")), off("LaserTofPointcloud"),
-                           off("SideBrushPointcloud"), off("VirtualWall"), off("PolygonVirtualWall"),
-                           set_flag("shutdown_tof"), only_if(form.cliff_off, set_flag("shutdown_cliff")),
-                           Named("FollowSignal", form.follow)));
+    return SubTree(
+        "Docking",
+        DoWhile(only_if(form.scanner_off, sensor_off("LdsPointcloud")), sensor_off("LaserTofPointcloud"),
+                sensor_off("SideBrushPointcloud"), sensor_off("VirtualWall"),
+                sensor_off("PolygonVirtualWall"), key::shutdown_tof.flag(),
+                only_if(form.cliff_off, key::shutdown_cliff.flag()), Named("FollowSignal", form.follow)));
 }
 
 namespace {
 
 Node step_aside()
 {
-    return SequenceStar(SetBlackboard{"last_back_out_of_field", "false"},
+    return SequenceStar(key::last_back_out_of_field.set("false"),
                         WeighDockSignalSecondStep{"turn_target_angle"},
-                        BlackboardCopy{"current_yaw_deg", "origin_yaw"}, turn_to_target_angle(),
+                        key::current_yaw_deg.copy_to(key::origin_yaw), turn_to_target_angle(),
                         FallbackStar(drive_unless_bumped("125", "120", "120"), back2cm()),
-                        BlackboardCopy{"origin_yaw", "turn_target_angle"}, erase("origin_yaw"));
+                        key::origin_yaw.copy_to(key::turn_target_angle), key::origin_yaw.erase());
 }
 
 Node out_of_field()
 {
-    return SequenceStar(SetBlackboard{"last_back_out_of_field", "true"},
-                        IntAdd{"${back_out_of_field_times}", "1", "back_out_of_field_times"});
+    return SequenceStar(key::last_back_out_of_field.set("true"), key::back_out_of_field_times.plus(1));
 }
 
 Node give_up_cycle()
 {
-    return SequenceStar(SetBlackboard{"docking_try_times", "0"},
-                        SetBlackboard{"back_out_of_field_times", "0"}, walk_and_break_docking());
+    return SequenceStar(key::docking_try_times.set(0), key::back_out_of_field_times.set(0),
+                        walk_and_break_docking());
 }
 
 // The name of the key stands where its value should: that test never passes.
 Node left_field_twice()
 {
-    return SequenceStar(IsAGreaterThanBInt{"${docking_try_times}", "2"},
-                        FallbackStar(BoolMatch{"last_back_out_of_field", "true"},
-                                     IsAGreaterThanBInt{"${back_out_of_field_times}", "1"}));
+    return SequenceStar(
+        key::docking_try_times.above(2),
+        FallbackStar(BoolMatch{"last_back_out_of_field", "true"}, key::back_out_of_field_times.above(1)));
 }
 
 }  // namespace
@@ -90,12 +86,13 @@ Node smart_back_40cm(const Node& back)
 {
     return SubTree(
         "SmartBack40cm",
-        SequenceStar(WeighDockSignalFirstStep{}, BlackboardCopy{"current_pose", "back_origin_point"}, back,
-                     erase("back_origin_point"), IfThenElseStar(InDockField{}, step_aside(), out_of_field()),
-                     IntAdd{"${docking_try_times}", "1", "docking_try_times"},
+        SequenceStar(WeighDockSignalFirstStep{}, key::current_pose.copy_to(key::back_origin_point), back,
+                     key::back_origin_point.erase(),
+                     IfThenElseStar(InDockField{}, step_aside(), out_of_field()),
+                     key::docking_try_times.plus(1),
                      choose({{IsAGreaterThanBFloat{"${docking_try_times}", "4"}, give_up_cycle()},
                              {left_field_twice(), give_up_cycle()}},
-                            optionally(present("turn_target_angle"), turn_to_target_angle()))));
+                            optionally(key::turn_target_angle.present(), turn_to_target_angle()))));
 }
 
 }  // namespace vemra::trees

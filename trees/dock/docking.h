@@ -34,10 +34,13 @@ inline Node turn(const Side& side, int degrees, const char* deg_s)
     return guarded_turn(turned(side, degrees), deg_s);
 }
 
+/// Left as soon as the robot is on the line.
+inline constexpr BreakKey sector_approach{key::go_to_sector_lds};
+
 /// The approach to the sector is over: the robot is taken to be on the line.
 inline Nodes reached_sector()
 {
-    return leave("go_to_sector_lds");
+    return sector_approach.leave();
 }
 
 /// One of the front receivers hears this side.
@@ -58,8 +61,8 @@ inline Node hold_still(const char* ticks)
 /// Whether the near field is felt; later speeds depend on it.
 inline Node note_field()
 {
-    return IfThenElseStar(InDockField{}, SetBlackboard{"in_dock_field_lds", "true"},
-                          SetBlackboard{"in_dock_field_lds", "false"});
+    return IfThenElseStar(InDockField{}, key::in_dock_field_lds.set("true"),
+                          key::in_dock_field_lds.set("false"));
 }
 
 struct Wheels
@@ -71,7 +74,7 @@ struct Wheels
 /// A drive whose speeds depend on the near field.
 inline Node drive_by_field(const char* frames, const Wheels& within_field, const Wheels& outside)
 {
-    return IfThenElseStar(key_is_true("in_dock_field_lds"),
+    return IfThenElseStar(key::in_dock_field_lds.is_true(),
                           drive_for(frames, within_field.left_mm_s, within_field.right_mm_s),
                           drive_for(frames, outside.left_mm_s, outside.right_mm_s));
 }
@@ -79,8 +82,8 @@ inline Node drive_by_field(const char* frames, const Wheels& within_field, const
 /// The limit of arcs across the field.
 inline Nodes count_arc()
 {
-    return row(optionally(Inverter(IsAGreaterThanBInt{"5", "${sector_arc_times}"}), break_docking()),
-               IntAdd{"${sector_arc_times}", "1", "sector_arc_times"});
+    return row(optionally(Inverter(key::sector_arc_times.below(5)), break_docking()),
+               key::sector_arc_times.plus(1));
 }
 
 /// Arcs until the sector is reached; a contact is followed round.

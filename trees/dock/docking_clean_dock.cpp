@@ -20,10 +20,11 @@ Nodes get_into_sector()
 
 Node sector_step()
 {
-    return IfThenElseStar(charger_is_known(),
-                          SequenceStar(erase("trash"), IfThenElseStar(front_hears("Middle"), AlwaysSuccess{},
-                                                                      SequenceStar(get_into_sector()))),
-                          SequenceStar(get_into_sector()));
+    return IfThenElseStar(
+        charger_is_known(),
+        SequenceStar(key::trash.erase(),
+                     IfThenElseStar(front_hears("Middle"), AlwaysSuccess{}, SequenceStar(get_into_sector()))),
+        SequenceStar(get_into_sector()));
 }
 
 Node drive_arc(const Side& side)
@@ -86,24 +87,22 @@ Node after_overturn(const Side& side)
 {
     const auto heard = Fallback(hears(ml, side.central_signal), hears(mr, side.central_signal));
     const auto beyond = Fallback(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
-    return SequenceStar(
-        BlackboardCopy{"current_yaw_deg", "turn_around_start"},
-        IfThenElseStar(heard,
-                       Fallback(Inverter(hears(side.near_receiver, side.central_signal)),
-                                ForceFailure(turn(side, -360, "40"))),
-                       SequenceStar(IfThenElseStar(beyond, SetBlackboard{"go_to_sector_lds", "true"},
-                                                   SetBlackboard{"docking_big_loop_break", "true"}),
-                                    Delay{1})));
+    return SequenceStar(key::current_yaw_deg.copy_to(key::turn_around_start),
+                        IfThenElseStar(heard,
+                                       Fallback(Inverter(hears(side.near_receiver, side.central_signal)),
+                                                ForceFailure(turn(side, -360, "40"))),
+                                       SequenceStar(IfThenElseStar(beyond, key::go_to_sector_lds.set("true"),
+                                                                   key::docking_big_loop_break.set("true")),
+                                                    Delay{1})));
 }
 
 Node wall_branch(const Side& side)
 {
     // Out of range the left side goes on, the right one gives up.
-    const Node otherwise = side.sign > 0
-                               ? ForceFailure(BlackboardCopy{"current_yaw_deg", "turn_around_start"})
-                               : break_docking_step();
+    const Node otherwise = side.sign > 0 ? ForceFailure(key::current_yaw_deg.copy_to(key::turn_around_start))
+                                         : break_docking_step();
     return SequenceStar(back2cm(), note_bump(), AdvancedSetFollowWallDirection{}, follow_wall(),
-                        by_text("break_condition",
+                        by_text(key::break_condition,
                                 {{"good", SequenceStar(reached_sector())},
                                  {"overturn", after_overturn(side)},
                                  {"loop", greedy_way_past_obstacle()}},
@@ -113,7 +112,7 @@ Node wall_branch(const Side& side)
 Node approach_7001(const Side& side)
 {
     return SequenceStar(only_if(side.sign > 0, SaySomething{"tolvar in"}),
-                        SetBlackboard{"in_dock_field_lds", "false"}, SetBlackboard{"sector_arc_times", "0"},
+                        key::in_dock_field_lds.set("false"), key::sector_arc_times.set(0),
                         Loop(-1, FallbackStar(Sequence(no_bump(), ForceSuccess(Repeat(-1, arc_pass(side)))),
                                               wall_branch(side))));
 }
@@ -139,10 +138,9 @@ Node sector_lds_7001()
 
 Node docking_loop_clean_dock()
 {
-    return SequenceStar(
-        until_left("docking_big_loop_break",
-                   Loop(-1, SequenceStar(sector_step(), SetBlackboard{"final_dock_times", "0"},
-                                         erase("ignore_all_bump_event_flag"), final_approach_clean_dock()))));
+    return SequenceStar(docking_cycle.scope(
+        Loop(-1, SequenceStar(sector_step(), key::final_dock_times.set(0),
+                              key::ignore_all_bump_event_flag.erase(), final_approach_clean_dock()))));
 }
 
 }  // namespace vemra::trees

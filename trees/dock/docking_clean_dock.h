@@ -17,7 +17,7 @@ Node final_approach_clean_dock();
 /// Some distance is measured, and it is less than `limit_mm`.
 inline Nodes nearer_than(const char* limit_mm)
 {
-    return row(RangeFinder{"front_distance"}, IsAGreaterThanBFloat{limit_mm, "${front_distance}"});
+    return row(RangeFinder{"front_distance"}, key::front_distance.below(limit_mm));
 }
 
 /// A half turn on the spot, signed degrees.
@@ -29,7 +29,7 @@ inline Node half_turn(const char* angle_deg, const char* deg_s)
 /// A dock is known by the stored map or by this run.
 inline Node charger_is_known()
 {
-    return FallbackStar(GetChargerFromReuseInfo{"trash"}, present("only_charger_in_map"));
+    return FallbackStar(GetChargerFromReuseInfo{"trash"}, key::only_charger_in_map.present());
 }
 
 }  // namespace vemra::trees

@@ -6,8 +6,9 @@ namespace {
 
 Node choose_sector_tree()
 {
-    return IfThenElseStar(BoolMatch{"false", "true"}, sector_lds_7003(),
-                          IfThenElseStar(BoolMatch{"true", "true"}, sector_lds_7002(), sector_lds_first()));
+    return choose(
+        {{BoolMatch{"false", "true"}, sector_lds_7003()}, {BoolMatch{"true", "true"}, sector_lds_7002()}},
+        sector_lds_first());
 }
 
 // --- the final approach -------------------------------------------------------------------------
@@ -15,24 +16,23 @@ Node choose_sector_tree()
 Node follow_middle_line()
 {
     return Sequence(no_bump(), IfThenElseStar(Frameout(3000, FollowDockSignalFinal{}), AlwaysSuccess{},
-                                              ForceFailure(set_flag("final_dock_failure"))));
+                                              ForceFailure(key::final_dock_failure.flag())));
 }
 
 // A mark of the retry below is taken off in passing.
 Node bumped_or_out_of_time()
 {
-    return FallbackStar(Bumped{"${bump_dir}"},
-                        SequenceStar(present("final_dock_failure"), erase("final_dock_failure")),
-                        ForceFailure(SequenceStar(present("dock_not_back"), erase("dock_not_back"))));
+    return FallbackStar(Bumped{"${bump_dir}"}, SequenceStar(key::final_dock_failure.take()),
+                        ForceFailure(SequenceStar(key::dock_not_back.take())));
 }
 
 // The count is set back with each approach, so that the limit of back-outs is what ends the cycle.
 Node back_out()
 {
-    return SequenceStar(optionally(IsAGreaterThanBInt{"${final_dock_times}", "3"}, break_docking()),
+    return SequenceStar(optionally(key::final_dock_times.above(3), break_docking()),
                         ForceSuccess(smart_back_40cm(IfThenElseStar(
                             switched_on(), back_off_dock("400", "800"), back_off_dock("150", "200")))),
-                        IntAdd{"${final_dock_times}", "1", "final_dock_times"});
+                        key::final_dock_times.plus(1));
 }
 
 // Straight back onto the line, if it is heard.
@@ -43,7 +43,7 @@ Node look_for_middle()
                                              ForceFailure(Rotate{.angle_deg = "360",
                                                                  .angular_velocity_deg_s = "60",
                                                                  .false_relative_true_absolute = "false"})),
-                                    set_flag("dock_not_back"), walk_and_break_docking())));
+                                    key::dock_not_back.flag(), walk_and_break_docking())));
 }
 
 Node final_approach()

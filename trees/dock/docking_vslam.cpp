@@ -6,8 +6,8 @@ namespace vemra::trees {
 
 namespace {
 
-constexpr const char* kInverse = "go_to_dock_sector_indirect_force_inverse";
-constexpr const char* kDirection = "go_to_dock_sector_indirect_dir";
+constexpr Key kInverse = key::go_to_dock_sector_indirect_force_inverse;
+constexpr Key kDirection = key::go_to_dock_sector_indirect_dir;
 
 // --- which side ---------------------------------------------------------------------------------
 
@@ -16,7 +16,7 @@ Node turn_front_to(const char* side_of, const char* side_signal, const char* fro
                    const char* front_signal, Nodes until, const char* angle_deg)
 {
     return Sequence(hears(side_of, side_signal), hears(front_of, front_signal),
-                    Fallback(until, ForceFailure(guarded_turn(angle_deg, "40"))));
+                    Fallback(until, ForceFailure(guarded_turn(angle_deg, 40))));
 }
 
 Node between_centrals()
@@ -26,7 +26,7 @@ Node between_centrals()
         Fallback(both("CentralLeft", "CentralRight"),
                  IfThenElseStar(Sequence(hears(left, "CentralLeft"), hears(ml, "CentralRight")),
                                 Fallback(hears(mr, "CentralRight"), hears(mr, "Middle"),
-                                         hears(mr, "CentralLeft"), ForceFailure(guarded_turn("60", "40"))),
+                                         hears(mr, "CentralLeft"), ForceFailure(guarded_turn(60, 40))),
                                 turn_front_to(mr, "CentralLeft", right, "CentralRight",
                                               row(hears(ml, "CentralLeft"), hears(ml, "Middle"),
                                                   hears(ml, "CentralRight")),
@@ -44,8 +44,7 @@ Node add_vote(const char* receiver)
 // Success chooses the left, failure the right; a tie ends the cycle.
 Node vote()
 {
-    return SequenceStar(SetBlackboard{"trash", "0"}, add_vote(left), add_vote(ml), add_vote(mr),
-                        add_vote(right),
+    return SequenceStar(key::trash.set(0), add_vote(left), add_vote(ml), add_vote(mr), add_vote(right),
                         choose({{IsAGreaterThanBInt{"${trash}", "0"}, AlwaysFailure{}},
                                 {IsAGreaterThanBInt{"0", "${trash}"}, AlwaysSuccess{}}},
                                walk_and_break_docking()));
@@ -54,12 +53,12 @@ Node vote()
 Node choose_left()
 {
     const auto heard_both = Sequence(any_hears_side(left_side), any_hears_side(right_side));
-    return IfThenElseStar(heard_both,
-                          choose({{hears("Any", "CentralLeft"), AlwaysSuccess{}},
-                                  {hears("Any", "CentralRight"), AlwaysFailure{}}},
-                                 vote()),
-                          IfThenElseStar(Fallback(any_hears_side(left_side), any_hears_side(right_side)),
-                                         any_hears_side(left_side), walk_and_break_docking()));
+    return choose(
+        {{heard_both, choose({{hears("Any", "CentralLeft"), AlwaysSuccess{}},
+                              {hears("Any", "CentralRight"), AlwaysFailure{}}},
+                             vote())},
+         {Fallback(any_hears_side(left_side), any_hears_side(right_side)), any_hears_side(left_side)}},
+        walk_and_break_docking());
 }
 
 // --- the final approach -------------------------------------------------------------------------
@@ -72,7 +71,7 @@ Node follow_middle_line()
 Node retry_from_the_side()
 {
     return ForceFailure(
-        SequenceStar(IfThenElseStar(present(kInverse), guarded_turn("-70", "40"), guarded_turn("70", "40")),
+        SequenceStar(IfThenElseStar(kInverse.present(), guarded_turn(-70, 40), guarded_turn(70, 40)),
                      indirect_or_break()));
 }
 
@@ -81,12 +80,11 @@ Node final_approach()
     return RetryUntilSuccesful(
         -1,
         FallbackStar(
-            IfThenElse(
-                ConsistentlyLostDockSignal{}, AlwaysFailure{},
-                IfThenElse(
-                    InMiddleDockOnceInAWhile{},
-                    docking({.scanner_off = false, .cliff_off = false, .follow = follow_middle_line()}),
-                    AlwaysFailure{})),
+            keep_choosing(
+                {{ConsistentlyLostDockSignal{}, AlwaysFailure{}},
+                 {InMiddleDockOnceInAWhile{},
+                  docking({.scanner_off = false, .cliff_off = false, .follow = follow_middle_line()})}},
+                AlwaysFailure{}),
             IfThenElseStar(Bumped{"${bump_dir}"}, ForceSuccess(smart_back_40cm(back_off_dock("150", "200"))),
                            retry_from_the_side())));
 }
@@ -102,7 +100,7 @@ Node go_to_dock_sector()
 
 Node docking_loop_vslam()
 {
-    return SequenceStar(SetBlackboard{"dock_sector_indirect_times", "0"},
+    return SequenceStar(key::dock_sector_indirect_times.set(0),
                         docking_loop(go_to_dock_sector(), final_approach()));
 }
 
@@ -137,22 +135,21 @@ Node note_direction()
     const auto on_side = [](const Side& side) {
         return SequenceStar(beyond_line(side), Inverter(hears(side.near_receiver, "Middle")));
     };
-    return choose({{on_side(left_side), SetBlackboard{kDirection, "Left"}},
-                   {on_side(right_side), SetBlackboard{kDirection, "Right"}}},
-                  SetBlackboard{kDirection, "None"});
+    return choose(
+        {{on_side(left_side), kDirection.set("Left")}, {on_side(right_side), kDirection.set("Right")}},
+        kDirection.set("None"));
 }
 
 Node settle_direction()
 {
     const auto turned_to = [](const char* angle_deg) {
-        return SequenceStar(erase(kDirection), guarded_turn(angle_deg, "40"));
+        return SequenceStar(kDirection.erase(), guarded_turn(angle_deg, 40));
     };
-    const auto count = SequenceStar(
-        erase(kDirection),
-        optionally(
-            present("dock_sector_indirect_times"),
-            IfThenElseStar(IsAGreaterThanBInt{"${dock_sector_indirect_times}", "3"}, break_docking_step(),
-                           IntAdd{"${dock_sector_indirect_times}", "1", "dock_sector_indirect_times"})));
+    const auto count =
+        SequenceStar(kDirection.erase(),
+                     optionally(key::dock_sector_indirect_times.present(),
+                                IfThenElseStar(key::dock_sector_indirect_times.above(3), break_docking_step(),
+                                               key::dock_sector_indirect_times.plus(1))));
     return by_text(kDirection, {{"Left", turned_to("80")}, {"Right", turned_to("-80")}}, count);
 }
 
@@ -162,14 +159,14 @@ Node go_to_dock_sector_indirect()
 {
     const auto arc_or_straight = IfThenElseStar(
         switched_off(),
-        IfThenElseStar(key_is(kDirection, "Left"), drive_for("15", "60", "80"), drive_for("15", "80", "60")),
+        IfThenElseStar(kDirection.is("Left"), drive_for("15", "60", "80"), drive_for("15", "80", "60")),
         drive_for("45", "70", "70"));
     return SubTree(
         "GoToDockSectorIndirect",
         SequenceStar(
-            IfThenElseStar(present(kInverse),
-                           SequenceStar(surround_or_other_way(left_side, right_side), erase(kInverse)),
-                           SequenceStar(surround_or_other_way(right_side, left_side), set_flag(kInverse))),
+            IfThenElseStar(kInverse.present(),
+                           SequenceStar(surround_or_other_way(left_side, right_side), kInverse.erase()),
+                           SequenceStar(surround_or_other_way(right_side, left_side), kInverse.flag())),
             NotTrapped{}, note_direction(), Fallback(SensorCheckBumped{"bump_dir"}, arc_or_straight),
             optionally(Bumped{"${bump_dir}"}, back2cm()), settle_direction()));
 }

@@ -16,7 +16,7 @@ Node solve_loop()
 
 Node turn_from_wall(const char* angle_deg)
 {
-    return SequenceStar(guarded_turn(angle_deg, "60"), solve_overturn());
+    return SequenceStar(guarded_turn(angle_deg, 60), solve_overturn());
 }
 
 // A quarter turn and more beyond the heading of the bump counts as overturned.
@@ -34,7 +34,7 @@ Node follow(const Sense& sense, const FollowLadder& ladder)
 
 Node settle(const Sense& sense, Node out_of_range)
 {
-    return by_text("break_condition",
+    return by_text(key::break_condition,
                    {{"middle", turn_from_wall(sense.sign > 0 ? "-90" : "90")},
                     {"good", AlwaysSuccess{}},
                     {"overturn", solve_overturn()},
@@ -55,11 +55,11 @@ Node turn_beside_first_bump()
 
 Node walk_back(const DriveForm& form)
 {
-    return SequenceStar(default_from("turn_around_start", "current_yaw_deg"),
+    return SequenceStar(key::turn_around_start.default_from(key::current_yaw_deg),
                         offset_yaw("${turn_around_start}", "180", "turn_target_angle"),
                         guarded_turn_to("${turn_target_angle}", "120"),
-                        BlackboardCopy{"current_pose", "reverse_follow_wall_start_pose"},
-                        SetBlackboard{"bump_dir", "None"}, follow_wall_command("false"),
+                        key::current_pose.copy_to(key::reverse_follow_wall_start_pose),
+                        key::bump_dir.set("None"), follow_wall_command("false"),
                         keep_choosing({{form.reverse_middle, because("middle")},
                                        {within("120", "${initial_bump_pose}"), because("good")},
                                        {form.reverse_out_of_range, because("range")},
@@ -70,37 +70,38 @@ Node walk_back(const DriveForm& form)
 // After six returns to the same place the next one ends the drive.
 Node count_return()
 {
-    return SequenceStar(FallbackStar(present("back_init_bump_cnt"), SetBlackboard{"back_init_bump_cnt", "0"}),
-                        IfThenElseStar(SequenceStar(present("back_init_bump_cnt"),
-                                                    IsAGreaterThanBInt{"${back_init_bump_cnt}", "5"}),
-                                       SequenceStar(erase("back_init_bump_cnt"), break_drive()),
-                                       IntAdd{"${back_init_bump_cnt}", "1", "back_init_bump_cnt"}));
+    return SequenceStar(
+        FallbackStar(key::back_init_bump_cnt.present(), key::back_init_bump_cnt.set(0)),
+        IfThenElseStar(SequenceStar(key::back_init_bump_cnt.present(), key::back_init_bump_cnt.above(5)),
+                       SequenceStar(key::back_init_bump_cnt.erase(), break_drive()),
+                       key::back_init_bump_cnt.plus(1)));
 }
 
 Node settle_way_back()
 {
-    return by_text("break_condition",
-                   {{"middle", SequenceStar(IfThenElseStar(wall_on_right("false"), guarded_turn("-90", "60"),
-                                                           guarded_turn("90", "60")),
-                                            solve_overturn())},
-                    {"good", count_return()},
-                    {"range", SequenceStar(SetBlackboardWithType{"advanced_follow_wall_force_dir", "bool",
-                                                                 "${follow_wall_dir}"},
-                                           break_drive())}},
-                   solve_loop());
+    return by_text(
+        key::break_condition,
+        {{"middle",
+          SequenceStar(IfThenElseStar(wall_on_right("false"), guarded_turn(-90, 60), guarded_turn(90, 60)),
+                       solve_overturn())},
+         {"good", count_return()},
+         {"range", SequenceStar(key::advanced_follow_wall_force_dir.set_typed(key::follow_wall_dir.value()),
+                                break_drive())}},
+        solve_loop());
 }
 
 }  // namespace
 
 Node go_toward_charger_follow_wall(const DriveForm& form)
 {
-    return SubTree("GoTowardChargerFollowWall",
-                   SequenceStar(back2cm(), form.alternate_manner, by_wall_side([&form](const Sense& sense) {
-                                    return SequenceStar(
-                                        follow(sense, form.first_follow), back2cm(),
-                                        settle(sense, ForceFailure(BlackboardCopy{"current_yaw_deg",
-                                                                                  "turn_around_start"})));
-                                })));
+    return SubTree(
+        "GoTowardChargerFollowWall",
+        SequenceStar(back2cm(), form.alternate_manner, by_wall_side([&form](const Sense& sense) {
+                         return SequenceStar(
+                             follow(sense, form.first_follow), back2cm(),
+                             settle(sense,
+                                    ForceFailure(key::current_yaw_deg.copy_to(key::turn_around_start))));
+                     })));
 }
 
 Node go_toward_charger_reverse_follow_wall(const DriveForm& form)

@@ -22,13 +22,13 @@ Node go_toward_charger(const DriveForm& form)
                              back_off(form.still_touching, "15"), by_wall_side([&form](const Sense& sense) {
                                  return swing({0, -30, "60", "90", "150"}, sense, form.arc_heard);
                              })));
-    return SubTree("GoTowardCharger",
-                   SequenceStar(turn_to_charger(form.slow_arc_mm_s),
-                                until_left("go_toward_charger_loop_break",
-                                           Loop(-1, FallbackStar(follow_signal, first, second,
-                                                                 go_toward_charger_follow_wall(form),
-                                                                 go_toward_charger_reverse_follow_wall(form),
-                                                                 SequenceStar(break_drive()))))));
+    return SubTree(
+        "GoTowardCharger",
+        SequenceStar(turn_to_charger(form.slow_arc_mm_s),
+                     drive_to_charger.scope(Loop(
+                         -1, FallbackStar(follow_signal, first, second, go_toward_charger_follow_wall(form),
+                                          go_toward_charger_reverse_follow_wall(form),
+                                          SequenceStar(break_drive()))))));
 }
 
 }  // namespace
@@ -37,9 +37,9 @@ Node go_toward_charger(const DriveForm& form)
 
 Nodes begin_search(const Nodes& own)
 {
-    return row(own, erase("initial_bump_pose"), SetBlackboard{"charging_escape_times", "0"},
-               SetBlackboard{"random_walk_times", "0"}, SetBlackboard{"full_round_turn_times", "0"},
-               erase("go_to_dock_sector_indirect_force_inverse"), set_flag("first_time_search"),
+    return row(own, key::initial_bump_pose.erase(), key::charging_escape_times.set(0),
+               key::random_walk_times.set(0), key::full_round_turn_times.set(0),
+               key::go_to_dock_sector_indirect_force_inverse.erase(), key::first_time_search.flag(),
                SetMapDrawMode{.draw_mode = "None"});
 }
 
@@ -48,8 +48,7 @@ Node marking_turn()
     return RetryUntilSuccesful(
         3, FallbackStar(Sequence(ActionDecorator(NotTrapped{}), SubtreeCondition{"Escape"},
                                  SubtreeCondition{"GoChargingFullRoundTurn"}, Inverter(marked("Mixed"))),
-                        ForceFailure(Sequence(SubtreeCondition{"Escape"},
-                                              SubtreeCondition{"SearchForChargerRandomWalk"}))));
+                        ForceFailure(guarded(SubtreeCondition{"SearchForChargerRandomWalk"}))));
 }
 
 Nodes direction_is_known()
@@ -59,10 +58,8 @@ Nodes direction_is_known()
 
 Node count_trapped_cycle()
 {
-    return SequenceStar(IntAdd{"${full_round_turn_times}", "-1", "full_round_turn_times"},
-                        IntAdd{"${charging_escape_times}", "1", "charging_escape_times"},
-                        optionally(IsAGreaterThanBInt{"${charging_escape_times}", "4"},
-                                   SetBlackboard{"charging_escape_times", "0"},
+    return SequenceStar(key::full_round_turn_times.plus(-1), key::charging_escape_times.plus(1),
+                        optionally(key::charging_escape_times.above(4), key::charging_escape_times.set(0),
                                    SubtreeCondition{"SearchForChargerRandomWalk"}));
 }
 
@@ -72,19 +69,23 @@ Node turn_away_and(Node drive)
                         std::move(drive));
 }
 
-Node searching_cycle(const DriveForm& form, const Node& docking)
+Node searching_cycle(const Node& leave_field, const Node& heard, const Node& drive, const Node& docking)
 {
-    const auto drive = Named("GoTowardCharger", Fallback(form.heard_in_field, go_toward_charger(form)));
     return Named(
         "SearchingForCharger",
         SequenceStar(
-            SetBlackboard{"docking_try_times", "0"}, SetBlackboard{"back_out_of_field_times", "0"},
-            erase("back_init_bump_cnt"), IsAGreaterThanBInt{"5", "${full_round_turn_times}"},
-            IntAdd{"${full_round_turn_times}", "1", "full_round_turn_times"}, marking_turn(),
-            direction_is_known(), account_motion("Charge"),
-            FallbackStar(Sequence(SubtreeCondition{"Escape"},
-                                  SequenceStar(form.leave_field, erase("first_time_search"), drive, docking)),
+            key::docking_try_times.set(0), key::back_out_of_field_times.set(0),
+            key::back_init_bump_cnt.erase(), key::full_round_turn_times.below(5),
+            key::full_round_turn_times.plus(1), marking_turn(), direction_is_known(),
+            account_motion("Charge"),
+            FallbackStar(guarded(SequenceStar(leave_field, key::first_time_search.erase(),
+                                              Named("GoTowardCharger", Fallback(heard, drive)), docking)),
                          NotTrapped{}, count_trapped_cycle())));
+}
+
+Node searching_cycle(const DriveForm& form, const Node& docking)
+{
+    return searching_cycle(form.leave_field, form.heard_in_field, go_toward_charger(form), docking);
 }
 
 // --- turning to the dock ------------------------------------------------------------------------
@@ -113,8 +114,8 @@ Node start_with_arc(const StartArc& arc, const char* slow_mm_s)
     };
     const auto arc_ended_well =
         SequenceStar(offset_yaw("${current_yaw_deg}", degrees(10).c_str(), "temp_var"),
-                     arc.sign > 0 ? IsAGreaterThanBFloat{"${temp_var}", "${marker_dir}"}
-                                  : IsAGreaterThanBFloat{"${marker_dir}", "${temp_var}"});
+                     arc.sign > 0 ? key::temp_var.above(key::marker_dir.value())
+                                  : key::marker_dir.above(key::temp_var.value()));
     return Named(
         arc.name,
         SequenceStar(
@@ -124,15 +125,15 @@ Node start_with_arc(const StartArc& arc, const char* slow_mm_s)
                       turn_to_target_angle(),
                       RoundAngleDeg{.key_to_round = "marker_dir", .target_angle = "${current_yaw_deg}"})),
             offset_yaw("${marker_dir}", degrees(-15).c_str(), "min_turn_angle"),
-            Named("GoArcAndGoToCharger",
-                  FallbackStar(
-                      Sequence(no_bump(), Fallback(yaw_has_passed("${min_turn_angle}"), outer_wheel("120")),
-                               Fallback(hears(arc.receiver, arc.side_signal),
-                                        hears(arc.receiver, arc.central_signal), hears("Any", "Middle"),
-                                        yaw_has_passed("${marker_dir}"), outer_wheel(slow_mm_s))),
-                      ForceFailure(back2cm()), arc_ended_well,
-                      SequenceStar(BlackboardCopy{"marker_dir", "turn_target_angle"},
-                                   turn_to_target_angle())))));
+            Named(
+                "GoArcAndGoToCharger",
+                FallbackStar(
+                    Sequence(no_bump(), Fallback(yaw_has_passed("${min_turn_angle}"), outer_wheel("120")),
+                             Fallback(hears(arc.receiver, arc.side_signal),
+                                      hears(arc.receiver, arc.central_signal), hears("Any", "Middle"),
+                                      yaw_has_passed("${marker_dir}"), outer_wheel(slow_mm_s))),
+                    ForceFailure(back2cm()), arc_ended_well,
+                    SequenceStar(key::marker_dir.copy_to(key::turn_target_angle), turn_to_target_angle())))));
 }
 
 }  // namespace
@@ -145,15 +146,15 @@ Node turn_to_charger(const char* slow_arc_mm_s)
                                  "CentralRight"};
     return SubTree(
         "TurnToCharger",
-        Named("GoTowardCharger",
-              IfThenElseStar(
-                  Fallback(marked("Middle"), marked("CentralLeft"), marked("CentralRight"), marked("Mixed")),
-                  Named("GoTowardChargerDirectly",
-                        SequenceStar(BlackboardCopy{"marker_dir", "turn_target_angle"},
-                                     turn_to_target_angle())),
-                  Named("StartWithAnArc",
-                        IfThenElseStar(marked("Left"), start_with_arc(from_right, slow_arc_mm_s),
-                                       start_with_arc(from_left, slow_arc_mm_s))))));
+        Named(
+            "GoTowardCharger",
+            IfThenElseStar(
+                Fallback(marked("Middle"), marked("CentralLeft"), marked("CentralRight"), marked("Mixed")),
+                Named("GoTowardChargerDirectly",
+                      SequenceStar(key::marker_dir.copy_to(key::turn_target_angle), turn_to_target_angle())),
+                Named("StartWithAnArc",
+                      IfThenElseStar(marked("Left"), start_with_arc(from_right, slow_arc_mm_s),
+                                     start_with_arc(from_left, slow_arc_mm_s))))));
 }
 
 // --- round what is met --------------------------------------------------------------------------
@@ -162,7 +163,7 @@ Node back_off(const Node& still_touching, const char* frames)
 {
     return Sequence(
         SubtreeCondition{"Escape"},
-        ForceSuccess(DoWhile(Sequence(SensorCheckBumped{"merge_bump_dir"}, erase("mid_bump"),
+        ForceSuccess(DoWhile(Sequence(SensorCheckBumped{"merge_bump_dir"}, key::mid_bump.erase(),
                                       BumpdirMerge{"${bump_dir}", "${merge_bump_dir}", "bump_dir"}),
                              IfThenElse(still_touching, GoBackwards{}, Frameout(frames, GoBackwards{})))),
         Stop{});
@@ -170,8 +171,9 @@ Node back_off(const Node& still_touching, const char* frames)
 
 Node mark_place_of_bump()
 {
-    return IfThenElseStar(SequenceStar(present("initial_bump_pose"), within("150", "${initial_bump_pose}")),
-                          set_flag("ignore_middle_dock"), erase("ignore_middle_dock"));
+    return IfThenElseStar(
+        SequenceStar(key::initial_bump_pose.present(), within("150", "${initial_bump_pose}")),
+        key::ignore_middle_dock.flag(), key::ignore_middle_dock.erase());
 }
 
 Node swing(const Arc& arc, const Sense& sense, Node (*heard)(const Sense&))

@@ -63,7 +63,9 @@ struct DriveForm
     FollowLadder last_follow;
 };
 
-/// One cycle: the marking turn, the drive, and then `docking`.
+/// One cycle: the marking turn, the drive, unless the dock is `heard` in its field already, and then
+/// `docking`.
+Node searching_cycle(const Node& leave_field, const Node& heard, const Node& drive, const Node& docking);
 Node searching_cycle(const DriveForm& form, const Node& docking);
 
 /// What a search begins with: its counts and its marks.

@@ -4,15 +4,10 @@ namespace vemra::trees {
 
 namespace {
 
-Node off(const char* sensor)
-{
-    return TemporarilyDisableSensor{.lock_status = "false", .sensor = sensor};
-}
-
 Nodes point_clouds_off()
 {
-    return row(off("LdsPointcloud"), off("LaserTofPointcloud"), off("SideBrushPointcloud"),
-               off("VirtualWall"));
+    return row(sensor_off("LdsPointcloud"), sensor_off("LaserTofPointcloud"),
+               sensor_off("SideBrushPointcloud"), sensor_off("VirtualWall"));
 }
 
 // --- head on ------------------------------------------------------------------------------------
@@ -27,7 +22,7 @@ Node too_close_when_follow()
 Node come_up_to_dock()
 {
     return SequenceStar(
-        BlackboardCopy{"current_pose", "dock_rec_pose"}, set_flag("dock_front"),
+        key::current_pose.copy_to(key::dock_rec_pose), key::dock_front.flag(),
         Fallback(Inverter(InMiddleDockOnceInAWhile{}), Inverter(within("150", "${dock_rec_pose}")),
                  too_close_when_follow(), Timeout(8000, FollowDockSignalFinal{})));
 }
@@ -44,54 +39,52 @@ Node turn_back_to_dock()
                                         ForceFailure(SequenceStar(SaySomething{"tq back 2cm"}, back2cm())));
     return SequenceStar(
         offset_yaw("${current_yaw_deg}", "180", "turn_target_angle"),
-        BlackboardCopy{"current_yaw_deg", "yaw_toward_dock"},
+        key::current_yaw_deg.copy_to(key::yaw_toward_dock),
         IfThenElseStar(
             RetryUntilSuccesful(3, turn_once), AlwaysSuccess{},
-            ForceFailure(SequenceStar(erase("ignore_all_bump_event_flag"), erase("dock_final_front"),
-                                      SaySomething{"tq bumped too much"}, set_flag("bumped_when_rotate")))));
+            ForceFailure(SequenceStar(erase(key::ignore_all_bump_event_flag, key::dock_final_front),
+                                      SaySomething{"tq bumped too much"}, key::bumped_when_rotate.flag()))));
 }
 
 Node correct_by_outline()
 {
-    return optionally(present("dock_fix_mid_dis"),
-                      Rotate{.angle_deg = "${dock_fix_mid_yaw}",
-                             .angular_velocity_deg_s = "30",
-                             .false_relative_true_absolute = "true"},
-                      drive_for("${dock_fix_mid_dis}", "50", "50"),
-                      IfThenElseStar(BoolMatch{"${dock_fix_dir}", "true"}, guarded_turn("-90", "60"),
-                                     guarded_turn("90", "60")),
-                      erase("dock_fix_mid_dis"));
+    return optionally(
+        key::dock_fix_mid_dis.present(),
+        Rotate{.angle_deg = "${dock_fix_mid_yaw}",
+               .angular_velocity_deg_s = "30",
+               .false_relative_true_absolute = "true"},
+        drive_for("${dock_fix_mid_dis}", "50", "50"),
+        IfThenElseStar(key::dock_fix_dir.holds("true"), guarded_turn(-90, 60), guarded_turn(90, 60)),
+        key::dock_fix_mid_dis.erase());
 }
 
 Node half_turn_parked()
 {
-    return IfThenElseStar(switched_off(),
-                          IfThenElseStar(BoolMatch{"${dock_fix_dir}", "true"}, guarded_turn("182", "60"),
-                                         guarded_turn("-182", "60")),
-                          AlwaysSuccess{});
+    return when(switched_off(), IfThenElseStar(key::dock_fix_dir.holds("true"), guarded_turn(182, 60),
+                                               guarded_turn(-182, 60)));
 }
 
 Node icp_dock()
 {
     return SubTree(
         "IcpDock",
-        SequenceStar(erase("dock_front"), set_flag("dock_final_front"), FoundChargerCmd{}, Delay{10},
-                     set_flag("ignore_all_bump_event_flag"), turn_back_to_dock(),
-                     erase("ignore_all_bump_event_flag"), Stop{}, Delay{10}, erase("dock_fix_mid_dis"),
-                     ForceSuccess(Timeout(1000, FindChargerIcp{})), correct_by_outline(),
-                     FallbackStar(AlwaysSuccess{}, within("300", "${global_charger_pose}"), DockFinal7001{}),
-                     erase("dock_final_front"), set_flag("dock_final_back"),
-                     BlackboardCopy{"current_pose", "dock_start_back_pose"},
-                     BlackboardCopy{"current_odom_yaw_deg", "dock_back_yaw"}, half_turn_parked(), Stop{},
-                     set_flag("ignore_all_bump_event_flag"),
-                     MotionActionAccount{"current_action", "Action", "GoBackwards"},
-                     Timeout(17000, DockFinal7001{})));
+        SequenceStar(
+            key::dock_front.erase(), key::dock_final_front.flag(), FoundChargerCmd{}, Delay{10},
+            key::ignore_all_bump_event_flag.flag(), turn_back_to_dock(),
+            key::ignore_all_bump_event_flag.erase(), Stop{}, Delay{10}, key::dock_fix_mid_dis.erase(),
+            ForceSuccess(Timeout(1000, FindChargerIcp{})), correct_by_outline(),
+            FallbackStar(AlwaysSuccess{}, within("300", "${global_charger_pose}"), DockFinal7001{}),
+            key::dock_final_front.erase(), key::dock_final_back.flag(),
+            key::current_pose.copy_to(key::dock_start_back_pose),
+            key::current_odom_yaw_deg.copy_to(key::dock_back_yaw), half_turn_parked(), Stop{},
+            key::ignore_all_bump_event_flag.flag(),
+            MotionActionAccount{"current_action", "Action", "GoBackwards"}, Timeout(17000, DockFinal7001{})));
 }
 
 Node plain_dock()
 {
     return SequenceStar(
-        set_flag("dock_final_back"),
+        key::dock_final_back.flag(),
         Rotate{.angle_deg = "181", .angular_velocity_deg_s = "60", .false_relative_true_absolute = "false"},
         Timeout(20000, FollowDockSignalBack{}));
 }
@@ -101,16 +94,16 @@ Node docking_in_two_stages()
     return SubTree(
         "Docking",
         DoWhile(
-            point_clouds_off(), set_flag("shutdown_tof"), set_flag("shutdown_cliff"), set_flag("mop_revert"),
+            point_clouds_off(), key::shutdown_tof.flag(), key::shutdown_cliff.flag(), key::mop_revert.flag(),
             Named(
                 "FollowSignal",
                 Sequence(
-                    IfThenElse(present("ignore_all_bump_event_flag"), AlwaysSuccess{}, no_bump()),
+                    IfThenElse(key::ignore_all_bump_event_flag.present(), AlwaysSuccess{}, no_bump()),
                     IfThenElseStar(
                         Frameout(3000, SequenceStar(come_up_to_dock(),
                                                     IfThenElseStar(switched_on(), icp_dock(), plain_dock()))),
                         AlwaysSuccess{},
-                        ForceFailure(SequenceStar(SaySomething{"tolvar df"}, set_flag("dock_front"))))))));
+                        ForceFailure(SequenceStar(SaySomething{"tolvar df"}, key::dock_front.flag())))))));
 }
 
 // --- what comes of a failure --------------------------------------------------------------------
@@ -118,17 +111,17 @@ Node docking_in_two_stages()
 Node smart_back_40cm_forwards()
 {
     const auto step_aside = SequenceStar(
-        WeighDockSignalSecondStep{"turn_target_angle"}, BlackboardCopy{"current_yaw_deg", "origin_yaw"},
+        WeighDockSignalSecondStep{"turn_target_angle"}, key::current_yaw_deg.copy_to(key::origin_yaw),
         turn_to_target_angle(), FallbackStar(drive_unless_bumped("125", "120", "120"), back2cm()),
-        BlackboardCopy{"origin_yaw", "turn_target_angle"}, erase("origin_yaw"), turn_to_target_angle());
+        key::origin_yaw.copy_to(key::turn_target_angle), key::origin_yaw.erase(), turn_to_target_angle());
     return SubTree(
         "SmartBack40cm",
         SequenceStar(
-            WeighDockSignalFirstStep{}, BlackboardCopy{"current_pose", "back_origin_point"},
+            WeighDockSignalFirstStep{}, key::current_pose.copy_to(key::back_origin_point),
             SaySomething{"tolvar back 40"}, back2cm(), half_turn("180", "80"),
             ForceSuccess(Frameout(
                 800, Sequence(no_bump(), within("400", "${back_origin_point}"), wheels("100", "100")))),
-            half_turn("-180", "80"), erase("back_origin_point"), optionally(InDockField{}, step_aside)));
+            half_turn("-180", "80"), key::back_origin_point.erase(), optionally(InDockField{}, step_aside)));
 }
 
 Node smart_go_40cm()
@@ -136,9 +129,9 @@ Node smart_go_40cm()
     return SubTree(
         "SmartGo40cm",
         SequenceStar(
-            BlackboardCopy{"current_pose", "go_origin_point"},
+            key::current_pose.copy_to(key::go_origin_point),
             DoWhile(point_clouds_off(), FallbackStar(drive_unless_bumped("300", "100", "100"), back2cm())),
-            SaySomething{"tolvar go 40"}, erase("go_origin_point"), half_turn("180", "80")));
+            SaySomething{"tolvar go 40"}, key::go_origin_point.erase(), half_turn("180", "80")));
 }
 
 Node give_up()
@@ -148,19 +141,19 @@ Node give_up()
 
 Node after_contact()
 {
-    return choose(
-        {{present("dock_final_front"),
-          SequenceStar(smart_back_40cm_forwards(), erase("dock_final_front"), break_docking())},
-         {present("dock_front"), FallbackStar(ForceFailure(back2cm()), Frameout(100, GoBackwards{}),
-                                              ForceFailure(SaySomething{"tolvar dock_front_break"}),
-                                              ForceFailure(erase("dock_front")), break_docking_step())}},
-        give_up());
+    return choose({{key::dock_final_front.present(),
+                    SequenceStar(smart_back_40cm_forwards(), key::dock_final_front.erase(), break_docking())},
+                   {key::dock_front.present(),
+                    FallbackStar(ForceFailure(back2cm()), Frameout(100, GoBackwards{}),
+                                 ForceFailure(SaySomething{"tolvar dock_front_break"}),
+                                 ForceFailure(key::dock_front.erase()), break_docking_step())}},
+                  give_up());
 }
 
 Node after_turn_was_blocked()
 {
     return ForceFailure(
-        SequenceStar(erase("bumped_when_rotate"), SaySomething{"tq : bumped_when_rotate"},
+        SequenceStar(key::bumped_when_rotate.erase(), SaySomething{"tq : bumped_when_rotate"},
                      SaySomething{"${yaw_toward_dock}"},
                      offset_yaw("${yaw_toward_dock}", "180", "turn_target_angle"), turn_to_target_angle(),
                      ForceSuccess(drive_unless_bumped("100", "50", "50")), Stop{}, break_docking()));
@@ -168,9 +161,9 @@ Node after_turn_was_blocked()
 
 Node without_contact()
 {
-    return choose({{present("dock_final_back"),
-                    SequenceStar(smart_go_40cm(), erase("dock_final_back"), break_docking())},
-                   {present("bumped_when_rotate"), after_turn_was_blocked()}},
+    return choose({{key::dock_final_back.present(),
+                    SequenceStar(smart_go_40cm(), key::dock_final_back.erase(), break_docking())},
+                   {key::bumped_when_rotate.present(), after_turn_was_blocked()}},
                   give_up());
 }
 
@@ -179,12 +172,11 @@ Node without_contact()
 Node final_approach_clean_dock()
 {
     return RetryUntilSuccesful(
-        -1,
-        FallbackStar(ForceFailure(SequenceStar(SaySomething{"pv:docking test!"},
-                                               SetBlackboard{"StationNotNormal", "false"},
-                                               set_flag("handle_wash_task"))),
-                     docking_in_two_stages(),
-                     IfThenElseStar(Bumped{"${bump_dir}"}, after_contact(), without_contact()), give_up()));
+        -1, FallbackStar(
+                ForceFailure(SequenceStar(SaySomething{"pv:docking test!"},
+                                          key::StationNotNormal.set("false"), key::handle_wash_task.flag())),
+                docking_in_two_stages(),
+                IfThenElseStar(Bumped{"${bump_dir}"}, after_contact(), without_contact()), give_up()));
 }
 
 }  // namespace vemra::trees

@@ -27,7 +27,7 @@ Nodes begin_run();
 struct HistorySearch
 {
     const char* search_tree;
-    const char* second_failed;  ///< what a failure at the second place marks
+    Key second_failed;  ///< what a failure at the second place marks
     const char* step_4_tolerance;
     const char* trap_tolerance;
     bool says_what_it_does;
@@ -47,36 +47,35 @@ Node return_to_origin(const char* trap_tolerance);
 
 inline Node stored_charger()
 {
-    return SequenceStar(absent("kicked_dock"), GetChargerFromReuseInfo{"navi_target_point"});
+    return SequenceStar(key::kicked_dock.absent(), GetChargerFromReuseInfo{"navi_target_point"});
 }
 
 /// The home's map has rooms and yet no dock.
 inline Nodes stored_map_without_dock(const char* test, const char* answer)
 {
-    return row(IsReuseInfoExist{}, present("reuse_cleaning"), BoolMatch{test, answer},
+    return row(IsReuseInfoExist{}, key::reuse_cleaning.present(), BoolMatch{test, answer},
                Inverter(GetChargerFromReuseInfo{"trash"}));
 }
 
 inline Node budget_is_left()
 {
-    return IsAGreaterThanBInt{"${search_charger_timeout}", "${search_charger_time}"};
+    return key::search_charger_timeout.above(key::search_charger_time.value());
 }
 
 inline Node count_search_time()
 {
-    return ConditionTimerFrames{.frames_out_key = "search_charger_time",
-                                .start_from = "${search_charger_time}"};
+    return key::search_charger_time.counts_frames();
 }
 
 inline Node renew_search_time(const char* timeout)
 {
-    return ForceFailure(SequenceStar(SetBlackboard{"search_charger_time", "0"},
-                                     SetBlackboard{"search_charger_timeout", timeout}));
+    return ForceFailure(
+        SequenceStar(key::search_charger_time.set(0), key::search_charger_timeout.set(timeout)));
 }
 
 inline Node exploring()
 {
-    return DoWhile(StackBlackboard{"nav_explore"}, count_search_time(),
+    return DoWhile(key::nav_explore.kept(), count_search_time(),
                    Sequence(budget_is_left(), SubtreeCondition{"Explore.xml"}));
 }
 

@@ -21,10 +21,10 @@ Node walk_within_limit(const GreedyWalk& walk)
 Node solve_loop(const char* break_key)
 {
     const auto back_to_bump = SequenceStar(
-        BlackboardCopy{"initial_bump_pose", "navi_target_point"}, MakeMap{.roi = "${navigate_limit}"},
-        BlackboardCopy{"follow_wall_dir", "follow_wall_dir_bak"},
+        key::initial_bump_pose.copy_to(key::navi_target_point), MakeMap{.roi = "${navigate_limit}"},
+        key::follow_wall_dir.copy_to(key::follow_wall_dir_bak),
         walk_within_limit({.cycles = "-1", .arrival_mm = "150", .draws_blocks_last = true}),
-        BlackboardCopy{"follow_wall_dir_bak", "follow_wall_dir"}, SetBlackboard{break_key, "true"});
+        key::follow_wall_dir_bak.copy_to(key::follow_wall_dir), SetBlackboard{break_key, "true"});
     return SequenceStar(
         GeneratePointCenteredRectMm{
             .center = "${initial_bump_pose}", .half_size_mm = "1500", .out_rect = "navigate_limit"},

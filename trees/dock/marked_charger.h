@@ -11,7 +11,7 @@ Node walk_to_marked_charger();
 
 inline Node take_marked_charger()
 {
-    return BlackboardCopy{"only_charger_in_map", "navi_target_point"};
+    return key::only_charger_in_map.copy_to(key::navi_target_point);
 }
 
 }  // namespace vemra::trees

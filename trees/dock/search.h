@@ -65,10 +65,9 @@ inline Node drive_unless_bumped(const char* frames, const char* left_mm_s, const
 /// A turn to an absolute heading, which an escape ends in failure.
 inline Node guarded_turn_to(const char* heading_deg, const char* deg_s)
 {
-    return RetryUntilSuccesful(
-        1, Sequence(SubtreeCondition{"Escape"}, Rotate{.angle_deg = heading_deg,
-                                                       .angular_velocity_deg_s = deg_s,
-                                                       .false_relative_true_absolute = "true"}));
+    return RetryUntilSuccesful(1, guarded(Rotate{.angle_deg = heading_deg,
+                                                 .angular_velocity_deg_s = deg_s,
+                                                 .false_relative_true_absolute = "true"}));
 }
 
 inline Node turn_to_target_angle()
@@ -101,24 +100,27 @@ inline Node offset_yaw(const char* of, const char* by_deg, const char* into)
 
 inline Node yaw_above(const char* limit)
 {
-    return IsAGreaterThanBFloat{"${current_yaw_deg}", limit};
+    return key::current_yaw_deg.above(limit);
 }
 
 inline Node yaw_below(const char* limit)
 {
-    return IsAGreaterThanBFloat{limit, "${current_yaw_deg}"};
+    return key::current_yaw_deg.below(limit);
 }
 
 // --- how a search is left -----------------------------------------------------------------------
 
+inline constexpr BreakKey docking_cycle{key::docking_big_loop_break};
+inline constexpr BreakKey drive_to_charger{key::go_toward_charger_loop_break};
+
 inline Nodes break_docking()
 {
-    return leave("docking_big_loop_break");
+    return docking_cycle.leave();
 }
 
 inline Nodes break_drive()
 {
-    return leave("go_toward_charger_loop_break");
+    return drive_to_charger.leave();
 }
 
 inline Node break_docking_step()
@@ -135,7 +137,7 @@ inline Node walk_and_break_docking()
 /// Why a wall follow ended.
 inline Node because(const char* reason)
 {
-    return SetBlackboard{"break_condition", reason};
+    return key::break_condition.set(reason);
 }
 
 inline Node follow_wall_command(const char* lowspeed)
@@ -156,17 +158,17 @@ inline Node within(const char* distance_mm, const char* of)
 /// Follows the wall on.
 inline Node follow_on(Node wall_tree)
 {
-    return Sequence(SubtreeCondition{"Escape"}, std::move(wall_tree));
+    return guarded(std::move(wall_tree));
 }
 
 inline Node wall_on_right(const char* answer)
 {
-    return BoolMatch{"${follow_wall_dir}", answer};
+    return key::follow_wall_dir.holds(answer);
 }
 
 inline Node set_wall_side(const char* value)
 {
-    return SetBlackboardWithType{"follow_wall_dir", "bool", value};
+    return key::follow_wall_dir.set_typed(value);
 }
 
 inline Node turn_wall_side()
@@ -176,8 +178,8 @@ inline Node turn_wall_side()
 
 inline Nodes note_bump()
 {
-    return row(BlackboardCopy{"current_pose", "initial_bump_pose"},
-               BlackboardCopy{"current_yaw_deg", "initial_bump_yaw"});
+    return row(key::current_pose.copy_to(key::initial_bump_pose),
+               key::current_yaw_deg.copy_to(key::initial_bump_yaw));
 }
 
 /// Brings the heading of the bump within half a round of where the robot looks.

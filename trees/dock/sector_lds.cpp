@@ -24,16 +24,16 @@ Node arc(const Side& side, const char* frames, const ArcSpeeds& speeds)
 Node choose_arc_length(const Side& side, const Node& mid)
 {
     return choose(
-        {{mid, set_flag("go_sector_mid")},
-         {Fallback(hears(ml, side.side_signal), hears(mr, side.side_signal)), set_flag("go_sector_long")}});
+        {{mid, key::go_sector_mid.flag()},
+         {Fallback(hears(ml, side.side_signal), hears(mr, side.side_signal)), key::go_sector_long.flag()}});
 }
 
 Node drive_arc(const Side& side, const char* long_frames)
 {
     constexpr ArcSpeeds wide{{"100", "130"}, {"100", "140"}};
     constexpr ArcSpeeds narrow{{"70", "90"}, {"60", "90"}};
-    return choose({{present("go_sector_mid"), arc(side, "80", wide)},
-                   {present("go_sector_long"), arc(side, long_frames, wide)}},
+    return choose({{key::go_sector_mid.present(), arc(side, "80", wide)},
+                   {key::go_sector_long.present(), arc(side, long_frames, wide)}},
                   arc(side, "65", narrow));
 }
 
@@ -52,7 +52,7 @@ Nodes turn_to_dock(const Side& side)
 
 Node arc_pass(const Side& side, const ArcPass& pass)
 {
-    return SequenceStar(count_arc(), erase("go_sector_mid"), erase("go_sector_long"),
+    return SequenceStar(count_arc(), erase(key::go_sector_mid, key::go_sector_long),
                         choose_arc_length(side, pass.mid_arc), turn(side, -95, "60"),
                         drive_arc(side, pass.long_frames), turn_to_dock(side), pass.own_steps,
                         IfThenElseStar(Fallback(pass.matches, hold_still("5")),
@@ -64,16 +64,16 @@ Node right_approach_in_one_arc(const Node& short_arc)
     const auto pass = SequenceStar(
         count_arc(),
         Fallback(SequenceStar(Fallback(hears(right, "Middle"), hears(right, "CentralLeft")), short_arc,
-                              guarded_turn("-90", "60"), reached_sector()),
+                              guarded_turn(-90, 60), reached_sector()),
                  drive_by_field("200", {"90", "70"}, {"90", "60"})),
-        guarded_turn("-70", "60"),
+        guarded_turn(-70, 60),
         Fallback(hears(ml, "Right"), hears(ml, "CentralRight"), hears(ml, "Middle"), hears(ml, "CentralLeft"),
-                 guarded_turn("-40", "30")),
+                 guarded_turn(-40, 30)),
         IfThenElse(Fallback(hears(ml, "Middle"), both("CentralLeft", "CentralRight"),
                             hears(ml, "CentralLeft"), hears(mr, "CentralLeft"), hold_still("25")),
                    SequenceStar(reached_sector()), note_field()),
-        guarded_turn("85", "60"));
-    return approach(right_side, row(guarded_turn("90", "60")), pass, wall_branch(right_side));
+        guarded_turn(85, 60));
+    return approach(right_side, row(guarded_turn(90, 60)), pass, wall_branch(right_side));
 }
 
 Node sector_lds(const SectorForm& form)
@@ -101,27 +101,27 @@ Node mid_arc_7002(const Side& side)
 Node steps_7002(const Side&)
 {
     const auto silent = optionally(both("None", "None"), reached_sector());
-    const auto short_of_line =
-        optionally(Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft")),
-                   guarded_turn("-80", "120"), drive_for("20", "100", "100"), guarded_turn("90", "120"),
-                   reached_sector());
+    const auto short_of_line = optionally(
+        Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft")), guarded_turn(-80, 120),
+        drive_for("20", "100", "100"), guarded_turn(90, 120), reached_sector());
     const auto beyond_line =
-        optionally(both("CentralRight", "CentralRight"), guarded_turn("80", "120"),
-                   drive_for("60", "100", "100"), guarded_turn("-90", "120"), reached_sector());
+        optionally(both("CentralRight", "CentralRight"), guarded_turn(80, 120), drive_for("60", "100", "100"),
+                   guarded_turn(-90, 120), reached_sector());
     return SequenceStar(silent, short_of_line, beyond_line);
 }
 
 // A step to the right or left puts the robot onto the line.
 Node beside_line()
 {
-    return IfThenElseStar(
-        FallbackStar(SequenceStar(Fallback(hears(ml, "Left"), hears(ml, "CentralLeft")), hears(mr, "Middle")),
-                     both("Middle", "None")),
-        side_step(left_side),
-        IfThenElseStar(FallbackStar(Sequence(hears(ml, "Middle"),
-                                             Fallback(hears(mr, "CentralRight"), hears(mr, "Right"))),
-                                    both("None", "Middle")),
-                       side_step(right_side), AlwaysFailure{}));
+    return choose(
+        {{FallbackStar(
+              SequenceStar(Fallback(hears(ml, "Left"), hears(ml, "CentralLeft")), hears(mr, "Middle")),
+              both("Middle", "None")),
+          side_step(left_side)},
+         {FallbackStar(Sequence(hears(ml, "Middle"), Fallback(hears(mr, "CentralRight"), hears(mr, "Right"))),
+                       both("None", "Middle")),
+          side_step(right_side)}},
+        AlwaysFailure{});
 }
 
 }  // namespace
@@ -156,8 +156,8 @@ Node sister_mid_arc(const Side& side)
 
 Node short_of_line(const Node& heard)
 {
-    return optionally(heard, guarded_turn("-80", "120"), drive_for("60", "80", "80"),
-                      guarded_turn("90", "120"), reached_sector());
+    return optionally(heard, guarded_turn(-80, 120), drive_for("60", "80", "80"), guarded_turn(90, 120),
+                      reached_sector());
 }
 
 // The turns are those of the left side on both.

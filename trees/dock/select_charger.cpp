@@ -13,7 +13,7 @@ Nodes say(const HistorySearch& search, const char* what)
 
 Node charger_in_use()
 {
-    return present("${potential_charger}");
+    return BlackboardContains{"${potential_charger}"};
 }
 
 // The walk ends as soon as the dock is heard within its field.
@@ -39,16 +39,16 @@ Node explore_dock_field(const HistorySearch& search)
                                                         .search_for = "slamclear",
                                                         .start_from = "${trash}"}),
                      charger_in_use(), BlackboardCopy{"${potential_charger}", "navi_target_point"},
-                     set_flag("has_charger_in_map"), walk_until_heard(),
+                     key::has_charger_in_map.flag(), walk_until_heard(),
                      SubtreeCondition{search.search_tree}));
 }
 
 struct Place
 {
     const char* name;
-    const char* key;
-    const char* failed;
-    const char* mark_failed;
+    Key key;
+    Key failed;
+    Key mark_failed;
     const char* saying;
 };
 
@@ -57,22 +57,23 @@ Node search_at(const Place& place, const HistorySearch& search)
     return SubTree(
         place.name,
         SequenceStar(
-            absent(place.failed), SetBlackboard{"potential_charger", place.key}, say(search, place.saying),
+            place.failed.absent(), key::potential_charger.set(place.key), say(search, place.saying),
             account_motion("SearchCharge"),
             IfThenElseStar(
                 explore_dock_field(search),
-                SequenceStar(BlackboardCopy{place.key, "only_charger_in_map"}, erase("potential_charger")),
-                ForceFailure(SequenceStar(erase("potential_charger"), set_flag(place.mark_failed))))));
+                SequenceStar(place.key.copy_to(key::only_charger_in_map), key::potential_charger.erase()),
+                ForceFailure(SequenceStar(key::potential_charger.erase(), place.mark_failed.flag())))));
 }
 
 Nodes search_history(const HistorySearch& search)
 {
     return row(
-        search_at({"FindHistoryChargerFirst", "first_potential_charger", "first_potential_charger_failed",
-                   "first_potential_charger_failed", "tolvar history first"},
-                  search),
-        search_at({"FindHistoryChargerSecond", "second_potential_charger", "second_potential_charger_failed",
-                   search.second_failed, "tolvar history second"},
+        search_at(
+            {"FindHistoryChargerFirst", key::first_potential_charger, key::first_potential_charger_failed,
+             key::first_potential_charger_failed, "tolvar history first"},
+            search),
+        search_at({"FindHistoryChargerSecond", key::second_potential_charger,
+                   key::second_potential_charger_failed, search.second_failed, "tolvar history second"},
                   search));
 }
 
@@ -91,7 +92,7 @@ Nodes explore_and_return(const HistorySearch& search)
 
 Node search_at_marked(const HistorySearch& search)
 {
-    return SequenceStar(present("only_charger_in_map"), say(search, "tolvar only charger"),
+    return SequenceStar(key::only_charger_in_map.present(), say(search, "tolvar only charger"),
                         account_motion("NaviCharge"),
                         SubtreeCondition{"BackToMarkedCharger_WithoutSearch.xml"});
 }
@@ -105,7 +106,7 @@ Node search_at_stored(const HistorySearch& search)
 
 Node search_on_the_spot(const HistorySearch& search)
 {
-    return FallbackStar(search_history(search), ForceFailure(set_flag("dock_out_field")),
+    return FallbackStar(search_history(search), ForceFailure(key::dock_out_field.flag()),
                         SubtreeCondition{search.search_tree}, explore_and_return(search));
 }
 
@@ -115,16 +116,13 @@ Node select_charger(const HistorySearch& search)
 {
     return SequenceStar(
         begin_run(), search.mark_out_field,
-        IfThenElseStar(
-            stored_charger(),
-            FallbackStar(search_at_stored(search), search_at_marked(search), search_history(search),
-                         explore_and_return(search)),
-            IfThenElseStar(
-                present("only_charger_in_map"),
-                FallbackStar(SequenceStar(say(search, "tolvar only charger"), account_motion("NaviCharge"),
-                                          SubtreeCondition{"BackToMarkedCharger_WithoutSearch.xml"}),
-                             search_history(search), explore_and_return(search)),
-                search_on_the_spot(search))));
+        choose({{stored_charger(), FallbackStar(search_at_stored(search), search_at_marked(search),
+                                                search_history(search), explore_and_return(search))},
+                {key::only_charger_in_map.present(),
+                 FallbackStar(SequenceStar(say(search, "tolvar only charger"), account_motion("NaviCharge"),
+                                           SubtreeCondition{"BackToMarkedCharger_WithoutSearch.xml"}),
+                              search_history(search), explore_and_return(search))}},
+               search_on_the_spot(search)));
 }
 
 }  // namespace vemra::trees

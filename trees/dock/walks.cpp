@@ -24,10 +24,9 @@ Node drive_doubtful_way()
 {
     return IfThenElseStar(
         way_is_sound(), AlwaysSuccess{},
-        ForceFailure(DoWhile(TemporarilyDisableSensor{.lock_status = "true", .sensor = "LaserTofPointcloud"},
-                             StackBlackboard{"ignore_pointcloud_during_escaping"},
-                             SequenceStar(SetBlackboard{"ignore_pointcloud_during_escaping", "true"},
-                                          drive_or_follow_walls()))));
+        ForceFailure(DoWhile(
+            sensor_held_off("LaserTofPointcloud"), key::ignore_pointcloud_during_escaping.kept(),
+            SequenceStar(key::ignore_pointcloud_during_escaping.set("true"), drive_or_follow_walls()))));
 }
 
 }  // namespace
@@ -35,11 +34,10 @@ Node drive_doubtful_way()
 Node walk_to_dock(const WalkToDock& walk)
 {
     return RetryUntilSuccesful(
-        -1, IfThenElseStar(
-                has_way(), drive(walk),
-                IfThenElseStar(
-                    search({.mode = walk.last_search, .target = "${navi_target_point}", .tolerance = "1"}),
-                    drive_doubtful_way(), walk.no_way)));
+        -1, choose({{has_way(), drive(walk)},
+                    {search({.mode = walk.last_search, .target = "${navi_target_point}", .tolerance = "1"}),
+                     drive_doubtful_way()}},
+                   walk.no_way));
 }
 
 }  // namespace vemra::trees

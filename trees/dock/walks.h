@@ -36,13 +36,13 @@ inline Node drive_over_known_floor()
 template <Steps... Children>
 Node report_trap_once(Children&&... steps)
 {
-    return FallbackStar(present("have_trapped_type"), SequenceStar(std::forward<Children>(steps)...));
+    return FallbackStar(key::have_trapped_type.present(), SequenceStar(std::forward<Children>(steps)...));
 }
 
 /// A wall of the user bars the way.
 inline Node report_barred_by_wall()
 {
-    return report_trap_once(ValidateAllBridges{}, set_flag("clean_vw_blocked"), set_flag("have_trapped_type"),
+    return report_trap_once(ValidateAllBridges{}, key::clean_vw_blocked.flag(), key::have_trapped_type.flag(),
                             Delay{50});
 }
 
@@ -81,7 +81,7 @@ inline Nodes face_dock()
 /// The marking turn heard nothing, or there was none.
 inline Node no_signal_known()
 {
-    return FallbackStar(absent("marker_signal_type"), SignalTypeMatch{"${marker_signal_type}", "None"});
+    return FallbackStar(key::marker_signal_type.absent(), SignalTypeMatch{"${marker_signal_type}", "None"});
 }
 
 }  // namespace vemra::trees

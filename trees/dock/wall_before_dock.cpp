@@ -12,10 +12,10 @@ Node look_round(const Side& side, const char* begin, const char* heard)
         SaySomething{begin},
         Fallback(Sequence(Fallback(hears(ml, side.side_signal), hears(mr, side.side_signal),
                                    hears(ml, side.central_signal), hears(mr, side.central_signal)),
-                          SetBlackboard{"follow_wall_dist", "50"}, SaySomething{heard}),
-                 Sequence(SubtreeCondition{"Escape"}, Rotate{.angle_deg = turned(side, 135),
-                                                             .angular_velocity_deg_s = "33",
-                                                             .false_relative_true_absolute = "false"})));
+                          key::follow_wall_dist.set(50), SaySomething{heard}),
+                 guarded(Rotate{.angle_deg = turned(side, 135),
+                                .angular_velocity_deg_s = "33",
+                                .false_relative_true_absolute = "false"})));
 }
 
 Node turn_back(const Side& side)
@@ -29,14 +29,14 @@ Node turn_back(const Side& side)
 Node probe()
 {
     const auto by_side = [](Node on_left, Node on_right) {
-        return IfThenElseStar(key_is_true("in_left_signal"), std::move(on_left), std::move(on_right));
+        return IfThenElseStar(key::in_left_signal.is_true(), std::move(on_left), std::move(on_right));
     };
     return SequenceStar(
-        FallbackStar(present("follow_wall_dist"), SetBlackboard{"follow_wall_dist", "100"}),
+        FallbackStar(key::follow_wall_dist.present(), key::follow_wall_dist.set(100)),
         IfThenElseStar(
             within("${follow_wall_dist}", "${new_judge_pose}"), AlwaysSuccess{},
-            SequenceStar(BlackboardCopy{"current_pose", "new_judge_pose"}, SetBlackboard{"check_cnt", "0"},
-                         DoWhile(IntAdd{"${check_cnt}", "1", "check_cnt"},
+            SequenceStar(key::current_pose.copy_to(key::new_judge_pose), key::check_cnt.set(0),
+                         DoWhile(key::check_cnt.plus(1),
                                  by_side(look_round(left_side, "在左侧，开始左转", "中左看到左侧信号"),
                                          look_round(right_side, "在右侧开始右转", "中右看到右边信号"))),
                          ForceSuccess(Frameout("${check_cnt}",
@@ -51,7 +51,7 @@ Node on_line(const char* receiver, const char* other, const char* other_signal, 
     return Sequence(
         hears(receiver, "Middle"),
         Fallback(Sequence(Fallback(hears(other, "Middle"), hears(other, other_signal)), SaySomething{say}),
-                 ForceFailure(SetBlackboard{"follow_wall_dist", "30"})));
+                 ForceFailure(key::follow_wall_dist.set(30))));
 }
 
 Node because_said(const char* reason, const char* say)
@@ -83,7 +83,7 @@ Node follow_wall_before_docker()
                  {Inverter(wall_is_not_looped()), because_said("loop", "转圈了")},
                  {Inverter(within("700", "${initial_bump_pose}")), because_said("range", "超过700")}},
                 Sequence(probe(), SubtreeCondition{"Escape"}, SubtreeCondition{"FollowWallDeal"})),
-            erase("new_judge_pose"), erase("follow_wall_dist"), SaySomething{"绕障结束"}));
+            erase(key::new_judge_pose, key::follow_wall_dist), SaySomething{"绕障结束"}));
 }
 
 // --- what comes of it ---------------------------------------------------------------------------
@@ -96,10 +96,10 @@ Node after_overturn(const Side& side)
     const auto beyond_line =
         Fallback(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
     return SequenceStar(
-        BlackboardCopy{"current_yaw_deg", "turn_around_start"},
+        key::current_yaw_deg.copy_to(key::turn_around_start),
         IfThenElseStar(hears_side(side), until_it_is_lost,
-                       SequenceStar(IfThenElseStar(beyond_line, SetBlackboard{"go_to_sector_lds", "true"},
-                                                   SetBlackboard{"docking_big_loop_break", "true"}),
+                       SequenceStar(IfThenElseStar(beyond_line, key::go_to_sector_lds.set("true"),
+                                                   key::docking_big_loop_break.set("true")),
                                     Delay{1})));
 }
 
@@ -109,7 +109,7 @@ Node wall_branch(const Side& side)
 {
     return SequenceStar(back2cm(), note_bump(), set_wall_side(side.sign > 0 ? "true" : "false"),
                         follow_wall_before_docker(),
-                        by_text("break_condition",
+                        by_text(key::break_condition,
                                 {{"good", SequenceStar(reached_sector())},
                                  {"overturn", after_overturn(side)},
                                  {"loop", greedy_way_past_obstacle()}},

@@ -6,12 +6,12 @@ namespace {
 
 Node odom_yaw_above(const char* limit)
 {
-    return IsAGreaterThanBFloat{"${current_odom_yaw_deg}", limit};
+    return key::current_odom_yaw_deg.above(limit);
 }
 
 Node odom_yaw_below(const char* limit)
 {
-    return IsAGreaterThanBFloat{limit, "${current_odom_yaw_deg}"};
+    return key::current_odom_yaw_deg.below(limit);
 }
 
 }  // namespace
@@ -20,30 +20,27 @@ Node odom_yaw_below(const char* limit)
 
 Node turn_relative()
 {
-    const auto to_left = key_is("turn_target_angle_dir", "left");
+    const auto to_left = key::turn_target_angle_dir.is("left");
     return SubTree(
         "TurnToTargetAngle",
         RetryUntilSuccesful(
             1,
-            SequenceStar(
-                SaySomething{"${turn_target_angle_relative}"},
-                IfThenElseStar(
-                    to_left,
-                    FloatAdd{"${current_odom_yaw_deg}", "${turn_target_angle_relative}", "target_angle_temp"},
-                    FloatAdd{"${current_odom_yaw_deg}", "-${turn_target_angle_relative}",
-                             "target_angle_temp"}),
-                SaySomething{"${target_angle_temp}"},
-                Sequence(
-                    SubtreeCondition{"Escape"},
-                    IfThenElse(to_left, Fallback(odom_yaw_above("${target_angle_temp}"), wheels("-80", "80")),
-                               Fallback(odom_yaw_below("${target_angle_temp}"), wheels("80", "-80")))))));
+            SequenceStar(SaySomething{"${turn_target_angle_relative}"},
+                         IfThenElseStar(to_left,
+                                        key::current_odom_yaw_deg.plus(
+                                            key::turn_target_angle_relative.value(), key::target_angle_temp),
+                                        key::current_odom_yaw_deg.plus("-${turn_target_angle_relative}",
+                                                                       key::target_angle_temp)),
+                         SaySomething{"${target_angle_temp}"},
+                         guarded(IfThenElse(
+                             to_left, Fallback(odom_yaw_above("${target_angle_temp}"), wheels("-80", "80")),
+                             Fallback(odom_yaw_below("${target_angle_temp}"), wheels("80", "-80")))))));
 }
 
 Node turn_by(const char* side, const char* degrees)
 {
-    return SequenceStar(SetBlackboard{"turn_target_angle_dir", side},
-                        SetBlackboardWithType{"turn_target_angle_relative", "float", degrees},
-                        turn_relative());
+    return SequenceStar(key::turn_target_angle_dir.set(side),
+                        key::turn_target_angle_relative.set_typed(degrees), turn_relative());
 }
 
 // --- the hunt for a signal ----------------------------------------------------------------------
@@ -52,23 +49,22 @@ namespace {
 
 Node end_hunt_when_heard()
 {
-    return SequenceStar(front_hears(), leave("rotate_find_charger"));
+    return SequenceStar(front_hears(), BreakKey{key::rotate_find_charger}.leave());
 }
 
 Node count_round()
 {
-    const auto passed = IfThenElseStar(key_is("turn_dir_find_signal", "left"),
-                                       odom_yaw_above("${initial_rotate_yaw_deg}+360"),
-                                       odom_yaw_below("${initial_rotate_yaw_deg}-360"));
-    return SequenceStar(passed, BlackboardCopy{"current_odom_yaw_deg", "initial_rotate_yaw_deg"},
-                        IntAdd{"${full_round_turn_times}", "1", "full_round_turn_times"},
-                        IntAdd{"${full_round_turn_count}", "1", "full_round_turn_count"});
+    const auto passed =
+        IfThenElseStar(key::turn_dir_find_signal.is("left"), odom_yaw_above("${initial_rotate_yaw_deg}+360"),
+                       odom_yaw_below("${initial_rotate_yaw_deg}-360"));
+    return SequenceStar(passed, key::current_odom_yaw_deg.copy_to(key::initial_rotate_yaw_deg),
+                        key::full_round_turn_times.plus(1), key::full_round_turn_count.plus(1));
 }
 
 Node give_up_after_two_rounds()
 {
-    return SequenceStar(IsAGreaterThanBInt{"${full_round_turn_count}", "1"}, SaySomething{"tq: bigger than"},
-                        SetBlackboard{"rotate_find_charger", "true"});
+    return SequenceStar(key::full_round_turn_count.above(1), SaySomething{"tq: bigger than"},
+                        key::rotate_find_charger.set("true"));
 }
 
 }  // namespace
@@ -76,18 +72,17 @@ Node give_up_after_two_rounds()
 Node turn_find_signal()
 {
     const auto turn_on_the_spot =
-        IfThenElse(key_is("turn_dir_find_signal", "left"), wheels("-80", "80"), wheels("80", "-80"));
+        IfThenElse(key::turn_dir_find_signal.is("left"), wheels("-80", "80"), wheels("80", "-80"));
     return SubTree(
         "TurnFindSignalMlAndMrAllGot",
         FallbackStar(
             both_hear(),
             SequenceStar(
-                BlackboardCopy{"current_odom_yaw_deg", "initial_rotate_yaw_deg"},
-                IfThenElseStar(Fallback(hears(left), hears(ml)),
-                               SetBlackboard{"turn_dir_find_signal", "left"},
-                               SetBlackboard{"turn_dir_find_signal", "right"}),
-                SetBlackboard{"rotate_find_charger", "false"}, SetBlackboard{"full_round_turn_count", "0"},
-                ForceSuccess(BB_Precondition("rotate_find_charger",
+                key::current_odom_yaw_deg.copy_to(key::initial_rotate_yaw_deg),
+                IfThenElseStar(Fallback(hears(left), hears(ml)), key::turn_dir_find_signal.set("left"),
+                               key::turn_dir_find_signal.set("right")),
+                key::rotate_find_charger.set("false"), key::full_round_turn_count.set(0),
+                ForceSuccess(BB_Precondition(key::rotate_find_charger,
                                              DoWhile(end_hunt_when_heard(), count_round(), turn_on_the_spot,
                                                      give_up_after_two_rounds(), ForceRunning{}))),
                 front_hears())));
@@ -99,10 +94,10 @@ Node update_charger_direction()
         return Fallback(hears(ml, side.side_signal), hears(ml, side.central_signal),
                         hears(mr, side.side_signal), hears(mr, side.central_signal));
     };
-    return SubTree("UpdateChargerDirection",
-                   optionally(front_hears(),
-                              choose({{heard_on(left_side), SetBlackboard{"charger_direction", "left"}},
-                                      {heard_on(right_side), SetBlackboard{"charger_direction", "right"}}})));
+    return SubTree(
+        "UpdateChargerDirection",
+        optionally(front_hears(), choose({{heard_on(left_side), key::charger_direction.set("left")},
+                                          {heard_on(right_side), key::charger_direction.set("right")}})));
 }
 
 Node any_bumper_bumped()
@@ -132,18 +127,18 @@ Node find_best_direction()
         "FindBestDirectionTowardsToCharger",
         Named("FindBestDirection",
               SequenceStar(
-                  BlackboardCopy{"current_odom_yaw_deg", "best_yaw_towards_charger"},
+                  key::current_odom_yaw_deg.copy_to(key::best_yaw_towards_charger),
                   BlackboardCopy{"current_odom_yaw_deg", to_right},
                   BlackboardCopy{"current_odom_yaw_deg", to_left},
                   DoWhile(note_best_heading(to_right), turn_by("right", "45")), Stop{},
                   DoWhile(note_best_heading(to_left), turn_by("left", "90")), Stop{},
                   SaySomething{"tq : find end"},
-                  FloatAdd{"${best_yaw_towards_charger_right_find}", "${best_yaw_towards_charger_left_find}",
-                           "final_best_yaw"},
-                  SetBlackboardWithType{"final_best_yaw", "float", "${final_best_yaw}/2"},
-                  FloatAdd{"${current_odom_yaw_deg}", "-${final_best_yaw}", "turn_target_angle_relative"},
-                  SetBlackboard{"turn_target_angle_dir", "right"}, turn_relative(), Stop{},
-                  ForceSuccess(Frameout(50, Sequence(SubtreeCondition{"Escape"}, wheels("70", "70")))))));
+                  key::best_yaw_towards_charger_right_find.plus(
+                      key::best_yaw_towards_charger_left_find.value(), key::final_best_yaw),
+                  key::final_best_yaw.set_typed("${final_best_yaw}/2"),
+                  key::current_odom_yaw_deg.plus("-${final_best_yaw}", key::turn_target_angle_relative),
+                  key::turn_target_angle_dir.set("right"), turn_relative(), Stop{},
+                  ForceSuccess(Frameout(50, guarded(wheels("70", "70")))))));
 }
 
 // --- the final approach -------------------------------------------------------------------------
@@ -152,16 +147,15 @@ Node final_approach_without_map()
 {
     const auto follow = Sequence(no_bump(), Inverter(ConsistentlyLostDockSignal{}),
                                  IfThenElseStar(Frameout(3000, FollowDockSignalFinal{}), AlwaysSuccess{},
-                                                ForceFailure(set_flag("final_dock_failure"))));
-    const auto bumped_or_out_of_time = FallbackStar(
-        Bumped{"${bump_dir}"},
-        SequenceStar(present("final_dock_failure"), erase("final_dock_failure"), break_docking()));
-    const auto back_and_count = ForceFailure(
-        SequenceStar(optionally(IsAGreaterThanBInt{"${final_dock_times}", "4"}, break_docking()),
-                     drive_for("150", "-70", "-70"), IntAdd{"${final_dock_times}", "1", "final_dock_times"}));
-    return FallbackStar(docking({.scanner_off = true, .cliff_off = true, .follow = follow}),
-                        IfThenElseStar(bumped_or_out_of_time, back_and_count,
-                                       ForceFailure(SetBlackboard{"final_dock_times", "0"})));
+                                                ForceFailure(key::final_dock_failure.flag())));
+    const auto bumped_or_out_of_time =
+        FallbackStar(Bumped{"${bump_dir}"}, SequenceStar(key::final_dock_failure.take(), break_docking()));
+    const auto back_and_count =
+        ForceFailure(SequenceStar(optionally(key::final_dock_times.above(4), break_docking()),
+                                  drive_for("150", "-70", "-70"), key::final_dock_times.plus(1)));
+    return FallbackStar(
+        docking({.scanner_off = true, .cliff_off = true, .follow = follow}),
+        IfThenElseStar(bumped_or_out_of_time, back_and_count, ForceFailure(key::final_dock_times.set(0))));
 }
 
 }  // namespace vemra::trees

@@ -21,27 +21,25 @@ Node follow_signal()
 // The sign of the angle is the side of the turn.
 Node set_turn_dir_and_angle(const char* name)
 {
-    return Named(name,
-                 IfThenElseStar(IsAGreaterThanBFloat{"${turn_to_charger_angle}", "0"},
-                                SequenceStar(SetBlackboard{"turn_target_angle_dir", "left"},
-                                             SetBlackboardWithType{"turn_target_angle_relative", "float",
-                                                                   "${turn_to_charger_angle}"}),
-                                SequenceStar(SetBlackboard{"turn_target_angle_dir", "right"},
-                                             SetBlackboardWithType{"turn_target_angle_relative", "float",
-                                                                   "-${turn_to_charger_angle}"})));
+    return Named(
+        name, IfThenElseStar(
+                  key::turn_to_charger_angle.above(0),
+                  SequenceStar(key::turn_target_angle_dir.set("left"),
+                               key::turn_target_angle_relative.set_typed(key::turn_to_charger_angle.value())),
+                  SequenceStar(key::turn_target_angle_dir.set("right"),
+                               key::turn_target_angle_relative.set_typed("-${turn_to_charger_angle}"))));
 }
 
 Node turn_back()
 {
     return SequenceStar(
         SaySomething{"tq turn to bumped yaw"},
-        IfThenElseStar(IsAGreaterThanBFloat{"${turn_angle_after_reflect}", "0"},
-                       SequenceStar(SetBlackboard{"turn_target_angle_dir", "right"},
-                                    SetBlackboardWithType{"turn_target_angle_relative", "float",
-                                                          "${turn_angle_after_reflect}"}),
-                       SequenceStar(SetBlackboard{"turn_target_angle_dir", "left"},
-                                    SetBlackboardWithType{"turn_target_angle_relative", "float",
-                                                          "-${turn_angle_after_reflect}"})),
+        IfThenElseStar(
+            key::turn_angle_after_reflect.above(0),
+            SequenceStar(key::turn_target_angle_dir.set("right"),
+                         key::turn_target_angle_relative.set_typed(key::turn_angle_after_reflect.value())),
+            SequenceStar(key::turn_target_angle_dir.set("left"),
+                         key::turn_target_angle_relative.set_typed("-${turn_angle_after_reflect}"))),
         turn_relative());
 }
 
@@ -49,19 +47,18 @@ Node follow_true_source()
 {
     const auto got_field = Fallback(InDockField{}, hears(ml), hears(mr));
     return SequenceStar(
-        IsGotReflectedSignal{"turn_angle_after_reflect"}, erase("got_reflected_sig_flag"),
-        set_flag("ignore_dock_filed_flag"), ForceSuccess(Frameout(25, GoBackwards{})),
-        SetBlackboardWithType{"turn_to_charger_angle", "float", "${turn_angle_after_reflect}/2"},
+        IsGotReflectedSignal{"turn_angle_after_reflect"}, key::got_reflected_sig_flag.erase(),
+        key::ignore_dock_filed_flag.flag(), ForceSuccess(Frameout(25, GoBackwards{})),
+        key::turn_to_charger_angle.set_typed("${turn_angle_after_reflect}/2"),
         set_turn_dir_and_angle("SetTurnDirAndAngle"), turn_relative(),
         Named("TryTurnToDockWithSignalCheck",
-              Sequence(
-                  SubtreeCondition{"Escape"},
+              guarded(
                   Named("BreakAfterGotField",
-                        Fallback(Sequence(got_field, set_flag("got_reflected_sig_flag")), turn_relative())))),
-        IfThenElseStar(present("got_reflected_sig_flag"),
+                        Fallback(Sequence(got_field, key::got_reflected_sig_flag.flag()), turn_relative())))),
+        IfThenElseStar(key::got_reflected_sig_flag.present(),
                        SequenceStar(ForceSuccess(drive_unless_bumped("80", "50", "50")),
-                                    erase("ignore_dock_filed_flag")),
-                       ForceFailure(SequenceStar(erase("ignore_dock_filed_flag"), turn_back()))));
+                                    key::ignore_dock_filed_flag.erase()),
+                       ForceFailure(SequenceStar(key::ignore_dock_filed_flag.erase(), turn_back()))));
 }
 
 Node turn_from_mirror()
@@ -70,15 +67,14 @@ Node turn_from_mirror()
         return SequenceStar(turn_by(side, "90"), SaySomething{"tq start small turn"},
                             turn_by_until(both_hear(), side, "30"), SaySomething{"tq end small turn"});
     };
-    return Named(
-        "IsGotReflectedSignal",
-        IfThenElseStar(
-            both("CentralRight", "CentralLeft"),
-            ForceFailure(SequenceStar(
-                SaySomething{"tq ir strong reflect"}, GenerateTurnDirWhenReflect{"turn_angle_after_reflect"},
-                Named("SetTurnDir", IfThenElseStar(IsAGreaterThanBFloat{"${turn_angle_after_reflect}", "0"},
-                                                   turn("left"), turn("right"))))),
-            AlwaysFailure{}));
+    return Named("IsGotReflectedSignal",
+                 IfThenElseStar(both("CentralRight", "CentralLeft"),
+                                ForceFailure(SequenceStar(
+                                    SaySomething{"tq ir strong reflect"},
+                                    GenerateTurnDirWhenReflect{"turn_angle_after_reflect"},
+                                    Named("SetTurnDir", IfThenElseStar(key::turn_angle_after_reflect.above(0),
+                                                                       turn("left"), turn("right"))))),
+                                AlwaysFailure{}));
 }
 
 // --- an obstacle --------------------------------------------------------------------------------
@@ -103,34 +99,32 @@ Node avoid_obstacle()
     return SubTree(
         "AvoidObstacle",
         optionally(
-            back_off(SensorCheckBumped{""}, "20"), BlackboardCopy{"current_odom_yaw_deg", "initial_bump_yaw"},
-            Named("IgnoreVirtualWallBump",
-                  IfThenElseStar(BumpdirMatch{"${bump_dir}", "virtual"}, AlwaysFailure{}, AlwaysSuccess{})),
+            back_off(SensorCheckBumped{""}, "20"), key::current_odom_yaw_deg.copy_to(key::initial_bump_yaw),
+            Named("IgnoreVirtualWallBump", when(BumpdirMatch{"${bump_dir}", "virtual"}, AlwaysFailure{})),
             Named("SetFollowObstaccleDirection",
-                  IfThenElseStar(present("charger_direction"),
-                                 BlackboardCopy{"charger_direction", "follow_obstacle_dir"},
-                                 SetBlackboard{"follow_obstacle_dir", "right"})),
-            IfThenElseStar(key_is("follow_obstacle_dir", "left"), to_left, to_right)));
+                  IfThenElseStar(key::charger_direction.present(),
+                                 key::charger_direction.copy_to(key::follow_obstacle_dir),
+                                 key::follow_obstacle_dir.set("right"))),
+            IfThenElseStar(key::follow_obstacle_dir.is("left"), to_left, to_right)));
 }
 
 // --- the middle line at one side ----------------------------------------------------------------
 
 Node turn_to_charger()
 {
-    const auto to_side = Named(
-        "SetRotateDiretion", IfThenElse(hears(left, "Middle"), SetBlackboard{"turn_target_angle_dir", "left"},
-                                        SetBlackboard{"turn_target_angle_dir", "right"}));
-    const auto back = Named(
-        "TurnToLastYaw", SequenceStar(IfThenElseStar(key_is("turn_target_angle_dir", "left"),
-                                                     turn_by("right", "90"), turn_by("left", "90")),
-                                      ForceSuccess(drive_unless_bumped("50", "60", "60")), AlwaysFailure{}));
+    const auto to_side =
+        Named("SetRotateDiretion", IfThenElse(hears(left, "Middle"), key::turn_target_angle_dir.set("left"),
+                                              key::turn_target_angle_dir.set("right")));
+    const auto back =
+        Named("TurnToLastYaw", fail_after(IfThenElseStar(key::turn_target_angle_dir.is("left"),
+                                                         turn_by("right", "90"), turn_by("left", "90")),
+                                          ForceSuccess(drive_unless_bumped("50", "60", "60"))));
     return SequenceStar(
         Named("IsLeftOrRightGotMiddle", Fallback(hears(left, "Middle"), hears(right, "Middle"))),
-        Named("TurnToCharger",
-              SequenceStar(SaySomething{"tq : l or r got middle"}, to_side,
-                           SetBlackboardWithType{"turn_target_angle_relative", "float", "90"},
-                           Fallback(front_hears("Middle"), turn_relative()),
-                           IfThenElseStar(front_hears("Middle"), AlwaysSuccess{}, back))));
+        Named("TurnToCharger", SequenceStar(SaySomething{"tq : l or r got middle"}, to_side,
+                                            key::turn_target_angle_relative.set_typed(90),
+                                            Fallback(front_hears("Middle"), turn_relative()),
+                                            IfThenElseStar(front_hears("Middle"), AlwaysSuccess{}, back))));
 }
 
 }  // namespace
@@ -142,10 +136,10 @@ Node go_toward_charger_with_find_center()
                      FallbackStar(BumpdirMatch{"${bump_dir}", "left"}, BumpdirMatch{"${bump_dir}", "middle"},
                                   BumpdirMatch{"${bump_dir}", "right"}),
                      Named("CheckWallOrAvoidObstacle", FallbackStar(follow_true_source(), avoid_obstacle())));
-    return SubTree("GoTowardChargerWithFindCenter",
-                   SequenceStar(until_left("go_toward_charger_loop_break",
-                                           Loop(-1, FallbackStar(follow_signal(), after_bump,
-                                                                 turn_to_charger(), turn_from_mirror())))));
+    return SubTree(
+        "GoTowardChargerWithFindCenter",
+        SequenceStar(drive_to_charger.scope(
+            Loop(-1, FallbackStar(follow_signal(), after_bump, turn_to_charger(), turn_from_mirror())))));
 }
 
 }  // namespace vemra::trees

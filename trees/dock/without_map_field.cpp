@@ -35,34 +35,33 @@ Node turn_for_signal()
 
 Node in_area_12()
 {
-    const auto choose_length = optionally(
-        front_hears(),
-        IfThenElseStar(Fallback(hears(ml, "CentralLeft"), hears(mr, "CentralLeft")),
-                       SetBlackboard{"forward_timeout", "50"}, SetBlackboard{"forward_timeout", "100"}),
-        turn_by("right", "80"));
+    const auto choose_length =
+        optionally(front_hears(),
+                   IfThenElseStar(Fallback(hears(ml, "CentralLeft"), hears(mr, "CentralLeft")),
+                                  key::forward_timeout.set(50), key::forward_timeout.set(100)),
+                   turn_by("right", "80"));
     const auto two_turns = SequenceStar(
         Named("FirstStageTurnAvoidIrReflection", turn_by_until(middle(), "left", "40")),
         Named("FirstStageTurnAvoidOverTurn",
               Fallback(hears(ml, "Middle"), hears(mr, "Middle"), both_hear(), turn_by("left", "40"))));
-    return Named(
-        "InArea12",
-        SequenceStar(
-            SaySomething{"tq : on left"}, SetBlackboard{"forward_timeout", "100"}, choose_length,
-            Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
-                     ForceSuccess(drive_unless_bumped("${forward_timeout}", "80", "110"))),
-            IfThenElseStar(hears(left, "Middle"),
-                           Named("LeftGotMiddle", SequenceStar(turn_by_until(middle(), "left", "120"))),
-                           two_turns),
-            turn_for_signal(), middle()));
+    return Named("InArea12",
+                 SequenceStar(SaySomething{"tq : on left"}, key::forward_timeout.set(100), choose_length,
+                              Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
+                                       ForceSuccess(drive_unless_bumped("${forward_timeout}", "80", "110"))),
+                              IfThenElseStar(hears(left, "Middle"),
+                                             Named("LeftGotMiddle",
+                                                   SequenceStar(turn_by_until(middle(), "left", "120"))),
+                                             two_turns),
+                              turn_for_signal(), middle()));
 }
 
 Node bumped_while_surround()
 {
-    const auto turn_back = Named("TurnToChargerIfHeadLoseSig",
-                                 IfThenElseStar(front_hears(), AlwaysSuccess{},
-                                                IfThenElseStar(key_is("charger_direction", "left"),
-                                                               turn_by_until(both_hear(), "left", "90"),
-                                                               turn_by_until(both_hear(), "right", "90"))));
+    const auto turn_back =
+        Named("TurnToChargerIfHeadLoseSig",
+              choose({{front_hears(), AlwaysSuccess{}},
+                      {key::charger_direction.is("left"), turn_by_until(both_hear(), "left", "90")}},
+                     turn_by_until(both_hear(), "right", "90")));
     return Named(
         "BumpedWhileSurround",
         IfThenElseStar(SensorCheckBumped{"bump_dir"},
@@ -78,14 +77,14 @@ Node bumped_while_surround()
 
 Node surround_field_find_middle()
 {
-    const auto by_side = FallbackStar(SequenceStar(key_is("charger_direction", "right"), in_area_45()),
-                                      SequenceStar(key_is("charger_direction", "left"), in_area_12()));
+    const auto by_side = FallbackStar(SequenceStar(key::charger_direction.is("right"), in_area_45()),
+                                      SequenceStar(key::charger_direction.is("left"), in_area_12()));
     return SubTree(
         "SurroundFieldFindMiddle",
         SequenceStar(
-            SetBlackboard{"find_middle_flag", "false"},
+            key::find_middle_flag.set("false"),
             ForceSuccess(BB_Precondition(
-                "find_middle_flag",
+                key::find_middle_flag,
                 RetryUntilSuccesful(
                     30, FallbackStar(SequenceStar(middle(), InDockField{}),
                                      SequenceStar(both("CentralLeft", "CentralRight"), InDockField{}),

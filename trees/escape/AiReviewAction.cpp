@@ -9,12 +9,12 @@ namespace {
 Node back_off_obstacle()
 {
     return SubTree("AINeedBackWards",
-                   Sequence(SetBlackboard{"outline_dist", -30}, BodyInObstacle{"${outline_dist}"},
-                            SetBlackboard{"sidebrush_slowdown", 1}, SetMapDrawMode{.draw_mode = "BlockOnly"},
+                   Sequence(key::outline_dist.set(-30), BodyInObstacle{"${outline_dist}"},
+                            key::sidebrush_slowdown.set(1), SetMapDrawMode{.draw_mode = "BlockOnly"},
                             DoWhile(off_the_trace("BackWardsDetect"),
                                     SequenceStar(account_action("BackWardsDetect"), Stop{}, Delay{5})),
                             ForceSuccess(Sequence(
-                                SetBlackboard{"outline_dist", 30},
+                                key::outline_dist.set(30),
                                 backing_gate({.note_pose_of_bump = true, .go_on_after_front_bump = true}),
                                 OpenCloseMove{.left_mm_s = -80, .right_mm_s = -80})),
                             Stop{}));
@@ -42,8 +42,8 @@ Node scan_obstacle()
     return SubTree(
         "AiNeeddetect",
         SequenceStar(AiNeedScan{.wheel_left = "left_speed", .wheel_right = "right_speed"}, Stop{},
-                     SetBlackboard{"sidebrush_slowdown", 1}, SetMapDrawMode{.draw_mode = "BlockOnly"},
-                     DoWhile(off_the_trace("BlindZoneDetect"), set_flag("keep_normal_speed"),
+                     key::sidebrush_slowdown.set(1), SetMapDrawMode{.draw_mode = "BlockOnly"},
+                     DoWhile(off_the_trace("BlindZoneDetect"), key::keep_normal_speed.flag(),
                              SequenceStar(start_arc_count(), account_action("AiBlindZoneDetect"),
                                           under_review(1), scan(), Stop{},
                                           SubTree("BackAndHead",
@@ -56,5 +56,5 @@ Node scan_obstacle()
 // The review with the camera, in the frame of the laser's. No tree runs it at present.
 TREE(AiReviewAction)
 {
-    return review_step("Enable_AI", {back_off_obstacle(), scan_obstacle()});
+    return review_step(key::Enable_AI, {back_off_obstacle(), scan_obstacle()});
 }

@@ -4,6 +4,5 @@
 // there is nothing left to back off from.
 TREE(Back2cm)
 {
-    return SequenceStar(Sequence(SubtreeCondition{"Escape"}, SubtreeCondition{"BTBack2cm.xml"}),
-                        SubtreeCondition{"AlwaysSuccess.xml"});
+    return SequenceStar(guarded(SubtreeCondition{"BTBack2cm.xml"}), SubtreeCondition{"AlwaysSuccess.xml"});
 }

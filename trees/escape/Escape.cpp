@@ -5,9 +5,9 @@
 TREE(Escape)
 {
     return IfThenElseStar(
-        FallbackStar(absent("finish_escape"),
-                     ForceFailure(SequenceStar(SaySomething{"脱困过，包含脱困标志位"}, erase("finish_escape"),
-                                               erase("origin_tick_cnt"),
+        FallbackStar(key::finish_escape.absent(),
+                     ForceFailure(SequenceStar(SaySomething{"脱困过，包含脱困标志位"},
+                                               erase(key::finish_escape, key::origin_tick_cnt),
                                                SensorCheckBumped{.out_bump_dir = "bump_dir"}))),
-        SetBlackboard{"trapped", "false"}, ForceFailure(SetBlackboard{"trapped", "true"}));
+        key::trapped.set("false"), ForceFailure(key::trapped.set("true")));
 }

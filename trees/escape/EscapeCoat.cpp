@@ -47,9 +47,8 @@ Node escape_process()
                          Sequence(SubtreeCondition{"AlwaysSuccess.xml"},
                                   DoWhile(PSD_interpolation{}, get_local_map{}, Makemap{"${gridmap_limit}"},
                                           off_the_trace("Escape"), climb_the_ladder())),
-                         EscapeEndDeal{}, SetBlackboard{"finish_escape", "true"},
-                         BlackboardCopy{.source = "current_tick_cnt", .target = "origin_tick_cnt"},
-                         SaySomething{"结束脱困..."})));
+                         EscapeEndDeal{}, key::finish_escape.set("true"),
+                         key::current_tick_cnt.copy_to(key::origin_tick_cnt), SaySomething{"结束脱困..."})));
 }
 
 // A motion has two ticks to take notice of an escape. A flag older than that belongs to a motion that does
@@ -57,14 +56,14 @@ Node escape_process()
 Node drop_stale_flag()
 {
     return SequenceStar(
-        present("finish_escape"),
+        key::finish_escape.present(),
         IfThenElseStar(
-            present("origin_tick_cnt"),
+            key::origin_tick_cnt.present(),
             SequenceStar(SaySomething{"脱困异常情况：某个动作发生时触发脱困，但该处动作未调用Escape.xml"},
                          IsAGreaterThanBInt{.A = "${current_tick_cnt} - ${origin_tick_cnt}", .B = 2},
-                         erase("finish_escape"), erase("origin_tick_cnt")),
+                         erase(key::finish_escape, key::origin_tick_cnt)),
             SequenceStar(SaySomething{"异常脱困情况：有finish_escape, 但没有origin_tick_cnt"},
-                         erase("finish_escape"))));
+                         key::finish_escape.erase())));
 }
 
 // A bridge that traps the robot time and again is not worth crossing: at the fifth count (the message says
@@ -72,10 +71,10 @@ Node drop_stale_flag()
 Node escape_unless_bridge_is_hopeless()
 {
     return IfThenElseStar(
-        present("cross_bridge_trap_times"),
-        IfThenElseStar(IsAGreaterThanBInt{.A = 5, .B = "${cross_bridge_trap_times}"}, escape_process(),
+        key::cross_bridge_trap_times.present(),
+        IfThenElseStar(key::cross_bridge_trap_times.below(5), escape_process(),
                        SequenceStar(SaySomething{"cross_bridge_trap_times > 5, 不再执行脱困动作"},
-                                    set_flag("traped_when_crossing"))),
+                                    key::traped_when_crossing.flag())),
         escape_process());
 }
 
@@ -85,9 +84,8 @@ Node escape_unless_bridge_is_hopeless()
 // itself on the spot. Success is a tick without a warning, or an escape that did not work out.
 TREE(EscapeCoat)
 {
-    return Inverter(SequenceStar(SetBlackboard{"trapped", "false"}, PSD_interpolation{}, get_local_map{},
+    return Inverter(SequenceStar(key::trapped.set("false"), PSD_interpolation{}, get_local_map{},
                                  FallbackStar(IsEscapeCheckWarning{}, ForceFailure(drop_stale_flag())),
-                                 SaySomething{"进入脱困动作（EscapeCoat）..."},
-                                 SetBlackboard{"trapped", "true"}, account_action("Escape"),
-                                 escape_unless_bridge_is_hopeless()));
+                                 SaySomething{"进入脱困动作（EscapeCoat）..."}, key::trapped.set("true"),
+                                 account_action("Escape"), escape_unless_bridge_is_hopeless()));
 }

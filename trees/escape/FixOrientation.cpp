@@ -8,7 +8,7 @@ TREE(FixOrientation)
                  Sequence(SubtreeCondition{"Escape.xml"},
                           FallbackStar(Inverter(CheckClifBump{.out_bump_dir = "bump_dir"}),
                                        ForceFailure(SubtreeCondition{"Back2cm.xml"}),
-                                       ForceFailure(erase("next_line_to_clean_stack"))),
+                                       ForceFailure(key::next_line_to_clean_stack.erase())),
                           stop_for_cliff_sensors(),
                           FixOrientationNode{.target_point = "${fix_orientation_target_point}"}));
 }

@@ -9,10 +9,9 @@ namespace {
 Node swing_while(const Node& not_there_yet, int frames, int angle_deg)
 {
     return ForceSuccess(
-        Sequence(not_there_yet, Frameout(frames, Sequence(SubtreeCondition{"Escape"},
-                                                          Rotate{.angle_deg = angle_deg,
-                                                                 .angular_velocity_deg_s = 60,
-                                                                 .false_relative_true_absolute = "false"}))));
+        Sequence(not_there_yet, Frameout(frames, guarded(Rotate{.angle_deg = angle_deg,
+                                                                .angular_velocity_deg_s = 60,
+                                                                .false_relative_true_absolute = "false"}))));
 }
 
 // To the left by the first amplitude, to the right by the second, and back to the middle.
@@ -21,15 +20,10 @@ Node action_swing()
     return SubTree(
         "ActionSwing",
         SequenceStar(
-            BlackboardCopy{.source = "current_yaw_deg", .target = "last_pose_yaw_deg"},
-            swing_while(IsAGreaterThanBFloat{.A = "${last_pose_yaw_deg} + ${fAngle_start}",
-                                             .B = "${current_yaw_deg}"},
-                        60, 360),
-            swing_while(
-                IsAGreaterThanBFloat{.A = "${current_yaw_deg}", .B = "${last_pose_yaw_deg} - ${fAngle_dest}"},
-                120, -360),
-            swing_while(IsAGreaterThanBFloat{.A = "${last_pose_yaw_deg} ", .B = "${current_yaw_deg}"}, 60,
-                        360)));
+            key::current_yaw_deg.copy_to(key::last_pose_yaw_deg),
+            swing_while(key::current_yaw_deg.below("${last_pose_yaw_deg} + ${fAngle_start}"), 60, 360),
+            swing_while(key::current_yaw_deg.above("${last_pose_yaw_deg} - ${fAngle_dest}"), 120, -360),
+            swing_while(key::current_yaw_deg.below("${last_pose_yaw_deg} "), 60, 360)));
 }
 
 // --- a wire --------------------------------------------------------------------------------------
@@ -38,15 +32,14 @@ Node action_swing()
 Node suspect_wire_detection()
 {
     std::vector<Node> steps = {account_action("SuspectWireDetect"), under_review(1), Stop{}};
-    for (Node& step : there_and_back(50, 90,
-                                     {SetBlackboardWithType{"fAngle_start", "float", 20},
-                                      SetBlackboardWithType{"fAngle_dest", "float", 20}, action_swing()}))
+    for (Node& step : there_and_back(
+             50, 90, {key::fAngle_start.set_typed(20), key::fAngle_dest.set_typed(20), action_swing()}))
         steps.push_back(std::move(step));
     steps.push_back(under_review(0));
 
     return SubTree("SuspectWireDetection",
                    SequenceStar(SuspectWireDetect{}, SetMapDrawMode{.draw_mode = "BlockOnly"},
-                                DoWhile(off_the_trace("SuspectWireDetect"), StackBlackboard{"is_review"},
+                                DoWhile(off_the_trace("SuspectWireDetect"), key::is_review.kept(),
                                         in_order(std::move(steps)))));
 }
 
@@ -59,7 +52,7 @@ Node is_beyond(const char* yaw, const char* limit)
 
 Node turn_until(const Node& arrived, int angle_deg)
 {
-    return SequenceStar(FloatAdd{.a = "${current_yaw_deg}", .b = "${turn_angle}", .out_sum = "check_angle"},
+    return SequenceStar(key::current_yaw_deg.plus(key::turn_angle.value(), key::check_angle),
                         Fallback(arrived, guarded_turn(angle_deg, 60)));
 }
 
@@ -79,22 +72,22 @@ Node suspect_line_detect()
     return SubTree(
         "SuspectLineDetect",
         SequenceStar(
-            present("suspect_step"),
+            key::suspect_step.present(),
             IsStepNearBy{.i_step = "${suspect_step}", .o_angle_deg = "turn_angle", .o_mid_pt = "mid_point"},
             under_review(1), SetMapDrawMode{.draw_mode = "BlockOnly"},
             DoWhile(off_the_trace("SuspectLineDetect"),
                     SequenceStar(
                         account_action("SuspectLineDetect"), turn_to_mid_point(), Stop{},
-                        BlackboardCopy{.source = "current_pose", .target = "last_detect_pose"},
+                        key::current_pose.copy_to(key::last_detect_pose),
                         SubTree("BackAndHeadAndSwing", in_order(there_and_back(100, 120, {action_swing()}))),
-                        erase("last_pose_yaw_deg"), erase("last_detect_pose")))));
+                        erase(key::last_pose_yaw_deg, key::last_detect_pose)))));
 }
 
 // --- the blind zone beside the wall --------------------------------------------------------------
 
 Node wall_is_on_the_right()
 {
-    return BoolMatch{.bool_a = "${follow_wall_dir}", .bool_b = "true"};
+    return key::follow_wall_dir.holds("true");
 }
 
 Node by_wheels(int left_mm_s, int right_mm_s)
@@ -137,9 +130,8 @@ enum class Way
 Node make_up_for_short_arc(Way way)
 {
     const int sign = way == Way::ToTheWall ? 1 : -1;
-    return optionally(
-        FallbackStar(IsAGreaterThanBInt{.A = "${check_cnt}", .B = 30}, ForceFailure(turn_to_wall(sign * 80))),
-        FallbackStar(IsAGreaterThanBInt{.A = "${check_cnt}", .B = 49}, turn_to_wall(sign * 60)));
+    return optionally(FallbackStar(key::check_cnt.above(30), ForceFailure(turn_to_wall(sign * 80))),
+                      FallbackStar(key::check_cnt.above(49), turn_to_wall(sign * 60)));
 }
 
 // Right beside the robot the laser sees nothing: it leaves the wall in an arc, looks at the place where it
@@ -150,8 +142,7 @@ Node blind_zone_detect()
         "BlindZoneDetect",
         SequenceStar(
             BlindZoneDetected{}, SetMapDrawMode{.draw_mode = "BlockOnly"},
-            DoWhile(off_the_trace("BlindZoneDetect"), set_flag("keep_normal_speed"),
-                    StackBlackboard{"is_review"},
+            DoWhile(off_the_trace("BlindZoneDetect"), key::keep_normal_speed.flag(), key::is_review.kept(),
                     SequenceStar(start_arc_count(), account_action("BlindZoneDetect"), under_review(1),
                                  arc_back(), make_up_for_short_arc(Way::ToTheWall), Stop{}, Delay{15},
                                  make_up_for_short_arc(Way::Back), arc_forward(), under_review(0)))));
@@ -162,6 +153,6 @@ Node blind_zone_detect()
 // The review with the laser, one step of it before each step of a wall follow.
 TREE(LaserReviewAction)
 {
-    return review_step("Enable_Laser",
+    return review_step(key::Enable_Laser,
                        {suspect_wire_detection(), suspect_line_detect(), blind_zone_detect()});
 }

@@ -6,21 +6,17 @@ namespace {
 Node back_off_the_contacts()
 {
     return ForceSuccess(
-        Frameout(200, Named("Back30cm", Sequence(ArePointsTooClose{.distance_mm = 100,
-                                                                   .point_mm_a = "${current_pose}",
-                                                                   .point_mm_b = "${back_origin_point}"},
-                                                 GoBackwards{}))));
+        Frameout(200, Named("Back30cm", Sequence(near(key::back_origin_point, 100), GoBackwards{}))));
 }
 
 // Straight away from the dock, whose field must not turn the robot back here.
 Node drive_out_of_the_field()
 {
-    return ForceSuccess(DoWhile(
-        TemporarilyDisableSensor{.lock_status = "false", .sensor = "DockField"},
-        FallbackStar(
-            Sequence(SubtreeCondition{"Escape.xml"}, Inverter(SensorCheckBumped{.out_bump_dir = "bump_dir"}),
-                     Frameout(150, OpenCloseMove{.left_mm_s = 120, .right_mm_s = 120})),
-            SubtreeCondition{"Back2cm.xml"})));
+    return ForceSuccess(without_sensor(
+        "DockField", FallbackStar(Sequence(SubtreeCondition{"Escape.xml"},
+                                           Inverter(SensorCheckBumped{.out_bump_dir = "bump_dir"}),
+                                           Frameout(150, OpenCloseMove{.left_mm_s = 120, .right_mm_s = 120})),
+                                  SubtreeCondition{"Back2cm.xml"})));
 }
 
 }  // namespace
@@ -31,8 +27,8 @@ TREE(ShakeAndBack)
 {
     return ForceSuccess(Named(
         "ShakeAndBack",
-        SequenceStar(Delay{20}, BlackboardCopy{.source = "current_pose", .target = "back_origin_point"},
-                     SetBlackboard{"is_go_backword", "true"}, SetMapDrawMode{.draw_mode = "None"},
+        SequenceStar(Delay{20}, key::current_pose.copy_to(key::back_origin_point),
+                     key::is_go_backword.set("true"), SetMapDrawMode{.draw_mode = "None"},
                      back_off_the_contacts(), InDockField{}, guarded_turn(-180, 60), drive_out_of_the_field(),
                      SetMapDrawMode{.draw_mode = "None"}, guarded_turn(180, 60))));
 }

@@ -12,7 +12,7 @@ namespace vemra::trees {
 /// One review step of a wall follow: each of `detectors` gets its turn and moves the robot only where it
 /// finds something to look at. Without the flag `enable` the step fails. A step that has moved the robot
 /// leaves `review_halt_token`, which lets the follow rest.
-Node review_step(const char* enable, std::vector<Node> detectors);
+Node review_step(const Key& enable, std::vector<Node> detectors);
 
 /// The way back and forth of a review, in steps for a `SequenceStar`: backwards until the robot is
 /// `back_off_mm` away, hits something behind or 100 frames are over, then `look`, then forward for as many

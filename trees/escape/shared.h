@@ -13,7 +13,7 @@ inline Node account_action(const char* action)
 /// A companion that takes the motion beside it out of the trace of where the robot has cleaned.
 inline Node off_the_trace(const char* reason)
 {
-    return SetBlackboard{"not_trace_token", reason};
+    return key::not_trace_token.set(reason);
 }
 
 }  // namespace vemra::trees

@@ -17,11 +17,10 @@ Node chase_charger()
             FallbackStar(SignalTypeMatch{"${marker_signal_type}", "None"},
                          SignalTypeMatch{"${marker_signal_type}", "Mixed"}),
             AlwaysFailure{},
-            SequenceStar(BlackboardCopy{"marker_dir", "turn_target_angle"},
-                         RetryUntilSuccesful(1, Sequence(SubtreeCondition{"Escape"},
-                                                         Rotate{.angle_deg = "${turn_target_angle}",
-                                                                .angular_velocity_deg_s = "60",
-                                                                .false_relative_true_absolute = "true"})))),
+            SequenceStar(key::marker_dir.copy_to(key::turn_target_angle),
+                         RetryUntilSuccesful(1, guarded(Rotate{.angle_deg = "${turn_target_angle}",
+                                                               .angular_velocity_deg_s = "60",
+                                                               .false_relative_true_absolute = "true"})))),
         ForceSuccess(Sequence(
             Inverter(SensorCheckBumped{"bump_dir"}),
             IfThenElse(ConsistentlyLostDockSignal{}, AlwaysFailure{},
@@ -31,7 +30,7 @@ Node chase_charger()
 
 Nodes charger_found()
 {
-    return row(set_flag("explore_found_charger"), end_stage());
+    return row(key::explore_found_charger.flag(), end_stage());
 }
 
 Node look_for_charger()
@@ -45,7 +44,7 @@ Node look_for_charger()
 
 Node look_around()
 {
-    return IfThenElseStar(TimeToTurn{}, FallbackStar(present("is_crossing_bridge"), guarded_round("360")),
+    return IfThenElseStar(TimeToTurn{}, FallbackStar(key::is_crossing_bridge.present(), guarded_round("360")),
                           AlwaysFailure{});
 }
 
@@ -55,11 +54,11 @@ Node frontier_stage()
         row(NotTrapped{}, SubtreeCondition{"Escape"}, follow_walls_to_goal("TargetNoUnknown"));
     const auto drive = SequenceStar(
         drive_to_frontier(follow),
-        IfThenElseStar(present("navi_target_point"), goal_within("100"), SequenceStar(end_stage())));
+        IfThenElseStar(key::navi_target_point.present(), goal_within("100"), SequenceStar(end_stage())));
     return BB_Precondition(
-        "explore_break",
+        key::explore_break,
         RetryUntilSuccesful(
-            -1, SequenceStar(SetMapDrawMode{.draw_mode = "BlockOnly"}, SetBlackboard{"no_point_fs", "false"},
+            -1, SequenceStar(SetMapDrawMode{.draw_mode = "BlockOnly"}, key::no_point_fs.set("false"),
                              until_no_point(Fallback(look_for_charger(), look_around(), drive)))));
 }
 
@@ -68,7 +67,7 @@ Node frontier_stage()
 Node generate_points()
 {
     return FallbackStar(
-        present("generate_points"),
+        key::generate_points.present(),
         SequenceStar(IfThenElseStar(switched_off(), GenerateRandomPointPro{}, GenerateRandomPoint{}),
                      Delay{10}));
 }
@@ -82,12 +81,11 @@ Node drive_to_random_point()
 {
     return RetryUntilSuccesful(
         3,
-        FallbackStar(
-            SequenceStar(SetBlackboard{"explore_unreachable", "false"}, find_way(),
-                         SubtreeCondition{"NavigateExploreProc"}),
-            ForceFailure(FallbackStar(find_way(), SequenceStar(SetBlackboard{"explore_unreachable", "true"},
-                                                               SetBlackboard{"no_point_fs", "true"}))),
-            SequenceStar(NotTrapped{}, SubtreeCondition{"Escape"}, follow_walls_to_goal("Target"))));
+        FallbackStar(SequenceStar(key::explore_unreachable.set("false"), find_way(),
+                                  SubtreeCondition{"NavigateExploreProc"}),
+                     ForceFailure(FallbackStar(find_way(), SequenceStar(key::explore_unreachable.set("true"),
+                                                                        key::no_point_fs.set("true")))),
+                     SequenceStar(NotTrapped{}, SubtreeCondition{"Escape"}, follow_walls_to_goal("Target"))));
 }
 
 Node visit_random_points()
@@ -104,12 +102,11 @@ Node visit_random_points()
 Node random_stage()
 {
     return BB_Precondition(
-        "explore_break",
-        Loop(-1, SequenceStar(
-                     SetMapDrawMode{.draw_mode = "BlockOnly"}, SetBlackboard{"no_point_fs", "false"},
-                     visit_random_points(), find_track_near_origin(),
-                     IfThenElseStar(search_way_to_origin("0"), SetBlackboard{"explore_not_enclave", "true"},
-                                    SequenceStar(end_stage())))));
+        key::explore_break,
+        Loop(-1, SequenceStar(SetMapDrawMode{.draw_mode = "BlockOnly"}, key::no_point_fs.set("false"),
+                              visit_random_points(), find_track_near_origin(),
+                              IfThenElseStar(search_way_to_origin("0"), key::explore_not_enclave.set("true"),
+                                             SequenceStar(end_stage())))));
 }
 
 }  // namespace
@@ -118,12 +115,11 @@ Node random_stage()
 // tells.
 TREE(Explore)
 {
-    return SequenceStar(SetBlackboard{"explore_break", "false"}, SetBlackboard{"nav_explore", "true"},
-                        erase("explore_found_charger"), ForceSuccess(frontier_stage()), Stop{}, Delay{10},
+    return fail_after(key::explore_break.set("false"), key::nav_explore.set("true"),
+                      key::explore_found_charger.erase(), ForceSuccess(frontier_stage()), Stop{}, Delay{10},
 
-                        generate_points(), SetBlackboard{"explore_break", "false"},
-                        SetBlackboard{"nav_explore", "false"}, SetBlackboard{"explore_not_enclave", "false"},
-                        ForceSuccess(random_stage()),
+                      generate_points(), key::explore_break.set("false"), key::nav_explore.set("false"),
+                      key::explore_not_enclave.set("false"), ForceSuccess(random_stage()),
 
-                        erase("generate_points"), Delay{10}, AlwaysFailure{});
+                      key::generate_points.erase(), Delay{10});
 }

@@ -8,33 +8,33 @@ namespace {
 Nodes note_task()
 {
     return row(
-        erase("need_to_standby"), NeedInitialAutoMode{}, SetBlackboard{"task_type", "MapClean"},
+        key::need_to_standby.erase(), NeedInitialAutoMode{}, key::task_type.set("MapClean"),
         IfThenElseStar(
-            key_is_any("task_state", {"init", "precleaning"}), SetBlackboard{"task_state", "precleaning"},
+            key::task_state.is_any({"init", "precleaning"}), key::task_state.set("precleaning"),
             SequenceStar(SaySomething{"enter map clean,task state is"}, SaySomething{"${task_state}"})));
 }
 
 Nodes prepare_entry()
 {
-    return row(Led_Mode_Set{"BUTTON_LED_Working"}, Stop{}, erase("automode_trapped"),
-               erase("skip_first_rotate"), erase("record_charge_pose_start"), erase("from_charge_fake_flag"),
-               erase("charger_pose_cache"),
+    return row(Led_Mode_Set{"BUTTON_LED_Working"}, Stop{},
+               erase(key::automode_trapped, key::skip_first_rotate, key::record_charge_pose_start,
+                     key::from_charge_fake_flag, key::charger_pose_cache),
                Loop(15, SetCleanSystem{.Brush = "60", .Fan = "0", .Pump = "0", .SideBrush = "35"}),
-               SetBlackboard{"kicked", "false"}, erase("carpet_check_changed"), erase("have_trapped_type"),
-               SetBlackboard{"reset_collision_times", "0"}, SetBlackboard{"tof_reset_map", "1"},
-               erase("automode_in_segment_map"));
+               key::kicked.set("false"), erase(key::carpet_check_changed, key::have_trapped_type),
+               key::reset_collision_times.set(0), key::tof_reset_map.set(1),
+               key::automode_in_segment_map.erase());
 }
 
 Node was_completing()
 {
-    return SequenceStar(key_is("task_state", "completing"), key_is("last_clean_mode", "FastMapBuildMode"));
+    return SequenceStar(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode"));
 }
 
 Node start_music()
 {
-    return IfThenElseStar(present("fast_map_reloc_fail"), erase("fast_map_reloc_fail"),
-                          IfThenElseStar(FallbackStar(key_is("task_state", "map_cleaning"), was_completing()),
-                                         play("83"), play("82")));
+    return choose({{key::fast_map_reloc_fail.present(), key::fast_map_reloc_fail.erase()},
+                   {FallbackStar(key::task_state.is("map_cleaning"), was_completing()), play(83)}},
+                  play(82));
 }
 
 // --- restart or resume --------------------------------------------------------------------------
@@ -42,15 +42,14 @@ Node start_music()
 Node is_new_task()
 {
     return FallbackStar(
-        key_is("task_state", "init"), key_is("task_state", "precleaning"),
-        SequenceStar(key_is("task_state", "search_charge"), SubtreeCondition{"SearchChargeEnding"}));
+        key::task_state.is("init"), key::task_state.is("precleaning"),
+        SequenceStar(key::task_state.is("search_charge"), SubtreeCondition{"SearchChargeEnding"}));
 }
 
 // A new home is mapped without a look for the place.
 Node begin_new_task()
 {
-    return SequenceStar(SetBlackboard{"mapping_no_reloc", "true"},
-                        SetBlackboard{"disable_reuse_reloc_once", "true"},
+    return SequenceStar(key::mapping_no_reloc.set("true"), key::disable_reuse_reloc_once.set("true"),
                         SubtreeCondition{"AdvRestartCleaning"}, Delay{50});
 }
 
@@ -63,21 +62,21 @@ Node resume()
 {
     return optionally(
         FallbackStar(
-            SequenceStar(key_is("moved_during_pause", "false"), SlamIsResumable{}),
-            SequenceStar(queue("30"), SubtreeCondition{"ForceDelay"},
+            SequenceStar(key::moved_during_pause.is("false"), SlamIsResumable{}),
+            SequenceStar(queue(30), SubtreeCondition{"ForceDelay"},
                          SubtreeCondition{"ActiveRelocalize_LdsInteractive.xml"},
                          IsPointInRectangle{.point = "${current_coord}", .rectangle = "${gridmap_limit}"},
-                         queue("85")),
+                         queue(85)),
             SequenceStar(SubtreeCondition{"AdvCleanComplete"},
-                         ForceFailure(SequenceStar(queue("86"), SubtreeCondition{"RestartCleaning"})))),
-        SetBlackboard{"continue_cleaning", "true"});
+                         ForceFailure(SequenceStar(queue(86), SubtreeCondition{"RestartCleaning"})))),
+        key::continue_cleaning.set("true"));
 }
 
 Node restart_or_resume()
 {
     return choose({{is_new_task(), begin_new_task()},
-                   {key_is_any("task_state", {"completing", "charge", "cleaning", "part_cleaning",
-                                              "zone_cleaning", "point_cleaning", "area_cleaning"}),
+                   {key::task_state.is_any({"completing", "charge", "cleaning", "part_cleaning",
+                                            "zone_cleaning", "point_cleaning", "area_cleaning"}),
                     take_over()}},
                   resume());
 }
@@ -87,23 +86,23 @@ Node restart_or_resume()
 Node note_dock_pose()
 {
     return optionally(
-        key_is_true("start_from_charger"), Stop{}, Delay{5},
+        key::start_from_charger.is_true(), Stop{}, Delay{5},
         SubTree("CalcChargerPositionOrNot", calc_charger_position_or_not()),
         IfThenElseStar(
-            present("start_from_charger_pose"), SaySomething{"已经存在start_from_charger_pose"},
+            key::start_from_charger_pose.present(), SaySomething{"已经存在start_from_charger_pose"},
             SequenceStar(SaySomething{"不存在start_from_charger_pose 拷贝一个"},
-                         BlackboardCopy{"current_pose", "only_charger_in_map"},
-                         BlackboardCopy{"current_pose", "start_from_charger_pose"},
-                         present("start_from_charger_yaw_deg"),
+                         key::current_pose.copy_to(key::only_charger_in_map),
+                         key::current_pose.copy_to(key::start_from_charger_pose),
+                         key::start_from_charger_yaw_deg.present(),
                          PlainPoseMmSetYaw{"start_from_charger_pose", "${start_from_charger_yaw_deg}"},
-                         BlackboardCopy{"start_from_charger_pose", "only_charger_in_map"},
-                         erase("start_from_charger_yaw_deg"))));
+                         key::start_from_charger_pose.copy_to(key::only_charger_in_map),
+                         key::start_from_charger_yaw_deg.erase())));
 }
 
 Node turn_first()
 {
-    return IfThenElseStar(FallbackStar(present("continue_cleaning"), present("skip_first_rotate")),
-                          SequenceStar(erase("continue_cleaning"), erase("skip_first_rotate")),
+    return IfThenElseStar(FallbackStar(key::continue_cleaning.present(), key::skip_first_rotate.present()),
+                          SequenceStar(erase(key::continue_cleaning, key::skip_first_rotate)),
                           ForceSuccess(turn_and_watch_level()));
 }
 
@@ -115,8 +114,8 @@ Node map_home()
 
 Node done()
 {
-    return SequenceStar(SlamCheckFastEnd{}, SaySomething{"merlot 888"}, set_flag("clean_complete"),
-                        SetBlackboard{"task_state", "completing"}, SubtreeCondition{"BackHomeIndex"});
+    return SequenceStar(SlamCheckFastEnd{}, SaySomething{"merlot 888"}, key::clean_complete.flag(),
+                        key::task_state.set("completing"), SubtreeCondition{"BackHomeIndex"});
 }
 
 Node shut_in()
@@ -126,22 +125,20 @@ Node shut_in()
 
 Node low_battery()
 {
-    return SequenceStar(SetBlackboard{"task_state", "search_charge"}, play("48"),
+    return SequenceStar(key::task_state.set("search_charge"), play(48),
                         SubtreeCondition{"SearchChargeEnding"}, go_home());
 }
 
 Node run()
 {
-    return SequenceStar(SetLastRobotMode{}, SetBlackboard{"task_state", "map_cleaning"},
-                        SetBlackboard{"moved_during_pause", "false"},
-                        SetBlackboard{"search_charger_time", "0"}, note_dock_pose(), turn_first(), Stop{},
-                        Delay{50}, SubtreeCondition{"PreprocessDealsBeforeCleaning.xml"},
-                        ForceSuccess(SubtreeCondition{"Back2cm"}),
-                        IfThenElseStar(RobotPowerGetHigherThan{"16"},
-                                       Sequence(ConditionTimerSecs{.secs_out_key = "clean_time_for_app",
-                                                                   .start_from = "${clean_time_for_app}"},
-                                                IfThenElseStar(map_home(), done(), shut_in())),
-                                       low_battery()));
+    return SequenceStar(
+        SetLastRobotMode{}, key::task_state.set("map_cleaning"), key::moved_during_pause.set("false"),
+        key::search_charger_time.set(0), note_dock_pose(), turn_first(), Stop{}, Delay{50},
+        SubtreeCondition{"PreprocessDealsBeforeCleaning.xml"}, ForceSuccess(SubtreeCondition{"Back2cm"}),
+        IfThenElseStar(
+            RobotPowerGetHigherThan{"16"},
+            Sequence(key::clean_time_for_app.counts_seconds(), IfThenElseStar(map_home(), done(), shut_in())),
+            low_battery()));
 }
 
 }  // namespace
@@ -150,15 +147,15 @@ Node run()
 TREE(MapBuildModeIndex)
 {
     return SequenceStar(
-        note_task(), prepare_entry(), start_music(), SetBlackboard{"robot_status", "clean_map_build"},
-        Delay{1}, InitIMUCaliTIme{},
-        IfThenElseStar(was_completing(), SetBlackboard{"task_state", "map_cleaning"},
-                       SaySomething{"first clean"}),
+        note_task(), prepare_entry(), start_music(), key::robot_status.set("clean_map_build"), Delay{1},
+        InitIMUCaliTIme{},
+        IfThenElseStar(was_completing(), key::task_state.set("map_cleaning"), SaySomething{"first clean"}),
         leave_dock_and_watch_level(), restart_or_resume(),
 
-        SetBlackboard{"last_clean_mode", "FastMapBuildMode"}, SlamStart{}, erase("need_back_mode_changed"),
-        erase("mode_dirty_record"), erase("mop_is_dirty"), erase("from_charge_fake_flag"),
+        key::last_clean_mode.set("FastMapBuildMode"), SlamStart{},
+        erase(key::need_back_mode_changed, key::mode_dirty_record, key::mop_is_dirty,
+              key::from_charge_fake_flag),
         SubtreeCondition{"ForceDelay"},
 
-        DoWhile(SubtreeCondition{"AlwaysSuccess.xml"}, set_flag("gridmap_token_draw_map"), run()));
+        DoWhile(SubtreeCondition{"AlwaysSuccess.xml"}, key::gridmap_token_draw_map.flag(), run()));
 }

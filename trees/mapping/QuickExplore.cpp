@@ -14,16 +14,15 @@ Node drive_and_mark()
 // fails.
 TREE(QuickExplore)
 {
-    const auto drive =
-        SequenceStar(drive_and_mark(), IfThenElseStar(present("navi_target_point"), goal_within("100"),
-                                                      SetBlackboard{"explore_break", "true"}));
-    return SequenceStar(
-        SetBlackboard{"explore_break", "false"}, SetBlackboard{"nav_explore", "true"},
-        erase("explore_found_charger"), erase("mark_charger_point"),
+    const auto drive = SequenceStar(
+        drive_and_mark(),
+        IfThenElseStar(key::navi_target_point.present(), goal_within("100"), key::explore_break.set("true")));
+    return fail_after(
+        key::explore_break.set("false"), key::nav_explore.set("true"),
+        erase(key::explore_found_charger, key::mark_charger_point),
         ForceSuccess(BB_Precondition(
-            "explore_break",
-            Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
-                     RetryUntilSuccesful(
-                         -1, SequenceStar(SetBlackboard{"no_point_fs", "false"}, until_no_point(drive)))))),
-        Delay{10}, AlwaysFailure{});
+            key::explore_break, Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
+                                         RetryUntilSuccesful(-1, SequenceStar(key::no_point_fs.set("false"),
+                                                                              until_no_point(drive)))))),
+        Delay{10});
 }

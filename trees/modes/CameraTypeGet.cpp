@@ -3,5 +3,5 @@
 // Asks which camera is built in.
 TREE(CameraTypeGet)
 {
-    return ask_service_for("Get_Camera_Type_Event", "camera_type", "BT  -> camera type:");
+    return ask_service_for(key::Get_Camera_Type_Event, key::camera_type, "BT  -> camera type:");
 }

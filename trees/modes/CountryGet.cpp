@@ -3,5 +3,5 @@
 // Asks in which country the robot works.
 TREE(CountryGet)
 {
-    return ask_service_for("Get_Country_Event", "country", "BT  -> Country:");
+    return ask_service_for(key::Get_Country_Event, key::country, "BT  -> Country:");
 }

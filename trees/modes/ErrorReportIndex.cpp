@@ -5,12 +5,14 @@ namespace {
 // An emptying of the dust box on the station waits until the error is mended.
 Node dust_err_handle()
 {
-    return ForceSuccess(SubTree(
-        "DustErrHandle", Sequence(DoesRobotGetCharger{}, erase("APPDustHandle"), erase("dust_restart"),
-                                  erase("continue_dust"), erase("dust_handle"), set_flag("dust_delay_end"),
-                                  SaySomething{"error 2..."}, SetDustLight{"STATTON_LED_OrangeTwinkleFast"},
-                                  DustContrlSet{.dust_status = "DUST_PAUSE", .time_set = "${dust_left_time}"},
-                                  DustTimeHandle{})));
+    return ForceSuccess(
+        SubTree("DustErrHandle",
+                Sequence(DoesRobotGetCharger{},
+                         erase(key::APPDustHandle, key::dust_restart, key::continue_dust, key::dust_handle),
+                         key::dust_delay_end.flag(), SaySomething{"error 2..."},
+                         SetDustLight{"STATTON_LED_OrangeTwinkleFast"},
+                         DustContrlSet{.dust_status = "DUST_PAUSE", .time_set = "${dust_left_time}"},
+                         DustTimeHandle{})));
 }
 
 // So would the work of a washing station.
@@ -22,7 +24,7 @@ Node wash_err_handle()
             switched_off(),
             IfThenElseStar(
                 DoesRobotGetCharger{},
-                SequenceStar(SetWashStatus{"WASH_PAUSE"}, StopWashHandle{}, set_flag("station_err_sewage")),
+                SequenceStar(SetWashStatus{"WASH_PAUSE"}, StopWashHandle{}, key::station_err_sewage.flag()),
                 SequenceStar(DoesHappenStationErr{"OLO_HEALTH_STATUS_TYPE_WASHDISH_NOTINSTALLED"},
                              SaySomething{"purge not install when back..."})))));
 }
@@ -42,15 +44,15 @@ TREE(ErrorReportIndex)
 {
     return SequenceStar(
         SetCleanSystem{.Brush = "0", .Fan = "0", .Pump = "0", .SideBrush = "0"}, RobotMopGearSet{"0"}, Stop{},
-        SetLastRobotMode{}, SetBlackboard{"robot_status", "clean_error"},
-        SetBlackboard{"restart_cleaning_from_err_mode", "true"},
+        SetLastRobotMode{}, key::robot_status.set("clean_error"),
+        key::restart_cleaning_from_err_mode.set("true"),
 
-        optionally(present("dry_procssing"), SaySomething{"dry handle pause for error mode"},
-                   SetBlackboard{"wash_dry_pause_falg", "true"}),
+        optionally(key::dry_procssing.present(), SaySomething{"dry handle pause for error mode"},
+                   key::wash_dry_pause_falg.set("true")),
         dust_err_handle(), wash_err_handle(),
 
-        SlamPause{}, SetBlackboard{"kicked", "false"}, report_standing_still(),
-        SubtreeCondition{"StopModePreset"}, RobotTimer_ms_Init{},
+        SlamPause{}, key::kicked.set("false"), report_standing_still(), SubtreeCondition{"StopModePreset"},
+        RobotTimer_ms_Init{},
 
         IfThenElse(
             everything_is_well(), ChangeRobotModeTo{.IsAimMode_Standby = "true"},

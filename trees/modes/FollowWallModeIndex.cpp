@@ -3,12 +3,12 @@
 // Follows walls, and nothing else.
 TREE(FollowWallModeIndex)
 {
-    return SequenceStar(SetBlackboard{"reset_collision_times", "0"}, SetBlackboard{"tof_reset_map", "1"},
-                        Stop{}, Led_Mode_Set{"BUTTON_LED_Working"}, SetLastRobotMode{}, play("8"),
+    return SequenceStar(key::reset_collision_times.set(0), key::tof_reset_map.set(1), Stop{},
+                        Led_Mode_Set{"BUTTON_LED_Working"}, SetLastRobotMode{}, play(8),
                         SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"},
                         InitGyroDrift{}, SubtreeCondition{"OtherModePreset"}, SubtreeCondition{"ForceDelay"},
                         SubtreeCondition{"RestartCleaning"}, SlamStart{}, SubtreeCondition{"ForceDelay"},
-                        SetBlackboard{"moved_during_pause", "false"},
+                        key::moved_during_pause.set("false"),
                         SetCleanSystem{.Brush = "90", .Fan = "110", .Pump = "1", .SideBrush = "90"},
-                        DoWhile(set_flag("gridmap_token_draw_map"), SubtreeCondition{"FollowWallDeal"}));
+                        DoWhile(key::gridmap_token_draw_map.flag(), SubtreeCondition{"FollowWallDeal"}));
 }

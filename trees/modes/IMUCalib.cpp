@@ -3,5 +3,6 @@
 // Stands still for as long as a calibration of the inertial sensor has asked for.
 TREE(IMUCalib)
 {
-    return optionally(present("IMUCaliEn"), Stop{}, Delay{"${IMUCaliStopTicks}"}, erase("IMUCaliEn"));
+    return optionally(key::IMUCaliEn.present(), Stop{}, Delay{key::IMUCaliStopTicks.value()},
+                      key::IMUCaliEn.erase());
 }

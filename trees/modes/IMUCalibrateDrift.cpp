@@ -4,8 +4,7 @@ namespace {
 
 Node ask_for_stop()
 {
-    return SequenceStar(SetBlackboard{"IMUCaliStopTicks", "200"}, SetBlackboard{"IMUCaliEn", "true"},
-                        ForceRunning{});
+    return SequenceStar(key::IMUCaliStopTicks.set(200), key::IMUCaliEn.set("true"), ForceRunning{});
 }
 
 }  // namespace
@@ -14,10 +13,9 @@ Node ask_for_stop()
 // calibration, and to go on once that is done.
 TREE(IMUCalibrateDrift)
 {
-    return IfThenElse(
-        Does_NeedToCalibrate_IMU_Diff{}, ask_for_stop(),
-        IfThenElse(Does_NeedToCalibrate_IMU_Err{}, ask_for_stop(),
-                   IfThenElse(Does_FinishCalibrate_IMU{},
-                              SequenceStar(SetBlackboard{"IMUCaliStopTicks", "0"}, ForceRunning{}),
-                              ForceRunning{})));
+    return keep_choosing(
+        {{Does_NeedToCalibrate_IMU_Diff{}, ask_for_stop()},
+         {Does_NeedToCalibrate_IMU_Err{}, ask_for_stop()},
+         {Does_FinishCalibrate_IMU{}, SequenceStar(key::IMUCaliStopTicks.set(0), ForceRunning{})}},
+        ForceRunning{});
 }

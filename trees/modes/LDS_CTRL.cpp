@@ -6,7 +6,7 @@ TREE(LDS_CTRL)
 {
     return IfThenElseStar(
         DoesHappenThisWarning{"OLO_HEALTH_STATUS_TYPE_I_LDS_ERROR"},
-        SequenceStar(SaySomething{"LdsForceOff"}, SetBlackboard{"LdsForceOff", "true"}, Delay{300}),
+        SequenceStar(SaySomething{"LdsForceOff"}, key::LdsForceOff.set("true"), Delay{300}),
         SequenceStar(
             FallbackStar(in_mode("StandbyMode"), in_mode("ErrRepotMode"), in_mode("PauseAndStopMode"),
                          in_mode("ChargingMode"), in_mode("OtaModeMode"), in_mode("SleepMode"),

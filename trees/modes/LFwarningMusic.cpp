@@ -5,7 +5,7 @@ TREE(LFwarningMusic)
 {
     return IfThenElse(
         DoesHappenThisWarning{"OLO_HEALTH_STATUS_TYPE_FLOW_SHIELDING"},
-        IfThenElseStar(present("LFwarningMusicDisable"), SetBlackboard{"LFwarningMusicDisable", "true"},
-                       SequenceStar(music("60", "true"), SetBlackboard{"LFwarningMusicDisable", "true"})),
-        erase("LFwarningMusicDisable"));
+        IfThenElseStar(key::LFwarningMusicDisable.present(), key::LFwarningMusicDisable.set("true"),
+                       SequenceStar(play(60), key::LFwarningMusicDisable.set("true"))),
+        key::LFwarningMusicDisable.erase());
 }

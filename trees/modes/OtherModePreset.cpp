@@ -4,5 +4,5 @@
 // them, and the time spent in search of the charger is counted anew.
 TREE(OtherModePreset)
 {
-    return SequenceStar(ForceSuccess(close_task()), SetBlackboard{"search_charger_time", "0"});
+    return SequenceStar(ForceSuccess(close_task()), key::search_charger_time.set(0));
 }

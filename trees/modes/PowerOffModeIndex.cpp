@@ -5,12 +5,13 @@
 TREE(PowerOffModeIndex)
 {
     return SequenceStar(Stop{}, SetCleanSystem{.Brush = "1", .Fan = "1", .Pump = "0", .SideBrush = "1"},
-                        SetBlackboard{"update_offline_map_flag", "1"}, SlamPause{},
+                        key::update_offline_map_flag.set(1), SlamPause{},
 
-                        optionally(RobotPowerGetLowerThan{"2"}, music("21", "true"), Delay{200}),
-                        optionally(absent("longtimepoweroff"), music("200", "false")), Delay{50},
+                        optionally(RobotPowerGetLowerThan{"2"}, play(21), Delay{200}),
+                        optionally(key::longtimepoweroff.absent(), queue(200)), Delay{50},
 
-                        ForceSuccess(close_task()), optionally(present("station_info_save"), CleanInfoSave{}),
+                        ForceSuccess(close_task()),
+                        optionally(key::station_info_save.present(), CleanInfoSave{}),
 
                         Delay{100}, Led_Mode_Set{"BUTTON_LED_OFF"}, PowerOffModeDeal{});
 }

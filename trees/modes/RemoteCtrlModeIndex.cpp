@@ -4,49 +4,49 @@ namespace {
 
 Node submode(const char* name)
 {
-    return SetBlackboard{"move_ctrl_submode", name};
+    return key::move_ctrl_submode.set(name);
 }
 
 Node slam_is(const char* state)
 {
-    return key_is("slam_status", state);
+    return key::slam_status.is(state);
 }
 
 Node play_once()
 {
-    return optionally(present("OloWIFICMD_RemoteCtrl_audio"), key_is_true("OloWIFICMD_RemoteCtrl_audio"),
-                      play("62"), erase("OloWIFICMD_RemoteCtrl_audio"));
+    return optionally(key::OloWIFICMD_RemoteCtrl_audio.present(), key::OloWIFICMD_RemoteCtrl_audio.is_true(),
+                      play(62), key::OloWIFICMD_RemoteCtrl_audio.erase());
 }
 
 Node leave_dock()
 {
     return IfThenElseStar(
         DoesRobotGetCharger{},
-        SequenceStar(SetBlackboard{"start_from_charger", "true"}, SaySomething{"Remote back start"},
+        SequenceStar(key::start_from_charger.set("true"), SaySomething{"Remote back start"},
                      SetCleanSystem{.Brush = "110", .Fan = "90", .Pump = "1", .SideBrush = "85"},
                      SubtreeCondition{"AdvPreAutoOnCharger"}, SaySomething{"Remote back end"}),
-        SetBlackboard{"start_from_charger", "false"});
+        key::start_from_charger.set("false"));
 }
 
 // A task that was interrupted goes on with its map.
 Node note_interrupted_task()
 {
-    return IfThenElseStar(key_is_any("task_state", {"init", "complete", "search_charge"}),
-                          SetBlackboard{"task_in_progress", "false"},
-                          SequenceStar(SetBlackboard{"task_in_progress", "true"},
-                                       optionally(FallbackStar(SlamIsResumable{}, slam_is("SLAM_STA_NORMAL"),
-                                                               slam_is("SLAM_STA_PAUSE")),
-                                                  SlamStart{}, submode("cleaning"))));
+    return IfThenElseStar(
+        key::task_state.is_any({"init", "complete", "search_charge"}), key::task_in_progress.set("false"),
+        SequenceStar(
+            key::task_in_progress.set("true"),
+            optionally(FallbackStar(SlamIsResumable{}, slam_is("SLAM_STA_NORMAL"), slam_is("SLAM_STA_PAUSE")),
+                       SlamStart{}, submode("cleaning"))));
 }
 
 Node start_on_stored_map()
 {
     return FallbackStar(
-        key_is("move_ctrl_submode", "cleaning"),
-        SequenceStar(key_is_true("reuse_from_charger"), erase("reuse_from_charger"),
+        key::move_ctrl_submode.is("cleaning"),
+        SequenceStar(key::reuse_from_charger.is_true(), key::reuse_from_charger.erase(),
                      SaySomething{"AdvRestartCleaning start_from_charger = true"}, submode("cleaning"),
-                     optionally(present("on_charger_pose"), SlamStartFromReuse{},
-                                SetBlackboard{"pretend_reuse_cleaning_token", "true"},
+                     optionally(key::on_charger_pose.present(), SlamStartFromReuse{},
+                                key::pretend_reuse_cleaning_token.set("true"),
                                 SaySomething{"AdvRestartCleaning pretend reuse cleaning"})),
         SequenceStar(SlamIsResumable{}, SlamStart{}, submode("cleaning")),
         ForceFailure(SequenceStar(slam_is("SLAM_STA_NORMAL"), submode("cleaning"))));
@@ -55,16 +55,9 @@ Node start_on_stored_map()
 Node use_stored_map()
 {
     return Named("has history map?",
-                 IfThenElseStar(IsReuseInfoExist{},
-                                optionally(start_on_stored_map(), key_is("task_in_progress", "false"),
-                                           SubtreeCondition{"ReuseRestartCleaning"},
-                                           SetBlackboard{"is_start_from_charger", "false"}),
-                                AlwaysSuccess{}));
-}
-
-Node lock_off(const char* sensor)
-{
-    return TemporarilyDisableSensor{.lock_status = "true", .sensor = sensor};
+                 when(IsReuseInfoExist{}, optionally(start_on_stored_map(), key::task_in_progress.is("false"),
+                                                     SubtreeCondition{"ReuseRestartCleaning"},
+                                                     key::is_start_from_charger.set("false"))));
 }
 
 // A human is driving: no sense but the bumper holds the robot back.
@@ -72,15 +65,15 @@ Node drive()
 {
     return DoWhile(
         MoveCleanSysModeSet{}, set_mop_gear(), SubtreeCondition{"auto_cleanmode_set.xml"},
-        BlackboardCopy{"move_ctrl_submode", "move_ctrl_token"},
-        TemporarilyDisableSensor{.lock_status = "false", .sensor = "ChargerVirtualWall"},
-        lock_off("DockField"), lock_off("CarpetCheck"), lock_off("PolygonVirtualWall"),
-        lock_off("VirtualWall"), lock_off("LdsPointcloud"), lock_off("LaserTofPointcloud"),
-        lock_off("SideBrushPointcloud"), set_flag("keep_normal_speed"),
-        IfThenElse(
-            SequenceStar(SensorCheckBumped{"bump_dir"}, Frameout(50, GoBackwards{})), ForceRunning{},
-            IfThenElse(RemoteCtrlModeGetSpeed{}, RemoteCtrlModeDeal{},
-                       SequenceStar(Stop{}, Delay{50}, ChangeRobotModeTo{.IsAimMode_Pause = "true"}))));
+        key::move_ctrl_submode.copy_to(key::move_ctrl_token), sensor_off("ChargerVirtualWall"),
+        sensor_held_off("DockField"), sensor_held_off("CarpetCheck"), sensor_held_off("PolygonVirtualWall"),
+        sensor_held_off("VirtualWall"), sensor_held_off("LdsPointcloud"),
+        sensor_held_off("LaserTofPointcloud"), sensor_held_off("SideBrushPointcloud"),
+        key::keep_normal_speed.flag(),
+        keep_choosing(
+            {{SequenceStar(SensorCheckBumped{"bump_dir"}, Frameout(50, GoBackwards{})), ForceRunning{}},
+             {RemoteCtrlModeGetSpeed{}, RemoteCtrlModeDeal{}}},
+            SequenceStar(Stop{}, Delay{50}, ChangeRobotModeTo{.IsAimMode_Pause = "true"})));
 }
 
 }  // namespace
@@ -89,12 +82,12 @@ Node drive()
 TREE(RemoteCtrlModeIndex)
 {
     return SequenceStar(
-        Led_Mode_Set{"BUTTON_LED_Working"}, Stop{}, erase("robot_standby_flag"),
-        erase("polygon_virtual_walls"), play_once(), SetLastRobotMode{}, SetBlackboard{"kicked", "false"},
-        MotionActionAccount{"current_motion_type", "Motion", "Gong"}, leave_dock(), submode("old"),
-        note_interrupted_task(), use_stored_map(), SaySomething{"move_ctrl_submode:"},
+        Led_Mode_Set{"BUTTON_LED_Working"}, Stop{},
+        erase(key::robot_standby_flag, key::polygon_virtual_walls), play_once(), SetLastRobotMode{},
+        key::kicked.set("false"), MotionActionAccount{"current_motion_type", "Motion", "Gong"}, leave_dock(),
+        submode("old"), note_interrupted_task(), use_stored_map(), SaySomething{"move_ctrl_submode:"},
         SaySomething{"${move_ctrl_submode}"},
-        optionally(key_is("move_ctrl_submode", "old"), SaySomething{"old move ctrl submode, clear app map"},
-                   erase("is_start_from_charger")),
+        optionally(key::move_ctrl_submode.is("old"), SaySomething{"old move ctrl submode, clear app map"},
+                   key::is_start_from_charger.erase()),
         SetMapDrawMode{.draw_mode = "None"}, drive());
 }

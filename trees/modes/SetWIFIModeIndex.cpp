@@ -6,10 +6,9 @@ Node show_state()
 {
     return IfThenElseStar(
         DoesRobotGetCharger{},
-        IfThenElseStar(
-            RobotPowerGetLowerThan{"15"}, Led_Mode_Set{"BUTTON_LED_SetWifiPassword_Charging_Lowpower"},
-            IfThenElseStar(RobotPowerGetLowerThan{"99"}, Led_Mode_Set{"BUTTON_LED_SetWifiPassword_Charging"},
-                           Led_Mode_Set{"BUTTON_LED_SetWifiPassword_ChargDone"})),
+        choose({{RobotPowerGetLowerThan{"15"}, Led_Mode_Set{"BUTTON_LED_SetWifiPassword_Charging_Lowpower"}},
+                {RobotPowerGetLowerThan{"99"}, Led_Mode_Set{"BUTTON_LED_SetWifiPassword_Charging"}}},
+               Led_Mode_Set{"BUTTON_LED_SetWifiPassword_ChargDone"}),
         Led_Mode_Set{"BUTTON_LED_SetWifiPassword_Normal"});
 }
 
@@ -20,7 +19,7 @@ TREE(SetWIFIModeIndex)
 {
     return SequenceStar(
         Stop{}, SlamPause{}, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "1"},
-        SetBlackboard{"kicked", "false"}, SetBlackboard{"robot_status", "clean_wifi_conneting"}, show_state(),
+        key::kicked.set("false"), key::robot_status.set("clean_wifi_conneting"), show_state(),
         RobotTimer_s_Init{}, SetDustLight{"STATTON_LED_WhiteOn"},
 
         // Half an hour is the limit, however often the wait is begun anew.

@@ -5,35 +5,33 @@ namespace {
 // The quiet time that began on the charger goes on in sleep.
 Node count_quiet_time()
 {
-    return optionally(present("annoy_active_tick"), SetBlackboard{"annoy_active_tick_flag", "true"},
-                      IntAdd{.int_a = "${annoy_active_tick}", .int_b = "1", .out_sum = "annoy_active_tick"},
-                      IsAGreaterThanBInt{.A = "${annoy_active_tick}", .B = "30000"},
-                      SaySomething{"annoy tick here more than 30000"}, erase("annoy_active_tick"),
-                      SetBlackboard{"AnnoyModeActiveFlag", "true"});
+    return optionally(key::annoy_active_tick.present(), key::annoy_active_tick_flag.set("true"),
+                      key::annoy_active_tick.plus(1), key::annoy_active_tick.above(30000),
+                      SaySomething{"annoy tick here more than 30000"}, key::annoy_active_tick.erase(),
+                      key::AnnoyModeActiveFlag.set("true"));
 }
 
 // The user looks for the robot, lifts it, or, outside quiet hours, it was knocked off the charger.
 Node shall_wake()
 {
     return FallbackStar(DoesReceiveFindRobot{}, DoesWheelsChangedWhenSleep{},
-                        SequenceStar(count_quiet_time(), Inverter(IsRobotInAnnoyMode{}), present("kicked"),
-                                     key_is_true("kicked")));
+                        SequenceStar(count_quiet_time(), Inverter(IsRobotInAnnoyMode{}),
+                                     key::kicked.present(), key::kicked.is_true()));
 }
 
 // The charge suffices for the rest of the task.
 Node may_resume()
 {
-    return Sequence(
-        absent("mop_is_dirty"), absent("hand_wash_flag"), Inverter(IsRobotInAnnoyMode{}),
-        break_point_wanted_or_close(SubtreeCondition{"AdvCleanComplete"}, SetBlackboard{"task_state", "init"},
-                                    SetBlackboard{"task_type", "Idle"}),
-        task_waits_for_charge(), BreakPointElecCalculate{}, RobotPowerGetHigherThan{"${Elec_BreakPoint}"},
-        dust_box_is_in());
+    return Sequence(key::mop_is_dirty.absent(), key::hand_wash_flag.absent(), Inverter(IsRobotInAnnoyMode{}),
+                    break_point_wanted_or_close(SubtreeCondition{"AdvCleanComplete"},
+                                                key::task_state.set("init"), key::task_type.set("Idle")),
+                    task_waits_for_charge(), BreakPointElecCalculate{},
+                    RobotPowerGetHigherThan{"${Elec_BreakPoint}"}, dust_box_is_in());
 }
 
 Node resume()
 {
-    return FallbackStar(complain_of_missing_dust_box(), ForceFailure(SetBlackboard{"ElecCalculate", "false"}),
+    return FallbackStar(complain_of_missing_dust_box(), ForceFailure(key::ElecCalculate.set("false")),
                         take_up_charged_task(AlwaysSuccess{}));
 }
 
@@ -41,13 +39,12 @@ Node resume()
 // percent end the sleep for good.
 Node sleep_on()
 {
-    return IfThenElse(
-        SequenceStar(DoesRobotGetCharger{}, RobotTimer_s_Init{}),
-        SequenceStar(SetDustLight{"STATTON_LED_WhiteOff"}, SleepModeDeal{}),
-        IfThenElse(any_of({RobotTimerLongerThan_s{"43200"}, RobotPowerGetLowerThan{"10"}}),
-                   SequenceStar(set_flag("longtimepoweroff"), SetBlackboard{"update_offline_map_flag", "1"},
-                                ChangeRobotModeTo{.IsAimMode_PowerOff = "true"}),
-                   SleepModeDeal{}));
+    return keep_choosing({{SequenceStar(DoesRobotGetCharger{}, RobotTimer_s_Init{}),
+                           SequenceStar(SetDustLight{"STATTON_LED_WhiteOff"}, SleepModeDeal{})},
+                          {any_of({RobotTimerLongerThan_s{"43200"}, RobotPowerGetLowerThan{"10"}}),
+                           SequenceStar(key::longtimepoweroff.flag(), key::update_offline_map_flag.set(1),
+                                        ChangeRobotModeTo{.IsAimMode_PowerOff = "true"})}},
+                         SleepModeDeal{});
 }
 
 }  // namespace
@@ -57,14 +54,13 @@ TREE(SleepModeDealIndex)
 {
     return SequenceStar(
         Stop{}, SetCleanSystem{.Brush = "1", .Fan = "1", .Pump = "0", .SideBrush = "1"},
-        IfThenElse(switched_off(), AlwaysSuccess{}, SetBlackboard{"robot_status", "clean_sleep_done"}),
-        SlamPause{}, Led_Mode_Set{"BUTTON_LED_OFF"}, RobotIRSwitch{.Cliff_ON = "true", .Front_ON = "false"},
-        RobotTimer_s_Init{}, optionally(present("RobotFindSet"), erase("RobotFindSet")),
+        IfThenElse(switched_off(), AlwaysSuccess{}, key::robot_status.set("clean_sleep_done")), SlamPause{},
+        Led_Mode_Set{"BUTTON_LED_OFF"}, RobotIRSwitch{.Cliff_ON = "true", .Front_ON = "false"},
+        RobotTimer_s_Init{}, optionally(key::RobotFindSet.take()),
 
         // The mode to which a wake-up returns.
-        SetBlackboardWithType{.key = "Sleep_LastRobotMode", .type = "int", .value = "${LastRobotMode}"},
-        SetLastRobotMode{},
+        key::Sleep_LastRobotMode.set_typed(key::LastRobotMode.value()), SetLastRobotMode{},
 
-        IfThenElse(shall_wake(), SubtreeCondition{"WakeFromSleep"},
-                   IfThenElse(may_resume(), resume(), sleep_on())));
+        keep_choosing({{shall_wake(), SubtreeCondition{"WakeFromSleep"}}, {may_resume(), resume()}},
+                      sleep_on()));
 }

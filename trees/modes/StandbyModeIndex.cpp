@@ -9,29 +9,29 @@ Node wash_standby_handle()
         "WashStandbyHandle",
         IfThenElse(Sequence(switched_off(), DoesRobotGetCharger{},
                             any_of({DoesWashStatus{"WASH_RUNNING"}, DoesWashStatus{"WASH_DRYING"}})),
-                   SequenceStar(SetWashStatus{"WASH_IDLE"}, StopWashHandle{}, set_flag("force_start_sewage")),
+                   SequenceStar(SetWashStatus{"WASH_IDLE"}, StopWashHandle{}, key::force_start_sewage.flag()),
                    AlwaysSuccess{}));
 }
 
 Node pause_drying()
 {
     return optionally(SaySomething{"enter standby,pause wash and dry 0"}, SaySomething{"${wash_status}"},
-                      present("dry_procssing"), set_flag("wash_dry_stop_flag"),
+                      key::dry_procssing.present(), key::wash_dry_stop_flag.flag(),
                       SaySomething{"enter standby,pause wash and dry 1"},
-                      SetBlackboard{"wash_dry_pause_falg", "true"});
+                      key::wash_dry_pause_falg.set("true"));
 }
 
 Node show_state()
 {
     return IfThenElseStar(
         RobotPowerGetLowerThan{"15"},
-        SequenceStar(SetBlackboard{"robot_status", "clean_lowp_standby"},
+        SequenceStar(key::robot_status.set("clean_lowp_standby"),
                      Led_Mode_Set{"BUTTON_LED_Standby_LowPower"}),
-        SequenceStar(Led_Mode_Set{"BUTTON_LED_Standby"},
-                     IfThenElseStar(SequenceStar(present("dry_procssing"), Inverter(DoesRobotGetCharger{}),
-                                                 switched_off()),
-                                    SetBlackboard{"robot_status", "clean_UV_open"},
-                                    SetBlackboard{"robot_status", "clean_nontask"})));
+        SequenceStar(
+            Led_Mode_Set{"BUTTON_LED_Standby"},
+            IfThenElseStar(
+                SequenceStar(key::dry_procssing.present(), Inverter(DoesRobotGetCharger{}), switched_off()),
+                key::robot_status.set("clean_UV_open"), key::robot_status.set("clean_nontask"))));
 }
 
 }  // namespace
@@ -40,25 +40,25 @@ Node show_state()
 TREE(StandbyModeIndex)
 {
     return SequenceStar(
-        NeedInitialStopMode{}, erase("not_change_mode"), SetBlackboard{"kicked", "false"},
-        wash_standby_handle(), pause_drying(),
+        NeedInitialStopMode{}, key::not_change_mode.erase(), key::kicked.set("false"), wash_standby_handle(),
+        pause_drying(),
 
         SetDustLight{"STATTON_LED_WhiteOn"},
         SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"}, RobotMopGearSet{"0"}, Stop{},
         Delay{5}, SlamPause{}, report_standing_still(),
 
         // A standby with a live task is a pause.
-        FallbackStar(key_is("task_state", "complete"), key_is("task_state", "init"), present("ForceStandby"),
+        FallbackStar(key::task_state.is("complete"), key::task_state.is("init"), key::ForceStandby.present(),
                      ForceFailure(ChangeRobotModeTo{.IsAimMode_Pause = "true"})),
 
         SubtreeCondition{"StopModePreset"},
-        optionally(present("Load_After_Complete"), SetBlackboard{"Start_Map_Load", "true"},
-                   erase("Load_After_Complete")),
+        optionally(key::Load_After_Complete.present(), key::Start_Map_Load.set("true"),
+                   key::Load_After_Complete.erase()),
 
         SetLastRobotMode{}, RobotTimer_s_Init{},
-        optionally(switched_off(), key_is("LastRobotMode", "13"), set_flag("virtual_start_from_charger")),
+        optionally(switched_off(), key::LastRobotMode.is("13"), key::virtual_start_from_charger.flag()),
 
         // On a test stand the robot cleans over and over again.
-        IfThenElseStar(key_is_true("Life_Test"), ChangeRobotModeTo{.IsAimMode_Auto = "true"},
+        IfThenElseStar(key::Life_Test.is_true(), ChangeRobotModeTo{.IsAimMode_Auto = "true"},
                        DoWhile(SubtreeCondition{"JumpToSleepMode"}, show_state(), StopModeDeal{})));
 }

@@ -9,15 +9,15 @@ namespace {
 Node restart_quiet_count()
 {
     return ForceSuccess(
-        Sequence(Inverter(SequenceStar(present("annoy_active_tick_flag"), erase("annoy_active_tick_flag"),
+        Sequence(Inverter(SequenceStar(key::annoy_active_tick_flag.take(),
                                        SaySomething{"reset annoy_active_tick avoid! sleep enter!"})),
-                 erase("annoy_active_tick"), SaySomething{"reset annoy_active_tick"},
-                 erase("AnnoyModeActiveFlag"), SaySomething{"reset AnnoyModeActiveFlag"}));
+                 key::annoy_active_tick.erase(), SaySomething{"reset annoy_active_tick"},
+                 key::AnnoyModeActiveFlag.erase(), SaySomething{"reset AnnoyModeActiveFlag"}));
 }
 
 Node back_to(const char* paused_state, const char* state)
 {
-    return SequenceStar(key_is("task_state", paused_state), SetBlackboard{"task_state", state});
+    return SequenceStar(key::task_state.is(paused_state), key::task_state.set(state));
 }
 
 // A task that was paused on its way to be recharged has reached the charger after all and waits for charge
@@ -25,19 +25,19 @@ Node back_to(const char* paused_state, const char* state)
 Node decide_on_paused_task()
 {
     return ForceSuccess(FallbackStar(
-        SequenceStar(present("breakpoint_getcharger"), Inverter(key_is_true("moved_during_pause")),
+        SequenceStar(key::breakpoint_getcharger.present(), Inverter(key::moved_during_pause.is_true()),
                      FallbackStar(back_to("lowpower_pause", "lowpower"),
                                   back_to("zone_lowpower_pause", "zone_lowpower"),
                                   back_to("area_lowpower_pause", "area_lowpower"),
                                   back_to("point_lowpower_pause", "point_lowpower"))),
-        key_is("LastRobotMode", "14"),
-        SequenceStar(key_is_true("moved_during_pause"),
-                     close_task(SequenceStar(SaySomething{"StopChargingIndex.xml wifi 0"},
-                                             SubtreeCondition{"SearchChargeEnding"}),
-                                SequenceStar(SaySomething{"StopChargingIndex.xml wifi 1"},
-                                             SetBlackboard{"stop_charging_flag", "1"},
-                                             SubtreeCondition{"AdvCleanComplete"})),
-                     SetBlackboard{"task_type", "Idle"})));
+        key::LastRobotMode.is("14"),
+        SequenceStar(
+            key::moved_during_pause.is_true(),
+            close_task(SequenceStar(SaySomething{"StopChargingIndex.xml wifi 0"},
+                                    SubtreeCondition{"SearchChargeEnding"}),
+                       SequenceStar(SaySomething{"StopChargingIndex.xml wifi 1"},
+                                    key::stop_charging_flag.set(1), SubtreeCondition{"AdvCleanComplete"})),
+            key::task_type.set("Idle"))));
 }
 
 // --- taking up the task -------------------------------------------------------------------------
@@ -47,25 +47,25 @@ Node decide_on_paused_task()
 Node resume_check()
 {
     return Sequence(
-        absent("mop_is_dirty"),
+        key::mop_is_dirty.absent(),
 
         break_point_wanted_or_close(
-            SaySomething{"StopChargingIndex.xml wifi 2"}, SetBlackboard{"stop_charging_flag", "1"},
-            SubtreeCondition{"AdvCleanComplete"}, SetBlackboard{"task_state", "init"},
-            SetBlackboard{"task_type", "Idle"}, ChargingReloc{},
+            SaySomething{"StopChargingIndex.xml wifi 2"}, key::stop_charging_flag.set(1),
+            SubtreeCondition{"AdvCleanComplete"}, key::task_state.set("init"), key::task_type.set("Idle"),
+            ChargingReloc{},
             IfThenElseStar(SequenceStar(switched_off(), DoesTuobuInstall{}),
                            SaySomething{"lowpower but not break point, tuobu install so wash and dry"},
                            SaySomething{"lowpower but not break point,end task."})),
         task_waits_for_charge(),
 
         BreakPointElecCalculate{}, RobotPowerGetHigherThan{"${Elec_BreakPoint}"},
-        set_flag("breakpoint_wash_flag"),
+        key::breakpoint_wash_flag.flag(),
 
         dust_box_is_in(), IfThenElse(switched_off(), IsStationNormal{}, AlwaysSuccess{}),
 
-        FallbackStar(SequenceStar(IsRobotInAnnoyMode{}, absent("mop_is_dirty")),
-                     complain_of_missing_dust_box(), ForceFailure(SetBlackboard{"ElecCalculate", "false"}),
-                     ForceFailure(SetBlackboardWithType{.key = "mop_dirty", .type = "float", .value = "0"}),
+        FallbackStar(SequenceStar(IsRobotInAnnoyMode{}, key::mop_is_dirty.absent()),
+                     complain_of_missing_dust_box(), ForceFailure(key::ElecCalculate.set("false")),
+                     ForceFailure(key::mop_dirty.set_typed(0)),
                      take_up_charged_task(ChangeRobotModeTo{.IsAimMode_Auto = "true"})));
 }
 
@@ -74,13 +74,11 @@ Node resume_check()
 // After 30000 ticks on the charger the robot may sleep through a loss of contact in quiet hours.
 Node count_quiet_time()
 {
-    return SequenceStar(
-        IfThenElseStar(present("annoy_active_tick"),
-                       IntAdd{.int_a = "${annoy_active_tick}", .int_b = "1", .out_sum = "annoy_active_tick"},
-                       SetBlackboard{"annoy_active_tick", "1"}),
-        IsAGreaterThanBInt{.A = "${annoy_active_tick}", .B = "30000"}, erase("annoy_active_tick"),
-        SaySomething{"annoy mode active,ticks 30000 now!"}, SaySomething{"annoy tick end!"},
-        SetBlackboard{"AnnoyModeActiveFlag", "true"});
+    return SequenceStar(IfThenElseStar(key::annoy_active_tick.present(), key::annoy_active_tick.plus(1),
+                                       key::annoy_active_tick.set(1)),
+                        key::annoy_active_tick.above(30000), key::annoy_active_tick.erase(),
+                        SaySomething{"annoy mode active,ticks 30000 now!"}, SaySomething{"annoy tick end!"},
+                        key::AnnoyModeActiveFlag.set("true"));
 }
 
 // A station in trouble shows it in orange, whatever the charge.
@@ -101,19 +99,17 @@ Node show_charge()
 {
     return IfThenElseStar(
         RobotPowerGetHigherThan{"100"},
-        SequenceStar(Led_Mode_Set{"BUTTON_LED_ChargeDone_NoTask"},
-                     SetBlackboard{"robot_status", "clean_charge_done"}, station_light("STATTON_LED_WhiteOn"),
-                     Delay{500}, SaySomething{"error!"}, GetWheelsDropStateBeforeSleep{},
-                     ChangeRobotModeTo{.IsAimMode_Sleep = "true"}),
-        SequenceStar(
-            station_light("STATTON_LED_WhiteBreath"),
-            IfThenElseStar(task_waits_for_charge(),
-                           light_by_charge("BUTTON_LED_Charging_ContinueWork_Able",
-                                           "BUTTON_LED_Charging_ContinueWork_Unable"),
-                           light_by_charge("BUTTON_LED_Charging_NoTask_Workable",
-                                           "BUTTON_LED_Charging_NoTask_UnWorkable")),
-            IfThenElseStar(RobotPowerGetHigherThan{"16"}, SetBlackboard{"robot_status", "clean_charging"},
-                           SetBlackboard{"robot_status", "clean_lowp_charging"})));
+        SequenceStar(Led_Mode_Set{"BUTTON_LED_ChargeDone_NoTask"}, key::robot_status.set("clean_charge_done"),
+                     station_light("STATTON_LED_WhiteOn"), Delay{500}, SaySomething{"error!"},
+                     GetWheelsDropStateBeforeSleep{}, ChangeRobotModeTo{.IsAimMode_Sleep = "true"}),
+        SequenceStar(station_light("STATTON_LED_WhiteBreath"),
+                     IfThenElseStar(task_waits_for_charge(),
+                                    light_by_charge("BUTTON_LED_Charging_ContinueWork_Able",
+                                                    "BUTTON_LED_Charging_ContinueWork_Unable"),
+                                    light_by_charge("BUTTON_LED_Charging_NoTask_Workable",
+                                                    "BUTTON_LED_Charging_NoTask_UnWorkable")),
+                     IfThenElseStar(RobotPowerGetHigherThan{"16"}, key::robot_status.set("clean_charging"),
+                                    key::robot_status.set("clean_lowp_charging"))));
 }
 
 // A task that only came by to visit the station goes on.
@@ -121,10 +117,9 @@ Node station_charge_handle()
 {
     return SubTree(
         "StationChargeHandle",
-        SequenceStar(
-            present("need_back_station"), Delay{100}, trace("task_type work -> ${task_type}"),
-            take_up_task("task_type", {"AutoClean", "ZoneClean", "AreaClean", "PointClean"}, AlwaysSuccess{}),
-            SetBlackboard{"continue_work", "clean_none"}, SaySomething{"work to station to work..."}));
+        SequenceStar(key::need_back_station.present(), Delay{100}, trace("task_type work -> ${task_type}"),
+                     take_up_task(key::task_type, &Task::type, AlwaysSuccess{}),
+                     key::continue_work.set("clean_none"), SaySomething{"work to station to work..."}));
 }
 
 // Contacts that do not charge are approached anew.
@@ -132,8 +127,8 @@ Node rest_or_dock_again()
 {
     return IfThenElse(
         DoesGetRobotChargeWarnning{},
-        SequenceStar(SaySomething{"Robot Charge Error!"}, SetBlackboard{"robot_status", "clean_charge_err"},
-                     set_flag("DisableErrMusic_Box"), ChangeRobotModeTo{.IsAimMode_BackHome = "true"}),
+        SequenceStar(SaySomething{"Robot Charge Error!"}, key::robot_status.set("clean_charge_err"),
+                     key::DisableErrMusic_Box.flag(), ChangeRobotModeTo{.IsAimMode_BackHome = "true"}),
         StopModeDeal{});
 }
 
@@ -141,8 +136,8 @@ Node on_the_charger()
 {
     return DoWhile(count_quiet_time(), show_charge(), SubtreeCondition{"ChargingJumpToSleepMode"},
                    RobotAnnoyModeLEDCtl{},
-                   IfThenElseStar(DoesIMUDetectMoveLast2S{}, SetBlackboard{"IMU_Changed", "true"},
-                                  SetBlackboard{"IMU_Changed", "false"}),
+                   IfThenElseStar(DoesIMUDetectMoveLast2S{}, key::IMU_Changed.set("true"),
+                                  key::IMU_Changed.set("false")),
                    station_charge_handle(), rest_or_dock_again());
 }
 
@@ -153,8 +148,8 @@ Node decide_where_to_go()
 {
     return IfThenElseStar(
         IsRobotInAnnoyMode{},
-        IfThenElseStar(key_is_true("AnnoyModeActiveFlag"),
-                       SequenceStar(erase("AnnoyModeActiveFlag"), SaySomething{"enter in annoymode!"},
+        IfThenElseStar(key::AnnoyModeActiveFlag.is_true(),
+                       SequenceStar(key::AnnoyModeActiveFlag.erase(), SaySomething{"enter in annoymode!"},
                                     ChangeRobotModeTo{.IsAimMode_Sleep = "true"}),
                        SequenceStar(SaySomething{"annoy mode but not match 30000ticks"},
                                     SaySomething{"${annoy_active_tick}"},
@@ -167,12 +162,12 @@ Node decide_where_to_go()
 Node off_the_charger()
 {
     return SequenceStar(
-        DoWhile(SequenceStar(DoesWheelsDrop{}, set_flag("dirty_music_judge"),
+        DoWhile(SequenceStar(DoesWheelsDrop{}, key::dirty_music_judge.flag(),
                              ChangeRobotModeTo{.IsAimMode_Standby = "true"}),
                 Delay{250}),
-        IfThenElseStar(any_of({DoesRobotGetChargerSig{}, key_is_true("IMU_Changed")}),
-                       SequenceStar(SetBlackboard{"kicked", "true"},
-                                    SetBlackboard{"DisableErrMusic_Box", "value"}, decide_where_to_go()),
+        IfThenElseStar(any_of({DoesRobotGetChargerSig{}, key::IMU_Changed.is_true()}),
+                       SequenceStar(key::kicked.set("true"), key::DisableErrMusic_Box.set("value"),
+                                    decide_where_to_go()),
                        ChangeRobotModeTo{.IsAimMode_Standby = "true"}));
 }
 
@@ -186,27 +181,27 @@ TREE(StopChargingIndex)
         NeedInitialStopMode{}, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"},
         Stop{}, Delay{5}, SlamPause{},
 
-        erase("robot_standby_flag"), erase("need_back_mode_changed"), erase("need_back_mode_temp"),
-        erase("reuse_relocalize_just_in_init"), SetBlackboard{"robot_moved", "false"},
-        SetBlackboard{"kicked", "false"}, restart_quiet_count(),
+        erase(key::robot_standby_flag, key::need_back_mode_changed, key::need_back_mode_temp,
+              key::reuse_relocalize_just_in_init),
+        key::robot_moved.set("false"), key::kicked.set("false"), restart_quiet_count(),
 
-        report_standing_still(), set_flag("dust_handle"), SetBlackboard{"record_charge_pose_start", "false"},
-        set_flag("wash_handle"), SubtreeCondition{"StopModePreset"},
+        report_standing_still(), key::dust_handle.flag(), key::record_charge_pose_start.set("false"),
+        key::wash_handle.flag(), SubtreeCondition{"StopModePreset"},
 
         light_by_charge("BUTTON_LED_Charging_NoTask_Workable", "BUTTON_LED_Charging_NoTask_UnWorkable"),
 
         // What became of the task.
-        optionally(Inverter(DoesTuobuInstall{}), key_is("task_state", "precleaning"),
-                   SetBlackboard{"task_state", "init"}, SetBlackboard{"task_type", "Idle"}),
-        optionally(key_is("task_state", "search_charge"), SaySomething{"StopChargingIndex.xml wifi -1"},
+        optionally(Inverter(DoesTuobuInstall{}), key::task_state.is("precleaning"),
+                   key::task_state.set("init"), key::task_type.set("Idle")),
+        optionally(key::task_state.is("search_charge"), SaySomething{"StopChargingIndex.xml wifi -1"},
                    SubtreeCondition{"SearchChargeEnding"}),
-        decide_on_paused_task(), optionally(task_waits_for_charge(), set_flag("breakpoint_getcharger")),
+        decide_on_paused_task(), optionally(task_waits_for_charge(), key::breakpoint_getcharger.flag()),
 
-        SetLastRobotMode{}, set_flag("virtual_moved_during_pause"), SetBlackboard{"search_charger_time", "0"},
+        SetLastRobotMode{}, key::virtual_moved_during_pause.flag(), key::search_charger_time.set(0),
 
         // The place of the charger is a fix for the map, but a task that goes on keeps its own.
         trace("StopChargingIndex before ChargingReloc task_state = ${task_state}"),
-        optionally(Inverter(task_waits_for_charge()), ChargingReloc{}), erase("No_Box_Music"),
+        optionally(Inverter(task_waits_for_charge()), ChargingReloc{}), key::No_Box_Music.erase(),
 
         DoWhile(resume_check(), IfThenElse(DoesRobotGetCharger{}, on_the_charger(), off_the_charger())));
 }

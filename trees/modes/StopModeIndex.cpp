@@ -14,12 +14,10 @@ Node wash_pause_handle()
 
 Node show_state()
 {
-    return IfThenElseStar(StringMatch{"true", "false"}, Led_Mode_Set{"BUTTON_LED_Pause"},
-                          IfThenElseStar(RobotPowerGetLowerThan{"15"},
-                                         SequenceStar(Led_Mode_Set{"BUTTON_LED_Pause_LowPower"},
-                                                      SetBlackboard{"robot_status", "clean_lowp_pause"}),
-                                         SequenceStar(Led_Mode_Set{"BUTTON_LED_Pause"},
-                                                      SetBlackboard{"robot_status", "clean_task_pause"})));
+    return choose({{StringMatch{"true", "false"}, Led_Mode_Set{"BUTTON_LED_Pause"}},
+                   {RobotPowerGetLowerThan{"15"}, SequenceStar(Led_Mode_Set{"BUTTON_LED_Pause_LowPower"},
+                                                               key::robot_status.set("clean_lowp_pause"))}},
+                  SequenceStar(Led_Mode_Set{"BUTTON_LED_Pause"}, key::robot_status.set("clean_task_pause")));
 }
 
 }  // namespace
@@ -28,15 +26,12 @@ Node show_state()
 TREE(StopModeIndex)
 {
     return SequenceStar(
-        NeedInitialStopMode{}, erase("not_change_mode"), SetBlackboard{"kicked", "false"},
-        wash_pause_handle(),
+        NeedInitialStopMode{}, key::not_change_mode.erase(), key::kicked.set("false"), wash_pause_handle(),
 
         SlamPause{}, report_standing_still(), SubtreeCondition{"StopModePreset"},
 
         // A pause without a task is a standby.
-        IfThenElseStar(key_is("task_state", "init"),
-                       SequenceStar(ChangeRobotModeTo{.IsAimMode_Standby = "true"}, AlwaysFailure{}),
-                       AlwaysSuccess{}),
+        when(key::task_state.is("init"), fail_after(ChangeRobotModeTo{.IsAimMode_Standby = "true"})),
 
         SetCleanSystem{.Brush = "0", .Fan = "0", .Pump = "0", .SideBrush = "0"}, RobotMopGearSet{"0"}, Stop{},
         SetLastRobotMode{}, RobotTimer_s_Init{},

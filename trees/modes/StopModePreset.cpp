@@ -6,36 +6,33 @@ namespace {
 Node close_for_standby()
 {
     return optionally(
-        present("ForceStandby"), erase("ForceStandby"),
-        IfThenElseStar(
-            key_is_any("task_state", {"init", "precleaning"}),
-            SequenceStar(SetBlackboard{"task_state", "init"}, SetBlackboard{"task_type", "Idle"},
-                         optionally(present("clear_map_flag"),
-                                    SetBlackboard{"CleanCompleteWithoutCleaningLog", "true"},
-                                    SubtreeCondition{"SearchChargeEnding"})),
-            IfThenElseStar(
-                key_is("task_state", "search_charge"),
-                SequenceStar(SaySomething{"StopModePreset.xml wifi 0"},
-                             SubtreeCondition{"SearchChargeEnding"}, SetBlackboard{"task_type", "Idle"}),
-                SequenceStar(SaySomething{"StopModePreset.xml wifi 1"}, SubtreeCondition{"AdvCleanComplete"},
-                             SetBlackboard{"task_type", "Idle"}))));
+        key::ForceStandby.take(),
+        choose({{key::task_state.is_any({"init", "precleaning"}),
+                 SequenceStar(key::task_state.set("init"), key::task_type.set("Idle"),
+                              optionally(key::clear_map_flag.present(),
+                                         key::CleanCompleteWithoutCleaningLog.set("true"),
+                                         SubtreeCondition{"SearchChargeEnding"}))},
+                {key::task_state.is("search_charge"),
+                 SequenceStar(SaySomething{"StopModePreset.xml wifi 0"},
+                              SubtreeCondition{"SearchChargeEnding"}, key::task_type.set("Idle"))}},
+               SequenceStar(SaySomething{"StopModePreset.xml wifi 1"}, SubtreeCondition{"AdvCleanComplete"},
+                            key::task_type.set("Idle"))));
 }
 
 // A spot cleaning does not survive a pause.
 Node close_spot_cleaning()
 {
-    return optionally(any_of({key_is("task_state", "part_cleaning"), key_is("task_state", "part_lowpower"),
-                              present("ForceStandby")}),
-                      optionally(present("ForceStandby"), erase("ForceStandby")),
-                      SaySomething{"StopModePreset.xml wifi 2"}, SubtreeCondition{"AdvCleanComplete"},
-                      SetBlackboard{"task_type", "Idle"});
+    return optionally(any_of({key::task_state.is("part_cleaning"), key::task_state.is("part_lowpower"),
+                              key::ForceStandby.present()}),
+                      optionally(key::ForceStandby.take()), SaySomething{"StopModePreset.xml wifi 2"},
+                      SubtreeCondition{"AdvCleanComplete"}, key::task_type.set("Idle"));
 }
 
 // A task on its way to be recharged, stopped before it got there.
 Node mark_as_paused(const char* state, const char* paused_state)
 {
-    return optionally(key_is("task_state", state), Inverter(in_mode("ChargingMode")),
-                      SetBlackboard{"task_state", paused_state});
+    return optionally(key::task_state.is(state), Inverter(in_mode("ChargingMode")),
+                      key::task_state.set(paused_state));
 }
 
 }  // namespace
@@ -44,15 +41,14 @@ Node mark_as_paused(const char* state, const char* paused_state)
 // one is forgotten, an unwanted one is closed, and one on its way to the charger is marked as paused.
 TREE(StopModePreset)
 {
-    return SequenceStar(ForceSuccess(erase("just_damode_reuse_failed")),
+    return SequenceStar(
+        ForceSuccess(key::just_damode_reuse_failed.erase()),
 
-                        optionally(key_is("task_state", "complete"), SetBlackboard{"task_state", "init"},
-                                   SetBlackboard{"task_type", "Idle"}),
+        optionally(key::task_state.is("complete"), key::task_state.set("init"), key::task_type.set("Idle")),
 
-                        close_for_standby(), close_spot_cleaning(),
+        close_for_standby(), close_spot_cleaning(),
 
-                        mark_as_paused("lowpower", "lowpower_pause"),
-                        mark_as_paused("zone_lowpower", "zone_lowpower_pause"),
-                        mark_as_paused("area_lowpower", "area_lowpower_pause"),
-                        mark_as_paused("point_lowpower", "point_lowpower_pause"));
+        mark_as_paused("lowpower", "lowpower_pause"), mark_as_paused("zone_lowpower", "zone_lowpower_pause"),
+        mark_as_paused("area_lowpower", "area_lowpower_pause"),
+        mark_as_paused("point_lowpower", "point_lowpower_pause"));
 }

@@ -10,42 +10,38 @@ Node set_trapped()
     return SubTree(
         "SetTrapped",
         IfThenElseStar(
-            present("clean_start_vw_check"),
+            key::clean_start_vw_check.present(),
             FallbackStar(
-                ForceFailure(SaySomething{"tolvar clean_start_vw_check"}), present("have_trapped_type"),
-                SequenceStar(SetBlackboard{"start_vw_trapped", "true"}, set_flag("have_trapped_type"),
-                             set_flag("SFC_trapped"), erase("clean_start_vw_check"), Delay{500})),
-            FallbackStar(present("have_trapped_type"),
-                         SequenceStar(SetBlackboard{"polygon_vw_trapped", "true"},
-                                      set_flag("have_trapped_type"), Delay{500}))));
+                ForceFailure(SaySomething{"tolvar clean_start_vw_check"}), key::have_trapped_type.present(),
+                SequenceStar(key::start_vw_trapped.set("true"), key::have_trapped_type.flag(),
+                             key::SFC_trapped.flag(), key::clean_start_vw_check.erase(), Delay{500})),
+            FallbackStar(key::have_trapped_type.present(),
+                         SequenceStar(key::polygon_vw_trapped.set("true"), key::have_trapped_type.flag(),
+                                      Delay{500}))));
 }
 
 // Spot cleaning may stand where it likes.
 Node shut_in()
 {
-    return SequenceStar(erase("out_vw_point"), Inverter(key_is("task_state", "part_cleaning")),
+    return SequenceStar(key::out_vw_point.erase(), Inverter(key::task_state.is("part_cleaning")),
                         PromptInVirtualWall{});
 }
 
 // The wall that the robot is to leave must not stop it on its way.
 Node walk_to_way_out()
 {
-    return SequenceStar(
-        SetMapDrawMode{.draw_mode = "None"},
-        DoWhile(TemporarilyDisableSensor{.lock_status = "false", .sensor = "PolygonVirtualWall"},
-                SubtreeCondition{"NaviOnePointProc.xml"}));
+    return SequenceStar(SetMapDrawMode{.draw_mode = "None"},
+                        without_sensor("PolygonVirtualWall", SubtreeCondition{"NaviOnePointProc.xml"}));
 }
 
 // Without a way out named, the robot stands outside.
 Node leave_virtual_wall()
 {
-    return FallbackStar(
-        Inverter(SequenceStar(present("out_vw_point"),
-                              BlackboardCopy{.source = "out_vw_point", .target = "navi_target_point"})),
-        goal_within("25"),
-        IfThenElseStar(
-            walk_to_way_out(), AlwaysSuccess{},
-            IfThenElseStar(PromptInVirtualWall{}, SequenceStar(Delay{50}, set_trapped()), AlwaysSuccess{})));
+    return FallbackStar(Inverter(SequenceStar(key::out_vw_point.present(),
+                                              key::out_vw_point.copy_to(key::navi_target_point))),
+                        goal_within("25"),
+                        choose({{walk_to_way_out(), AlwaysSuccess{}},
+                                {PromptInVirtualWall{}, SequenceStar(Delay{50}, set_trapped())}}));
 }
 
 }  // namespace
@@ -54,6 +50,5 @@ Node leave_virtual_wall()
 // way out or the way does not lead outside.
 TREE(CheckInVirtualWall)
 {
-    return DoWhile(StackBlackboard{"out_vw_point"},
-                   IfThenElseStar(shut_in(), set_trapped(), leave_virtual_wall()));
+    return DoWhile(key::out_vw_point.kept(), IfThenElseStar(shut_in(), set_trapped(), leave_virtual_wall()));
 }

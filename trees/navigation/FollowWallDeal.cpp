@@ -6,6 +6,6 @@
 TREE(FollowWallDeal)
 {
     return Sequence(SubtreeCondition{"AlwaysSuccess.xml"}, SubtreeCondition{"LaserReviewAction.xml"},
-                    IfThenElse(present("review_halt_token"),
-                               SequenceStar(erase("review_halt_token"), Delay{50}), SensorConsole{}));
+                    IfThenElse(key::review_halt_token.present(),
+                               SequenceStar(key::review_halt_token.erase(), Delay{50}), SensorConsole{}));
 }

@@ -4,6 +4,6 @@
 TREE(GotoPointExplore)
 {
     return walk_the_plan({.label = "GotoPointExplore",
-                          .stop_when_target_is_clear = true,
-                          .check_virtual_wall_after_failed_bridge = false});
+                          .drive = row(Inverter(ExploreTargetClear{}), drive_along_path()),
+                          .after_failed_bridge = record_failed_crossing()});
 }

@@ -4,7 +4,7 @@
 // gates are passed anew before the wheels get their next order: escape, bump or cliff, cliff stop.
 TREE(NaviOnePointProc)
 {
-    return DoWhile(TemporarilyDisableSensor{.lock_status = "false", .sensor = "DockField"},
-                   Sequence(SubtreeCondition{"Escape.xml"}, back_off_on_contact(), stop_for_cliff_sensors(),
-                            NaviOnePoint{.target_point = "${navi_target_point}"}));
+    return without_sensor(
+        "DockField", Sequence(SubtreeCondition{"Escape.xml"}, back_off_on_contact(), stop_for_cliff_sensors(),
+                              NaviOnePoint{.target_point = "${navi_target_point}"}));
 }

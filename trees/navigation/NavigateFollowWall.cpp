@@ -12,15 +12,15 @@ Node search_again()
                                       .source_point = "${current_coord}",
                                       .target = "${navi_followwall_target}",
                                       .target_mode = "${target_mode}"},
-                        ForceFailure(SequenceStar(SetBlackboard{"trapped_in_real_block", "true"}, Delay{5})));
+                        ForceFailure(SequenceStar(key::trapped_in_real_block.set("true"), Delay{5})));
 }
 
 // Every 50 frames the path is searched anew from where the follow has led by then. The mark keeps the body
 // from searching in the same frames.
 Node renew_direction_by_time()
 {
-    return Sequence(Delay{50}, SetBlackboard{"recalculating_navi_dir", "true"}, search_again(),
-                    erase("recalculating_navi_dir"), CalculateNavigateDirection{});
+    return Sequence(Delay{50}, key::recalculating_navi_dir.set("true"), search_again(),
+                    key::recalculating_navi_dir.erase(), CalculateNavigateDirection{});
 }
 
 // Within the rectangle the robot keeps to the wall whatever its direction: it has to get past the obstacle
@@ -28,28 +28,24 @@ Node renew_direction_by_time()
 Node getting_past_the_obstacle()
 {
     return SequenceStar(
-        present("still_in_rect_limit"),
+        key::still_in_rect_limit.present(),
         FallbackStar(CheckFollowWallRectLimit{},
-                     SequenceStar(erase("still_in_rect_limit"),
-                                  FallbackStar(present("recalculating_navi_dir"),
-                                               SequenceStar(search_again(), CalculateNavigateDirection{})),
-                                  AlwaysFailure{})));
+                     fail_after(key::still_in_rect_limit.erase(),
+                                FallbackStar(key::recalculating_navi_dir.present(),
+                                             SequenceStar(search_again(), CalculateNavigateDirection{})))));
 }
 
 // Outside, the wall is followed as long as it leads towards a goal that is still ahead.
 Node wall_still_leads_to_goal()
 {
-    return Sequence(CheckFollowWallMatchingNavi{},
-                    Inverter(ArePointsTooClose{.distance_mm = "100",
-                                               .point_mm_a = "${current_pose}",
-                                               .point_mm_b = "${navi_followwall_target}"}));
+    return Sequence(CheckFollowWallMatchingNavi{}, Inverter(near(key::navi_followwall_target, 100)));
 }
 
 Node follow_towards_goal()
 {
     return SequenceStar(
         search_again(), CalculateNavigateDirection{}, NavigatedSetFollowWallDirection{},
-        SetFollowWallRectLimit{}, set_flag("still_in_rect_limit"),
+        SetFollowWallRectLimit{}, key::still_in_rect_limit.flag(),
         ForceSuccess(
             DoWhile(renew_direction_by_time(),
                     Sequence(Fallback(getting_past_the_obstacle(), wall_still_leads_to_goal()),
@@ -71,14 +67,12 @@ Node follow_from_collision()
 // reason is left alone. The tree always fails; whether the goal is reached is for the caller to see.
 TREE(NavigateFollowWall)
 {
-    return ForceFailure(PostProcess(
-        DoWhile(
-            StackBlackboard{"target_mode"},
-            SequenceStar(NotTrapped{}, Bumped{.bump_dir = "${bump_dir}"},
-                         BlackboardCopy{.source = "navi_target_point", .target = "navi_followwall_target"},
-                         CheckSuccessiveCollision{},
-                         SetBlackboardWithType{.key = "target_mode", .type = "bool", .value = "true"},
-                         FallbackStar(follow_towards_goal(), follow_from_collision()),
-                         SubtreeCondition{"Back2cm.xml"})),
-        ResetBridgeList{}));
+    return ForceFailure(
+        PostProcess(DoWhile(key::target_mode.kept(),
+                            SequenceStar(NotTrapped{}, Bumped{.bump_dir = "${bump_dir}"},
+                                         key::navi_target_point.copy_to(key::navi_followwall_target),
+                                         CheckSuccessiveCollision{}, key::target_mode.set_typed("true"),
+                                         FallbackStar(follow_towards_goal(), follow_from_collision()),
+                                         SubtreeCondition{"Back2cm.xml"})),
+                    ResetBridgeList{}));
 }

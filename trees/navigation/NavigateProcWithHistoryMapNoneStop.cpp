@@ -6,7 +6,7 @@ namespace {
 Node pass_the_obstacle()
 {
     return SequenceStar(SetMapDrawMode{.draw_mode = "BlockOnly", .LockState = "false"},
-                        SetBlackboard{"navi_followwall_mode", "TargetNoUnknown"},
+                        key::navi_followwall_mode.set("TargetNoUnknown"),
                         SubtreeCondition{"NavigateFollowWall"});
 }
 
@@ -33,13 +33,12 @@ TREE(NavigateProcWithHistoryMapNoneStop)
 {
     return Sequence(
         ForceSuccess(SubtreeCondition{"EscapeCoat"}),
-        DoWhile(TraceLogger{}, StackBlackboard{"avoid_mopped_areas"},
+        DoWhile(TraceLogger{}, key::avoid_mopped_areas.kept(),
                 SetMapDrawMode{.draw_mode = "BlockOnly", .LockState = "true"},
-                forget_bridges_after(SequenceStar(
-                    SetBlackboardWithType{.key = "avoid_mopped_areas", .type = "bool", .value = "false"},
-                    FindLastInTrajectory{.out_point_grid = "navi_target_point",
-                                         .search_for = "slamclear",
-                                         .start_from = "${navi_target_point}",
-                                         .with_nb8 = "true"},
-                    search_and_drive_until_there(), goal_within("150")))));
+                forget_bridges_after(SequenceStar(key::avoid_mopped_areas.set_typed("false"),
+                                                  FindLastInTrajectory{.out_point_grid = "navi_target_point",
+                                                                       .search_for = "slamclear",
+                                                                       .start_from = "${navi_target_point}",
+                                                                       .with_nb8 = "true"},
+                                                  search_and_drive_until_there(), goal_within("150")))));
 }

@@ -9,27 +9,28 @@ Node narrow_path_navi()
 {
     return SubTree(
         "NarrowPathNavi",
-        Sequence(SubtreeCondition{"Escape.xml"},
-                 DoWhile(TemporarilyDisableSensor{.lock_status = "false", .sensor = "LaserTofPointcloud"},
-                         TemporarilyDisableSensor{.lock_status = "false", .sensor = "LdsPointcloud"},
-                         StepBridgeCrossed{.crossed_steps = "crossed_steps", .navi_path = "${navi_path_cp}"},
-                         CheckClifBump{.out_bump_dir = "bump_dir"},
-                         Sequence(stop_for_cliff_sensors(Inverter(Delay{10})),
-                                  BridgeNavi{.path = "${navi_path_cp}"})),
-                 SetBlackboard{"navi_to_target", "true"}));
+        Sequence(
+            SubtreeCondition{"Escape.xml"},
+            without_sensor(
+                "LaserTofPointcloud", sensor_off("LdsPointcloud"),
+                StepBridgeCrossed{.crossed_steps = "crossed_steps", .navi_path = "${navi_path_cp}"},
+                CheckClifBump{.out_bump_dir = "bump_dir"},
+                Sequence(stop_for_cliff_sensors(Inverter(Delay{10})), BridgeNavi{.path = "${navi_path_cp}"})),
+            key::navi_to_target.set("true")));
 }
 
 Node report_crossed()
 {
-    return SequenceStar(SaySomething{"Cross Bridge Success"}, set_flag("cross_bridge_success"),
-                        erase("crossed_steps"), erase("navi_one_point_target_point"));
+    return SequenceStar(SaySomething{"Cross Bridge Success"}, key::cross_bridge_success.flag(),
+                        erase(key::crossed_steps, key::navi_one_point_target_point));
 }
 
 Node report_failed()
 {
-    return SequenceStar(SetBlackboard{"navi_to_target", "false"}, erase("bridges_crossing"),
-                        erase("crossed_steps"), erase("navi_one_point_target_point"),
-                        erase("cross_bridge_success"), ForceFailure(SaySomething{"过桥失败"}));
+    return SequenceStar(key::navi_to_target.set("false"),
+                        erase(key::bridges_crossing, key::crossed_steps, key::navi_one_point_target_point,
+                              key::cross_bridge_success),
+                        ForceFailure(SaySomething{"过桥失败"}));
 }
 
 }  // namespace
@@ -38,10 +39,10 @@ Node report_failed()
 TREE(NavigateTree)
 {
     return SequenceStar(
-        SequenceStar(erase("cross_bridge_success"), erase("navi_to_target"),
+        SequenceStar(erase(key::cross_bridge_success, key::navi_to_target),
                      BridgePathTrans{.bridge = "${navigation_bridge}", .o_path = "navi_path_cp"},
                      IfThenElseStar(narrow_path_navi(), report_crossed(), report_failed()),
-                     present("navi_to_target")),
-        BoolMatch{.bool_a = "${navi_to_target}", .bool_b = "true"}, erase("bridges_crossing"),
-        set_flag("cross_bridge_success"));
+                     key::navi_to_target.present()),
+        BoolMatch{.bool_a = "${navi_to_target}", .bool_b = "true"}, key::bridges_crossing.erase(),
+        key::cross_bridge_success.flag());
 }

@@ -6,14 +6,13 @@ namespace {
 // The pause lets the guard above the passes see the flag and halt them.
 Node end_passes(const char* message)
 {
-    return SequenceStar(SaySomething{message}, SetBlackboard{"ton_flag", "true"}, Delay{1});
+    return SequenceStar(SaySomething{message}, key::ton_flag.set("true"), Delay{1});
 }
 
 Node count_pass()
 {
-    return IfThenElseStar(IsAGreaterThanBInt{.A = "${MTW_times}", .B = "10"},
-                          end_passes("tolvar try over 10 times"),
-                          IntAdd{.int_a = "${MTW_times}", .int_b = "1", .out_sum = "MTW_times"});
+    return IfThenElseStar(key::MTW_times.above(10), end_passes("tolvar try over 10 times"),
+                          key::MTW_times.plus(1));
 }
 
 Node find_path()
@@ -44,7 +43,7 @@ Node passes()
         IfThenElse(IsPointInRectangle{.point = "${current_pose}", .rectangle = "${navigate_limit}"},
                    AlwaysSuccess{}, ForceFailure(SaySomething{"tolvar out rect"})),
         BB_Precondition(
-            "ton_flag",
+            key::ton_flag,
             RetryUntilSuccesful(
                 -1, SequenceStar(
                         count_pass(), SaySomething{"tolvar navi once"}, find_path(), drive_or_follow_wall(),
@@ -67,15 +66,14 @@ TREE(ThroughObstacleNavigation)
             .center = "${initial_bump_pose}", .half_size_mm = "2000", .out_rect = "navigate_limit"},
         SaySomething{"tolvar GeneratePCR"}, MakeMap{.roi = "${navigate_limit}"},
 
-        IfThenElseStar(present("follow_wall_dir"),
-                       BlackboardCopy{.source = "follow_wall_dir", .target = "follow_wall_dir_bak"},
-                       erase("follow_wall_dir_bak")),
-        SetBlackboard{"ton_flag", "false"}, SetBlackboard{"MTW_times", "0"},
+        IfThenElseStar(key::follow_wall_dir.present(), key::follow_wall_dir.copy_to(key::follow_wall_dir_bak),
+                       key::follow_wall_dir_bak.erase()),
+        key::ton_flag.set("false"), key::MTW_times.set(0),
 
         passes(),
 
-        Stop{}, SaySomething{"tolvar break"}, erase("MTW_times"),
-        optionally(present("follow_wall_dir_bak"),
-                   BlackboardCopy{.source = "follow_wall_dir_bak", .target = "follow_wall_dir"}),
+        Stop{}, SaySomething{"tolvar break"}, key::MTW_times.erase(),
+        optionally(key::follow_wall_dir_bak.present(),
+                   key::follow_wall_dir_bak.copy_to(key::follow_wall_dir)),
         goal_within("200"));
 }

@@ -5,16 +5,13 @@ namespace vemra::trees {
 
 namespace {
 
-/// What differs between the two crossings that go straight first and along the wall then.
+/// What differs between the two crossings that go straight first and along the wall then: a place that makes
+/// the rest of the crossing needless, looked at before the far side is, or after.
 struct PlainCrossing
 {
     const char* name;
-
-    /// Looked at before the far side is: a place that makes the rest of the crossing needless.
-    bool done_in_current_area = false;
-
-    /// A chain that can be followed on from near by ends the crossing: the tracing of the wall goes on there.
-    bool done_near_chain_end = false;
+    Nodes done_before{};
+    Nodes done_after{};
 };
 
 // A trap on the bridge is counted, since a crossing on which the robot is trapped over and over must find an
@@ -22,10 +19,8 @@ struct PlainCrossing
 // here short, and being erased at once, its own as well.
 Node count_trap()
 {
-    return SequenceStar(
-        Inverter(NotTrapped{}),
-        IntAdd{.int_a = "${cross_bridge_trap_times}", .int_b = "1", .out_sum = "cross_bridge_trap_times"},
-        set_flag("cross_bridge_trapped"), Delay{50});
+    return SequenceStar(Inverter(NotTrapped{}), key::cross_bridge_trap_times.plus(1),
+                        key::cross_bridge_trapped.flag(), Delay{50});
 }
 
 // --- straight over the bridge --------------------------------------------------------------------
@@ -39,51 +34,51 @@ Node run_straight()
 Node to_near_end()
 {
     return FallbackStar(
-        FallbackStar(
-            robot_within("150", "bridge_from_point"),
-            SequenceStar(aim_at("bridge_from_point"), SetMapDrawMode{.draw_mode = "None"}, run_straight())),
-        SequenceStar(present("tmp_cross_trial_bridge_token"), robot_within("220", "bridge_from_point")));
+        FallbackStar(near(key::bridge_from_point, 150),
+                     SequenceStar(aim_at(key::bridge_from_point), SetMapDrawMode{.draw_mode = "None"},
+                                  run_straight())),
+        SequenceStar(key::tmp_cross_trial_bridge_token.present(), near(key::bridge_from_point, 220)));
 }
 
 Node to_far_end()
 {
     return FallbackStar(
-        robot_within("100", "bridge_to_point"),
+        near(key::bridge_to_point, 100),
         Fallback(SequenceStar(bridge_is("HISTORY"), InCurrentArea{}), SubtreeCondition{"NavigateTree"}));
 }
 
 // A trial begins with a straight run, and nothing hangs on how it ends.
 Node begin_trial()
 {
-    return IfThenElseStar(present("tmp_cross_trial_bridge_token"), ForceSuccess(run_straight()),
-                          AlwaysSuccess{});
+    return when(key::tmp_cross_trial_bridge_token.present(), ForceSuccess(run_straight()));
 }
 
 // The point clouds would see nothing but the obstacle that the map already knows. What is driven over freely
 // is cleared on the map.
 Node navi()
 {
-    return SubTree("Navi",
-                   DoWhile(without_sensor("LaserTofPointcloud"), without_sensor("SideBrushPointcloud"),
-                           PostProcess(FallbackStar(ForceFailure(set_flag("when_bridge_navi")),
-                                                    SequenceStar(to_near_end(), aim_at("bridge_to_point"),
-                                                                 SetMapDrawMode{.draw_mode = "ClearOnly"},
-                                                                 begin_trial(), to_far_end()),
-                                                    ForceFailure(count_trap())),
-                                       erase("when_bridge_navi"))));
+    return SubTree(
+        "Navi",
+        without_sensor("LaserTofPointcloud", sensor_off("SideBrushPointcloud"),
+                       PostProcess(FallbackStar(ForceFailure(key::when_bridge_navi.flag()),
+                                                SequenceStar(to_near_end(), aim_at(key::bridge_to_point),
+                                                             SetMapDrawMode{.draw_mode = "ClearOnly"},
+                                                             begin_trial(), to_far_end()),
+                                                ForceFailure(count_trap())),
+                                   key::when_bridge_navi.erase())));
 }
 
 // --- along the wall ------------------------------------------------------------------------------
 
-Node near_where_follow(const char* point_key)
+Node within_allowance_of(const Key& point)
 {
-    return robot_within("${max_follow_wall_dist}", point_key);
+    return near(point, key::max_follow_wall_dist.value());
 }
 
 // A short allowance of wall is used up quickly, so it is followed precisely.
 Node follow_step()
 {
-    return IfThenElseStar(FallbackStar(present("tmp_cross_trial_bridge_token"),
+    return IfThenElseStar(FallbackStar(key::tmp_cross_trial_bridge_token.present(),
                                        IsAGreaterThanBFloat{.A = "${max_follow_wall_dist}", .B = "1000"}),
                           SubtreeCondition{"FollowWallProc"}, SubtreeCondition{"PreciseFollowWallProc"});
 }
@@ -92,26 +87,23 @@ Node follow_step()
 Node first_side()
 {
     return SequenceStar(NotTrapped{}, AdvancedSetFollowWallDirection{},
-                        BlackboardCopy{.source = "current_pose", .target = "bump_point"},
-                        SetMapDrawMode{.draw_mode = "Default"},
-                        Sequence(near_where_follow("bump_point"), not_looped(), follow_step()));
+                        key::current_pose.copy_to(key::bump_point), SetMapDrawMode{.draw_mode = "Default"},
+                        Sequence(within_allowance_of(key::bump_point), not_looped(), follow_step()));
 }
 
 // The straight run back has done its work when it meets the obstacle. Too far away, the robot only turns
 // round, to find the wall on the other hand.
 Node back_to_bump()
 {
-    return FallbackStar(
-        IfThenElseStar(near_where_follow("bump_point"), Inverter(run_straight()),
-                       SequenceStar(guarded_turn("180", "120"), SetBlackboard{"bump_dir", "None"})),
-        ForceFailure(count_trap()));
+    return FallbackStar(IfThenElseStar(within_allowance_of(key::bump_point), Inverter(run_straight()),
+                                       SequenceStar(guarded_turn(180, 120), key::bump_dir.set("None"))),
+                        ForceFailure(count_trap()));
 }
 
 Node flip_side()
 {
-    return IfThenElseStar(BoolMatch{.bool_a = "${follow_wall_dir}", .bool_b = "true"},
-                          SetBlackboard{"follow_wall_dir", "false"},
-                          SetBlackboard{"follow_wall_dir", "true"});
+    return IfThenElseStar(key::follow_wall_dir.holds("true"), key::follow_wall_dir.set("false"),
+                          key::follow_wall_dir.set("true"));
 }
 
 // The other way round the obstacle, within the same allowance from the bump or from the turn.
@@ -119,11 +111,12 @@ Node second_side()
 {
     return SequenceStar(
         Bumped{.bump_dir = "${bump_dir}"}, NotTrapped{}, SetMapDrawMode{.draw_mode = "ClearOnly"},
-        back_to_bump(), BlackboardCopy{.source = "current_pose", .target = "turn_point"}, flip_side(),
+        back_to_bump(), key::current_pose.copy_to(key::turn_point), flip_side(),
         SetMapDrawMode{.draw_mode = "Default"},
-        FallbackStar(Sequence(Fallback(near_where_follow("bump_point"), near_where_follow("turn_point")),
-                              not_looped(), follow_step()),
-                     count_trap()));
+        FallbackStar(
+            Sequence(Fallback(within_allowance_of(key::bump_point), within_allowance_of(key::turn_point)),
+                     not_looped(), follow_step()),
+            count_trap()));
 }
 
 Node along_wall()
@@ -136,14 +129,8 @@ Node along_wall()
 
 Node until_across(const PlainCrossing& crossing)
 {
-    Node ways = Fallback(bridge_crossed("bridge_to_point", "50"));
-    if (crossing.done_in_current_area)
-        ways.children.insert(ways.children.begin(), InCurrentArea{});
-    if (crossing.done_near_chain_end)
-        ways.children.push_back(IsNearChainOpenEnd{
-            .dis_threshold = "100", .out_chain_element = "closest_chain_end", .ticks_threshold = "5"});
-    ways.children.push_back(FallbackStar(navi(), along_wall()));
-    return ways;
+    return Fallback(crossing.done_before, bridge_crossed(key::bridge_to_point, "50"), crossing.done_after,
+                    FallbackStar(navi(), along_wall()));
 }
 
 // A bridge that no longer fits the map is given up, unless the search took it knowing that it has failed
@@ -152,28 +139,32 @@ Node cross(const PlainCrossing& crossing)
 {
     return SubTree(
         crossing.name,
-        DoWhile(
-            with_charger_walls(), SetBlackboard{"not_trace_token", "CrossBridge"},
-            Sequence(
-                SetBlackboard{"cross_bridge_trap_times", "0"}, erase("traped_when_crossing"),
-                MakeMap{.roi = "${current_subregion}"},
-                FallbackStar(BoolMatch{.bool_a = "${path_bridge_max_failure_cnt} == 1", .bool_b = "true"},
-                             BridgeValid{.bridge = "${navigation_bridge}"}),
-                Inverter(SequenceStar(present("traped_when_crossing"), erase("traped_when_crossing"))),
-                IfThenElse(present("cross_bridge_trapped"),
-                           SequenceStar(erase("cross_bridge_trapped"), Delay{50}), until_across(crossing)))));
+        with_sensor("ChargerVirtualWall", key::not_trace_token.set("CrossBridge"),
+                    Sequence(key::cross_bridge_trap_times.set(0), key::traped_when_crossing.erase(),
+                             MakeMap{.roi = "${current_subregion}"},
+                             FallbackStar(
+                                 BoolMatch{.bool_a = "${path_bridge_max_failure_cnt} == 1", .bool_b = "true"},
+                                 BridgeValid{.bridge = "${navigation_bridge}"}),
+                             Inverter(SequenceStar(key::traped_when_crossing.take())),
+                             IfThenElse(key::cross_bridge_trapped.present(),
+                                        SequenceStar(key::cross_bridge_trapped.erase(), Delay{50}),
+                                        until_across(crossing)))));
 }
 
 }  // namespace
 
 Node cross_bridge_move()
 {
-    return cross({.name = "CrossBridgeMove", .done_near_chain_end = true});
+    // A chain that can be followed on from near by: the tracing of the wall goes on there.
+    return cross(
+        {.name = "CrossBridgeMove",
+         .done_after = row(IsNearChainOpenEnd{
+             .dis_threshold = "100", .out_chain_element = "closest_chain_end", .ticks_threshold = "5"})});
 }
 
 Node cross_history_bridge()
 {
-    return cross({.name = "CrossHistoryBridge", .done_in_current_area = true});
+    return cross({.name = "CrossHistoryBridge", .done_before = row(InCurrentArea{})});
 }
 
 }  // namespace vemra::trees

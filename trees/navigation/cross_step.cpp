@@ -12,21 +12,20 @@ Node goto_target_pt()
     return SubTree(
         "goto_target_pt",
         IfThenElseStar(
-            present("ready_to_cross"),
-            SequenceStar(BlackboardCopy{.source = "current_pose", .target = "update_bridge_from"},
-                         erase("ready_to_cross"),
-                         DoWhile(without_sensor("LaserTofPointcloud"), without_sensor("SideBrushPointcloud"),
-                                 set_flag("keep_normal_speed"), run)),
+            key::ready_to_cross.present(),
+            SequenceStar(key::current_pose.copy_to(key::update_bridge_from), key::ready_to_cross.erase(),
+                         without_sensor("LaserTofPointcloud", sensor_off("SideBrushPointcloud"),
+                                        key::keep_normal_speed.flag(), run)),
             run));
 }
 
 // A second try begins where the first one did.
 Node back_to_start_of_last_try()
 {
-    return optionally(
-        present("get_new_brg"),
-        IfThenElseStar(present("modify_from_pt"), aim_at("modify_from_pt"), aim_at("bridge_from_point")),
-        erase("get_new_brg"), goto_target_pt());
+    return optionally(key::get_new_brg.present(),
+                      IfThenElseStar(key::modify_from_pt.present(), aim_at(key::modify_from_pt),
+                                     aim_at(key::bridge_from_point)),
+                      key::get_new_brg.erase(), goto_target_pt());
 }
 
 // Where the step is better taken at another place, the robot goes there first.
@@ -36,17 +35,17 @@ Node aim_across()
                                              .i_bridge_to_pt = "${bridge_to_point}",
                                              .o_modified_from_pt = "modify_from_pt",
                                              .o_modified_to_pt = "modify_to_pt"},
-                          SequenceStar(set_flag("get_new_brg"), aim_at("modify_from_pt"), goto_target_pt(),
-                                       aim_at("modify_to_pt")),
-                          aim_at("bridge_to_point"));
+                          SequenceStar(key::get_new_brg.flag(), aim_at(key::modify_from_pt), goto_target_pt(),
+                                       aim_at(key::modify_to_pt)),
+                          aim_at(key::bridge_to_point));
 }
 
 // Only a run to the better place may fail, and gets a second try.
 Node walk_over()
 {
     return RetryUntilSuccesful(
-        2, SequenceStar(back_to_start_of_last_try(), aim_across(), set_flag("ready_to_cross"),
-                        FallbackStar(goto_target_pt(), absent("get_new_brg"))));
+        2, SequenceStar(back_to_start_of_last_try(), aim_across(), key::ready_to_cross.flag(),
+                        FallbackStar(goto_target_pt(), key::get_new_brg.absent())));
 }
 
 // Clearly nearer to the far end than to the near one counts as across.
@@ -57,7 +56,7 @@ Node past_half_way()
             .dist_mm = "dist_from", .point_mm_a = "${bridge_from_point}", .point_mm_b = "${current_pose}"},
         PointToPointDist{
             .dist_mm = "dist_to", .point_mm_a = "${bridge_to_point}", .point_mm_b = "${current_pose}"},
-        IsAGreaterThanBFloat{.A = "${dist_from}", .B = "${dist_to} + 150"});
+        key::dist_from.above("${dist_to} + 150"));
 }
 
 // The ends of the step become those that the robot has really used.
@@ -72,7 +71,7 @@ Node give_step_up()
 {
     return SequenceStar(InvalidStepBridge{.i_bridge = "${navigation_bridge}"},
                         ForceSuccess(SubtreeCondition{"Back2cm.xml"}),
-                        ForceFailure(set_flag("step_bridge_invalid")));
+                        ForceFailure(key::step_bridge_invalid.flag()));
 }
 
 }  // namespace
@@ -84,8 +83,8 @@ Node cross_step()
         "CrossStep",
         FallbackStar(
             Sequence(MakeMap{.roi = "${current_subregion}"}, BridgeValid{.bridge = "${navigation_bridge}"},
-                     SequenceStar(SetMapDrawMode{.draw_mode = "BlockOnly"}, erase("get_new_brg"),
-                                  FallbackStar(walk_over(), past_half_way()), set_flag("step_bridge_valid"),
+                     SequenceStar(SetMapDrawMode{.draw_mode = "BlockOnly"}, key::get_new_brg.erase(),
+                                  FallbackStar(walk_over(), past_half_way()), key::step_bridge_valid.flag(),
                                   learn_step())),
             give_step_up()));
 }

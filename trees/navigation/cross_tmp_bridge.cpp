@@ -25,9 +25,9 @@ Node along_path()
 // obstacle shuts the robot in, the follow leaves its mark and the tries end.
 Node move()
 {
-    return DoWhile(without_sensor("PolygonVirtualWall"),
-                   FallbackStar(straight_when_near(), along_path(), Inverter(NotTrapped{}),
-                                Sequence(not_looped(), SubtreeCondition{"NavigateFollowWall"})));
+    return without_sensor("PolygonVirtualWall",
+                          FallbackStar(straight_when_near(), along_path(), Inverter(NotTrapped{}),
+                                       Sequence(not_looped(), SubtreeCondition{"NavigateFollowWall"})));
 }
 
 // --- how the move ended --------------------------------------------------------------------------
@@ -36,53 +36,53 @@ Node move()
 Node worth_another_try()
 {
     return FallbackStar(
-        DoWhile(with_charger_walls(),
-                SequenceStar(SaySomething{"仍在虚拟墙内，重新进行搜索导航过程"},
-                             AwesomeSearch{.output_point = "navi_target_point",
-                                           .region = "${current_subregion}",
-                                           .search_mode = "Target",
-                                           .source_point = "${current_coord}",
-                                           .target = "${navi_target_point}"},
-                             CheckPathSegment{.input_navi_path = "${navigation_path_segments}"},
-                             FallbackStar(Inverter(PathSegIsVector{}),
-                                          ForceFailure(SetBlackboard{"out_vw_when_cross_tmp_bg", "0"})),
-                             read_bridge_type(), bridge_is("TMP"))),
-        SequenceStar(present("out_vw_when_cross_tmp_bg"), erase("out_vw_when_cross_tmp_bg")));
+        with_sensor("ChargerVirtualWall",
+                    SequenceStar(SaySomething{"仍在虚拟墙内，重新进行搜索导航过程"},
+                                 AwesomeSearch{.output_point = "navi_target_point",
+                                               .region = "${current_subregion}",
+                                               .search_mode = "Target",
+                                               .source_point = "${current_coord}",
+                                               .target = "${navi_target_point}"},
+                                 CheckPathSegment{.input_navi_path = "${navigation_path_segments}"},
+                                 FallbackStar(Inverter(PathSegIsVector{}),
+                                              ForceFailure(key::out_vw_when_cross_tmp_bg.set(0))),
+                                 read_bridge_type(), bridge_is("TMP"))),
+        SequenceStar(key::out_vw_when_cross_tmp_bg.take()));
 }
 
 // Fails when another try is worth while.
 Node no_more_to_try()
 {
-    return Fallback(SequenceStar(key_is_true("trapped_in_real_block"), Delay{5}),
-                    bridge_crossed("navi_target_point", "0"), Inverter(worth_another_try()));
+    return Fallback(SequenceStar(key::trapped_in_real_block.is_true(), Delay{5}),
+                    bridge_crossed(key::navi_target_point, "0"), Inverter(worth_another_try()));
 }
 
 Node tries()
 {
-    return BB_Precondition("trapped_in_real_block",
+    return BB_Precondition(key::trapped_in_real_block,
                            RetryUntilSuccesful(5, FallbackStar(move(), no_more_to_try())));
 }
 
 // --- stuck inside --------------------------------------------------------------------------------
 
-Node publish(const char* kind)
+Node publish(const Key& kind)
 {
-    return SequenceStar(set_flag(kind), Delay{50});
+    return SequenceStar(kind.flag(), Delay{50});
 }
 
 // A probe of the sensors tells whether it is the virtual wall or a real obstacle that holds the robot.
 Node report_trap()
 {
     return SequenceStar(SensorProbeBump{.out_str = "sensor_probe_trap"},
-                        IfThenElseStar(key_is("sensor_probe_trap", "PolygonTrap"),
-                                       publish("polygon_vw_trapped"), publish("automode_trapped")),
-                        set_flag("have_trapped_type"));
+                        IfThenElseStar(key::sensor_probe_trap.is("PolygonTrap"),
+                                       publish(key::polygon_vw_trapped), publish(key::automode_trapped)),
+                        key::have_trapped_type.flag());
 }
 
 Node outcome()
 {
     return FallbackStar(
-        SequenceStar(bridge_crossed("navi_target_point", "0"), SaySomething{"过临时桥成功，已在虚拟墙外"}),
+        SequenceStar(bridge_crossed(key::navi_target_point, "0"), SaySomething{"过临时桥成功，已在虚拟墙外"}),
         SequenceStar(goal_within("50"), SaySomething{"过临时桥成功，离临时桥终点很近了"}),
         ForceFailure(SaySomething{"过临时桥失败"}));
 }
@@ -94,15 +94,14 @@ Node outcome()
 // result.
 Node cross_tmp_bridge()
 {
-    return SubTree(
-        "CrossTmpBridge",
-        DoWhile(StackBlackboard{"trapped_in_real_block"}, StackBlackboard{"out_vw_when_cross_tmp_bg"},
-                SequenceStar(SaySomething{"开始过临时桥"}, present("current_draw_mode"),
-                             BlackboardCopy{.source = "current_draw_mode", .target = "current_draw_copy"},
-                             SetBlackboard{"trapped_in_real_block", "false"},
-                             FallbackStar(tries(), present("have_trapped_type"),
-                                          Inverter(PromptInVirtualWall{}), report_trap()),
-                             SetMapDrawMode{.draw_mode = "${current_draw_copy}"}, outcome())));
+    return SubTree("CrossTmpBridge",
+                   DoWhile(key::trapped_in_real_block.kept(), key::out_vw_when_cross_tmp_bg.kept(),
+                           SequenceStar(SaySomething{"开始过临时桥"}, key::current_draw_mode.present(),
+                                        key::current_draw_mode.copy_to(key::current_draw_copy),
+                                        key::trapped_in_real_block.set("false"),
+                                        FallbackStar(tries(), key::have_trapped_type.present(),
+                                                     Inverter(PromptInVirtualWall{}), report_trap()),
+                                        SetMapDrawMode{.draw_mode = "${current_draw_copy}"}, outcome())));
 }
 
 }  // namespace vemra::trees

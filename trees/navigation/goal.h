@@ -9,8 +9,7 @@ namespace vemra::trees {
 /// The robot stands within `distance_mm` of the goal.
 inline Node goal_within(const char* distance_mm)
 {
-    return ArePointsTooClose{
-        .distance_mm = distance_mm, .point_mm_a = "${current_pose}", .point_mm_b = "${navi_target_point}"};
+    return near(key::navi_target_point, distance_mm);
 }
 
 }  // namespace vemra::trees

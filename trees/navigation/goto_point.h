@@ -1,32 +1,36 @@
 #pragma once
 
-#include <optional>
+/// The walk along a plan, segment by segment, and what its forms have of their own.
 
 #include "trees/idioms.h"
 
 namespace vemra::trees {
 
-/// One form of the walk along a plan. The forms share the course of the walk; each takes from the rest what
-/// its task has no use for.
+/// The local planner drives along the path, the map is renewed behind it.
+Nodes drive_along_path();
+
+/// The same; but the one-shot token makes the trajectory of a path of fewer than `below_cells` count as
+/// traced.
+Nodes drive_traced_on_request(int below_cells);
+
+/// What becomes of a bridge that was not crossed: it is recorded.
+Node record_failed_crossing();
+
+/// The same; and out of a virtual wall, in which a failed temporary bridge may have left the robot, it is
+/// led.
+Nodes record_and_leave_virtual_wall();
+
+/// One form of the walk. The forms share the course of the walk.
 struct PlanWalk
 {
-    /// Label of the whole in a viewer. The forms made from the plain one kept its label.
+    /// In a viewer. The forms made from the plain one kept its label.
     const char* label = "GotoPoint";
 
-    /// A one-shot token asks for a segment whose trajectory counts as traced; it is granted for paths of
-    /// fewer cells than this. Without a value the walk knows no token.
-    std::optional<int> trace_paths_below_cells{};
+    /// The robot's motion on a vector segment, after the gates that stop it.
+    Nodes drive;
 
-    /// An exploration has no reason to drive on once its target has come into view.
-    bool stop_when_target_is_clear = false;
-
-    /// After a failed bridge the robot backs off and drops the bump, so that the caller does not take the
-    /// bridge for an obstacle to be followed.
-    bool back_off_after_failed_bridge = false;
-
-    /// A failed temporary bridge may leave the robot inside a virtual wall, out of which it must be led. An
-    /// exploration goes without.
-    bool check_virtual_wall_after_failed_bridge = true;
+    /// What is done about a bridge that was not crossed. The segment has failed in any case.
+    Node after_failed_bridge;
 };
 
 /// Walks the segments of the last plan, one after the other. Success means that the robot stands at the goal,

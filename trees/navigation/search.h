@@ -60,7 +60,7 @@ inline Node points_within(const char* distance_mm, const char* a, const char* b)
 /// Where the drive fails, the robot follows the walls to the goal.
 inline Nodes follow_walls_to_goal(const char* search_mode)
 {
-    return row(SetBlackboard{"navi_followwall_mode", search_mode}, SubtreeCondition{"NavigateFollowWall"});
+    return row(key::navi_followwall_mode.set(search_mode), SubtreeCondition{"NavigateFollowWall"});
 }
 
 /// The worst bridge on the way has never failed.

@@ -15,7 +15,7 @@ Nodes back()
 Node walk_cross()
 {
     return SequenceStar(Delay{100}, note_place("crossline_center", "crossline_original_yaw"), leg("1000;0"),
-                        leg("-1000;0"), back(), BlackboardCopy{"current_coord", "crossline_center"},
+                        leg("-1000;0"), back(), key::current_coord.copy_to(key::crossline_center),
                         leg("0;1000"), leg("0;-1000"), back(), turn_to("1", "${crossline_original_yaw}"),
                         Stop{}, walk_has_failed());
 }
@@ -27,7 +27,7 @@ TREE(ActiveRelocalize_Crossline)
 {
     return Sequence(
         ForceSuccess(SubtreeCondition{"EscapeCoat"}),
-        SequenceStar(SetBlackboard{"relocalize_failed", "false"}, account_motion("Reloc"),
-                     SetBlackboard{"reset_mop_line", "true"},
+        SequenceStar(key::relocalize_failed.set("false"), account_motion("Reloc"),
+                     key::reset_mop_line.set("true"),
                      look_while_walking(row(walls_off(), dock_as_obstacle()), walk_cross()), end_walk()));
 }

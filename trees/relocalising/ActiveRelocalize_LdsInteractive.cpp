@@ -9,7 +9,7 @@ Node walk_fixed_cross()
         return row(SetMapDrawMode{.draw_mode = "None"}, walk_leg(offset_mm));
     };
     return SequenceStar(Delay{100}, note_place("crossline_center", "crossline_original_yaw"), leg("1000;0"),
-                        leg("-1000;0"), walk_to_center(), BlackboardCopy{"current_coord", "crossline_center"},
+                        leg("-1000;0"), walk_to_center(), key::current_coord.copy_to(key::crossline_center),
                         leg("0;1000"), leg("0;-1000"), walk_to_center(),
                         turn_to("1", "${crossline_original_yaw}"));
 }
@@ -18,26 +18,26 @@ Node walk_fixed_cross()
 Node back_to_origin()
 {
     return SubTree("BackToOrigin",
-                   SequenceStar(BlackboardCopy{"current_pose", "current_pose_back"},
-                                BlackboardCopy{"crossline_center_odom", "navi_target_point"},
-                                ParallelNode(4, BlackboardCopy{"current_pose", "current_pose_back"},
-                                             BlackboardCopy{"current_odom", "current_pose"},
+                   SequenceStar(key::current_pose.copy_to(key::current_pose_back),
+                                key::crossline_center_odom.copy_to(key::navi_target_point),
+                                ParallelNode(4, key::current_pose.copy_to(key::current_pose_back),
+                                             key::current_odom.copy_to(key::current_pose),
                                              SubtreeCondition{"NaviOnePointProc"},
-                                             BlackboardCopy{"current_pose_back", "current_pose"}),
+                                             key::current_pose_back.copy_to(key::current_pose)),
                                 turn_to("1", "${crossline_original_odom_yaw}"),
-                                BlackboardCopy{"current_pose_back", "current_pose"}));
+                                key::current_pose_back.copy_to(key::current_pose)));
 }
 
 Node settle()
 {
-    return SequenceStar(Stop{}, RelocMap{"end"}, Delay{100}, SetBlackboard{"tof_reset_map", "1"},
+    return SequenceStar(Stop{}, RelocMap{"end"}, Delay{100}, key::tof_reset_map.set(1),
                         account_motion("Stop"));
 }
 
 // All motion is beside SLAM's search, whose end halts it wherever it stands.
 Node look_for_place()
 {
-    return DoWhile(StackBlackboard{"relocalize_start_move"}, walls_off(), dock_as_obstacle(),
+    return DoWhile(key::relocalize_start_move.kept(), walls_off(), dock_as_obstacle(),
                    IfThenElseStar(BoolMatch{"true", "true"}, dialogue(), walk_fixed_cross()),
                    SlamActiveRelocalize{});
 }
@@ -45,13 +45,13 @@ Node look_for_place()
 Node relocalise()
 {
     return SequenceStar(
-        SetBlackboard{"reset_mop_line", "true"}, SetBlackboard{"tof_reset_map", "1"},
-        SetBlackboard{"robot_status", "clean_reloc"}, account_motion("Reloc"), erase("relocalize_start_move"),
-        erase("rotate_reloc_finish"), BlackboardCopy{"current_odom", "crossline_center_odom"},
-        BlackboardCopy{"current_odom_yaw_deg", "crossline_original_odom_yaw"},
-        IfThenElseStar(look_for_place(),
-                       IfThenElseStar(BoolMatch{"true", "true"}, settle(), back_to_origin()),
-                       IfThenElseStar(BoolMatch{"true", "true"}, ForceFailure(settle()), back_to_origin())));
+        key::reset_mop_line.set("true"), key::tof_reset_map.set(1), key::robot_status.set("clean_reloc"),
+        account_motion("Reloc"), erase(key::relocalize_start_move, key::rotate_reloc_finish),
+        key::current_odom.copy_to(key::crossline_center_odom),
+        key::current_odom_yaw_deg.copy_to(key::crossline_original_odom_yaw),
+        choose({{look_for_place(), IfThenElseStar(BoolMatch{"true", "true"}, settle(), back_to_origin())},
+                {BoolMatch{"true", "true"}, ForceFailure(settle())}},
+               back_to_origin()));
 }
 
 }  // namespace
@@ -61,14 +61,13 @@ Node relocalise()
 TREE(ActiveRelocalize_LdsInteractive)
 {
     return PostProcess(
-        DoWhile(StackBlackboard{"trace_time_map"}, StackBlackboard{"robot_trajectory"},
-                StackBlackboard{"combined_trace_map_ready"},
-                SequenceStar(optionally(present("gong_motion_type"), erase("gong_motion_type")),
-                             erase("trace_time_map"), erase("robot_trajectory"),
-                             erase("combined_trace_map_ready"),
-                             DoWhile(StackBlackboard{"in_lds_reloc_proc"}, StackBlackboard{"wmap"},
+        DoWhile(key::trace_time_map.kept(), key::robot_trajectory.kept(),
+                key::combined_trace_map_ready.kept(),
+                SequenceStar(optionally(key::gong_motion_type.take()),
+                             erase(key::trace_time_map, key::robot_trajectory, key::combined_trace_map_ready),
+                             DoWhile(key::in_lds_reloc_proc.kept(), key::wmap.kept(),
                                      StepUtility{.new_step_status = "Open"}, AlwaysFailure{},
-                                     set_flag("gridmap_token_draw_map"), TraceLogger{},
+                                     key::gridmap_token_draw_map.flag(), TraceLogger{},
                                      SetMapDrawMode{.draw_mode = "None", .LockState = "true"},
                                      Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}), relocalise())))),
         RelocMap{"end"});

@@ -14,9 +14,9 @@ Nodes leg(const char* next_yaw)
 
 Node walk_triangle()
 {
-    return SequenceStar(Delay{10}, FloatAdd{"${current_yaw_deg}", "-120", "relocalize_first_yaw"},
-                        FloatAdd{"${current_yaw_deg}", "120", "relocalize_second_yaw"},
-                        BlackboardCopy{"current_yaw_deg", "relocalize_final_yaw"},
+    return SequenceStar(Delay{10}, key::current_yaw_deg.plus(-120, key::relocalize_first_yaw),
+                        key::current_yaw_deg.plus(120, key::relocalize_second_yaw),
+                        key::current_yaw_deg.copy_to(key::relocalize_final_yaw),
                         leg("${relocalize_first_yaw}"), leg("${relocalize_second_yaw}"), advance(), Stop{},
                         Delay{10}, turn_to("-1", "${relocalize_final_yaw}"), Stop{}, walk_has_failed());
 }
@@ -26,7 +26,7 @@ Node walk_triangle()
 // The same by a walk along a triangle.
 TREE(ActiveRelocalize_Triangle)
 {
-    return SequenceStar(SetBlackboard{"relocalize_failed", "false"}, account_motion("Reloc"),
-                        SetBlackboard{"reset_mop_line", "true"},
-                        look_while_walking(walls_off(), walk_triangle()), end_walk());
+    return SequenceStar(key::relocalize_failed.set("false"), account_motion("Reloc"),
+                        key::reset_mop_line.set("true"), look_while_walking(walls_off(), walk_triangle()),
+                        end_walk());
 }

@@ -22,13 +22,13 @@ Node cannot_get_back()
 Node walk_back()
 {
     return BB_Precondition(
-        "go_slam_break",
+        key::go_slam_break,
         Loop(-1, SequenceStar(
                      snap_or_search(),
                      RetryUntilSuccesful(
                          -1, IfThenElseStar(search_target(), drive_to_point(row(goal_within("100"))),
                                             cannot_get_back())),
-                     IfThenElseStar(present("navi_target_point"),
+                     IfThenElseStar(key::navi_target_point.present(),
                                     SequenceStar(goal_within("100"), report("back_origin"), leave_walk()),
                                     cannot_get_back()))));
 }
@@ -39,14 +39,13 @@ Node navi_back_origin()
 {
     return SubTree(
         "NaviBackOrigin",
-        DoWhile(ConditionTimerFrames{.frames_out_key = "reloc_back_ori_time",
-                                     .start_from = "${reloc_back_ori_time}"},
-                ForceSuccess(Fallback(
-                    IfThenElseStar(IsAGreaterThanBInt{"${reloc_back_ori_time}", "${reloc_back_ori_limit}"},
-                                   report("cant_back_origin"), AlwaysFailure{}),
-                    SequenceStar(SaySomething{"tolvar back ori"},
-                                 BlackboardCopy{"reloc_back_pose", "navi_target_point"},
-                                 SetBlackboard{"go_slam_break", "false"}, walk_back())))));
+        DoWhile(key::reloc_back_ori_time.counts_frames(),
+                ForceSuccess(
+                    Fallback(IfThenElseStar(key::reloc_back_ori_time.above(key::reloc_back_ori_limit.value()),
+                                            report("cant_back_origin"), AlwaysFailure{}),
+                             SequenceStar(SaySomething{"tolvar back ori"},
+                                          key::reloc_back_pose.copy_to(key::navi_target_point),
+                                          key::go_slam_break.set("false"), walk_back())))));
 }
 
 // --- looking at SLAM's point --------------------------------------------------------------------
@@ -57,25 +56,24 @@ Node walk_to_slam_point()
 {
     const auto pass =
         RetryUntilSuccesful(-1, IfThenElseStar(search_target(), drive_to_point({}),
-                                               SequenceStar(set_flag("cant_reach_exp"), leave_walk())));
+                                               SequenceStar(key::cant_reach_exp.flag(), leave_walk())));
     const auto arrival = IfThenElseStar(
-        present("navi_target_point"), FallbackStar(Inverter(goal_within("100")), SequenceStar(leave_walk())),
-        SequenceStar(leave_walk()));
+        key::navi_target_point.present(),
+        FallbackStar(Inverter(goal_within("100")), SequenceStar(leave_walk())), SequenceStar(leave_walk()));
     return SequenceStar(SaySomething{"tolvar goto slam exp"},
-                        BlackboardCopy{"slam_exp_pose", "navi_target_point"}, erase("slam_exp_pose"),
-                        SetBlackboard{"go_slam_break", "false"},
-                        BB_Precondition("go_slam_break", Loop(-1, SequenceStar(pass, arrival))));
+                        key::slam_exp_pose.copy_to(key::navi_target_point), key::slam_exp_pose.erase(),
+                        key::go_slam_break.set("false"),
+                        BB_Precondition(key::go_slam_break, Loop(-1, SequenceStar(pass, arrival))));
 }
 
 // The limit is tested with a point in hand alone.
 Node go_to_slam_point()
 {
-    return DoWhile(
-        ConditionTimerFrames{.frames_out_key = "reloc_time", .start_from = "${reloc_time}"},
-        ForceSuccess(IfThenElseStar(
-            present("slam_exp_pose"),
-            Fallback(IsAGreaterThanBInt{"${reloc_time}", "${reloc_time_limit}"}, walk_to_slam_point()),
-            SaySomething{"tolvar no slam point"})));
+    return DoWhile(key::reloc_time.counts_frames(),
+                   ForceSuccess(IfThenElseStar(
+                       key::slam_exp_pose.present(),
+                       Fallback(key::reloc_time.above(key::reloc_time_limit.value()), walk_to_slam_point()),
+                       SaySomething{"tolvar no slam point"})));
 }
 
 Node turn_until_told()
@@ -83,10 +81,10 @@ Node turn_until_told()
     return SubTree(
         "RotTilRcvStop",
         keep_choosing(
-            {{present("rotate_reloc_finish"),
-              Named("5", SequenceStar(SaySomething{"tolvar rcv 5"}, erase("rotate_reloc_finish"),
-                                      set_flag("last_rot_reloc"), Stop{}))},
-             {present("exp_reloc_result"),
+            {{key::rotate_reloc_finish.present(),
+              Named("5", SequenceStar(SaySomething{"tolvar rcv 5"}, key::rotate_reloc_finish.erase(),
+                                      key::last_rot_reloc.flag(), Stop{}))},
+             {key::exp_reloc_result.present(),
               keep_choosing(
                   {{verdict_is("true"), Named("6", SequenceStar(SaySomething{"tolvar rcv 6"}, Stop{}))},
                    {verdict_is("false"), Named("7", SequenceStar(SaySomething{"tolvar rcv 7"}, Stop{}))}},
@@ -98,23 +96,24 @@ Node turn_until_told()
 Node wait_for_verdict()
 {
     const auto done = [](const char* number, const char* say, Nodes more) {
-        return Named(number, SequenceStar(SaySomething{say}, std::move(more), erase("last_rot_reloc")));
+        return Named(number, SequenceStar(SaySomething{say}, std::move(more), key::last_rot_reloc.erase()));
     };
     return Named(
         "wait for 8",
         IfThenElse(
-            present("ready_exp_again"), done("8", "tolvar rcv 8", row(erase("ready_exp_again"))),
-            Named("wait for 7",
-                  IfThenElse(SequenceStar(present("exp_reloc_result"), verdict_is("false")),
-                             done("7", "tolvar rcv 7 out", {}),
-                             Named("wait for 6",
-                                   IfThenElse(SequenceStar(present("exp_reloc_result"), verdict_is("true")),
-                                              done("6", "tolvar rcv 6 out", {}), Loop(-1, Stop{})))))));
+            key::ready_exp_again.present(), done("8", "tolvar rcv 8", row(key::ready_exp_again.erase())),
+            Named(
+                "wait for 7",
+                IfThenElse(SequenceStar(key::exp_reloc_result.present(), verdict_is("false")),
+                           done("7", "tolvar rcv 7 out", {}),
+                           Named("wait for 6",
+                                 IfThenElse(SequenceStar(key::exp_reloc_result.present(), verdict_is("true")),
+                                            done("6", "tolvar rcv 6 out", {}), Loop(-1, Stop{})))))));
 }
 
 Nodes renew_way_back()
 {
-    return row(SetBlackboard{"reloc_back_ori_limit", "3000"}, SetBlackboard{"reloc_back_ori_time", "0"});
+    return row(key::reloc_back_ori_limit.set(3000), key::reloc_back_ori_time.set(0));
 }
 
 }  // namespace
@@ -125,21 +124,21 @@ Node explore_reloc()
         "ExploreReloc",
         SequenceStar(
             SetMapDrawMode{.draw_mode = "BlockOnly", .LockState = "false"},
-            SaySomething{"tolvar explore reloc"}, SetBlackboard{"reloc_time_limit", "1000"},
-            SetBlackboard{"reloc_time", "0"}, go_to_slam_point(),
+            SaySomething{"tolvar explore reloc"}, key::reloc_time_limit.set(1000), key::reloc_time.set(0),
+            go_to_slam_point(),
 
             // Older answers are cleared before the question goes out.
-            SaySomething{"tolvar send reach"}, erase("exp_reloc_result"), erase("ready_exp_again"),
-            erase("rotate_reloc_finish"), report("reach_reloc"),
+            SaySomething{"tolvar send reach"},
+            erase(key::exp_reloc_result, key::ready_exp_again, key::rotate_reloc_finish),
+            report("reach_reloc"),
 
             SequenceStar(
-                erase("last_rot_reloc"), turn_until_told(),
-                Named("last receive 5",
-                      IfThenElseStar(present("last_rot_reloc"), wait_for_verdict(), AlwaysSuccess{})),
+                key::last_rot_reloc.erase(), turn_until_told(),
+                Named("last receive 5", when(key::last_rot_reloc.present(), wait_for_verdict())),
                 renew_way_back(),
-                Named("last receive 5", IfThenElseStar(present("exp_reloc_result"), navi_back_origin(),
+                Named("last receive 5", IfThenElseStar(key::exp_reloc_result.present(), navi_back_origin(),
                                                        SaySomething{"tolvar not 6/7"})),
-                erase("relocalize_start_move"), Delay{1})));
+                key::relocalize_start_move.erase(), Delay{1})));
 }
 
 // --- the crossing -------------------------------------------------------------------------------
@@ -148,15 +147,16 @@ Node static_crossing()
 {
     const auto back =
         PostProcess(SequenceStar(SaySomething{"tolvar cross back ori"}, renew_way_back(), navi_back_origin()),
-                    erase("exp_reloc_result"));
+                    key::exp_reloc_result.erase());
     const auto draw_nothing = [] { return SetMapDrawMode{.draw_mode = "None", .LockState = "false"}; };
     return SequenceStar(
-        Delay{100}, erase("exp_reloc_result"), note_place("crossline_center", "crossline_original_yaw"),
-        set_flag("in_lds_reloc_proc"), draw_nothing(), walk_leg("-1000;0"), draw_nothing(), walk_to_center(),
+        Delay{100}, key::exp_reloc_result.erase(), note_place("crossline_center", "crossline_original_yaw"),
+        key::in_lds_reloc_proc.flag(), draw_nothing(), walk_leg("-1000;0"), draw_nothing(), walk_to_center(),
         SaySomething{"tolvar cross exp"}, report("reach_reloc"),
-        keep_choosing({{present("rotate_reloc_finish"), stop_turning()}, {present("exp_reloc_result"), back}},
-                      keep_turning()),
-        erase("static_exp"));
+        keep_choosing(
+            {{key::rotate_reloc_finish.present(), stop_turning()}, {key::exp_reloc_result.present(), back}},
+            keep_turning()),
+        key::static_exp.erase());
 }
 
 // --- the commands -------------------------------------------------------------------------------
@@ -164,11 +164,11 @@ Node static_crossing()
 Node dialogue()
 {
     const auto wait_for_command = Loop(-1, SequenceStar(Stop{}, SaySomething{"tolvar wait cmd"}, Delay{100}));
-    return SequenceStar(IfThenElse(present("rotate_reloc_finish"), stop_turning(), keep_turning()),
+    return SequenceStar(IfThenElse(key::rotate_reloc_finish.present(), stop_turning(), keep_turning()),
                         RelocMap{"start"},
-                        Loop(-1, keep_choosing({{present("relocalize_start_move"),
-                                                 PostProcess(explore_reloc(), erase("exp_reloc_result"))},
-                                                {present("static_exp"), static_crossing()}},
+                        Loop(-1, keep_choosing({{key::relocalize_start_move.present(),
+                                                 PostProcess(explore_reloc(), key::exp_reloc_result.erase())},
+                                                {key::static_exp.present(), static_crossing()}},
                                                wait_for_command)));
 }
 

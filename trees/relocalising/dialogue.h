@@ -23,7 +23,7 @@ Node navi_back_origin();
 
 inline Node stop_turning()
 {
-    return Named("5", SequenceStar(SaySomething{"tolvar rcv 5"}, erase("rotate_reloc_finish"), Stop{}));
+    return Named("5", SequenceStar(SaySomething{"tolvar rcv 5"}, key::rotate_reloc_finish.erase(), Stop{}));
 }
 
 inline Node verdict_is(const char* verdict)
@@ -40,7 +40,7 @@ inline Node keep_turning()
 
 inline Nodes leave_walk()
 {
-    return leave("go_slam_break");
+    return BreakKey{key::go_slam_break}.leave();
 }
 
 inline Node report(const char* what)

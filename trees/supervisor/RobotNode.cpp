@@ -37,8 +37,8 @@ Node wifi_answer()
 // The way home is made without the complaint of a missing dust box.
 Node allow_box_music()
 {
-    return SequenceStar(present("DisableErrMusic_Box"),
-                        SequenceStar(Inverter(in_mode("BackHomeMode")), erase("DisableErrMusic_Box")));
+    return SequenceStar(key::DisableErrMusic_Box.present(),
+                        SequenceStar(Inverter(in_mode("BackHomeMode")), key::DisableErrMusic_Box.erase()));
 }
 
 // One tick: all the watchers in order, then the mode. No watcher holds up the mode, and none but a change of
@@ -62,7 +62,6 @@ TREE(RobotNode)
 {
     return SequenceStar(LDS_Switch{"false"},
                         SetMusicPlayPara{.Interrupt_En = "false", .MusicNumber = "0", .MusicPlayTimes = "0"},
-                        SetBlackboard{"Start_Map_Load", "true"}, SetBlackboard{"robot_status", "normal"},
-                        map_load(), robot_sys_init(), first_mode(), vacant(), vacant(),
-                        Loop("-1", supervise()));
+                        key::Start_Map_Load.set("true"), key::robot_status.set("normal"), map_load(),
+                        robot_sys_init(), first_mode(), vacant(), vacant(), Loop("-1", supervise()));
 }

@@ -1,11 +1,11 @@
 // What the app asks for, and the choice of the mode that a start command means.
 
 #include <utility>
-#include <vector>
 
 #include "trees/idioms.h"
 #include "trees/supervisor/robot_node/commands.h"
 #include "trees/supervisor/robot_node/station.h"
+#include "trees/tasks.h"
 
 namespace vemra::trees::robot_node {
 
@@ -16,41 +16,10 @@ Node command_is(const char* mode)
     return WhatsTheAPPCMDMode{mode};
 }
 
-// --- which task is open -------------------------------------------------------------------------
-
-Node zone_task_open()
+// Too low for a task, the robot only says so.
+Node unless_too_low(Node start)
 {
-    return key_is_any("task_state", {"zone_cleaning", "zone_lowpower", "zone_lowpower_pause"});
-}
-
-Node area_task_open()
-{
-    return key_is_any("task_state", {"area_cleaning", "area_lowpower", "area_lowpower_pause"});
-}
-
-Node point_task_open()
-{
-    return key_is_any("task_state", {"point_cleaning", "point_lowpower", "point_lowpower_pause"});
-}
-
-Node starting(const char* task_type)
-{
-    return SequenceStar(key_is("task_state", "precleaning"), key_is("task_type", task_type));
-}
-
-// A timed order takes up a task that rests: the same choice, but for tasks that have not begun.
-Node order_mode_switch()
-{
-    return SubTree(
-        "OrderModeSwitch",
-        IfThenElseStar(
-            zone_task_open(), ChangeRobotModeTo{.IsAimMode_DrawArea = "true"},
-            IfThenElseStar(
-                area_task_open(), ChangeRobotModeTo{.IsAimMode_AreaSelect = "true"},
-                IfThenElseStar(
-                    point_task_open(), ChangeRobotModeTo{.IsAimMode_PointSelect = "true"},
-                    IfThenElseStar(key_is_any("task_state", {"cleaning", "lowpower", "lowpower_pause"}),
-                                   ChangeRobotModeTo{.IsAimMode_Auto = "true"}, AlwaysSuccess{})))));
+    return IfThenElseStar(too_low_to_start(), play(20), std::move(start));
 }
 
 // --- cleaning the home, or rooms of it ------------------------------------------------------------
@@ -60,63 +29,64 @@ struct Cleaning
 {
     const char* name;
     const char* mode;
-    const char* task_lowpower;
-    const char* task_cleaning;
-    ChangeRobotModeTo change_mode;
+    Task task;
     Node by_user;
 };
 
-// The order becomes a task of its own kind, whatever kind was open.
-Node turn_task_into(const Cleaning& cleaning)
+// A timed order takes up a task that rests: the same choice, but for tasks that have not begun.
+Node order_mode_switch()
 {
+    const auto open = [](const Task& task) { return Case{task.open(), task.take_up}; };
+    return SubTree("OrderModeSwitch", choose({open(drawn_zones()), open(chosen_rooms()),
+                                              open(chosen_points()), open(whole_home())}));
+}
+
+// The order becomes a task of its own kind, whatever kind was open.
+Node turn_task_into(const Task& own)
+{
+    const Node as_own = key::task_state.set(own.cleaning);
     return SequenceStar(
-        ForceSuccess(FallbackStar(
-            SequenceStar(zone_task_open(), SetBlackboard{"task_state", cleaning.task_cleaning},
-                         optionally(switched_off(), erase("Draw_Area_Set_Pong"))),
-            SequenceStar(area_task_open(), SetBlackboard{"task_state", cleaning.task_cleaning}),
-            SequenceStar(point_task_open(), SetBlackboard{"task_state", cleaning.task_cleaning}))),
-        cleaning.change_mode);
+        ForceSuccess(FallbackStar(SequenceStar(drawn_zones().open(), as_own,
+                                               optionally(switched_off(), key::Draw_Area_Set_Pong.erase())),
+                                  SequenceStar(chosen_rooms().open(), as_own),
+                                  SequenceStar(chosen_points().open(), as_own))),
+        own.take_up);
 }
 
 // An order without a region to merge is dropped; at rest, it still takes up the task that is open.
 Node timed_order(const Cleaning& cleaning)
 {
+    const Node charging_for_a_task =
+        Sequence(in_mode("ChargingMode"),
+                 key::task_state.is_any({"area_lowpower", "point_lowpower", "zone_lowpower", "lowpower"}));
     return SequenceStar(
-        FallbackStar(
-            NeedToMergeRegion{cleaning.mode},
-            SequenceStar(in_any_mode({"PauseAndStopMode", "ErrRepotMode", "SleepMode", "StandbyMode"}),
-                         ForceFailure(order_mode_switch())),
-            ForceFailure(erase("OrderAutoClean"))),
-        SetBlackboard{"ElecCalculate", "false"}, SetBlackboard{"US_breakpoint_get", "false"},
-        IfThenElseStar(
-            in_mode(cleaning.mode), SequenceStar(erase("OrderAutoClean"), music("9", "true")),
+        FallbackStar(NeedToMergeRegion{cleaning.mode},
+                     SequenceStar(in_any_mode("PauseAndStopMode", "ErrRepotMode", "SleepMode", "StandbyMode"),
+                                  ForceFailure(order_mode_switch())),
+                     ForceFailure(key::OrderAutoClean.erase())),
+        key::ElecCalculate.set("false"), key::US_breakpoint_get.set("false"),
+        choose({{in_mode(cleaning.mode), SequenceStar(key::OrderAutoClean.erase(), play(9))},
 
-            // While charging for a task, the order only makes that task its own.
-            IfThenElseStar(
-                Sequence(in_mode("ChargingMode"), key_is_any("task_state", {"area_lowpower", "point_lowpower",
-                                                                            "zone_lowpower", "lowpower"})),
-                SequenceStar(SetBlackboard{"task_state", cleaning.task_lowpower}, erase("OrderAutoClean")),
-                turn_task_into(cleaning))));
+                // The order only makes the task its own.
+                {charging_for_a_task,
+                 SequenceStar(key::task_state.set(cleaning.task.lowpower), key::OrderAutoClean.erase())}},
+               turn_task_into(cleaning.task)));
 }
 
 Node cleaning_command(const Cleaning& cleaning)
 {
-    return SubTree(
-        cleaning.name,
-        IfThenElseStar(
-            too_low_to_start(),
-            IfThenElseStar(present("OrderAutoClean"),
-                           SequenceStar(erase("OrderAutoClean"), music("25", "true")), music("20", "true")),
-
-            // Modes that no order may disturb.
-            IfThenElseStar(
-                in_any_mode({"RemoteCtrlMode", "WIFISetMode", "OtaModeMode", "FctModeMode", "PowerOffMode",
-                             "FactoryMode"}),
-                IfThenElseStar(present("OrderAutoClean"),
-                               SequenceStar(erase("OrderAutoClean"), RestoreCleanMode{}), AlwaysSuccess{}),
-                IfThenElseStar(
-                    Sequence(present("OrderAutoClean"), SetBlackboard{"cleanmode_restore", "true"}),
-                    timed_order(cleaning), cleaning.by_user))));
+    const Node no_order_may_disturb = in_any_mode("RemoteCtrlMode", "WIFISetMode", "OtaModeMode",
+                                                  "FctModeMode", "PowerOffMode", "FactoryMode");
+    const auto end_order = [](const Node& then, const Node& without_order) {
+        return IfThenElseStar(key::OrderAutoClean.present(), SequenceStar(key::OrderAutoClean.erase(), then),
+                              without_order);
+    };
+    return SubTree(cleaning.name,
+                   choose({{too_low_to_start(), end_order(play(25), play(20))},
+                           {no_order_may_disturb, end_order(RestoreCleanMode{}, AlwaysSuccess{})},
+                           {Sequence(key::OrderAutoClean.present(), key::cleanmode_restore.set("true")),
+                            timed_order(cleaning)}},
+                          cleaning.by_user));
 }
 
 Node app_auto_deal()
@@ -124,83 +94,71 @@ Node app_auto_deal()
     return cleaning_command(
         {.name = "APP_Auto_Deal",
          .mode = "AutoCleanMode",
-         .task_lowpower = "lowpower",
-         .task_cleaning = "cleaning",
-         .change_mode = {.IsAimMode_Auto = "true"},
-         .by_user = SequenceStar(SetBlackboard{"start_clean_method_app", "3"}, dual_clean_mode_select())});
+         .task = whole_home(),
+         .by_user = SequenceStar(key::start_clean_method_app.set(3), dual_clean_mode_select())});
 }
 
 Node app_select_area_deal()
 {
-    return cleaning_command({.name = "APP_SelectArea_Deal",
-                             .mode = "SelectAreaCleanMode",
-                             .task_lowpower = "area_lowpower",
-                             .task_cleaning = "area_cleaning",
-                             .change_mode = {.IsAimMode_AreaSelect = "true"},
-                             .by_user = SequenceStar(SetBlackboard{"start_clean_method_app", "4"},
-                                                     ChangeRobotModeTo{.IsAimMode_AreaSelect = "true"})});
+    return cleaning_command(
+        {.name = "APP_SelectArea_Deal",
+         .mode = "SelectAreaCleanMode",
+         .task = chosen_rooms(),
+         .by_user = SequenceStar(key::start_clean_method_app.set(4), chosen_rooms().take_up)});
 }
 
 Node app_draw_area_deal()
 {
     return SubTree("APP_DrawArea_Deal",
-                   IfThenElseStar(too_low_to_start(), music("20", "true"),
-                                  SequenceStar(ChangeRobotModeTo{.IsAimMode_DrawArea = "true"},
-                                               SetBlackboard{"start_clean_method_app", "5"})));
+                   unless_too_low(SequenceStar(drawn_zones().take_up, key::start_clean_method_app.set(5))));
 }
 
 Node app_select_point_deal()
 {
-    return SubTree("APP_SelectPoint_Deal",
-                   IfThenElseStar(too_low_to_start(), music("20", "true"),
-                                  ChangeRobotModeTo{.IsAimMode_PointSelect = "true"}));
+    return SubTree("APP_SelectPoint_Deal", unless_too_low(chosen_points().take_up));
 }
 
 // --- stopping, going home -------------------------------------------------------------------------
 
 Node app_running_mode()
 {
-    return in_any_mode({"AutoCleanMode", "DrawAreaCleanMode", "SelectAreaCleanMode", "SelectPointCleanMode",
-                        "FastMapBuildMode", "PartCleanMode", "BackHomeMode", "FollowWallMode"});
+    return in_any_mode(kTaskModes, "BackHomeMode", "FollowWallMode");
 }
 
 // A pause is announced when there is something to pause, a wash included where the station has one.
 Node app_pause()
 {
-    return SequenceStar(IfThenElseStar(app_running_mode(), music("11", "true"),
+    return SequenceStar(IfThenElseStar(app_running_mode(), play(11),
                                        optionally(switched_off(), DoesRobotGetCharger{}, wash_or_dry_runs(),
-                                                  interrupt_wash(), music("11", "true"))),
+                                                  interrupt_wash(), play(11))),
                         ChangeRobotModeTo{.IsAimMode_Pause = "true"});
 }
 
 // The task is given up for good. Where it began on the charger, that place is kept for the way back.
 Node app_standby()
 {
-    return SequenceStar(
-        SaySomething{"Force Standby From APP"}, SetBlackboard{"ForceStandby", "true"},
-        optionally(absent("clear_map_flag"), app_running_mode(),
-                   SaySomething{"clean modeforce  changed to standby1."},
-                   SaySomething{"clean modeforce  changed to standby2."}),
-        optionally(present("start_from_charger_pose"),
-                   BlackboardCopy{.source = "start_from_charger_pose", .target = "charger_pose_cache"},
-                   set_flag("from_charge_fake_flag"), set_flag("robot_standby_flag")),
-        music("11", "true"), ChangeRobotModeTo{.IsAimMode_Standby = "true"});
+    return SequenceStar(SaySomething{"Force Standby From APP"}, key::ForceStandby.set("true"),
+                        optionally(key::clear_map_flag.absent(), app_running_mode(),
+                                   SaySomething{"clean modeforce  changed to standby1."},
+                                   SaySomething{"clean modeforce  changed to standby2."}),
+                        optionally(key::start_from_charger_pose.present(),
+                                   key::start_from_charger_pose.copy_to(key::charger_pose_cache),
+                                   key::from_charge_fake_flag.flag(), key::robot_standby_flag.flag()),
+                        play(11), ChangeRobotModeTo{.IsAimMode_Standby = "true"});
 }
 
 Node app_back_home()
 {
-    return IfThenElseStar(DoesRobotGetCharger{},
-                          SequenceStar(music("18", "true"), SubtreeCondition{"WakeFromSleep"}),
+    return IfThenElseStar(DoesRobotGetCharger{}, SequenceStar(play(18), SubtreeCondition{"WakeFromSleep"}),
                           SequenceStar(ChangeRobotModeTo{.IsAimMode_BackHome = "true"},
-                                       optionally(absent("start_backhome_method_key"),
-                                                  SetBlackboard{"start_backhome_method_app", "1"})));
+                                       optionally(key::start_backhome_method_key.absent(),
+                                                  key::start_backhome_method_app.set(1))));
 }
 
 // Paused on the way to a wash, a start command sends the robot on to the station and goes no further.
 Node not_on_way_to_wash()
 {
-    return Inverter(SequenceStar(switched_off(), in_mode("PauseAndStopMode"), Inverter(DoesRobotGetCharger{}),
-                                 FallbackStar(present("hand_wash_flag"), present("mop_is_dirty")),
+    return Inverter(SequenceStar(paused_on_way_to_wash(),
                                  FallbackStar(command_is("AutoCleanMode"), command_is("SelectAreaCleanMode"),
                                               command_is("DrawAreaCleanMode")),
                                  ChangeRobotModeTo{.IsAimMode_BackHome = "true"}));
@@ -209,98 +167,82 @@ Node not_on_way_to_wash()
 // The command is the station button's: the child lock bars it, or was changed by it.
 Node app_command()
 {
-    return IfThenElseStar(
-        Sequence(present("StationButtonClickStatus"), child_lock_is_on()),
-        SequenceStar(erase("StationButtonClickStatus"),
-                     optionally(present("StationWashOpChildLock"), erase("StationWashOpChildLock"),
-                                music("116", "true"))),
-        IfThenElseStar(present("StationWashOpChildLock"),
-                       SequenceStar(erase("StationWashOpChildLock"), music("117", "true")),
-                       SequenceStar(revert_charge_music(), not_on_way_to_wash(), app_mode_switch(),
-                                    SetBlackboard{"HealthDelay", "true"})));
+    return choose({{Sequence(key::StationButtonClickStatus.present(), child_lock_is_on()),
+                    SequenceStar(key::StationButtonClickStatus.erase(),
+                                 optionally(key::StationWashOpChildLock.take(), play(116)))},
+                   {key::StationWashOpChildLock.present(),
+                    SequenceStar(key::StationWashOpChildLock.erase(), play(117))}},
+                  SequenceStar(revert_charge_music(), not_on_way_to_wash(), app_mode_switch(),
+                               key::HealthDelay.set("true")));
 }
 
 }  // namespace
 
-Node open_or_starting(std::initializer_list<const char*> task_states, const char* task_type)
-{
-    std::vector<Node> tests;
-    for (const char* state : task_states)
-        tests.push_back(key_is("task_state", state));
-    tests.push_back(starting(task_type));
-    return any_of(std::move(tests));
-}
-
 Node revert_charge_music()
 {
-    return SubTree("revert_charge_music", optionally(key_is_true("charge_voice_disable"),
-                                                     SetBlackboard{"charge_voice_disable", "false"}));
+    return SubTree("revert_charge_music",
+                   optionally(key::charge_voice_disable.is_true(), key::charge_voice_disable.set("false")));
+}
+
+Nodes paused_on_way_to_wash()
+{
+    return row(switched_off(), in_mode("PauseAndStopMode"), Inverter(DoesRobotGetCharger{}),
+               FallbackStar(key::hand_wash_flag.present(), key::mop_is_dirty.present()));
 }
 
 // A start key and the plain start command resume the task that is open; with none open, the whole home is
 // cleaned, and the log of the task is told who asked for it.
 Node dual_clean_mode_select()
 {
-    const Node whole_home = SequenceStar(
-        ChangeRobotModeTo{.IsAimMode_Auto = "true"},
-        IfThenElseStar(present("start_clean_method_app"), SetBlackboard{"start_clean_method_app", "3"},
-                       IfThenElseStar(present("start_clean_method_key"),
-                                      SetBlackboard{"start_clean_method_key", "1"}, AlwaysSuccess{})));
+    const Node note_who_asked =
+        choose({{key::start_clean_method_app.present(), key::start_clean_method_app.set(3)},
+                {key::start_clean_method_key.present(), key::start_clean_method_key.set(1)}});
 
     const Node map_open = FallbackStar(
-        key_is("task_state", "map_cleaning"),
-        SequenceStar(key_is("task_state", "completing"), key_is("last_clean_mode", "FastMapBuildMode")),
-        starting("MapClean"));
+        key::task_state.is("map_cleaning"),
+        SequenceStar(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode")),
+        SequenceStar(key::task_state.is("precleaning"), key::task_type.is("MapClean")));
 
-    return SubTree(
-        "DualCleanModeSelect",
-        IfThenElseStar(
-            open_or_starting({"zone_cleaning", "zone_lowpower", "zone_lowpower_pause"}, "ZoneClean"),
-            ChangeRobotModeTo{.IsAimMode_DrawArea = "true"},
-            IfThenElseStar(
-                open_or_starting({"area_cleaning", "area_lowpower", "area_lowpower_pause"}, "AreaClean"),
-                ChangeRobotModeTo{.IsAimMode_AreaSelect = "true"},
-                IfThenElseStar(open_or_starting({"point_cleaning", "point_lowpower", "point_lowpower_pause"},
-                                                "PointClean"),
-                               ChangeRobotModeTo{.IsAimMode_PointSelect = "true"},
-                               IfThenElseStar(map_open, ChangeRobotModeTo{.IsAimMode_FastMapBuild = "true"},
-                                              whole_home)))));
+    const auto resumed = [](const Task& task) { return Case{task.open_or_starting(), task.take_up}; };
+    return SubTree("DualCleanModeSelect",
+                   choose({resumed(drawn_zones()),
+                           resumed(chosen_rooms()),
+                           resumed(chosen_points()),
+                           {map_open, ChangeRobotModeTo{.IsAimMode_FastMapBuild = "true"}}},
+                          SequenceStar(whole_home().take_up, note_who_asked)));
 }
 
 // A command that nothing here knows holds this place until the next one comes.
 Node app_mode_switch()
 {
-    const Node build_map = IfThenElseStar(too_low_to_start(), music("20", "true"),
-                                          ChangeRobotModeTo{.IsAimMode_FastMapBuild = "true"});
-    const Node unknown = SequenceStar(SaySomething{"No Deal With This WIFI CMD"}, ForceRunning{});
-
-    // Last command first: each choice stands in the else-branch of the one before it.
-    Node cascade = IfThenElseStar(command_is("FastMapBuildMode"), build_map, unknown);
-    cascade = IfThenElseStar(command_is("SelectPointCleanMode"), app_select_point_deal(), cascade);
-    cascade = IfThenElseStar(command_is("DrawAreaCleanMode"), app_draw_area_deal(), cascade);
-    cascade = IfThenElseStar(command_is("SelectAreaCleanMode"), app_select_area_deal(), cascade);
-    cascade = IfThenElseStar(command_is("OtaModeMode"), ChangeRobotModeTo{.IsAimMode_OTA = "true"}, cascade);
-    cascade =
-        IfThenElseStar(command_is("RemoteCtrlMode"), ChangeRobotModeTo{.IsAimMode_Remote = "true"}, cascade);
-    cascade = IfThenElseStar(command_is("BackHomeMode"), app_back_home(), cascade);
-    cascade = IfThenElseStar(command_is("AutoCleanMode"), app_auto_deal(), cascade);
-    cascade = IfThenElseStar(command_is("StandbyMode"), app_standby(), cascade);
-    cascade = IfThenElseStar(command_is("PauseAndStopMode"), app_pause(), cascade);
-    return SubTree("APP_Mode_Swtich", SequenceStar(RobotAnnoyLedON{}, cascade));
+    const auto on = [](const char* mode, Node then) { return Case{command_is(mode), std::move(then)}; };
+    return SubTree(
+        "APP_Mode_Swtich",
+        SequenceStar(RobotAnnoyLedON{},
+                     choose({on("PauseAndStopMode", app_pause()), on("StandbyMode", app_standby()),
+                             on("AutoCleanMode", app_auto_deal()), on("BackHomeMode", app_back_home()),
+                             on("RemoteCtrlMode", ChangeRobotModeTo{.IsAimMode_Remote = "true"}),
+                             on("OtaModeMode", ChangeRobotModeTo{.IsAimMode_OTA = "true"}),
+                             on("SelectAreaCleanMode", app_select_area_deal()),
+                             on("DrawAreaCleanMode", app_draw_area_deal()),
+                             on("SelectPointCleanMode", app_select_point_deal()),
+                             on("FastMapBuildMode",
+                                unless_too_low(ChangeRobotModeTo{.IsAimMode_FastMapBuild = "true"}))},
+                            SequenceStar(SaySomething{"No Deal With This WIFI CMD"}, ForceRunning{}))));
 }
 
 // First a key, then an app command, then the health of the robot. A robot that is updated, tested or
 // switched off takes none.
 Node commands(Node health_check)
 {
+    const Node app_sends = DoesReceiveWIFICMD{
+        .CMD = "${OloWIFICMD_Mode}", .Index = "${OloWIFICMD_Index}", .Len = "${OloWIFICMD_Len}"};
     return FallbackStar(
         in_mode("OtaModeMode"), in_mode("SelfTestMode"), in_mode("PowerOffMode"), in_mode("FactoryMode"),
-        IfThenElse(IsKeysStatueChanged{},
-                   SequenceStar(revert_charge_music(), key_process(), SetBlackboard{"HealthDelay", "true"}),
-                   IfThenElse(DoesReceiveWIFICMD{.CMD = "${OloWIFICMD_Mode}",
-                                                 .Index = "${OloWIFICMD_Index}",
-                                                 .Len = "${OloWIFICMD_Len}"},
-                              app_command(), std::move(health_check))));
+        keep_choosing({{IsKeysStatueChanged{},
+                        SequenceStar(revert_charge_music(), key_process(), key::HealthDelay.set("true"))},
+                       {app_sends, app_command()}},
+                      std::move(health_check)));
 }
 
 }  // namespace vemra::trees::robot_node

@@ -11,7 +11,7 @@ namespace {
 // lifted into a forbidden zone.
 Node at_rest()
 {
-    return in_any_mode({"PauseAndStopMode", "ErrRepotMode", "StandbyMode", "ChargingMode", "SleepMode"});
+    return in_any_mode("PauseAndStopMode", "ErrRepotMode", "StandbyMode", "ChargingMode", "SleepMode");
 }
 
 Node wake_up()
@@ -21,49 +21,45 @@ Node wake_up()
 
 Node water_box_put_on()
 {
-    return SequenceStar(
+    return fail_after(
         optionally(FallbackStar(at_rest(), SequenceStar(GenerateVirtualWalls{},
                                                         SubtreeCondition{"CheckInVirtualWall.xml"})),
-                   music("23", "true"), set_flag("water_box")),
-        wake_up(), AlwaysFailure{});
+                   play(23), key::water_box.flag()),
+        wake_up());
 }
 
 Node watch_for_putting_on()
 {
-    return IfThenElse(DoesRobotPutOnWaterBox{}, water_box_put_on(),
-                      IfThenElse(DoesRobotChargerStateChange{}, wake_up(), ForceRunning{}));
+    return keep_choosing(
+        {{DoesRobotPutOnWaterBox{}, water_box_put_on()}, {DoesRobotChargerStateChange{}, wake_up()}},
+        ForceRunning{});
 }
 
 Node watch_cloth()
 {
-    return IfThenElse(
-        DoesTuobuInstall{},
-        IfThenElse(present("mop_mode"), ForceRunning{},
-                   SequenceStar(SaySomething{"is mop mode."}, SetBlackboard{"mop_mode", "true"})),
-        ForceRunning{});
+    return IfThenElse(DoesTuobuInstall{},
+                      IfThenElse(key::mop_mode.present(), ForceRunning{},
+                                 SequenceStar(SaySomething{"is mop mode."}, key::mop_mode.set("true"))),
+                      ForceRunning{});
 }
 
 Node watch_for_taking_off()
 {
-    return IfThenElse(at_rest(),
-                      Sequence(DoesRobotDropWaterBox{},
-                               optionally(music("63", "true"), present("water_box"), erase("water_box")),
-                               wake_up(), ForceRunning{}),
-                      IfThenElse(DoesRobotDropWaterBox{},
-                                 SequenceStar(music("24", "true"), GenerateVirtualWalls{},
-                                              SubtreeCondition{"CheckInVirtualWall.xml"}),
-                                 ForceRunning{}));
+    return keep_choosing(
+        {{at_rest(), Sequence(DoesRobotDropWaterBox{}, optionally(play(63), key::water_box.take()), wake_up(),
+                              ForceRunning{})},
+         {DoesRobotDropWaterBox{},
+          SequenceStar(play(24), GenerateVirtualWalls{}, SubtreeCondition{"CheckInVirtualWall.xml"})}},
+        ForceRunning{});
 }
 
 // Under way, a cloth that comes or goes changes what is cleaned.
 Node tell_cloth()
 {
-    return Sequence(switched_off(),
-                    in_any_mode({"AutoCleanMode", "PartCleanMode", "SelectAreaCleanMode", "DrawAreaCleanMode",
-                                 "SelectPointCleanMode", "BackHomeMode", "RemoteCtrlMode"}),
-                    FallbackStar(SequenceStar(DoesRobotPutOnTuobu{}, music("114", "true")),
-                                 SequenceStar(DoesRobotDropTuobu{}, present("mop_mode"), erase("mop_mode"),
-                                              SaySomething{"is not mop mode."}, music("115", "true"))));
+    return Sequence(switched_off(), in_any_mode(kCleaningModes, "BackHomeMode", "RemoteCtrlMode"),
+                    FallbackStar(SequenceStar(DoesRobotPutOnTuobu{}, play(114)),
+                                 SequenceStar(DoesRobotDropTuobu{}, key::mop_mode.take(),
+                                              SaySomething{"is not mop mode."}, play(115))));
 }
 
 }  // namespace
@@ -72,7 +68,7 @@ Node tell_cloth()
 Node box_check()
 {
     return SubTree("BoxCheck", DoWhile(watch_for_putting_on(), watch_cloth(),
-                                       SequenceStar(NeedToPlayMopWarningMusic{}, music("70", "false")),
+                                       SequenceStar(NeedToPlayMopWarningMusic{}, queue(70)),
                                        watch_for_taking_off(), tell_cloth()));
 }
 

@@ -2,8 +2,6 @@
 
 /// What the user asks of the robot: its keys and the commands of the app.
 
-#include <initializer_list>
-
 #include "description/tree.h"
 
 namespace vemra::trees::robot_node {
@@ -20,13 +18,13 @@ Node app_mode_switch();
 /// Takes up the kind of task that is open, or starts a cleaning of the whole home.
 Node dual_clean_mode_select();
 
-/// A task of one kind is open, in one of `task_states` or on its way to the first of them.
-Node open_or_starting(std::initializer_list<const char*> task_states, const char* task_type);
+/// Of a product whose station washes: the robot was paused on its way there.
+Nodes paused_on_way_to_wash();
 
 /// The child lock is on: keys may stop the robot, and nothing else.
 inline Node child_lock_is_on()
 {
-    return IsAGreaterThanBInt{.A = "${RobotChildLockStatus}", .B = "0"};
+    return key::RobotChildLockStatus.above(0);
 }
 
 /// The battery is too low to start a task.

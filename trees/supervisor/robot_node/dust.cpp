@@ -19,30 +19,29 @@ Node calibrate_barometer()
 // or the robot is busy with its Wi-Fi. The emptying ends in any case.
 Node give_up_emptying(const Node& report)
 {
-    return ForceFailure(FallbackStar(key_is_true("StationNotNormal"),
+    return ForceFailure(FallbackStar(key::StationNotNormal.is_true(),
                                      Sequence(IsStationNormal{}, Inverter(station_error("DUST_LOCK"))),
                                      in_mode("WIFISetMode"), report));
 }
 
 Node check_station_before_manual()
 {
-    return IfThenElse(
-        Sequence(IsStationNormal{}, Inverter(station_error("DUST_LOCK"))), AlwaysSuccess{},
-        IfThenElse(FallbackStar(station_error("DUST_LOCK"), station_error("DUST_BLOCK"),
-                                station_error("DUST_CAP"), station_error("DUST_BAG")),
-                   give_up_emptying(SequenceStar(SetDustTime{"10000"}, SaySomething{"pre handle dust."},
-                                                 set_flag("pre_handle_dust"), erase("APPDustHandle"),
-                                                 station_status_detect())),
-                   SaySomething{"pre handle dust block..."}));
+    return keep_choosing(
+        {{Sequence(IsStationNormal{}, Inverter(station_error("DUST_LOCK"))), AlwaysSuccess{}},
+         {FallbackStar(station_error("DUST_LOCK"), station_error("DUST_BLOCK"), station_error("DUST_CAP"),
+                       station_error("DUST_BAG")),
+          give_up_emptying(SequenceStar(SetDustTime{10000}, SaySomething{"pre handle dust."},
+                                        key::pre_handle_dust.flag(), key::APPDustHandle.erase(),
+                                        station_status_detect()))}},
+        SaySomething{"pre handle dust block..."});
 }
 
 Node empty_on_request()
 {
-    return SequenceStar(SaySomething{"step 2."}, calibrate_barometer(), music("110", "false"), Delay{"100"},
-                        set_flag("dust_delay_start"), dust_light(), erase("dust_delay_start"),
-                        DustContrlSet{.dust_status = "DUST_START", .time_set = "10000"}, DustTimeHandle{},
-                        DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"},
-                        set_flag("dust_delay_end"), erase("APPDustHandle"), erase("Have_dust_task"));
+    return SequenceStar(SaySomething{"step 2."}, calibrate_barometer(), queue(110), Delay{100},
+                        key::dust_delay_start.flag(), dust_light(), key::dust_delay_start.erase(),
+                        run_dust_fan(10000), key::dust_delay_end.flag(),
+                        erase(key::APPDustHandle, key::Have_dust_task));
 }
 
 // While a task waits for its battery, only the first landing may count as one: the robot comes back to the
@@ -50,72 +49,70 @@ Node empty_on_request()
 Node break_point_rule()
 {
     const Node second_landing_fails =
-        IfThenElse(present("breakpoint_dust_flag"), SequenceStar(erase("dust_handle"), AlwaysFailure{}),
-                   set_flag("breakpoint_dust_flag"));
+        IfThenElse(key::breakpoint_dust_flag.present(), fail_after(key::dust_handle.erase()),
+                   key::breakpoint_dust_flag.flag());
     return IfThenElse(DoesRobotBreakPointEnable{},
-                      IfThenElse(key_is_any("task_state", {"lowpower", "part_lowpower", "zone_lowpower",
-                                                           "point_lowpower", "area_lowpower"}),
-                                 second_landing_fails, erase("breakpoint_dust_flag")),
-                      erase("breakpoint_dust_flag"));
+                      IfThenElse(key::task_state.is_any({"lowpower", "part_lowpower", "zone_lowpower",
+                                                         "point_lowpower", "area_lowpower"}),
+                                 second_landing_fails, key::breakpoint_dust_flag.erase()),
+                      key::breakpoint_dust_flag.erase());
 }
 
 // Below the limit, only an emptying that an earlier landing owes is made up for, and not in the quiet hours.
-Node only_if_owed(const Node& drop)
+Node only_if_owed(Node drop)
 {
-    return IfThenElse(Sequence(IsRobotInAnnoyMode{}, present("not_on_station")),
-                      SequenceStar(set_flag("DustInAnnoy"), AlwaysFailure{}),
-                      IfThenElse(present("not_on_station"), AlwaysSuccess{}, drop));
+    return keep_choosing(
+        {{Sequence(IsRobotInAnnoyMode{}, key::not_on_station.present()), fail_after(key::DustInAnnoy.flag())},
+         {key::not_on_station.present(), AlwaysSuccess{}}},
+        std::move(drop));
 }
 
 // A landing after a cleaning counts it, and goes on when enough of them have gathered.
 Node count_the_cleaning()
 {
+    const Node enough = FallbackStar(key::clean_done_time.above(key::DustTimesSet.value()),
+                                     Sequence(switched_off(), IsFirstOnStation{}));
+    const Node owed_unless_quiet =
+        IfThenElse(IsRobotInAnnoyMode{}, fail_after(key::DustInAnnoy.flag(), key::dust_handle.erase()),
+                   SequenceStar(key::DustInAnnoy.erase(), key::not_on_station.flag()));
     return SequenceStar(
-        SaySomething{"has dust flag.."}, erase("Have_Clean_Before_AutoDust"),
-        IntAdd{.int_a = "${clean_done_time}", .int_b = "1", .out_sum = "clean_done_time"}, CleanInfoSave{},
-        IfThenElse(FallbackStar(IsAGreaterThanBInt{.A = "${clean_done_time}", .B = "${DustTimesSet}"},
-                                Sequence(switched_off(), IsFirstOnStation{})),
-                   IfThenElse(IsRobotInAnnoyMode{},
-                              SequenceStar(set_flag("DustInAnnoy"), erase("dust_handle"), AlwaysFailure{}),
-                              SequenceStar(erase("DustInAnnoy"), set_flag("not_on_station"))),
-                   only_if_owed(SequenceStar(erase("dust_handle"), AlwaysFailure{}))),
-        IfThenElse(present("breakpoint_dust_flag"),
-                   SequenceStar(erase("dust_handle"), erase("not_on_station"), AlwaysFailure{}),
-                   AlwaysSuccess{}),
-        SetBlackboardWithType{.key = "clean_done_time", .type = "int", .value = "0"}, CleanInfoSave{});
+        SaySomething{"has dust flag.."}, key::Have_Clean_Before_AutoDust.erase(),
+        key::clean_done_time.plus(1), CleanInfoSave{},
+        IfThenElse(enough, owed_unless_quiet, only_if_owed(fail_after(key::dust_handle.erase()))),
+        IfThenElse(key::breakpoint_dust_flag.present(),
+                   fail_after(erase(key::dust_handle, key::not_on_station)), AlwaysSuccess{}),
+        key::clean_done_time.set_typed(0), CleanInfoSave{});
 }
 
 Node count_rule()
 {
-    return IfThenElse(key_is_true("dust_switch"),
-                      IfThenElse(present("Have_Clean_Before_AutoDust"), count_the_cleaning(),
-                                 only_if_owed(SequenceStar(SaySomething{"unable dust.."},
-                                                           erase("dust_handle"), AlwaysFailure{}))),
-                      SequenceStar(SaySomething{"auto dust not effc.."}, erase("dust_handle"),
-                                   erase("Have_Clean_Before_AutoDust"), AlwaysFailure{}));
+    const Node not_cleaned =
+        only_if_owed(fail_after(SaySomething{"unable dust.."}, key::dust_handle.erase()));
+    return IfThenElse(
+        key::dust_switch.is_true(),
+        IfThenElse(key::Have_Clean_Before_AutoDust.present(), count_the_cleaning(), not_cleaned),
+        fail_after(SaySomething{"auto dust not effc.."},
+                   erase(key::dust_handle, key::Have_Clean_Before_AutoDust)));
 }
 
 Node check_station_before_auto()
 {
-    return IfThenElse(
-        IsStationNormal{}, AlwaysSuccess{},
-        IfThenElse(
-            FallbackStar(station_error("DUST_BLOCK"), station_error("DUST_CAP"), station_error("DUST_BAG")),
-            give_up_emptying(SequenceStar(SetDustTime{"${dust_left_time}"},
-                                          SaySomething{"auto dust pre err."}, station_status_detect())),
-            SaySomething{"pre auto dust block..."}));
+    return keep_choosing(
+        {{IsStationNormal{}, AlwaysSuccess{}},
+         {FallbackStar(station_error("DUST_BLOCK"), station_error("DUST_CAP"), station_error("DUST_BAG")),
+          give_up_emptying(SequenceStar(SetDustTime{"${dust_left_time}"}, SaySomething{"auto dust pre err."},
+                                        station_status_detect()))}},
+        SaySomething{"pre auto dust block..."});
 }
 
 // The emptying proper. A mode that has cleared the request since then, or a blocked duct, cuts it short.
 Node empty_after_cleaning()
 {
     return IfThenElse(
-        present("dust_handle"),
-        SequenceStar(set_flag("dust_delay_start"), dust_light(),
-                     DustContrlSet{.dust_status = "DUST_START", .time_set = "${dust_left_time}"},
-                     DustTimeHandle{}, DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"},
-                     erase("dust_delay_start"), erase("dust_handle"), set_flag("dust_delay_end"),
-                     erase("Have_dust_task")),
+        key::dust_handle.present(),
+        SequenceStar(key::dust_delay_start.flag(), dust_light(), run_dust_fan("${dust_left_time}"),
+                     erase(key::dust_delay_start, key::dust_handle), key::dust_delay_end.flag(),
+                     key::Have_dust_task.erase()),
         AlwaysSuccess{});
 }
 
@@ -124,21 +121,19 @@ Node dust_subtree()
     return SubTree(
         "Dust_Subtree",
         SequenceStar(
-            present("dust_handle"), break_point_rule(), count_rule(),
+            key::dust_handle.present(), break_point_rule(), count_rule(),
 
             // The robot has come to rest on the contacts and the station answers.
-            Delay{"200"}, IsInfraredConnect{}, erase("not_on_station"), SaySomething{"Have on station.."},
-            SaySomething{"Start auto dust..."}, erase("continue_dust_flag"),
-            optionally(IsAGreaterThanBInt{.A = "${dust_number}", .B = "1000"},
-                       SetBlackboard{"dust_number", "0"}),
-            IntAdd{.int_a = "${dust_number}", .int_b = "1", .out_sum = "dust_number"},
+            Delay{200}, IsInfraredConnect{}, key::not_on_station.erase(), SaySomething{"Have on station.."},
+            SaySomething{"Start auto dust..."}, key::continue_dust_flag.erase(),
+            optionally(key::dust_number.above(1000), key::dust_number.set(0)), key::dust_number.plus(1),
             SaySomething{"dust_number is ${dust_number}"},
 
             // A long while without an emptying asks for a long one.
-            IfThenElse(NeedLongDustHandle{}, SequenceStar(SaySomething{"Long dust..."}, SetDustTime{"20000"}),
-                       SequenceStar(SaySomething{"Short dust..."}, SetDustTime{"10000"})),
-            set_flag("Have_dust_task"), Delay{"30"}, check_station_before_auto(), calibrate_barometer(),
-            music("110", "false"), Delay{"100"}, empty_after_cleaning()));
+            IfThenElse(NeedLongDustHandle{}, SequenceStar(SaySomething{"Long dust..."}, SetDustTime{20000}),
+                       SequenceStar(SaySomething{"Short dust..."}, SetDustTime{10000})),
+            key::Have_dust_task.flag(), Delay{30}, check_station_before_auto(), calibrate_barometer(),
+            queue(110), Delay{100}, empty_after_cleaning()));
 }
 
 }  // namespace
@@ -154,12 +149,11 @@ Node dust_init_subtree()
 {
     return SubTree(
         "DustInit_Subtree",
-        ForceSuccess(Sequence(switched_on(), SaySomething{"dust init."}, SetDustTime{"0"},
-                              SetDustStatus{"DUST_END"}, SetDustLight{"STATTON_LED_WhiteOn"},
-                              DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"},
-                              set_flag("dust_delay_end"), SetBlackboard{"StationNotNormal", "false"},
-                              erase("dust_handle"), erase("dust_delay_start"), erase("dust_restart"),
-                              erase("APPDustHandle"), erase("continue_dust"), erase("Have_dust_task"))));
+        ForceSuccess(Sequence(switched_on(), SaySomething{"dust init."}, SetDustTime{0},
+                              SetDustStatus{"DUST_END"}, SetDustLight{"STATTON_LED_WhiteOn"}, stop_dust_fan(),
+                              key::dust_delay_end.flag(), key::StationNotNormal.set("false"),
+                              erase(key::dust_handle, key::dust_delay_start, key::dust_restart,
+                                    key::APPDustHandle, key::continue_dust, key::Have_dust_task))));
 }
 
 // The user asked for an emptying. A station that does not answer within 20 ticks drops it in silence.
@@ -169,25 +163,24 @@ Node manual_dust()
         DoesRobotGetCharger{},
         SubTree("Manul_dust_Subtree",
                 SequenceStar(
-                    present("APPDustHandle"),
+                    key::APPDustHandle.present(),
                     FallbackStar(RetryUntilSuccesful("20", IsInfraredConnect{}),
-                                 ForceFailure(erase("APPDustHandle"))),
-                    SaySomething{"Start manul dust..."},
-                    IntAdd{.int_a = "${handle_dust_numbers}", .int_b = "1", .out_sum = "handle_dust_numbers"},
-                    trace("handle_dust_numbers is ${handle_dust_numbers}"), set_flag("Have_dust_task"),
-                    erase("continue_dust_flag"), IsInFrequentDust{}, Delay{"30"},
+                                 ForceFailure(key::APPDustHandle.erase())),
+                    SaySomething{"Start manul dust..."}, key::handle_dust_numbers.plus(1),
+                    trace("handle_dust_numbers is ${handle_dust_numbers}"), key::Have_dust_task.flag(),
+                    key::continue_dust_flag.erase(), IsInFrequentDust{}, Delay{30},
                     check_station_before_manual(), SaySomething{"step 1."},
-                    IfThenElse(key_is_true("APPDustHandle"),
-                               IfThenElse(in_any_mode({"ChargingMode", "StandbyMode", "SleepMode"}),
+                    IfThenElse(key::APPDustHandle.is_true(),
+                               IfThenElse(in_any_mode("ChargingMode", "StandbyMode", "SleepMode"),
                                           empty_on_request(),
-                                          SequenceStar(SaySomething{"step 4."}, erase("APPDustHandle"))),
-                               SequenceStar(SaySomething{"step 3."}, erase("APPDustHandle"))))));
+                                          SequenceStar(SaySomething{"step 4."}, key::APPDustHandle.erase())),
+                               SequenceStar(SaySomething{"step 3."}, key::APPDustHandle.erase())))));
 }
 
 // A cleaning mode leaves the request `dust_handle` behind; it is met at rest on the charger.
 Node auto_dust()
 {
-    return SubTree("AUTO_DUST", Sequence(in_any_mode({"ChargingMode", "SleepMode"}), dust_subtree()));
+    return SubTree("AUTO_DUST", Sequence(in_any_mode(kModesOnDock), dust_subtree()));
 }
 
 }  // namespace vemra::trees::robot_node

@@ -17,25 +17,24 @@ Node error(const std::string& code)
 
 Node tell(const Node& fault, const char* number)
 {
-    return SequenceStar(fault, music(number, "true"));
+    return SequenceStar(fault, play(number));
 }
 
 // The robot cannot get to where it has to clean. A product without these melodies has a common one.
 Node stuck_music(const char* number)
 {
-    return IfThenElse(switched_off(), music("69", "true"), music(number, "false"));
+    return IfThenElse(switched_off(), play(69), queue(number));
 }
 
 // Being stuck, and what has no entry of its own.
 Node other_error_music()
 {
-    return IfThenElse(
-        FallbackStar(error("TURN_SUFFOCATE"), error("FORWARD_SUFFOCATE")), music("40", "true"),
-        IfThenElse(error("PATH_CLOSEDOORSTUCK"), stuck_music("151"),
-                   IfThenElse(error("CANNOTREACH_OUTRANGSTUCK"), stuck_music("152"),
-                              IfThenElse(error("CANNOTOUT_INVIRTUALWALLSTUCK"), stuck_music("153"),
-                                         IfThenElse(IsError_BatteryVeryLow{}, music("20", "true"),
-                                                    music("44", "true"))))));
+    return keep_choosing({{FallbackStar(error("TURN_SUFFOCATE"), error("FORWARD_SUFFOCATE")), play(40)},
+                          {error("PATH_CLOSEDOORSTUCK"), stuck_music("151")},
+                          {error("CANNOTREACH_OUTRANGSTUCK"), stuck_music("152")},
+                          {error("CANNOTOUT_INVIRTUALWALLSTUCK"), stuck_music("153")},
+                          {IsError_BatteryVeryLow{}, play(20)}},
+                         play(44));
 }
 
 // Of several faults the first is told, and no other.
@@ -44,7 +43,7 @@ Node error_music()
     return SubTree(
         "ErrorMusic",
         Fallback(
-            SequenceStar(IsError_Drop{}, SetBlackboard{"robot_status", "clean_drop"}, music("41", "true")),
+            SequenceStar(IsError_Drop{}, key::robot_status.set("clean_drop"), play(41)),
             tell(error("MOP_CHECK"), "111"), tell(IsError_Cliff{}, "39"), tell(error("I_LDS_ERROR"), "71"),
             tell(error("I_LDS_BUMPER"), "72"), tell(error("I_FAN_SPEED"), "42"),
             tell(error("CHARGE_FAULT"), "50"), tell(error("BATTERY_FAULT"), "51"), tell(IsError_Box{}, "34"),
@@ -62,8 +61,8 @@ Node error_music()
 // The child lock was changed in the app.
 Node tell_child_lock()
 {
-    return Sequence(present("ChildLockAppButtonClick"), erase("ChildLockAppButtonClick"),
-                    IfThenElse(child_lock_is_on(), music("116", "true"), music("117", "true")));
+    return Sequence(key::ChildLockAppButtonClick.take(),
+                    IfThenElse(child_lock_is_on(), play(116), play(117)));
 }
 
 }  // namespace
@@ -73,19 +72,18 @@ Node tell_child_lock()
 Node health_check()
 {
     return FallbackStar(
-        ForceFailure(SequenceStar(present("clear_map_while_standby"), erase("clear_map_while_standby"),
-                                  SubtreeCondition{"SearchChargeEnding"})),
+        ForceFailure(
+            SequenceStar(key::clear_map_while_standby.take(), SubtreeCondition{"SearchChargeEnding"})),
 
         // A command that has just been handled gets the time to take effect.
-        ForceFailure(SequenceStar(present("HealthDelay"), Delay{"4"}, erase("HealthDelay"))),
+        ForceFailure(SequenceStar(key::HealthDelay.present(), Delay{4}, key::HealthDelay.erase())),
         ForceFailure(tell_child_lock()),
 
         IsRobotHealthy{},
-        in_any_mode({"ErrRepotMode", "ChargingMode", "SleepMode", "WIFISetMode", "StandbyMode"}),
+        in_any_mode("ErrRepotMode", "ChargingMode", "SleepMode", "WIFISetMode", "StandbyMode"),
 
-        ForceFailure(SequenceStar(present("OrderAutoClean"), erase("OrderAutoClean"))),
-        ForceFailure(SequenceStar(present("AutoMappingClean"), erase("AutoMappingClean"))),
-        ForceFailure(revert_charge_music()),
+        ForceFailure(SequenceStar(key::OrderAutoClean.take())),
+        ForceFailure(SequenceStar(key::AutoMappingClean.take())), ForceFailure(revert_charge_music()),
         SubTree("Healthy_Detect",
                 SequenceStar(Stop{}, error_music(), ChangeRobotModeTo{.IsAimMode_ErrReport = "true"})));
 }

@@ -11,17 +11,16 @@ namespace {
 // A paused task, announced as such unless the robot sleeps.
 Node pause()
 {
-    return SequenceStar(FallbackStar(in_mode("SleepMode"), music("11", "true")),
+    return SequenceStar(FallbackStar(in_mode("SleepMode"), play(11)),
                         ChangeRobotModeTo{.IsAimMode_Pause = "true"});
 }
 
 // A key under the child lock: at rest it does nothing but tell so; under way it still stops the robot.
 Node key_under_child_lock()
 {
-    return IfThenElseStar(in_any_mode({"PauseAndStopMode", "ChargingMode", "OtaModeMode", "SleepMode",
-                                       "StandbyMode", "ErrRepotMode"}),
-                          music("118", "true"),
-                          SequenceStar(ChangeRobotModeTo{.IsAimMode_Pause = "true"}, music("11", "false")));
+    return IfThenElseStar(in_any_mode("PauseAndStopMode", "ChargingMode", "OtaModeMode", "SleepMode",
+                                      "StandbyMode", "ErrRepotMode"),
+                          play(118), SequenceStar(ChangeRobotModeTo{.IsAimMode_Pause = "true"}, queue(11)));
 }
 
 // Two of the key values leave a sleeping robot asleep. Any other wakes it, and is used up by that.
@@ -34,59 +33,52 @@ Node wake_up()
 // A wash station at work: its wash can be interrupted, or steered as with the station's own button.
 Node key_during_wash()
 {
-    return SequenceStar(
-        switched_off(), DoesRobotGetCharger{}, wash_or_dry_runs(),
-        IfThenElseStar(DoesKeyValueIs{"1"}, SequenceStar(interrupt_wash(), music("11", "true")),
-                       IfThenElseStar(DoesKeyValueIs{"6"}, SetBlackboard{"station_button_value", "longpush"},
-                                      SetBlackboard{"station_button_value", "shortpush"})));
+    return SequenceStar(switched_off(), DoesRobotGetCharger{}, wash_or_dry_runs(),
+                        choose({{DoesKeyValueIs{"1"}, SequenceStar(interrupt_wash(), play(11))},
+                                {DoesKeyValueIs{"6"}, key::station_button_value.set("longpush")}},
+                               key::station_button_value.set("shortpush")));
 }
 
 // Paused on the way to a wash, the start key sends the robot on to the station.
 Node key_on_way_to_wash()
 {
-    return SequenceStar(switched_off(), in_mode("PauseAndStopMode"), Inverter(DoesRobotGetCharger{}),
-                        FallbackStar(present("hand_wash_flag"), present("mop_is_dirty")), Is_Key1_Click{},
+    return SequenceStar(paused_on_way_to_wash(), Is_Key1_Click{},
                         ChangeRobotModeTo{.IsAimMode_BackHome = "true"});
+}
+
+// What a key does, unless the child lock is on. The robot stands still first.
+Node unlocked(Node steps)
+{
+    return IfThenElseStar(child_lock_is_on(), key_under_child_lock(), SequenceStar(Stop{}, std::move(steps)));
 }
 
 // Power off, which takes a robot that stands still and is off the charger.
 Node key1_long_press()
 {
+    const Node at_work =
+        in_any_mode("AutoCleanMode", "BackHomeMode", "SelectAreaCleanMode", "DrawAreaCleanMode",
+                    "SelectPointCleanMode", "FastMapBuildMode", "PartCleanMode", "FollowWallMode");
     return SubTree(
         "Key1_LongPressProcess_Index",
-        SequenceStar(
-            Is_Key1_LongPressed{}, Stop{},
-            IfThenElseStar(
-                DoesRobotGetCharger{},
-                SequenceStar(SaySomething{"please move out the charger base first"}, music("19", "true")),
-                IfThenElseStar(in_any_mode({"AutoCleanMode", "BackHomeMode", "SelectAreaCleanMode",
-                                            "DrawAreaCleanMode", "SelectPointCleanMode", "FastMapBuildMode",
-                                            "PartCleanMode", "FollowWallMode"}),
-                               AlwaysSuccess{}, ChangeRobotModeTo{.IsAimMode_PowerOff = "true"}))));
+        SequenceStar(Is_Key1_LongPressed{}, Stop{},
+                     choose({{DoesRobotGetCharger{},
+                              SequenceStar(SaySomething{"please move out the charger base first"}, play(19))},
+                             {at_work, AlwaysSuccess{}}},
+                            ChangeRobotModeTo{.IsAimMode_PowerOff = "true"})));
 }
 
 // Start and pause. At rest in the quiet hours, the first press only lights the keys.
 Node key1_click()
 {
+    const Node start = FallbackStar(
+        IsRobotInAnnoyModeLedOff{},
+        SequenceStar(too_low_to_start(), optionally(switched_off(), key::low_power_button.flag()), play(20)),
+        SequenceStar(key::start_clean_method_key.set(1), dual_clean_mode_select()));
     return SubTree(
         "Key1_ClickProcess_Index",
-        SequenceStar(
-            Is_Key1_Click{},
-            IfThenElseStar(
-                child_lock_is_on(), key_under_child_lock(),
-                SequenceStar(
-                    Stop{},
-                    IfThenElseStar(
-                        in_any_mode({"AutoCleanMode", "DrawAreaCleanMode", "SelectAreaCleanMode",
-                                     "SelectPointCleanMode", "FastMapBuildMode", "PartCleanMode",
-                                     "BackHomeMode", "FollowWallMode", "SleepMode"}),
-                        pause(),
-                        FallbackStar(IsRobotInAnnoyModeLedOff{},
-                                     SequenceStar(too_low_to_start(),
-                                                  optionally(switched_off(), set_flag("low_power_button")),
-                                                  music("20", "true")),
-                                     SequenceStar(SetBlackboard{"start_clean_method_key", "1"},
-                                                  dual_clean_mode_select())))))));
+        SequenceStar(Is_Key1_Click{}, unlocked(IfThenElseStar(in_any_mode(kTaskModes, "BackHomeMode",
+                                                                          "FollowWallMode", "SleepMode"),
+                                                              pause(), start))));
 }
 
 // At rest, key 2 sends the robot home. A map being built is given up with it, and a dirty mop counts as
@@ -94,51 +86,38 @@ Node key1_click()
 Node go_home()
 {
     return SequenceStar(
-        optionally(key_is("task_state", "completing"), key_is("last_clean_mode", "FastMapBuildMode"),
-                   SetBlackboard{"FastMapCleanCancleFlag", "true"}),
+        optionally(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode"),
+                   key::FastMapCleanCancleFlag.set("true")),
         SaySomething{"Need to deal backhome mode ..."}, ChangeRobotModeTo{.IsAimMode_BackHome = "true"},
-        optionally(absent("start_backhome_method_app"), SetBlackboard{"start_backhome_method_key", "2"},
+        optionally(key::start_backhome_method_app.absent(), key::start_backhome_method_key.set(2),
                    SaySomething{"start_backhome_method_key"}),
-        erase("hand_wash_flag"),
-        optionally(present("mop_is_dirty"), Delay{"500"},
-                   SetBlackboardWithType{.key = "mop_dirty", .type = "float", .value = "0"},
-                   erase("mop_is_dirty")));
+        key::hand_wash_flag.erase(),
+        optionally(key::mop_is_dirty.present(), Delay{500}, key::mop_dirty.set_typed(0),
+                   key::mop_is_dirty.erase()));
 }
 
+// Home, or where the robot is at work, a pause. Cleaning on the spot ends.
 Node key2_click()
 {
+    const Node end_part_clean = SequenceStar(SaySomething{"force finish partclean task"}, play(11),
+                                             ChangeRobotModeTo{.IsAimMode_Standby = "true"});
     return SubTree(
         "Key2_SingleClick_Index",
         SequenceStar(
             Is_Key2_Click{},
-            IfThenElseStar(
-                child_lock_is_on(), key_under_child_lock(),
-                SequenceStar(
-                    Stop{},
-                    IfThenElseStar(
-                        DoesRobotGetCharger{},
-                        IfThenElseStar(switched_off(), music("157", "true"), music("18", "true")),
-                        IfThenElseStar(
-                            in_any_mode({"AutoCleanMode", "DrawAreaCleanMode", "SelectAreaCleanMode",
-                                         "SelectPointCleanMode", "FastMapBuildMode", "PartCleanMode",
-                                         "BackHomeMode", "SleepMode"}),
-                            IfThenElseStar(
-                                in_mode("PartCleanMode"),
-                                SequenceStar(SaySomething{"force finish partclean task"}, music("11", "true"),
-                                             ChangeRobotModeTo{.IsAimMode_Standby = "true"}),
-                                pause()),
-                            go_home()))))));
+            unlocked(choose({{DoesRobotGetCharger{}, IfThenElseStar(switched_off(), play(157), play(18))},
+                             {in_any_mode(kTaskModes, "BackHomeMode", "SleepMode"),
+                              IfThenElseStar(in_mode("PartCleanMode"), end_part_clean, pause())}},
+                            go_home()))));
 }
 
 // Wi-Fi set-up, which a task that is under way does not give way to.
 Node wifi_key_click()
 {
-    return SubTree("SetKey_Click_Process_Index",
-                   Sequence(Is_SetWIFIKey_Click{},
-                            IfThenElseStar(in_any_mode({"BackHomeMode", "AutoCleanMode", "PartCleanMode",
-                                                        "SelectAreaCleanMode", "DrawAreaCleanMode",
-                                                        "SelectPointCleanMode"}),
-                                           EraseKeyValue{}, SetWIFIKey_Click_Process{})));
+    return SubTree(
+        "SetKey_Click_Process_Index",
+        Sequence(Is_SetWIFIKey_Click{}, IfThenElseStar(in_any_mode("BackHomeMode", kCleaningModes),
+                                                       EraseKeyValue{}, SetWIFIKey_Click_Process{})));
 }
 
 Node reset_key_long_press()
@@ -150,29 +129,22 @@ Node reset_key_long_press()
 // Cleaning on the spot. Held for longer, the same key takes off the child lock.
 Node key2_long_press()
 {
+    const Node at_work =
+        in_any_mode("AutoCleanMode", "BackHomeMode", "FollowWallMode", "DrawAreaCleanMode",
+                    "SelectAreaCleanMode", "SelectPointCleanMode", "FastMapBuildMode", "PartCleanMode");
+    const Node clean_on_the_spot = choose(
+        {{at_work, pause()},
+         {switched_off(), SaySomething{"Invalid Long Press Home  Key Value!"}},
+         {too_low_to_start(), play(20)}},
+        SequenceStar(ChangeRobotModeTo{.IsAimMode_FiledClean = "true"}, key::start_clean_method_key.set(2)));
     return SubTree(
         "Key2_LongPress_Process_Index",
         SequenceStar(
-            IfThenElseStar(Sequence(DoesKeyValueIs{"6"}, child_lock_is_on()),
-                           ForceFailure(key_under_child_lock()), AlwaysSuccess{}),
-            IfThenElseStar(DoesKeyValueIs{"12"}, child_lock_is_on(), AlwaysSuccess{}), Is_Key2_LongPressed{},
-            IfThenElseStar(
-                child_lock_is_on(),
-                SequenceStar(
-                    SetBlackboardWithType{.key = "RobotChildLockStatus", .type = "int", .value = "0"},
-                    music("117", "true")),
-                SequenceStar(
-                    Stop{},
-                    IfThenElseStar(
-                        in_any_mode({"AutoCleanMode", "BackHomeMode", "FollowWallMode", "DrawAreaCleanMode",
-                                     "SelectAreaCleanMode", "SelectPointCleanMode", "FastMapBuildMode",
-                                     "PartCleanMode"}),
-                        pause(),
-                        IfThenElseStar(
-                            switched_off(), SaySomething{"Invalid Long Press Home  Key Value!"},
-                            IfThenElseStar(too_low_to_start(), music("20", "true"),
-                                           SequenceStar(ChangeRobotModeTo{.IsAimMode_FiledClean = "true"},
-                                                        SetBlackboard{"start_clean_method_key", "2"}))))))));
+            when(Sequence(DoesKeyValueIs{"6"}, child_lock_is_on()), ForceFailure(key_under_child_lock())),
+            when(DoesKeyValueIs{"12"}, child_lock_is_on()), Is_Key2_LongPressed{},
+            IfThenElseStar(child_lock_is_on(),
+                           SequenceStar(key::RobotChildLockStatus.set_typed(0), play(117)),
+                           SequenceStar(Stop{}, clean_on_the_spot))));
 }
 
 }  // namespace
@@ -183,16 +155,15 @@ Node key_process()
 {
     return SubTree(
         "KeyProcess",
-        Fallback(ForceFailure(SequenceStar(present("OrderAutoClean"), erase("OrderAutoClean"))),
-                 ForceFailure(SequenceStar(present("AutoMappingClean"), erase("AutoMappingClean"))),
-                 ForceFailure(RobotAnnoyLedON{}),
+        Fallback(ForceFailure(SequenceStar(key::OrderAutoClean.take())),
+                 ForceFailure(SequenceStar(key::AutoMappingClean.take())), ForceFailure(RobotAnnoyLedON{}),
 
-                 in_any_mode({"OtaModeMode", "SelfTestMode"}),
+                 in_any_mode("OtaModeMode", "SelfTestMode"),
                  SequenceStar(in_mode("FactoryFuncTest"), ChangeRobotModeTo{.IsAimMode_Standby = "true"}),
                  wake_up(), key_during_wash(), key_on_way_to_wash(),
 
                  key1_long_press(), key1_click(), key2_click(), wifi_key_click(), reset_key_long_press(),
-                 key2_long_press(), erase("OloButton")));
+                 key2_long_press(), key::OloButton.erase()));
 }
 
 }  // namespace vemra::trees::robot_node

@@ -17,12 +17,11 @@ Node save_reuse_info()
 // SLAM answers 0 when it knows the map. Any other answer, fractions included, condemns it.
 Node check_saved_map()
 {
-    return optionally(switched_on(), SetBlackboard{"check_map_flag", "true"}, SlamCleanComplete{},
-                      present("slam_save_map_reta"),
-                      FallbackStar(IsAGreaterThanBFloat{.A = "${slam_save_map_reta}", .B = "0"},
-                                   IsAGreaterThanBFloat{.A = "0", .B = "${slam_save_map_reta}"},
-                                   Inverter(IsAGreaterThanBFloat{.A = "1", .B = "${slam_save_map_reta}"})),
-                      SetBlackboard{"startup_clear_flag", "check_map_id_failed"},
+    return optionally(switched_on(), key::check_map_flag.set("true"), SlamCleanComplete{},
+                      key::slam_save_map_reta.present(),
+                      FallbackStar(key::slam_save_map_reta.above(0), key::slam_save_map_reta.below(0),
+                                   Inverter(key::slam_save_map_reta.below(1))),
+                      key::startup_clear_flag.set("check_map_id_failed"),
                       Log{"err", "at startup check reuse map_id return failed. clear map."});
 }
 
@@ -30,34 +29,34 @@ Node check_saved_map()
 Node get_rooms()
 {
     const Node divide_anew = SequenceStar(
-        SetBlackboard{"start_segment_map_using_reuse_map", "true"}, StartSegmentMap{},
+        key::start_segment_map_using_reuse_map.set("true"), StartSegmentMap{},
         FallbackStar(SequenceStar(GetSegmentMap{"${reuse_map_id}"}, UpdateReuseAppMap{.mode = ""}),
-                     SequenceStar(SetBlackboard{"startup_clear_flag", "get_segmap_failed_twice"},
+                     SequenceStar(key::startup_clear_flag.set("get_segmap_failed_twice"),
                                   SaySomething{"On startup get segment map failed twice. clear map."})));
 
     return optionally(
-        IsAGreaterThanBInt{.A = "${RobotReuseMapEnable}", .B = "0"}, present("reuse_map_id"),
+        key::RobotReuseMapEnable.above(0), key::reuse_map_id.present(),
         FallbackStar(
             GetSegmentMap{"${reuse_map_id}"},
             IfThenElseStar(switched_off(), divide_anew,
-                           SequenceStar(SetBlackboard{"startup_clear_flag", "get_segmap_failed"},
+                           SequenceStar(key::startup_clear_flag.set("get_segmap_failed"),
                                         SaySomething{"On startup get segment map failed. clear map."}))));
 }
 
 // What other services have left to be done at the next load.
 template <NodeLike... Steps>
-Node on_request(const std::string& key, const char* message, Steps&&... steps)
+Node on_request(const Key& key, const char* message, Steps&&... steps)
 {
-    return optionally(present(key), erase(key), trace(message), std::forward<Steps>(steps)...);
+    return optionally(key.present(), key.erase(), trace(message), std::forward<Steps>(steps)...);
 }
 
 // Nothing of a condemned map is kept, and no cleaning log is made for the clearing.
 Node clear_condemned_map()
 {
-    return optionally(present("startup_clear_flag"), SetBlackboard{"clear_map_flag", "true"},
-                      SetBlackboard{"CleanCompleteWithoutCleaningLog", "true"},
-                      SetBlackboard{"AdvCleanCompleteStart", "true"}, adv_clean_complete_impl(),
-                      erase("AdvCleanCompleteEnd"));
+    return optionally(key::startup_clear_flag.present(), key::clear_map_flag.set("true"),
+                      key::CleanCompleteWithoutCleaningLog.set("true"),
+                      key::AdvCleanCompleteStart.set("true"), adv_clean_complete_impl(),
+                      key::AdvCleanCompleteEnd.erase());
 }
 
 // --- completion ---------------------------------------------------------------------------------
@@ -65,21 +64,19 @@ Node clear_condemned_map()
 // An order to clear the map waits until the cleaning log has been made from it, unless no log is wanted.
 Node put_off_clearing()
 {
-    return optionally(present("clear_map_flag"), trace("clear_map_flag is set"),
-                      SetBlackboard{"clear_map_after", "true"}, absent("CleanCompleteWithoutCleaningLog"),
-                      erase("clear_map_flag"), SetBlackboard{"clear_map_after_log", "true"},
+    return optionally(key::clear_map_flag.present(), trace("clear_map_flag is set"),
+                      key::clear_map_after.set("true"), key::CleanCompleteWithoutCleaningLog.absent(),
+                      key::clear_map_flag.erase(), key::clear_map_after_log.set("true"),
                       trace("clear_map_after_log is set"));
 }
 
 Node clear_map()
 {
-    return SequenceStar(
-        trace("clear_map_after begin"),
-        optionally(present("clear_map_after_log"), erase("clear_map_after_log"), trace("clear_map real"),
-                   SetBlackboard{"clear_map_flag", "true"}, SlamCleanComplete{}),
-        erase("clear_map_after"), ResetMap{}, PresetBlackboard{}, ResetReuseInfo{},
-        set_flag("clear_blocked_trapped"),
-        SetBlackboardWithType{.key = "actively_upload_appmap_once", .type = "int", .value = "1"});
+    return SequenceStar(trace("clear_map_after begin"),
+                        optionally(key::clear_map_after_log.take(), trace("clear_map real"),
+                                   key::clear_map_flag.set("true"), SlamCleanComplete{}),
+                        key::clear_map_after.erase(), ResetMap{}, PresetBlackboard{}, ResetReuseInfo{},
+                        key::clear_blocked_trapped.flag(), key::actively_upload_appmap_once.set_typed(1));
 }
 
 }  // namespace
@@ -89,25 +86,24 @@ Node map_load()
     return SubTree(
         "MapLoad",
         SequenceStar(
-            present("Start_Map_Load"), erase("Start_Map_Load"), erase("startup_clear_flag"),
-            erase("Draw_Area_Set_Pong"), ResetMap{},
+            key::Start_Map_Load.take(), erase(key::startup_clear_flag, key::Draw_Area_Set_Pong), ResetMap{},
 
-            SetBlackboard{"map_loading", "true"}, ForceSuccess(LoadReuseInfo{"${reuseinfo_fullfilename}"}),
-            check_saved_map(), erase("map_loading"), get_rooms(),
-            optionally(present("startup_clear_flag"), erase("reuse_map_id")),
+            key::map_loading.set("true"), ForceSuccess(LoadReuseInfo{"${reuseinfo_fullfilename}"}),
+            check_saved_map(), key::map_loading.erase(), get_rooms(),
+            optionally(key::startup_clear_flag.present(), key::reuse_map_id.erase()),
 
-            on_request("update_reuse_app_map_startup",
+            on_request(key::update_reuse_app_map_startup,
                        "UpdateReuseAppMap at startup with mode load_charger_del_tr",
                        UpdateReuseAppMap{"load_charger_del_tr"}),
-            on_request("update_reuse_app_map_mult_map", "UpdateReuseAppMap at startup without mode",
+            on_request(key::update_reuse_app_map_mult_map, "UpdateReuseAppMap at startup without mode",
                        UpdateReuseAppMap{.mode = ""},
                        BlackboardFunc{.func_name = "UpdateMultiAppMapsFuc", .para_1 = ""}),
-            on_request("save_reuse_info_startup", "SaveReuseInfo at startup", save_reuse_info()),
-            on_request("MultmapRecoverDelTrFlag", "UpdateReuseAppMap  if get MultmapRecoverDelTrFlag",
+            on_request(key::save_reuse_info_startup, "SaveReuseInfo at startup", save_reuse_info()),
+            on_request(key::MultmapRecoverDelTrFlag, "UpdateReuseAppMap  if get MultmapRecoverDelTrFlag",
                        UpdateReuseAppMap{"load_charger_del_tr"}),
 
             clear_condemned_map(), CheckSegmentMap{"${map_id_with_order}"},
-            SetBlackboard{"mult_map_req_flag", "true"}));
+            key::mult_map_req_flag.set("true")));
 }
 
 // The work is done beside the mode that asked for it, and outlives that mode. The lock is released here only
@@ -116,25 +112,24 @@ Node adv_clean_complete_impl()
 {
     return SubTree(
         "AdvCleanCompleteImpl",
-        SequenceStar(RetryUntilSuccesful("-1", present("AdvCleanCompleteStart")),
-                     SaySomething{"RobotNode.xml impl wifi"}, erase("AdvCleanCompleteStart"),
-                     SetBlackboard{"RobotModeSwitchLock", "true"}, erase("need_back_mode_changed"),
-                     erase("clear_map_after"), erase("clear_map_after_log"),
+        SequenceStar(
+            RetryUntilSuccesful("-1", key::AdvCleanCompleteStart.present()),
+            SaySomething{"RobotNode.xml impl wifi"}, key::AdvCleanCompleteStart.erase(),
+            key::RobotModeSwitchLock.set("true"),
+            erase(key::need_back_mode_changed, key::clear_map_after, key::clear_map_after_log),
 
-                     put_off_clearing(), SlamCleanComplete{}, GenerateCleaningLog{"${last_clean_mode}"},
-                     ResetReuseInfoTrans{}, SetBlackboard{"task_state", "init"},
-                     IfThenElseStar(present("clear_map_after"), clear_map(), AlwaysSuccess{}),
+            put_off_clearing(), SlamCleanComplete{}, GenerateCleaningLog{"${last_clean_mode}"},
+            ResetReuseInfoTrans{}, key::task_state.set("init"),
+            when(key::clear_map_after.present(), clear_map()),
 
-                     // The mode that waits for the end goes on from here.
-                     SetBlackboard{"AdvCleanCompleteEnd", "true"}, save_reuse_info(),
-                     SetBlackboard{"SaveReuseInfoEnd", "true"},
-                     FallbackStar(SequenceStar(present("xq6_notupdate_rism"), erase("xq6_notupdate_rism")),
-                                  SetBlackboard{"mult_map_req_flag", "true"}),
-                     erase("MockCleaningLog"),
+            // The mode that waits for the end goes on from here.
+            key::AdvCleanCompleteEnd.set("true"), save_reuse_info(), key::SaveReuseInfoEnd.set("true"),
+            FallbackStar(SequenceStar(key::xq6_notupdate_rism.take()), key::mult_map_req_flag.set("true")),
+            key::MockCleaningLog.erase(),
 
-                     SequenceStar(present("Load_After_Complete"), SetBlackboard{"Start_Map_Load", "true"},
-                                  erase("Load_After_Complete")),
-                     erase("RobotModeSwitchLock")));
+            SequenceStar(key::Load_After_Complete.present(), key::Start_Map_Load.set("true"),
+                         key::Load_After_Complete.erase()),
+            key::RobotModeSwitchLock.erase()));
 }
 
 }  // namespace vemra::trees::robot_node

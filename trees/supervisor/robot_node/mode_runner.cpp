@@ -16,24 +16,22 @@ namespace {
 // A robot that goes out to clean leaves the dust station at rest.
 Node stop_dust_work()
 {
-    return SequenceStar(in_any_mode({"AutoCleanMode", "PartCleanMode", "SelectAreaCleanMode",
-                                     "DrawAreaCleanMode", "SelectPointCleanMode", "RemoteCtrlMode"}),
-                        set_flag("dust_delay_end"), erase("dust_handle"), erase("breakpoint_moved"),
-                        erase("APPDustHandle"), erase("Have_dust_task"),
-                        SetDustLight{"STATTON_LED_WhiteTwinkleSlow"},
-                        DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"});
+    return SequenceStar(
+        in_any_mode(kCleaningModes, "RemoteCtrlMode"), key::dust_delay_end.flag(),
+        erase(key::dust_handle, key::breakpoint_moved, key::APPDustHandle, key::Have_dust_task),
+        SetDustLight{"STATTON_LED_WhiteTwinkleSlow"},
+        DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"});
 }
 
 // The like for a wash station.
 Node stop_wash_work()
 {
     return FallbackStar(
-        SequenceStar(in_any_mode({"AutoCleanMode", "PartCleanMode", "SelectAreaCleanMode",
-                                  "DrawAreaCleanMode", "SelectPointCleanMode"}),
-                     SaySomething{"Mode changed wash init..."}, erase("wash_dry_end"),
-                     erase("hand_wash_flag"), erase("breakpoint_moved"), SetWashStatus{"WASH_IDLE"},
-                     erase("mop_clean_task_end"), erase("wash_dry_pause_falg"), erase("dry_procssing")),
-        SequenceStar(in_any_mode({"RemoteCtrlMode", "OtaModeMode"}), wash_init_subtree()));
+        SequenceStar(in_any_mode(kCleaningModes), SaySomething{"Mode changed wash init..."},
+                     erase(key::wash_dry_end, key::hand_wash_flag, key::breakpoint_moved),
+                     SetWashStatus{"WASH_IDLE"},
+                     erase(key::mop_clean_task_end, key::wash_dry_pause_falg, key::dry_procssing)),
+        SequenceStar(in_any_mode("RemoteCtrlMode", "OtaModeMode"), wash_init_subtree()));
 }
 
 Node mode_changed_handle()
@@ -44,17 +42,16 @@ Node mode_changed_handle()
 // `task_state` and `task_type` stay as they are: by them the new mode knows whether it takes up a task.
 Node clean_up_after_change()
 {
-    return SequenceStar(
-        optionally(switched_on(), InDockField{}, set_flag("shutdown_cliff")),
+    return SequenceStar(optionally(switched_on(), InDockField{}, key::shutdown_cliff.flag()),
 
-        erase("on_charger_pose"), erase("reuse_from_charger"), erase("start_from_charger_yaw_deg"),
-        erase("disable_reuse_reloc_once"), erase("mapping_no_reloc"), erase("disable_reuse_reloc_music"),
-        erase("mica_on_charger"), erase("draw_area_reloc_flag"), erase("auto_mode_reloc_flag"),
-        erase("select_area_reloc_flag"), erase("keep_clean_area"), erase("reset_map_remain_submap"),
-        erase("stop_charging_flag"),
+                        erase(key::on_charger_pose, key::reuse_from_charger, key::start_from_charger_yaw_deg,
+                              key::disable_reuse_reloc_once, key::mapping_no_reloc,
+                              key::disable_reuse_reloc_music, key::mica_on_charger, key::draw_area_reloc_flag,
+                              key::auto_mode_reloc_flag, key::select_area_reloc_flag, key::keep_clean_area,
+                              key::reset_map_remain_submap, key::stop_charging_flag),
 
-        ForceSuccess(mode_changed_handle()), erase("map_loading"),
-        Loop("5", SaySomething{"Robot Mode Changed!"}));
+                        ForceSuccess(mode_changed_handle()), key::map_loading.erase(),
+                        Loop("5", SaySomething{"Robot Mode Changed!"}));
 }
 
 // --- the tree of the mode -----------------------------------------------------------------------
@@ -105,8 +102,9 @@ Node mode_and_its_frame()
 
 Node run_mode()
 {
-    return IfThenElse(DoesRobotModeChanged{}, clean_up_after_change(),
-                      IfThenElse(NeedToEnterRobotSelfTestMode{}, self_test(), mode_and_its_frame()));
+    return keep_choosing(
+        {{DoesRobotModeChanged{}, clean_up_after_change()}, {NeedToEnterRobotSelfTestMode{}, self_test()}},
+        mode_and_its_frame());
 }
 
 }  // namespace vemra::trees::robot_node

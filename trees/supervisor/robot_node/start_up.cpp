@@ -28,32 +28,30 @@ Node robot_init_para()
 
 Node robot_sys_init()
 {
-    return SubTree(
-        "RobotSysInit",
-        SequenceStar(
-            InitSysBBPara{}, SaySomething{"Robot Running"}, robot_init_para(),
+    return SubTree("RobotSysInit",
+                   SequenceStar(InitSysBBPara{}, SaySomething{"Robot Running"}, robot_init_para(),
 
-            SetBlackboard{"moved_during_pause", "false"}, SetBlackboard{"task_state", "init"},
-            SetBlackboard{"task_type", "Idle"}, SetBlackboard{"task_state_last", "init"}, PresetBlackboard{},
-            RestoreCaCt{}, ResetMap{},
+                                key::moved_during_pause.set("false"), key::task_state.set("init"),
+                                key::task_type.set("Idle"), key::task_state_last.set("init"),
+                                PresetBlackboard{}, RestoreCaCt{}, ResetMap{},
 
-            SetBlackboard{"clean_task_end", "none"}, SetBlackboard{"continue_work", "clean_none"},
-            SetBlackboard{"mode_dirty_record", "none"}, SetBlackboard{"robot_moved", "false"},
-            SetBlackboard{"kicked", "false"}, SetBlackboard{"StationNotNormal", "false"},
-            SetBlackboard{"gong_complete", "false"}, SetBlackboard{"got_charger_force_halt", "false"},
-            SetBlackboard{"search_charger_timeout", "60000"}, SetBlackboard{"search_charger_time", "0"},
-            SetBlackboard{"last_clean_mode", "AutoCleanMode"}, SetBlackboard{"bump_dir", "None"},
+                                key::clean_task_end.set("none"), key::continue_work.set("clean_none"),
+                                key::mode_dirty_record.set("none"), key::robot_moved.set("false"),
+                                key::kicked.set("false"), key::StationNotNormal.set("false"),
+                                key::gong_complete.set("false"), key::got_charger_force_halt.set("false"),
+                                key::search_charger_timeout.set(60000), key::search_charger_time.set(0),
+                                key::last_clean_mode.set("AutoCleanMode"), key::bump_dir.set("None"),
 
-            RobotTimer_ms_Init{}, RobotTimer_s_Init{}));
+                                RobotTimer_ms_Init{}, RobotTimer_s_Init{}));
 }
 
 Node first_mode()
 {
-    return IfThenElseStar(DoesRobotGetCharger{},
-                          SequenceStar(SetBlackboard{"chargemode_poweron", "true"},
-                                       SaySomething{"Robot Detect Charger When Power On"},
-                                       ChangeRobotModeTo{.IsAimMode_Charging = "true"}),
-                          ChangeRobotModeTo{.IsAimMode_Standby = "true"});
+    return IfThenElseStar(
+        DoesRobotGetCharger{},
+        SequenceStar(key::chargemode_poweron.set("true"), SaySomething{"Robot Detect Charger When Power On"},
+                     ChangeRobotModeTo{.IsAimMode_Charging = "true"}),
+        ChangeRobotModeTo{.IsAimMode_Standby = "true"});
 }
 
 }  // namespace vemra::trees::robot_node

@@ -16,54 +16,50 @@ Node save_station_info()
 // A cleaning that is under way owes nothing to the last visit to the charger.
 Node forget_last_charge()
 {
-    return Sequence(in_any_mode({"AutoCleanMode", "PartCleanMode", "SelectAreaCleanMode", "DrawAreaCleanMode",
-                                 "SelectPointCleanMode", "RemoteCtrlMode"}),
-                    erase("breakpoint_getcharger"), Inverter(DoesRobotGetCharger{}),
-                    erase("handle_wash_task"), erase("breakpoint_wash_flag"));
+    return Sequence(in_any_mode(kCleaningModes, "RemoteCtrlMode"), key::breakpoint_getcharger.erase(),
+                    Inverter(DoesRobotGetCharger{}), erase(key::handle_wash_task, key::breakpoint_wash_flag));
 }
 
 Node forget_wash_at_rest()
 {
-    return Sequence(present("LastRobotMode"), key_is("LastRobotMode", "3"),
-                    in_any_mode({"PauseAndStopMode", "StandbyMode", "ErrRepotMode"}),
-                    key_is("StationNotNormal", "false"), erase("handle_wash_task"));
+    return Sequence(key::LastRobotMode.present(), key::LastRobotMode.is("3"),
+                    in_any_mode("PauseAndStopMode", "StandbyMode", "ErrRepotMode"),
+                    key::StationNotNormal.is("false"), key::handle_wash_task.erase());
 }
 
 Node lowpower_detect()
 {
-    return Named("LowpowerDetect",
-                 IfThenElse(DoesRobotGetCharger{}, ForceRunning{},
-                            IfThenElse(RobotPowerGetLowerThan{"1"},
-                                       ChangeRobotModeTo{.IsAimMode_PowerOff = "true"}, ForceRunning{})));
+    return Named(
+        "LowpowerDetect",
+        keep_choosing({{DoesRobotGetCharger{}, ForceRunning{}},
+                       {RobotPowerGetLowerThan{"1"}, ChangeRobotModeTo{.IsAimMode_PowerOff = "true"}}},
+                      ForceRunning{}));
 }
 
 // A robot at rest that somebody sets on the charger begins to charge.
 Node landing()
 {
     return SequenceStar(DoesRobotGetCharger{},
-                        optionally(in_mode("RemoteCtrlMode"), SetBlackboard{"moved_during_pause", "true"},
-                                   set_flag("moved_flag_for_calc_charger")),
-                        in_any_mode({"PauseAndStopMode", "PowerOffMode", "StandbyMode"}),
-                        IfThenElse(Sequence(DoesRobotGetCharger{}, present("not_change_mode")),
+                        optionally(in_mode("RemoteCtrlMode"), key::moved_during_pause.set("true"),
+                                   key::moved_flag_for_calc_charger.flag()),
+                        in_any_mode("PauseAndStopMode", "PowerOffMode", "StandbyMode"),
+                        IfThenElse(Sequence(DoesRobotGetCharger{}, key::not_change_mode.present()),
                                    AlwaysSuccess{}, ChangeRobotModeTo{.IsAimMode_Charging = "true"}));
 }
 
 // Moved by hand where the robot does not move by itself: where it stands is no longer known.
 Node moved_by_hand()
 {
-    return SequenceStar(Inverter(in_any_mode({"AutoCleanMode", "DrawAreaCleanMode", "SelectAreaCleanMode",
-                                              "SelectPointCleanMode", "FastMapBuildMode", "PartCleanMode",
-                                              "FollowWallMode", "BackHomeMode", "FactoryFuncTest"})),
-                        DoesRobotMoved{}, SetBlackboard{"moved_during_pause", "true"},
-                        SetBlackboard{"robot_moved", "true"}, set_flag("moved_flag_for_calc_charger"),
-                        set_flag("moved_unable_auto_dust"), set_flag("charger_moved"),
-                        erase("just_on_charger"), erase("calcu_chargerpos"));
+    return SequenceStar(
+        Inverter(in_any_mode(kTaskModes, "FollowWallMode", "BackHomeMode", "FactoryFuncTest")),
+        DoesRobotMoved{}, key::moved_during_pause.set("true"), key::robot_moved.set("true"),
+        key::moved_flag_for_calc_charger.flag(), key::moved_unable_auto_dust.flag(),
+        key::charger_moved.flag(), erase(key::just_on_charger, key::calcu_chargerpos));
 }
 
 Node extend_virtual_wall()
 {
-    return Sequence(present("build_virtualwall_start"), erase("build_virtualwall_start"),
-                    VirtualWallAddPoint{.point_mm = "${current_pose}"});
+    return Sequence(key::build_virtualwall_start.take(), VirtualWallAddPoint{.point_mm = "${current_pose}"});
 }
 
 }  // namespace

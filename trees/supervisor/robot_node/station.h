@@ -11,6 +11,11 @@ namespace vemra::trees::robot_node {
 
 // --- dust ---------------------------------------------------------------------------------------
 
+inline Node stop_dust_fan()
+{
+    return DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"};
+}
+
 /// Gives up whatever emptying is under way and puts the station at rest.
 Node dust_init_subtree();
 
@@ -19,6 +24,13 @@ Node manual_dust();
 
 /// The emptying that a cleaning has made due; it runs while charging or asleep alone.
 Node auto_dust();
+
+/// Lets the station's fan empty the dust box, for `time_ms`, and stops it.
+inline Nodes run_dust_fan(const Port& time_ms)
+{
+    return row(DustContrlSet{.dust_status = "DUST_START", .time_set = time_ms}, DustTimeHandle{},
+               stop_dust_fan());
+}
 
 /// The station's light while its fan runs: steady once the battery is full, else breathing.
 Node dust_light();

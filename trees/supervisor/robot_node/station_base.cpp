@@ -10,7 +10,7 @@ namespace {
 
 Node landed()
 {
-    return SequenceStar(DoesChargerGetOn{}, erase("need_back_mode_temp"), erase("handle_wash_task"));
+    return SequenceStar(DoesChargerGetOn{}, erase(key::need_back_mode_temp, key::handle_wash_task));
 }
 
 // Without a cloth there is nothing to wash.
@@ -22,31 +22,28 @@ Node idle_without_cloth()
 // What a wash has left in the dish is pumped out when the task was given up.
 Node force_pump()
 {
-    return SubTree("ForcePump", SequenceStar(present("force_start_sewage"), DoesRobotGetCharger{},
-                                             erase("force_start_sewage"), SewagePumpHandle{"200"}));
+    return SubTree("ForcePump", SequenceStar(key::force_start_sewage.present(), DoesRobotGetCharger{},
+                                             key::force_start_sewage.erase(), SewagePumpHandle{"200"}));
 }
 
 Node wake_for_station()
 {
-    return SequenceStar(present("station_awaken_flag"), erase("station_awaken_flag"),
-                        SubtreeCondition{"WakeFromSleep"});
+    return SequenceStar(key::station_awaken_flag.take(), SubtreeCondition{"WakeFromSleep"});
 }
 
 Node tell_on_charger()
 {
-    return SequenceStar(present("charger_audio"), erase("charger_audio"), music("18", "true"));
+    return SequenceStar(key::charger_audio.take(), play(18));
 }
 
 // The station's button breaks off its work, and the dirty water goes out of the dish. A drying that was
 // broken off is still owed.
 Node station_button()
 {
-    return SequenceStar(
-        key_is("station_button_work", "workpush"), erase("station_button_work"), wash_or_dry_runs(),
-        SaySomething{"wash pause..."},
-        optionally(present("dry_procssing"), erase("dry_procssing"), set_flag("need_dry_flag")),
-        interrupt_wash(), UvStop{}, music("11", "true"), wash_is_over(), hand_back_button(),
-        SewagePumpHandle{"150"});
+    return SequenceStar(key::station_button_work.is("workpush"), key::station_button_work.erase(),
+                        wash_or_dry_runs(), SaySomething{"wash pause..."},
+                        optionally(key::dry_procssing.take(), key::need_dry_flag.flag()), interrupt_wash(),
+                        UvStop{}, play(11), wash_is_over(), hand_back_button(), SewagePumpHandle{"150"});
 }
 
 // A cover that is taken off holds up the wash until it is on again.
@@ -60,54 +57,54 @@ Node station_cover()
 Node mop_mode_changed()
 {
     return SequenceStar(
-        RobotCleanModeChanged{}, DoesTuobuInstall{}, key_is_any("changed_mop_mode", {"1", "2", "3", "5"}),
-        key_is_any("task_state", {"cleaning", "zone_cleaning", "area_cleaning", "point_cleaning", "lowpower",
-                                  "zone_lowpower", "area_lowpower", "point_lowpower"}),
-        set_flag("need_back_mode_temp"), set_flag("need_back_mode_changed"));
+        RobotCleanModeChanged{}, DoesTuobuInstall{}, key::changed_mop_mode.is_any({"1", "2", "3", "5"}),
+        key::task_state.is_any({"cleaning", "zone_cleaning", "area_cleaning", "point_cleaning", "lowpower",
+                                "zone_lowpower", "area_lowpower", "point_lowpower"}),
+        key::need_back_mode_temp.flag(), key::need_back_mode_changed.flag());
 }
 
 Node uv_ordered()
 {
-    return SequenceStar(uv_order_handle{}, SetUvTime{"180000"}, set_flag("uv_contrl"));
+    return SequenceStar(uv_order_handle{}, SetUvTime{"180000"}, key::uv_contrl.flag());
 }
 
 // The ultraviolet light shines on the charger alone. A robot that was away meanwhile gets the rest of its
 // time.
 Node uv_light()
 {
-    const Node was_broken_off =
-        Sequence(DoesUvLightStatus{"UV_PAUSE"}, IsAGreaterThanBInt{.A = "${uv_left_time}", .B = "0"});
+    const Node was_broken_off = Sequence(DoesUvLightStatus{"UV_PAUSE"}, key::uv_left_time.above(0));
     return IfThenElse(
-        present("uv_contrl"),
+        key::uv_contrl.present(),
         IfThenElse(DoesRobotGetCharger{},
                    SequenceStar(IfThenElseStar(was_broken_off, UvLightHandle{},
                                                SequenceStar(SetUvTime{"180000"}, UvLightHandle{})),
-                                UvStop{}, erase("uv_contrl")),
+                                UvStop{}, key::uv_contrl.erase()),
                    SequenceStar(UvStop{}, SetUvLightStatus{"UV_PAUSE"})),
         AlwaysSuccess{});
 }
 
 Node wash_without_mop()
 {
-    return SequenceStar(present("Qo_Wash_with_NoMop"), erase("Qo_Wash_with_NoMop"), music("156", "true"));
+    return SequenceStar(key::Qo_Wash_with_NoMop.take(), play(156));
 }
 
 // A standby stops the dryer.
 Node stop_drying()
 {
-    return SequenceStar(present("wash_dry_stop_flag"), erase("wash_dry_stop_flag"),
-                        DoesWashStatus{"WASH_DRYING"}, SetWashStatus{"WASH_INTERRUPT"}, StopWashHandle{});
+    return SequenceStar(key::wash_dry_stop_flag.take(), DoesWashStatus{"WASH_DRYING"},
+                        SetWashStatus{"WASH_INTERRUPT"}, StopWashHandle{});
 }
 
 // A standby or an error broke off the drying: back on the charger it is done again from the start.
 Node resume_drying()
 {
-    return SequenceStar(key_is_true("wash_dry_pause_falg"), DoesRobotGetCharger{},
-                        in_any_mode({"ChargingMode", "SleepMode"}), DoesTuobuInstall{},
+    return SequenceStar(key::wash_dry_pause_falg.is_true(), DoesRobotGetCharger{}, in_any_mode(kModesOnDock),
+                        DoesTuobuInstall{},
                         FallbackStar(DoesWashStatus{"WASH_DRYING"}, DoesWashStatus{"WASH_INTERRUPT"},
                                      DoesWashStatus{"WASH_PAUSE"}),
-                        SaySomething{"nolp test enter dry handle"}, erase("wash_dry_pause_falg"),
-                        erase("need_dry_flag"), run_dryer(), set_flag("wash_dry_end"));
+                        SaySomething{"nolp test enter dry handle"},
+                        erase(key::wash_dry_pause_falg, key::need_dry_flag), run_dryer(),
+                        key::wash_dry_end.flag());
 }
 
 }  // namespace

@@ -7,15 +7,15 @@ namespace vemra::trees::robot_node {
 
 namespace {
 
-Node tell(const Node& fault, const Node& melody)
+Node tell(const char* fault, const Node& melody)
 {
-    return SequenceStar(fault, melody);
+    return SequenceStar(station_error(fault), melody);
 }
 
-Node tell(const Node& fault, const char* robot_status, const Node& melody)
+Node tell(const char* fault, const char* robot_status, int music)
 {
-    return SequenceStar(fault, SaySomething{robot_status}, SetBlackboard{"robot_status", robot_status},
-                        melody);
+    return SequenceStar(station_error(fault), SaySomething{robot_status}, key::robot_status.set(robot_status),
+                        play(music));
 }
 
 // The first fault that holds is told, and no other.
@@ -23,22 +23,19 @@ Node station_error_audio()
 {
     return SubTree(
         "StationErrorAudio",
-        Fallback(tell(station_error("DUST_LOCK"), music("154", "false")),
-                 tell(station_error("DUST_BLOCK"), music("102", "true")),
-                 tell(station_error("DUST_BAG"),
-                      IfThenElse(switched_off(), music("97", "true"), music("101", "true"))),
-                 tell(station_error("DUST_CAP"),
-                      IfThenElse(switched_off(), music("99", "true"), music("101", "true"))),
-                 tell(DoesHappenStationWarning{"OLO_HEALTH_STATUS_TYPE_DUST_FULL"}, music("102", "true")),
-                 tell(station_error("CLEAN_WATERTANK_NOTINSTALLED"), "clean_no_rinsing", music("91", "true")),
-                 tell(station_error("DIRT_WATERTANK_NOTINSTALLED"), "clean_no_sewage", music("109", "true")),
-                 tell(station_error("CLEAN_WATERTANK_NOWATER"), "clean_no_purge", music("93", "true")),
-                 tell(station_error("DIRT_WATERTANK_FULL"), "clean_purge_full", music("109", "true")),
-                 tell(station_error("DIRT_WATER_BLOCKING"), "clean_purge_full", music("109", "true")),
-                 tell(station_error("DIRT_WATER_PUMP"), "clean_purge_full", music("109", "true")),
-                 tell(station_error("WASHDISH_NOTINSTALLED"), "clean_purge_full", music("104", "true")),
-                 SequenceStar(station_error("WASHDISH_WATERLEVE"),
-                              SetBlackboard{"robot_status", "clean_purge_full"}, music("108", "true"))));
+        Fallback(tell("DUST_LOCK", queue(154)), tell("DUST_BLOCK", play(102)),
+                 tell("DUST_BAG", IfThenElse(switched_off(), play(97), play(101))),
+                 tell("DUST_CAP", IfThenElse(switched_off(), play(99), play(101))),
+                 SequenceStar(DoesHappenStationWarning{"OLO_HEALTH_STATUS_TYPE_DUST_FULL"}, play(102)),
+                 tell("CLEAN_WATERTANK_NOTINSTALLED", "clean_no_rinsing", 91),
+                 tell("DIRT_WATERTANK_NOTINSTALLED", "clean_no_sewage", 109),
+                 tell("CLEAN_WATERTANK_NOWATER", "clean_no_purge", 93),
+                 tell("DIRT_WATERTANK_FULL", "clean_purge_full", 109),
+                 tell("DIRT_WATER_BLOCKING", "clean_purge_full", 109),
+                 tell("DIRT_WATER_PUMP", "clean_purge_full", 109),
+                 tell("WASHDISH_NOTINSTALLED", "clean_purge_full", 104),
+                 SequenceStar(station_error("WASHDISH_WATERLEVE"), key::robot_status.set("clean_purge_full"),
+                              play(108))));
 }
 
 // --- the dust station ---------------------------------------------------------------------------
@@ -48,14 +45,14 @@ Node continue_dust()
 {
     return SubTree(
         "Continue_Dust",
-        IfThenElse(Sequence(DoesRobotGetCharger{}, present("continue_dust")),
-                   SequenceStar(
-                       set_flag("dust_delay_start"), set_flag("continue_dust_flag"),
-                       DustContrlSet{.dust_status = "DUST_CONTINUE", .time_set = "10000+${dust_left_time}"},
-                       SaySomething{"1 continue dust..."}, DustTimeHandle{},
-                       DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"}, erase("dust_delay_start"),
-                       set_flag("dust_delay_end"), erase("continue_dust"), erase("Have_dust_task")),
-                   AlwaysFailure{}));
+        IfThenElse(
+            Sequence(DoesRobotGetCharger{}, key::continue_dust.present()),
+            SequenceStar(key::dust_delay_start.flag(), key::continue_dust_flag.flag(),
+                         DustContrlSet{.dust_status = "DUST_CONTINUE", .time_set = "10000+${dust_left_time}"},
+                         SaySomething{"1 continue dust..."}, DustTimeHandle{}, stop_dust_fan(),
+                         key::dust_delay_start.erase(), key::dust_delay_end.flag(),
+                         erase(key::continue_dust, key::Have_dust_task)),
+            AlwaysFailure{}));
 }
 
 // In the quiet hours a station that is well stays dark.
@@ -63,50 +60,49 @@ Node quiet_hours_light()
 {
     return IfThenElse(IsRobotInAnnoyMode{},
                       IfThenElse(Sequence(DoesRobotGetCharger{}, IsStationNormal{}),
-                                 SequenceStar(set_flag("IsInAnnoy"), SetDustLight{"STATTON_LED_WhiteOff"}),
-                                 erase("IsInAnnoy")),
-                      SequenceStar(erase("IsInAnnoy"), erase("DustInAnnoy")));
+                                 SequenceStar(key::IsInAnnoy.flag(), SetDustLight{"STATTON_LED_WhiteOff"}),
+                                 key::IsInAnnoy.erase()),
+                      SequenceStar(erase(key::IsInAnnoy, key::DustInAnnoy)));
 }
 
 // An error has held up an emptying. Once the station is well again, the emptying starts anew, unless it is
 // one that goes on by itself.
 Node recovery()
 {
-    return SequenceStar(
-        present("Have_dust_task"), absent("station_block_flag"), RetryUntilSuccesful("-1", IsStationNormal{}),
-        key_is_true("StationNotNormal"), SetBlackboard{"StationNotNormal", "false"},
-        SaySomething{"Recover error..."},
-        optionally(present("pre_handle_dust"), erase("pre_handle_dust"), erase("APPDustHandle")),
-        IfThenElse(FallbackStar(present("auto_dust"), present("continue_dust")), AlwaysSuccess{},
-                   set_flag("dust_restart")));
+    return SequenceStar(key::Have_dust_task.present(), key::station_block_flag.absent(),
+                        RetryUntilSuccesful("-1", IsStationNormal{}), key::StationNotNormal.is_true(),
+                        key::StationNotNormal.set("false"), SaySomething{"Recover error..."},
+                        optionally(key::pre_handle_dust.take(), key::APPDustHandle.erase()),
+                        IfThenElse(FallbackStar(key::auto_dust.present(), key::continue_dust.present()),
+                                   AlwaysSuccess{}, key::dust_restart.flag()));
 }
 
 Node while_fan_runs()
 {
-    return IfThenElse(IsStationNormal{},
+    return IfThenElse(
+        IsStationNormal{},
 
-                      // A duct that blocks under way is only a warning: the emptying is to be continued.
-                      FallbackStar(present("have_deal_block"),
-                                   SequenceStar(DoesHappenStationWarning{"OLO_HEALTH_STATUS_TYPE_DUST_BLOCK"},
-                                                set_flag("continue_dust"), SaySomething{"2 continue dust..."},
-                                                SaySomething{"${dust_left_time}"}, erase("APPDustHandle"),
-                                                erase("dust_handle"), erase("dust_restart"))),
+        // A duct that blocks under way is only a warning: the emptying is to be continued.
+        FallbackStar(key::have_deal_block.present(),
+                     SequenceStar(DoesHappenStationWarning{"OLO_HEALTH_STATUS_TYPE_DUST_BLOCK"},
+                                  key::continue_dust.flag(), SaySomething{"2 continue dust..."},
+                                  SaySomething{"${dust_left_time}"},
+                                  erase(key::APPDustHandle, key::dust_handle, key::dust_restart))),
 
-                      FallbackStar(key_is_true("StationNotNormal"), in_mode("WIFISetMode"),
-                                   ForceFailure(erase("OrderAutoClean")), station_status_detect()));
+        FallbackStar(key::StationNotNormal.is_true(), in_mode("WIFISetMode"),
+                     ForceFailure(key::OrderAutoClean.erase()), station_status_detect()));
 }
 
 // A block that stays after the fan has stopped is remembered; when it clears, the block counts as dealt with.
 Node while_fan_rests()
 {
-    return IfThenElse(
-        station_error("DUST_BLOCK"),
-        SequenceStar(erase("dust_delay_start"), set_flag("dust_delay_end"),
-                     FallbackStar(present("station_block_flag"), set_flag("station_block_flag"))),
-        IfThenElse(present("station_block_flag"),
-                   SequenceStar(erase("station_block_flag"), set_flag("have_deal_block"),
-                                optionally(present("continue_dust_flag"), erase("Have_dust_task"))),
-                   AlwaysSuccess{}));
+    return keep_choosing(
+        {{station_error("DUST_BLOCK"),
+          SequenceStar(key::dust_delay_start.erase(), key::dust_delay_end.flag(),
+                       FallbackStar(key::station_block_flag.present(), key::station_block_flag.flag()))},
+         {key::station_block_flag.present(),
+          SequenceStar(key::station_block_flag.erase(), key::have_deal_block.flag(),
+                       optionally(key::continue_dust_flag.present(), key::Have_dust_task.erase()))}});
 }
 
 Node run_watch()
@@ -118,12 +114,10 @@ Node run_watch()
 Node restart_emptying()
 {
     return IfThenElse(
-        present("dust_restart"),
-        SequenceStar(set_flag("dust_delay_start"), SaySomething{"restart dust..."}, dust_light(),
-                     DustContrlSet{.dust_status = "DUST_START", .time_set = "${dust_left_time}"},
-                     DustTimeHandle{}, DustContrlSet{.dust_status = "DUST_QUIT", .time_set = "0"},
-                     erase("dust_delay_start"), erase("dust_restart"), set_flag("dust_delay_end"),
-                     erase("Have_dust_task")),
+        key::dust_restart.present(),
+        SequenceStar(key::dust_delay_start.flag(), SaySomething{"restart dust..."}, dust_light(),
+                     run_dust_fan("${dust_left_time}"), erase(key::dust_delay_start, key::dust_restart),
+                     key::dust_delay_end.flag(), key::Have_dust_task.erase()),
         AlwaysFailure{});
 }
 
@@ -139,7 +133,7 @@ Node dust_station_err_check()
 Node station_status_detect()
 {
     return SubTree("Station_Status_Detect",
-                   SequenceStar(Stop{}, station_error_audio(), SetBlackboard{"StationNotNormal", "true"},
+                   SequenceStar(Stop{}, station_error_audio(), key::StationNotNormal.set("true"),
                                 ChangeRobotModeTo{.IsAimMode_ErrReport = "true"}));
 }
 

@@ -12,9 +12,9 @@ namespace {
 Node dish_watch()
 {
     return IfThenElse(station_error("WASHDISH_NOTINSTALLED"),
-                      FallbackStar(present("washdish_not_install_flag"),
-                                   SequenceStar(set_flag("washdish_not_install_flag"), music("104", "true"))),
-                      erase("washdish_not_install_flag"));
+                      FallbackStar(key::washdish_not_install_flag.present(),
+                                   SequenceStar(key::washdish_not_install_flag.flag(), play(104))),
+                      key::washdish_not_install_flag.erase());
 }
 
 // Too much water in the dish is pumped away before it becomes an error.
@@ -27,39 +27,38 @@ Node dish_level_watch()
 // its own watcher.
 Node wash_recovery()
 {
-    return SequenceStar(present("handle_wash_task"), RetryUntilSuccesful("-1", IsStationNormal{}),
-                        key_is_true("StationNotNormal"), SetBlackboard{"StationNotNormal", "false"},
-                        SaySomething{"Recover error..."}, music("103", "true"),
-                        IfThenElse(present("dry_procssing"), SetBlackboard{"wash_dry_pause_falg", "true"},
-                                   SetBlackboard{"err_recover_flag", "true"}));
+    return SequenceStar(key::handle_wash_task.present(), RetryUntilSuccesful("-1", IsStationNormal{}),
+                        key::StationNotNormal.is_true(), key::StationNotNormal.set("false"),
+                        SaySomething{"Recover error..."}, play(103),
+                        IfThenElse(key::dry_procssing.present(), key::wash_dry_pause_falg.set("true"),
+                                   key::err_recover_flag.set("true")));
 }
 
 Node wash_run_watch()
 {
     return IfThenElse(Sequence(wash_or_dry_runs(), Inverter(IsStationNormal{})),
-                      FallbackStar(key_is_true("StationNotNormal"), in_mode("WIFISetMode"),
-                                   ForceFailure(erase("OrderAutoClean")), station_status_detect()),
+                      FallbackStar(key::StationNotNormal.is_true(), in_mode("WIFISetMode"),
+                                   ForceFailure(key::OrderAutoClean.erase()), station_status_detect()),
                       AlwaysSuccess{});
 }
 
 // An error broke off a wash with dirty water in the dish. Without its dish the station has nothing to pump.
 Node sewage_work()
 {
-    return SubTree("SewageWork", SequenceStar(present("station_err_sewage"), DoesRobotGetCharger{},
+    return SubTree("SewageWork", SequenceStar(key::station_err_sewage.present(), DoesRobotGetCharger{},
                                               Inverter(station_error("WASHDISH_NOTINSTALLED")),
-                                              erase("station_err_sewage"), SewagePumpHandle{"500"}));
+                                              key::station_err_sewage.erase(), SewagePumpHandle{"500"}));
 }
 
 Node restart_wash()
 {
-    return IfThenElse(Sequence(key_is_true("err_recover_flag"), DoesRobotGetCharger{}, DoesTuobuInstall{},
+    return IfThenElse(Sequence(key::err_recover_flag.is_true(), DoesRobotGetCharger{}, DoesTuobuInstall{},
                                IsStationNormal{}),
-                      SequenceStar(DoesWashStatus{"WASH_PAUSE"}, SetWashStatus{"WASH_RUNNING"}, Delay{"50"},
+                      SequenceStar(DoesWashStatus{"WASH_PAUSE"}, SetWashStatus{"WASH_RUNNING"}, Delay{50},
                                    SetWashStatus{"WASH_IDLE"}, SweepStationContorl{"${station_water}"},
-                                   SetBlackboard{"robot_status", "clean_washing"}, Delay{"50"},
-                                   SetWashStatus{"WASH_IDLE"}, StopWashHandle{},
-                                   SetBlackboardWithType{.key = "mop_dirty", .type = "float", .value = "0"},
-                                   SetBlackboard{"err_recover_flag", "false"}, wash_is_over()),
+                                   key::robot_status.set("clean_washing"), Delay{50},
+                                   SetWashStatus{"WASH_IDLE"}, StopWashHandle{}, key::mop_dirty.set_typed(0),
+                                   key::err_recover_flag.set("false"), wash_is_over()),
                       AlwaysFailure{});
 }
 
@@ -88,10 +87,10 @@ Node wash_init_subtree()
         "WashInit_Subtree",
         ForceSuccess(Sequence(
             SetWashStatus{"WASH_IDLE"}, StopWashHandle{}, StationRobotLEDRecover{}, hand_back_button(),
-            SetBlackboard{"StationNotNormal", "false"}, SetBlackboard{"err_recover_flag", "false"},
-            wash_is_over(), erase("hand_wash_flag"), erase("mop_clean_task_end"), erase("wash_dry_end"),
-            erase("wash_dry_pause_falg"), erase("wash_dry_time_ticks"), erase("dry_procssing"),
-            erase("need_dry_flag"), erase("station_err_sewage"), erase("washdish_not_install_flag"))));
+            key::StationNotNormal.set("false"), key::err_recover_flag.set("false"), wash_is_over(),
+            erase(key::hand_wash_flag, key::mop_clean_task_end, key::wash_dry_end, key::wash_dry_pause_falg,
+                  key::wash_dry_time_ticks, key::dry_procssing, key::need_dry_flag, key::station_err_sewage,
+                  key::washdish_not_install_flag))));
 }
 
 // The robot has left the charger: no wash is under way any more.

@@ -13,26 +13,25 @@ Node save_connect_info()
 {
     return SubTree(
         "SaveConnectInfo",
-        SequenceStar(switched_on(), absent("Robot_with_station"), absent("StationConnectStatus_flag"),
-                     present("StationConnectStatus"), IsInfraredConnect{},
-                     SaySomething{"pv: Set connect flag"}, SetBlackboard{"StationConnectStatus", "true"},
-                     set_flag("StationConnectStatus_flag"), CleanInfoSave{}));
+        SequenceStar(switched_on(), key::Robot_with_station.absent(), key::StationConnectStatus_flag.absent(),
+                     key::StationConnectStatus.present(), IsInfraredConnect{},
+                     SaySomething{"pv: Set connect flag"}, key::StationConnectStatus.set("true"),
+                     key::StationConnectStatus_flag.flag(), CleanInfoSave{}));
 }
 
 // A landing that the robot made to charge for its task may be silenced by the mode.
 Node charge_tune()
 {
-    return IfThenElseStar(
-        present("chargemuiscflag"), SequenceStar(music("47", "false"), erase("chargemuiscflag")),
-        IfThenElseStar(key_is_true("charge_voice_disable"), SetBlackboard{"charge_voice_disable", "false"},
-                       music("47", "true")));
+    return choose({{key::chargemuiscflag.present(), SequenceStar(queue(47), key::chargemuiscflag.erase())},
+                   {key::charge_voice_disable.is_true(), key::charge_voice_disable.set("false")}},
+                  play(47));
 }
 
 // A robot with a dirty mop that nobody has moved comes to be washed, not to charge.
 Node lands_for_wash()
 {
-    return Sequence(switched_off(), key_is_true("charge_audio_judge"), present("mop_is_dirty"),
-                    absent("dirty_music_judge"), Inverter(key_is_true("moved_during_pause")));
+    return Sequence(switched_off(), key::charge_audio_judge.is_true(), key::mop_is_dirty.present(),
+                    key::dirty_music_judge.absent(), Inverter(key::moved_during_pause.is_true()));
 }
 
 Node warning(const std::string& code)
@@ -40,11 +39,10 @@ Node warning(const std::string& code)
     return DoesHappenThisWarning{"OLO_HEALTH_STATUS_TYPE_" + code};
 }
 
-Node warn_once(const char* code, const char* number, const char* told)
+Node warn_once(const char* code, int number, const Key& told)
 {
-    return IfThenElse(warning(code),
-                      SequenceStar(absent(told), music(number, "true"), SetBlackboard{told, "true"}),
-                      ForceFailure(erase(told)));
+    return IfThenElse(warning(code), SequenceStar(told.absent(), play(number), told.set("true")),
+                      ForceFailure(told.erase()));
 }
 
 }  // namespace
@@ -53,7 +51,7 @@ Node ir_switch()
 {
     return SubTree(
         "IR_Switch",
-        SequenceStar(FallbackStar(in_any_mode({"ChargingMode", "SleepMode"}),
+        SequenceStar(FallbackStar(in_any_mode(kModesOnDock),
                                   ForceFailure(RobotIRSwitch{.Cliff_ON = "true", .Front_ON = "true"}),
                                   IfThenElse(Sequence(switched_off()), AlwaysSuccess{}, AlwaysFailure{})),
                      RobotIRSwitch{.Cliff_ON = "false", .Front_ON = "false"}));
@@ -68,10 +66,10 @@ Node charge_music()
         Sequence(
             DoesRobotGetCharger{},
             SequenceStar(
-                SaySomething{"Debugxxx: 1"}, Delay{"100"}, SaySomething{"Debugxxx: 2"},
-                IfThenElse(present("chargemode_poweron"),
+                SaySomething{"Debugxxx: 1"}, Delay{100}, SaySomething{"Debugxxx: 2"},
+                IfThenElse(key::chargemode_poweron.present(),
                            SequenceStar(SaySomething{"Debugxxx:power on"}, Loop("20", AlwaysSuccess{}),
-                                        erase("chargemode_poweron")),
+                                        key::chargemode_poweron.erase()),
                            AlwaysSuccess{}),
                 IfThenElse(lands_for_wash(), AlwaysSuccess{}, DoWhile(save_connect_info(), charge_tune())),
                 SaySomething{"Debugxxx: 3"}, ForceRunning{})));
@@ -81,30 +79,27 @@ Node warning_music()
 {
     return SubTree(
         "WarningMusic",
-        Fallback(
-            warn_once("I_LDS_ERROR", "0", "LDSwarningMusicDisable"),
-            warn_once("HEAP_CHECK", "75", "HEAPwarningMusicDisable"),
+        Fallback(warn_once("I_LDS_ERROR", 0, key::LDSwarningMusicDisable),
+                 warn_once("HEAP_CHECK", 75, key::HEAPwarningMusicDisable),
 
-            // A cleaning that cannot reach its place any more goes home.
-            SequenceStar(
-                in_any_mode({"AutoCleanMode", "PartCleanMode", "SelectAreaCleanMode", "DrawAreaCleanMode",
-                             "SelectPointCleanMode"}),
-                Delay{"3"},
-                FallbackStar(SequenceStar(warning("CANNOTREACH_OBSTACLESTUCK"), music("149", "false")),
-                             SequenceStar(warning("CANNOTREACH_VIRTUALWALLSTUCK"), music("150", "false")),
-                             SequenceStar(warning("CANNOTOUT_INVIRTUALWALLSTUCK"), music("153", "false"))),
-                ChangeRobotModeTo{.IsAimMode_BackHome = "true"})));
+                 // A cleaning that cannot reach its place any more goes home.
+                 SequenceStar(in_any_mode(kCleaningModes), Delay{3},
+                              FallbackStar(SequenceStar(warning("CANNOTREACH_OBSTACLESTUCK"), queue(149)),
+                                           SequenceStar(warning("CANNOTREACH_VIRTUALWALLSTUCK"), queue(150)),
+                                           SequenceStar(warning("CANNOTOUT_INVIRTUALWALLSTUCK"), queue(153))),
+                              ChangeRobotModeTo{.IsAimMode_BackHome = "true"})));
 }
 
 Node charger_sig_delay()
 {
-    return SubTree("ChargerSigDelay",
-                   IfThenElse(DoesRobotGetCharger{},
-                              FallbackStar(present("just_on_charger"),
-                                           SequenceStar(SetBlackboard{"just_on_charger", "true"},
-                                                        SaySomething{"set  just_on_charger"})),
-                              SequenceStar(present("just_on_charger"), Delay{"100"}, erase("just_on_charger"),
-                                           SaySomething{"erase just_on_charger"})));
+    return SubTree(
+        "ChargerSigDelay",
+        IfThenElse(
+            DoesRobotGetCharger{},
+            FallbackStar(key::just_on_charger.present(), SequenceStar(key::just_on_charger.set("true"),
+                                                                      SaySomething{"set  just_on_charger"})),
+            SequenceStar(key::just_on_charger.present(), Delay{100}, key::just_on_charger.erase(),
+                         SaySomething{"erase just_on_charger"})));
 }
 
 Node log_task_state()
@@ -112,12 +107,12 @@ Node log_task_state()
     return FallbackStar(
         StringMatch{"${task_state}", "${task_state_last}"},
         SequenceStar(SaySomething{"task_state changed !"}, SaySomething{"${task_state}"},
-                     SaySomething{"${task_state_last}"}, SetBlackboard{"task_state_last", "${task_state}"}));
+                     SaySomething{"${task_state_last}"}, key::task_state_last.set(key::task_state.value())));
 }
 
 Node lock_watchdog()
 {
-    return SequenceStar(Repeat("100", present("RobotModeSwitchLock")), erase("RobotModeSwitchLock"));
+    return SequenceStar(Repeat("100", key::RobotModeSwitchLock.present()), key::RobotModeSwitchLock.erase());
 }
 
 }  // namespace vemra::trees::robot_node
