@@ -35,7 +35,7 @@ void RunRecords::follow(robot::Robot& robot)
     robot.addSink(lines_);
 }
 
-void RunRecords::write(const robot::Robot& robot, const std::string& title)
+void RunRecords::write(const robot::Robot& robot, const std::string& title, bool field)
 {
     folder_.add("timeline.txt", timeline_.str());
     folder_.add("events.jsonl", json_.str());
@@ -53,6 +53,8 @@ void RunRecords::write(const robot::Robot& robot, const std::string& title)
     // Before anything is swept all floor is missed.
     if (robot.sweptM2() > 0)
         marks.missed = robot.missedFloor();
+    if (field)
+        marks.field = robot::fieldFloor(*robot.world().dockField(), robot.world().visible());
     folder_.add("home.png",
                 robot::pngBytes(robot::homePicture(robot.home(), std::move(marks)), kPixelsAPoint));
     folder_.write();

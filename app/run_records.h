@@ -24,7 +24,8 @@ public:
     void follow(robot::Robot& robot);
     /// To be called after each frame.
     void frame(const robot::Robot& robot) { track_.frame(robot); }
-    void write(const robot::Robot& robot, const std::string& title);
+    /// `field`: where the dock is heard is shown too.
+    void write(const robot::Robot& robot, const std::string& title, bool field);
 
 private:
     robot::OutputFolder folder_;

@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "app/batch/batch_case.h"
+#include "app/batch/batch_picture.h"
 #include "app/batch/batch_summary.h"
 #include "app/interrupt.h"
 #include "app/trees/tree_library.h"
@@ -44,6 +45,7 @@ struct BatchOptions
     std::uint64_t seed = 1;
     unsigned jobs = 2;
     std::optional<std::filesystem::path> out;
+    std::optional<std::filesystem::path> picture;
     std::optional<std::filesystem::path> keep;
     std::filesystem::path plugin;
 };
@@ -155,7 +157,8 @@ Cases poseCases(const BatchOptions& options)
                 options.scenario.string(), file.string(), tree, pose.at.x / 1e3, pose.at.y / 1e3,
                 pose.yaw.value, seed),
             .cleans = false,
-            .about = {{"away_mm", std::round(robot::distance(pose.at, dock.face.at))}}};
+            .about = {{"pose", {pose.at.x / 1e3, pose.at.y / 1e3, pose.yaw.value}},
+                      {"away_mm", std::round(robot::distance(pose.at, dock.face.at))}}};
     };
 }
 
@@ -226,15 +229,18 @@ int batch(const BatchOptions& options)
     if ((options.homes > 0) == (options.poses > 0))
         throw UserError("expected --homes N or --poses N");
     const bool cleans = options.homes > 0;
-    const auto lines = Batch(options, cleans ? homeCases(options) : poseCases(options),
-                             cleans ? options.homes : options.poses)
-                           .play();
+    if (cleans && options.picture)
+        throw UserError("--picture goes with --poses");
+    const Cases cases = cleans ? homeCases(options) : poseCases(options);
+    const auto lines = Batch(options, cases, cleans ? options.homes : options.poses).play();
     if (options.out) {
         std::string text;
         for (const auto& line : lines)
             text += line.dump() + "\n";
         robot::writeFile(*options.out, text);
     }
+    if (options.picture)
+        writeBatchPicture(*options.picture, cases(options.seed), lines);
     printSummary(std::cout, lines);
     return kDone;
 }
@@ -271,6 +277,10 @@ void addBatchCommand(CLI::App& program, int& exit_code)
         ->check(CLI::Range(1, 256))
         ->capture_default_str();
     command->add_option("--out", options->out, "File for one JSON object a run, by seed")->type_name("FILE");
+    command
+        ->add_option("--picture", options->picture,
+                     "With --poses: picture (PNG) of where the dock is heard and which runs docked")
+        ->type_name("FILE");
     command->add_option("--keep", options->keep, "With --homes: folder for the homes, to play them again")
         ->type_name("DIR");
     command->add_option("--plugin", options->plugin, "Library of trees, instead of the program's own")

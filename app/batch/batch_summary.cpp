@@ -25,6 +25,7 @@ struct Figure
 constexpr Figure kFigures[] = {
     {"time_s", "time", 1, "s"},
     {"after_hearing_s", "time from hearing the dock", 1, "s"},
+    {"attempts", "final approaches", 1, ""},
     {"coverage", "floor cleaned", 100, "%"},
     {"recleaned_m2", "cleaned again", 1, "m2"},
     {"stall_s", "longest stall", 1, "s"},
@@ -54,7 +55,8 @@ void printSummary(std::ostream& out, const Lines& lines)
 {
     std::map<std::string, int> ended;
     for (const auto& line : lines)
-        ++ended[line.at("ended").get<std::string>()];
+        ++ended[line.contains("why") ? line.at("why").get<std::string>()
+                                     : line.at("ended").get<std::string>()];
     const auto good = std::count_if(lines.begin(), lines.end(), isGood);
     out << fmt::format("{} of {} came out well", good, lines.size());
     for (const auto& [how, count] : ended)

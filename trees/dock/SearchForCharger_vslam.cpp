@@ -5,10 +5,11 @@ namespace {
 
 Node leave_field()
 {
-    return optionally(BoolMatch{"${marker_in_dock_field}", "true"}, present("first_time_search"),
-                      present("dock_out_field"),
-                      turn_away_and(FallbackStar(drive_unless_bumped("125", "120", "120"),
-                                                 SubtreeCondition{"Back2cm.xml"})));
+    return IfThenElseStar(SequenceStar(BoolMatch{"${marker_in_dock_field}", "true"},
+                                       present("first_time_search"), present("dock_out_field")),
+                          turn_away_and(FallbackStar(drive_unless_bumped("125", "120", "120"),
+                                                     SubtreeCondition{"Back2cm.xml"})),
+                          AlwaysSuccess{});
 }
 
 Node arc_heard(const Sense& sense)

@@ -53,14 +53,15 @@ Node turn_back_to_dock()
 
 Node correct_by_outline()
 {
-    return optionally(present("dock_fix_mid_dis"),
-                      Rotate{.angle_deg = "${dock_fix_mid_yaw}",
-                             .angular_velocity_deg_s = "30",
-                             .false_relative_true_absolute = "true"},
-                      drive_for("${dock_fix_mid_dis}", "50", "50"),
-                      IfThenElseStar(BoolMatch{"${dock_fix_dir}", "true"}, guarded_turn("-90", "60"),
-                                     guarded_turn("90", "60")),
-                      erase("dock_fix_mid_dis"));
+    return IfThenElseStar(present("dock_fix_mid_dis"),
+                          SequenceStar(Rotate{.angle_deg = "${dock_fix_mid_yaw}",
+                                              .angular_velocity_deg_s = "30",
+                                              .false_relative_true_absolute = "true"},
+                                       drive_for("${dock_fix_mid_dis}", "50", "50"),
+                                       IfThenElseStar(BoolMatch{"${dock_fix_dir}", "true"},
+                                                      guarded_turn("-90", "60"), guarded_turn("90", "60")),
+                                       erase("dock_fix_mid_dis")),
+                          AlwaysSuccess{});
 }
 
 Node half_turn_parked()
@@ -123,12 +124,12 @@ Node smart_back_40cm_forwards()
         BlackboardCopy{"origin_yaw", "turn_target_angle"}, erase("origin_yaw"), turn_to_target_angle());
     return SubTree(
         "SmartBack40cm",
-        SequenceStar(
-            WeighDockSignalFirstStep{}, BlackboardCopy{"current_pose", "back_origin_point"},
-            SaySomething{"tolvar back 40"}, back2cm(), half_turn("180", "80"),
-            ForceSuccess(Frameout(
-                800, Sequence(no_bump(), within("400", "${back_origin_point}"), wheels("100", "100")))),
-            half_turn("-180", "80"), erase("back_origin_point"), optionally(InDockField{}, step_aside)));
+        SequenceStar(WeighDockSignalFirstStep{}, BlackboardCopy{"current_pose", "back_origin_point"},
+                     SaySomething{"tolvar back 40"}, back2cm(), half_turn("180", "80"),
+                     ForceSuccess(Frameout(800, Sequence(no_bump(), within("400", "${back_origin_point}"),
+                                                         wheels("100", "100")))),
+                     half_turn("-180", "80"), erase("back_origin_point"),
+                     IfThenElseStar(InDockField{}, step_aside, AlwaysSuccess{})));
 }
 
 Node smart_go_40cm()
@@ -159,11 +160,10 @@ Node after_contact()
 
 Node after_turn_was_blocked()
 {
-    return ForceFailure(
-        SequenceStar(erase("bumped_when_rotate"), SaySomething{"tq : bumped_when_rotate"},
-                     SaySomething{"${yaw_toward_dock}"},
-                     offset_yaw("${yaw_toward_dock}", "180", "turn_target_angle"), turn_to_target_angle(),
-                     ForceSuccess(drive_unless_bumped("100", "50", "50")), Stop{}, break_docking()));
+    return ForceFailure(SequenceStar(
+        erase("bumped_when_rotate"), SaySomething{"tq : bumped_when_rotate"},
+        SaySomething{"${yaw_toward_dock}"}, offset_yaw("${yaw_toward_dock}", "180", "turn_target_angle"),
+        turn_to_target_angle(), drive_till_bump("100", "50", "50"), Stop{}, break_docking()));
 }
 
 Node without_contact()

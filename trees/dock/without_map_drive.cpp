@@ -52,23 +52,21 @@ Node follow_true_source()
         IsGotReflectedSignal{"turn_angle_after_reflect"}, erase("got_reflected_sig_flag"),
         set_flag("ignore_dock_filed_flag"), ForceSuccess(Frameout(25, GoBackwards{})),
         SetBlackboardWithType{"turn_to_charger_angle", "float", "${turn_angle_after_reflect}/2"},
-        set_turn_dir_and_angle("SetTurnDirAndAngle"), turn_relative(),
+        set_turn_dir_and_angle("SetTurnDirAndAngle"),
         Named("TryTurnToDockWithSignalCheck",
               Sequence(
                   SubtreeCondition{"Escape"},
                   Named("BreakAfterGotField",
                         Fallback(Sequence(got_field, set_flag("got_reflected_sig_flag")), turn_relative())))),
         IfThenElseStar(present("got_reflected_sig_flag"),
-                       SequenceStar(ForceSuccess(drive_unless_bumped("80", "50", "50")),
-                                    erase("ignore_dock_filed_flag")),
+                       SequenceStar(drive_till_bump("80", "50", "50"), erase("ignore_dock_filed_flag")),
                        ForceFailure(SequenceStar(erase("ignore_dock_filed_flag"), turn_back()))));
 }
 
 Node turn_from_mirror()
 {
-    const auto turn = [](const char* side) {
-        return SequenceStar(turn_by(side, "90"), SaySomething{"tq start small turn"},
-                            turn_by_until(both_hear(), side, "30"), SaySomething{"tq end small turn"});
+    const auto turn = [](const char* degrees) {
+        return SetBlackboardWithType{"turn_target_angle_relative", "float", degrees};
     };
     return Named(
         "IsGotReflectedSignal",
@@ -77,7 +75,10 @@ Node turn_from_mirror()
             ForceFailure(SequenceStar(
                 SaySomething{"tq ir strong reflect"}, GenerateTurnDirWhenReflect{"turn_angle_after_reflect"},
                 Named("SetTurnDir", IfThenElseStar(IsAGreaterThanBFloat{"${turn_angle_after_reflect}", "0"},
-                                                   turn("left"), turn("right"))))),
+                                                   SetBlackboard{"turn_target_angle_dir", "left"},
+                                                   SetBlackboard{"turn_target_angle_dir", "right"})),
+                turn("90"), turn_relative(), SaySomething{"tq start small turn"}, turn("30"),
+                Fallback(both_hear(), turn_relative()), SaySomething{"tq end small turn"})),
             AlwaysFailure{}));
 }
 
@@ -85,7 +86,7 @@ Node turn_from_mirror()
 
 Node arc_away(const char* left_mm_s, const char* right_mm_s, const char* frames)
 {
-    return ForceSuccess(drive_unless_bumped(frames, left_mm_s, right_mm_s));
+    return drive_till_bump(frames, left_mm_s, right_mm_s);
 }
 
 Node avoid_obstacle()
@@ -122,8 +123,9 @@ Node turn_to_charger()
                                         SetBlackboard{"turn_target_angle_dir", "right"}));
     const auto back = Named(
         "TurnToLastYaw", SequenceStar(IfThenElseStar(key_is("turn_target_angle_dir", "left"),
-                                                     turn_by("right", "90"), turn_by("left", "90")),
-                                      ForceSuccess(drive_unless_bumped("50", "60", "60")), AlwaysFailure{}));
+                                                     SetBlackboard{"turn_target_angle_dir", "right"},
+                                                     SetBlackboard{"turn_target_angle_dir", "left"}),
+                                      turn_relative(), drive_till_bump("50", "60", "60"), AlwaysFailure{}));
     return SequenceStar(
         Named("IsLeftOrRightGotMiddle", Fallback(hears(left, "Middle"), hears(right, "Middle"))),
         Named("TurnToCharger",

@@ -12,15 +12,14 @@ Node middle()
 // On the right the stop test of the last turn is forced to fail, so that it runs to its end.
 Node in_area_45()
 {
-    return Named(
-        "InArea45",
-        SequenceStar(
-            SaySomething{"tq : on right"}, optionally(front_hears(), turn_by("left", "80")),
-            Fallback(hears(right, "Middle"), ForceSuccess(drive_unless_bumped("150", "110", "80"))),
-            IfThenElseStar(hears(right, "Middle"),
-                           Named("RightGotMiddle", SequenceStar(turn_by_until(middle(), "right", "120"))),
-                           turn_by_until(ForceFailure(middle()), "right", "80")),
-            middle()));
+    return Named("InArea45",
+                 SequenceStar(SaySomething{"tq : on right"}, optionally(front_hears(), turn_by("left", "80")),
+                              Fallback(hears(right, "Middle"), drive_till_bump("150", "110", "80")),
+                              IfThenElseStar(hears(right, "Middle"),
+                                             Named("RightGotMiddle",
+                                                   SequenceStar(turn_by_until(middle(), "right", "120"))),
+                                             turn_by_until(ForceFailure(middle()), "right", "80")),
+                              middle()));
 }
 
 Node turn_for_signal()
@@ -49,7 +48,7 @@ Node in_area_12()
         SequenceStar(
             SaySomething{"tq : on left"}, SetBlackboard{"forward_timeout", "100"}, choose_length,
             Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
-                     ForceSuccess(drive_unless_bumped("${forward_timeout}", "80", "110"))),
+                     drive_till_bump("${forward_timeout}", "80", "110")),
             IfThenElseStar(hears(left, "Middle"),
                            Named("LeftGotMiddle", SequenceStar(turn_by_until(middle(), "left", "120"))),
                            two_turns),
@@ -58,11 +57,14 @@ Node in_area_12()
 
 Node bumped_while_surround()
 {
-    const auto turn_back = Named("TurnToChargerIfHeadLoseSig",
-                                 IfThenElseStar(front_hears(), AlwaysSuccess{},
-                                                IfThenElseStar(key_is("charger_direction", "left"),
-                                                               turn_by_until(both_hear(), "left", "90"),
-                                                               turn_by_until(both_hear(), "right", "90"))));
+    const auto turn_back =
+        Named("TurnToChargerIfHeadLoseSig",
+              IfThenElseStar(front_hears(), AlwaysSuccess{},
+                             SequenceStar(IfThenElseStar(key_is("charger_direction", "left"),
+                                                         SetBlackboard{"turn_target_angle_dir", "left"},
+                                                         SetBlackboard{"turn_target_angle_dir", "right"}),
+                                          SetBlackboardWithType{"turn_target_angle_relative", "float", "90"},
+                                          Fallback(both_hear(), turn_relative()))));
     return Named(
         "BumpedWhileSurround",
         IfThenElseStar(SensorCheckBumped{"bump_dir"},
