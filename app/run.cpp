@@ -50,6 +50,7 @@ struct RunOptions
     std::optional<std::filesystem::path> visits;
     std::string watch;
     bool json = false;
+    bool field = false;
 };
 
 /// The dock of the run; where the map names none, the user hears where it was put.
@@ -197,7 +198,7 @@ int run(const RunOptions& options)
     }
     robot.finish();
     if (records)
-        records->write(robot, title,
+        records->write(robot, title, options.field,
                        std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count());
     if (options.visits)
         robot::writeFile(*options.visits, visitFileText(counter, title, robot.frame()));
@@ -246,8 +247,11 @@ void addRunCommand(CLI::App& program, int& exit_code)
             "With --tree: search the way to this place first, in metres, so that a tree that drives along "
             "a plan has one")
         ->type_name("X,Y");
-    command->add_option("--out", options->out, "Folder for time line, events, track, report and pictures")
-        ->type_name("DIR");
+    auto* out =
+        command->add_option("--out", options->out, "Folder for time line, events, track, report and pictures")
+            ->type_name("DIR");
+    command->add_flag("--field", options->field, "With --out: show in home.png where the dock is heard")
+        ->needs(out);
     command->add_option("--visits", options->visits, "File for what was visited: see trees visits")
         ->type_name("FILE");
     auto* watch = command

@@ -48,7 +48,7 @@ void RunRecords::frame(robot::Robot& robot)
     phases_.resize(robot.body().track().size(), robot::phaseOfMotion(motion));
 }
 
-void RunRecords::write(const robot::Robot& robot, const std::string& title, double wall_s)
+void RunRecords::write(const robot::Robot& robot, const std::string& title, bool field, double wall_s)
 {
     folder_.add("timeline.txt", timeline_.str());
     folder_.add("events.jsonl", json_.str());
@@ -68,6 +68,8 @@ void RunRecords::write(const robot::Robot& robot, const std::string& title, doub
     // Before anything is swept all floor is missed.
     if (robot.sweptM2() > 0)
         marks.missed = robot.missedFloor();
+    if (field)
+        marks.field = robot::fieldFloor(*robot.world().dockField(), robot.world().visible());
     const robot::Picture home = robot::homePicture(robot.home(), std::move(marks));
     folder_.add("home.png", robot::pngBytes(home, kPixelsAPoint));
     folder_.add("home.svg", robot::svgBytes(home));

@@ -26,7 +26,8 @@ public:
     void follow(robot::Robot& robot);
     /// To be called after each frame.
     void frame(robot::Robot& robot);
-    void write(const robot::Robot& robot, const std::string& title, double wall_s);
+    /// `field`: where the dock is heard is shown too. `wall_s`: what the run took on this machine.
+    void write(const robot::Robot& robot, const std::string& title, bool field, double wall_s);
 
 private:
     robot::OutputFolder folder_;

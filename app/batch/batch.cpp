@@ -19,6 +19,7 @@
 #include "app/batch/batch_compare.h"
 #include "app/batch/batch_figures.h"
 #include "app/batch/batch_file.h"
+#include "app/batch/batch_picture.h"
 #include "app/batch/batch_summary.h"
 #include "app/batch/home_case.h"
 #include "app/batch/shrink.h"
@@ -51,6 +52,7 @@ struct BatchOptions
     std::uint64_t seed = 1;
     unsigned jobs = 2;
     std::optional<std::filesystem::path> out;
+    std::optional<std::filesystem::path> picture;
     std::optional<std::filesystem::path> keep;
     std::optional<std::uint64_t> shrink;
     std::filesystem::path plugin;
@@ -116,7 +118,8 @@ Cases poseCases(const BatchOptions& options)
                 options.scenario.string(), file.string(), tree, pose.at.x / 1e3, pose.at.y / 1e3,
                 pose.yaw.value, seed),
             .cleans = false,
-            .about = {{"away_mm", std::round(robot::distance(pose.at, dock.face.at))}}};
+            .about = {{"pose", {pose.at.x / 1e3, pose.at.y / 1e3, pose.yaw.value}},
+                      {"away_mm", std::round(robot::distance(pose.at, dock.face.at))}}};
     };
 }
 
@@ -189,15 +192,18 @@ int batch(const BatchOptions& options)
     if ((options.homes > 0) == (options.poses > 0))
         throw UserError("expected --homes N, --poses N or --shrink SEED");
     const bool cleans = options.homes > 0;
-    const auto lines = Batch(options, cleans ? homeCases(options) : poseCases(options),
-                             cleans ? options.homes : options.poses)
-                           .play();
+    if (cleans && options.picture)
+        throw UserError("--picture goes with --poses");
+    const Cases cases = cleans ? homeCases(options) : poseCases(options);
+    const auto lines = Batch(options, cases, cleans ? options.homes : options.poses).play();
     if (options.out) {
         std::string text;
         for (const auto& line : lines)
             text += line.dump() + "\n";
         robot::writeFile(*options.out, text);
     }
+    if (options.picture)
+        writeBatchPicture(*options.picture, cases(options.seed), lines);
     printSummary(std::cout, lines);
     return kDone;
 }
@@ -299,6 +305,10 @@ void addBatchCommand(CLI::App& program, int& exit_code)
         ->add_option("--keep", options->keep,
                      "With --homes or --shrink: folder for the homes, to play them again")
         ->type_name("DIR");
+    command
+        ->add_option("--picture", options->picture,
+                     "With --poses: picture (PNG) of where the dock is heard and which runs docked")
+        ->type_name("FILE");
     command
         ->add_option("--shrink", options->shrink,
                      "Take furniture out of the home of a seed that does not come out well, as long as it "

@@ -22,6 +22,9 @@ constexpr std::uint64_t kUpFrames = 50;
 constexpr std::uint64_t kGivenUpFrames = 500;
 constexpr double kTimesIdeal = 4;
 constexpr double kBesidesS = 300;
+// The limits of a search.
+constexpr int kTurns = 5;
+constexpr int kWalks = 5;
 
 // They run beside what moves the robot.
 constexpr std::string_view kCompanions[] = {"Delay", "ForceRunning", "StackBlackboard",
@@ -76,6 +79,34 @@ std::mutex& loading()
 {
     static std::mutex mutex;
     return mutex;
+}
+
+// What the search has told by its keys when it ends in vain.
+std::string whyInVain(robot::Robot& robot, const std::string& ended, bool heard)
+{
+    const auto text = [&robot](const char* key) {
+        std::string value;
+        robot.blackboard().get(key, value);
+        return value;
+    };
+    const auto spent = [&robot](const char* key, int limit) {
+        int value = 0;
+        return robot.blackboard().get(key, value) && value >= limit;
+    };
+    const std::string marked = text("marker_signal_type");
+    if (!heard)
+        return "the dock was never heard";
+    if (ended == "time")
+        return "out of time";
+    if (spent("random_walk_times", kWalks))
+        return "walks spent";
+    if (marked == "None")
+        return "a marking turn heard nothing";
+    if (marked == "Mixed")
+        return "a marking turn heard both sides alike";
+    if (spent("full_round_turn_times", kTurns))
+        return "turns spent";
+    return ended;
 }
 
 double tenths(double value)
@@ -149,6 +180,11 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
                                 {"frames", robot.frame()},
                                 {"time_s", tenths(static_cast<double>(robot.frame()) / kFramesPerSecond)}};
     line.update(one.about);
+    if (!one.cleans) {
+        line["attempts"] = report.at("docking_attempts");
+        if (ended != "docked")
+            line["why"] = whyInVain(robot, ended, heard.has_value());
+    }
     if (heard && !one.cleans)
         line["after_hearing_s"] = tenths(static_cast<double>(robot.frame() - *heard) / kFramesPerSecond);
     if (one.cleans) {

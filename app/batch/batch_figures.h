@@ -18,9 +18,10 @@ struct BatchFigure
     bool more_is_better;
 };
 
-inline constexpr std::array<BatchFigure, 8> kBatchFigures = {{
+inline constexpr std::array<BatchFigure, 9> kBatchFigures = {{
     {"time_s", "time", 1, "s", false},
     {"after_hearing_s", "time from hearing the dock", 1, "s", false},
+    {"attempts", "final approaches", 1, "", false},
     {"coverage", "floor cleaned", 100, "%", true},
     {"recleaned_m2", "cleaned again", 1, "m2", false},
     {"t97_s", "time to 97 %", 1, "s", false},

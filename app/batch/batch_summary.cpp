@@ -36,7 +36,8 @@ void printSummary(std::ostream& out, const Lines& lines)
 {
     std::map<std::string, int> ended;
     for (const auto& line : lines)
-        ++ended[line.at("ended").get<std::string>()];
+        ++ended[line.contains("why") ? line.at("why").get<std::string>()
+                                     : line.at("ended").get<std::string>()];
     const auto good = std::count_if(lines.begin(), lines.end(), isGood);
     out << fmt::format("{} of {} came out well", good, lines.size());
     for (const auto& [how, count] : ended)

@@ -48,6 +48,8 @@ public:
     [[nodiscard]] const OccupancyMap& occupancy() const { return occupancy_; }
     [[nodiscard]] OccupancyMap& occupancy() { return occupancy_; }
     [[nodiscard]] const Track& track() const { return track_; }
+    /// A place where the robot was before it came to where it is.
+    void remember(PointMm place) { track_.follow(place); }
     [[nodiscard]] const ContactMap& contacts() const { return contacts_; }
     [[nodiscard]] const CleanedFloor& cleaned() const { return cleaned_; }
     [[nodiscard]] CleanedFloor& cleaned() { return cleaned_; }

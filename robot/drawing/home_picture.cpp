@@ -35,6 +35,11 @@ constexpr Colour kForbidden{0xc0392b};
 constexpr Colour kMissed{0xe9a23b};
 constexpr Colour kDock{0x2c9a57};
 constexpr Colour kRobot{0xe4572e};
+// By DockSignal.
+constexpr std::array<Colour, 6> kField{
+    {{0x000000, 0}, {0x8fb8de, 0.35}, {0x4f8fd0, 0.45}, {0x2c9a57, 0.5}, {0xe0a05a, 0.5}, {0xf0c794, 0.4}}};
+constexpr std::array<const char*, 6> kFieldNames{"",       "Left",         "CentralLeft",
+                                                 "Middle", "CentralRight", "Right"};
 
 constexpr double kRim = 24;
 constexpr double kHead = 34;
@@ -58,9 +63,11 @@ public:
         cells(CellState::Free, kFloor);
         metreLines();
         cells(CellState::Occupied, kSolid);
-        missedFloor();
+        field();
+        squares(marks_.missed, marks_.missed_mm, kMissed);
         virtualWalls();
         track();
+        starts();
         dock();
         robot();
         foot(height);
@@ -110,17 +117,34 @@ private:
         cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_DEFAULT);
     }
 
-    void missedFloor()
+    void squares(const std::vector<PointMm>& middles, double edge_mm, Colour fill)
     {
-        const PointMm half{marks_.missed_mm / 2, marks_.missed_mm / 2};
+        const PointMm half{edge_mm / 2, edge_mm / 2};
         cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_NONE);
         cairo_new_path(pen_.context());
-        for (const PointMm& middle : marks_.missed) {
+        for (const PointMm& middle : middles) {
             outline(middle - half, middle + half);
         }
-        pen_.colour(kMissed);
+        pen_.colour(fill);
         cairo_fill(pen_.context());
         cairo_set_antialias(pen_.context(), CAIRO_ANTIALIAS_DEFAULT);
+    }
+
+    void field()
+    {
+        for (std::size_t i = 0; i < kField.size(); ++i) {
+            squares(marks_.field[i], kFieldPatchMm, kField[i]);
+        }
+    }
+
+    void starts()
+    {
+        for (const StartMark& start : marks_.starts) {
+            const PointMm nose = start.pose.at + 90 * direction(start.pose.yaw);
+            const Colour colour = start.good ? kDock : kForbidden;
+            pen_.line(x(start.pose.at), y(start.pose.at), x(nose), y(nose), 1.5, colour);
+            pen_.disc(x(start.pose.at), y(start.pose.at), start.good ? 3.5 : 5.5, colour);
+        }
     }
 
     static int ceilMetre(double mm) { return static_cast<int>(std::ceil(mm / 1e3)); }
@@ -239,8 +263,16 @@ private:
         pen_.box(kRim, base - 6, metre, 4, kInk);
         pen_.text(kRim + metre + 8, base, "1 m", 12, kInk);
         double at = kRim + metre + 60;
-        at = key(at, base, kSolid, "walls and furniture");
-        at = key(at, base, kUnknown, "unknown");
+        const bool field = std::any_of(marks_.field.begin(), marks_.field.end(),
+                                       [](const auto& floor) { return !floor.empty(); });
+        if (field) {
+            for (std::size_t i = 1; i < kField.size(); ++i) {
+                at = key(at, base, kField[i], kFieldNames[i]);
+            }
+        } else {
+            at = key(at, base, kSolid, "walls and furniture");
+            at = key(at, base, kUnknown, "unknown");
+        }
         if (!marks_.walls.lines.empty() || !marks_.walls.areas.empty()) {
             at = key(at, base, kForbidden, "virtual walls");
         }
@@ -262,7 +294,11 @@ private:
         }
         if (std::any_of(marks_.track.begin(), marks_.track.end(),
                         [](const TrackStretch& stretch) { return stretch.put_down_here; })) {
-            key(at, base, kCarried, "carried");
+            at = key(at, base, kCarried, "carried");
+        }
+        if (!marks_.starts.empty()) {
+            at = key(at, base, kDock, "docked from here");
+            key(at, base, kForbidden, "did not");
         }
     }
 

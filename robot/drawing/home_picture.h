@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "robot/drawing/field_floor.h"
 #include "robot/drawing/picture.h"
 #include "robot/world/dock.h"
 #include "robot/world/home.h"
@@ -33,6 +34,13 @@ struct TrackStretch
     bool put_down_here = false;  ///< somebody carried the robot to its first point
 };
 
+/// Where a run began, and whether it came out well.
+struct StartMark
+{
+    PoseMm pose;
+    bool good = true;
+};
+
 /// What the picture of a home shows beside the home.
 struct HomeMarks
 {
@@ -44,6 +52,8 @@ struct HomeMarks
     /// Middles of squares of floor that was to be swept and was not, and their edge.
     std::vector<PointMm> missed = {};
     double missed_mm = 10;
+    FieldFloor field = {};  ///< where the dock is heard
+    std::vector<StartMark> starts = {};
 };
 
 /// The home from above, y up, with a bar of one metre. Keeps home by reference: it must outlive the picture.

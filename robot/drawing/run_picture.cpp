@@ -89,8 +89,10 @@ struct Run
                             {"light", {}, {}},
                             {"station light", {}, {}},
                             {"dock", {}, {}}};
-    std::vector<Marks> marks{
-        {"scenario", {0x2c7a4b}, {}}, {"errors", {0xc0392b}, {}}, {"music", {0x7d4bb0}, {}}};
+    std::vector<Marks> marks{{"scenario", {0x2c7a4b}, {}},
+                             {"errors", {0xc0392b}, {}},
+                             {"music", {0x7d4bb0}, {}},
+                             {"docking", {0x2c9a57}, {}}};
     std::vector<std::pair<std::uint64_t, double>> battery;
     std::uint64_t frames = 1;
 
@@ -154,6 +156,9 @@ private:
         if (const auto found = entry.fields.find("on_dock");
             found != entry.fields.end() && found->is_boolean()) {
             bands[4].change(entry.frame, found->get<bool>() ? "on the dock" : "off");
+        }
+        if (entry.fields.contains("docking_attempt")) {
+            marks[3].marks.push_back({entry.frame, "approach"});
         }
     }
 };

@@ -10,7 +10,8 @@
 namespace vemra::robot {
 
 /// The time line of a run, from frame 0 to `frames`: bands for mode, task state, light, station light and the
-/// dock; marks for what the scenario did, for errors and for music; the battery as a curve.
+/// dock; marks for what the scenario did, for errors, for music and for approaches to the dock; the battery
+/// as a curve.
 Picture runPicture(const std::vector<LogEntry>& entries, std::uint64_t frames, std::string title);
 
 }  // namespace vemra::robot

@@ -19,7 +19,8 @@ enum class LogKind : std::uint8_t
     StationLight,
     Message,
     User,  ///< what the scenario does
-    Body,  ///< on or off the dock ("on_dock"), the battery in percent ("battery")
+    Body,  ///< on or off the dock ("on_dock"), a final approach to it ("docking_attempt"), the battery in
+           ///< percent ("battery"), a charge that begins ("charge")
     Error,
     Motion,       ///< what the robot is about to do ("account": the key that is accounted to)
     Escape,       ///< the robot gets stuck, free, or stays stuck ("kind")

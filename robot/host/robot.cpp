@@ -13,6 +13,7 @@
 #include "robot/host/goal_tree.h"
 #include "robot/host/observers.h"
 #include "robot/host/places.h"
+#include "robot/host/start_field.h"
 #include "robot/host/unwritten_trees.h"
 
 namespace vemra::robot {
@@ -52,18 +53,6 @@ Grid<CellState> statesOf(const Home& home)
         for (int column = 0; column < home.columns(); ++column)
             cells.set({low.column + column, low.row + row}, home.at(CellIndex{column, row}));
     return cells;
-}
-
-DockField fieldOf(const RobotSetup& setup)
-{
-    const DockStart& start = setup.scenario.start.dock;
-    DockField::Config config;
-    config.exchanged = start.exchanged;
-    config.dropouts = start.dropouts.value_or(config.dropouts);
-    for (const AreaMm& mirror : start.mirrors) {
-        config.mirrors.push_back({mirror.low, mirror.high});
-    }
-    return {setup.dock, std::move(config)};
 }
 
 PoseMm startPose(const RobotSetup& setup)
@@ -111,7 +100,7 @@ Robot::Robot(RobotSetup setup)
 {
     for (const BoxMm& cliff : setup_.cliffs)
         world_.addCliff(cliff);
-    world_.setDockField(fieldOf(setup_));
+    world_.setDockField(fieldAtStart(setup_.dock, setup_.scenario.start.dock));
     checkPlaces(setup_.scenario, world_.solid());
     blackboard_->setClock(clock_);
     log_.addSink(expectations_);
@@ -126,8 +115,11 @@ Robot::Robot(RobotSetup setup)
                    {{"what", "not_written"}, {"tree", tree}});
     });
 
-    if (setup_.scenario.start.map.known)
+    if (setup_.scenario.start.map.known) {
         knowledge_.map.occupancy().load(statesOf(world_.visible()));
+        for (const PointMm& place : setup_.scenario.start.map.been)
+            knowledge_.map.remember(place);
+    }
 
     if (setup_.scenario.start.lost)
         knowledge_.localisation.lose();

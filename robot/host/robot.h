@@ -74,6 +74,7 @@ public:
     [[nodiscard]] const RobotState& state() const { return state_; }
     [[nodiscard]] const Body& body() const { return body_; }
     [[nodiscard]] const Home& home() const { return world_.solid(); }
+    [[nodiscard]] const World& world() const { return world_; }
     /// Where the robot thinks it is.
     [[nodiscard]] PoseMm believedPose() const { return knowledge_.localisation.pose(); }
     /// The floor that was swept, in square metres.

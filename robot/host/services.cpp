@@ -35,7 +35,9 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<CommandService>(parts, start));
     add(std::make_unique<DockContactService>(parts));
     add(std::make_unique<DockPlace>(parts, knowledge.map, knowledge.switches));
-    add(std::make_unique<DockSignalService>(parts, knowledge.localisation));
+    auto dock_signal = std::make_unique<DockSignalService>(parts, knowledge.localisation);
+    const DockSignalService& dock = *dock_signal;
+    add(std::move(dock_signal));
     add(std::make_unique<FittingService>(parts));
     add(std::make_unique<HealthService>(parts));
     add(std::make_unique<MapService>(parts, knowledge.map, knowledge.store, start));
@@ -50,6 +52,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<SelfTestService>(parts));
     auto sensing = std::make_unique<SensingService>(parts, knowledge.localisation, knowledge.switches,
                                                     knowledge.map.virtualWalls());
+    sensing->addEdge("DockField", [&dock] { return dock.edgeOfDock(); });
     add(std::make_unique<EscapeService>(parts, *sensing));
     add(std::move(sensing));
     add(std::make_unique<SettingsService>(parts, start));

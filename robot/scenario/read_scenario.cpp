@@ -23,12 +23,21 @@ AnnoyTime readAnnoy(const YamlFields& annoy)
 
 StoredMap readStoredMap(const YamlFields& map)
 {
-    map.allowOnly({"present", "known", "check"});
+    map.allowOnly({"present", "known", "been", "check"});
     StoredMap stored;
     if (map.has("present")) {
         stored.present = map.flag("present");
     }
     stored.known = map.has("known") && map.flag("known");
+    if (map.has("been")) {
+        if (!stored.known) {
+            map.fail("been", "it only with \"known: true\"");
+        }
+        for (const YAML::Node& place : map.list("been")) {
+            const std::vector<double> at = map.places(place, "been", 2);
+            stored.been.push_back({1e3 * at[0], 1e3 * at[1]});
+        }
+    }
     if (map.has("check")) {
         stored.check = map.number("check");
         if (stored.check != 0 && stored.check != 0.5 && stored.check != -1) {

@@ -220,8 +220,9 @@ struct DockStart
 struct StoredMap
 {
     bool present = true;
-    bool known = false;  ///< the robot has it in its head: the home as its laser sees it
-    double check = 0;    ///< what the check of the stored map comes to: 0, 0.5 or -1
+    bool known = false;              ///< the robot has it in its head: the home as its laser sees it
+    std::vector<PointMm> been = {};  ///< and places where it has been before
+    double check = 0;                ///< what the check of the stored map comes to: 0, 0.5 or -1
 };
 
 /// How a run begins. What the file does not say is left open for the services' own defaults.

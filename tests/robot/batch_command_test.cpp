@@ -95,6 +95,20 @@ TEST(BatchCommand, GivesTheSameRunsWhoeverPlaysThemAndTellsHowToPlayThemAgain)
     EXPECT_THAT(run.out, HasSubstr("on the dock"));
 }
 
+TEST(BatchCommand, SaysWhyASearchWasInVainAndDrawsWhereEachBegan)
+{
+    const Folder folder;
+    const std::string picture = (folder / "runs.png").string();
+    const Runs wrong =
+        batch({"--poses", "4", "--scenario", searchWith(folder, "exchanged: true"), "--picture", picture});
+    ASSERT_EQ(wrong.lines.size(), 4U) << wrong.result.err;
+    for (const auto& line : wrong.lines)
+        EXPECT_EQ(line.contains("why"), !line.at("good").get<bool>()) << line;
+    EXPECT_THAT(wrong.result.out, HasSubstr("final approaches"));
+    EXPECT_THAT(bytesOf(picture), testing::StartsWith("\x89PNG"));
+    EXPECT_THAT(batch({"--homes", "1", "--picture", picture}).result.err, HasSubstr("goes with --poses"));
+}
+
 TEST(BatchCommand, AHomeMadeFromASeedIsCleanedAndTheRobotComesHome)
 {
     const Folder folder;

@@ -92,6 +92,28 @@ TEST(HomePicture, ShowsVirtualWalls)
     EXPECT_EQ(at(1125, 775), floor) << "beside it";
 }
 
+TEST(HomePicture, ShowsWhereTheDockIsHeardAndWhereRunsBegan)
+{
+    const Folder folder;
+    const Home home = sketch(room(40, 40));
+    const Dock dock{{{1025, 50}, {90}}};
+    HomeMarks marks;
+    marks.dock = dock;
+    marks.field = fieldFloor(DockField(dock), home);
+    marks.starts = {{{{500, 1500}, {0}}, true}, {{{1500, 1500}, {0}}, false}};
+    writePng(folder / "home.png", homePicture(home, marks));
+    const Pixels pixels(folder / "home.png");
+    const auto at = [&](int x, int y) { return pixels.at(24 + x / 2, 34 + 1000 - y / 2); };
+    const std::uint32_t unheard = at(150, 110);
+    const std::uint32_t middle = at(1060, 1060);
+    EXPECT_NE(at(700, 1060), middle) << "CentralLeft";
+    EXPECT_NE(at(700, 1060), at(1350, 1060)) << "CentralRight";
+    EXPECT_NE(at(700, 1060), unheard);
+    EXPECT_NE(at(500, 1500), at(1500, 1500)) << "one docked, one did not";
+    EXPECT_FALSE(marks.field[static_cast<std::size_t>(DockSignal::Middle)].empty());
+    EXPECT_TRUE(marks.field[static_cast<std::size_t>(DockSignal::None)].empty());
+}
+
 TEST(RunPicture, ShowsTheRunTheSameEachTimeAndSurvivesOddOnes)
 {
     const Folder folder;

@@ -128,7 +128,8 @@ TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
         read(
             "name: a\nframes: 1\nstart: {on_dock: false, pose: [1, 2, 90], battery: 14.5, "
             "child_lock: true, drain_rate: 20, breakpoint_resume: false, annoy: {from: 1s, "
-            "to: 2s}, parameters_confirmed_after: 30, map: {present: false, check: -1}, keys: {a: 1}}\n")
+            "to: 2s}, parameters_confirmed_after: 30, map: {present: false, known: true, been: [[1, 2.5]], "
+            "check: -1}, keys: {a: 1}}\n")
             .start;
     EXPECT_FALSE(start.on_dock);
     EXPECT_THAT(start.pose, Optional(PoseMm{{1000, 2000}, {90}}));
@@ -143,6 +144,7 @@ TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
     EXPECT_FALSE(start.map.present);
     EXPECT_THAT(start.keys.values, ElementsAre(Pair("a", "1")));
     EXPECT_EQ(start.map.check, -1);
+    EXPECT_EQ(start.map.been, (std::vector<PointMm>{{1000, 2500}}));
 }
 
 // Four bytes that the parser makes no headway with, and ten lines that stand for ten million values.
@@ -235,6 +237,7 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
                 HasSubstr("day.yaml:3: a scenario has no field \"event\""));
     EXPECT_THAT(whole("name: a\nframes: 9\nstart: {pose: [1, 2, 3]}\n"), HasSubstr("on_dock: false"));
     EXPECT_THAT(whole("name: a\nframes: 9\nstart: {map: {check: 2}}\n"), HasSubstr("0, 0.5 or -1"));
+    EXPECT_THAT(whole("name: a\nframes: 9\nstart: {map: {been: [[1, 1]]}}\n"), HasSubstr("known: true"));
     EXPECT_THAT(whole("name: a\nframes: 9\nevents:\n - [1]\n"), HasSubstr("day.yaml:4: expected an event"));
     EXPECT_THAT(whole("name: {a\n"), HasSubstr("not YAML"));
     EXPECT_THAT(whole("name: a\nframes: 9\n---\nname: b\n"), HasSubstr("day.yaml:3: expected one YAML"));

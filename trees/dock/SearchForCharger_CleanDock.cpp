@@ -5,10 +5,11 @@ namespace {
 
 Node leave_field()
 {
-    return optionally(key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
-                      Inverter(charger_is_known()),
-                      turn_away_and(FallbackStar(drive_unless_bumped("125", "120", "120"),
-                                                 SubtreeCondition{"Back2cm.xml"})));
+    return IfThenElseStar(SequenceStar(key::marker_in_dock_field.holds("true"),
+                                       key::first_time_search.present(), Inverter(charger_is_known())),
+                          turn_away_and(FallbackStar(drive_unless_bumped("125", "120", "120"),
+                                                     SubtreeCondition{"Back2cm.xml"})),
+                          AlwaysSuccess{});
 }
 
 Node heard_in_field()
@@ -36,9 +37,9 @@ Node move_away_from_dock()
 {
     return SubTree("MoveAwayFromDock",
                    SequenceStar(SaySomething{"tq : too close to dock"}, half_turn("180", "60"),
-                                ForceSuccess(drive_unless_bumped("125", "120", "120")),
-                                optionally(Bumped{"${bump_dir}"}, back2cm()), half_turn("180", "60"),
-                                SaySomething{"tq move end"}));
+                                drive_till_bump("125", "120", "120"),
+                                IfThenElseStar(Bumped{"${bump_dir}"}, back2cm(), AlwaysSuccess{}),
+                                half_turn("180", "60"), SaySomething{"tq move end"}));
 }
 
 // --- a signal that came by a mirror -------------------------------------------------------------
@@ -65,8 +66,7 @@ Node follow_true_source()
         ForceSuccess(Frameout(25, GoBackwards{})),
         key::turn_to_charger_angle.set_typed("${turn_angle_after_reflect}/2"), turn_half_back_and_look(),
         IfThenElseStar(key::got_reflected_sig_flag.present(),
-                       SequenceStar(ForceSuccess(drive_unless_bumped("80", "50", "50")),
-                                    key::ignore_dock_filed_flag.erase()),
+                       SequenceStar(drive_till_bump("80", "50", "50"), key::ignore_dock_filed_flag.erase()),
                        ForceFailure(SequenceStar(key::ignore_dock_filed_flag.erase(),
                                                  SaySomething{"tq turn to bumped yaw"},
                                                  guarded_turn("-${turn_angle_after_reflect}", 80)))));

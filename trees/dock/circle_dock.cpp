@@ -155,7 +155,7 @@ Node turn_across(const Side& side)
 Nodes parked_moves(const Side& side)
 {
     const auto parked = [](const char* frames, const char* left_mm_s, const char* right_mm_s) {
-        return optionally(switched_off(), drive_for(frames, left_mm_s, right_mm_s));
+        return IfThenElseStar(switched_off(), drive_for(frames, left_mm_s, right_mm_s), AlwaysSuccess{});
     };
     return side.sign > 0 ? row(parked("45", "70", "70"), parked("65", "50", "70"), parked("35", "60", "70"))
                          : row(parked("45", "70", "70"), parked("65", "70", "50"), parked("35", "70", "50"));
@@ -166,8 +166,8 @@ Node short_move_to_line(const Side& side)
     return SequenceStar(
         Fallback(SensorCheckBumped{"bump_dir"}, hears(side_receiver(side), side.other_central_signal),
                  hears(side_receiver(side), side.other_side_signal), drive_for("40", "70", "70")),
-        parked_moves(side), optionally(SensorCheckBumped{"bump_dir"}, back2cm()), turn(side, 75, "40"),
-        Fallback(hears(side.far_receiver), turn(side, 25, "30")));
+        parked_moves(side), IfThenElseStar(SensorCheckBumped{"bump_dir"}, back2cm(), AlwaysSuccess{}),
+        turn(side, 75, "40"), Fallback(hears(side.far_receiver), turn(side, 25, "30")));
 }
 
 }  // namespace

@@ -9,8 +9,8 @@ namespace {
 Node move_away_from_wall()
 {
     return SubTree("MoveAwayFromWallIfNecessary",
-                   optionally(IsCloseToObstacleLds{.dir = "behind", .threshold = "270"},
-                              drive_unless_bumped("40", "70", "70")));
+                   IfThenElseStar(IsCloseToObstacleLds{.dir = "behind", .threshold = "270"},
+                                  drive_unless_bumped("40", "70", "70"), AlwaysSuccess{}));
 }
 
 Nodes get_into_sector()

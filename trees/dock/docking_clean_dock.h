@@ -23,7 +23,8 @@ inline Nodes nearer_than(const char* limit_mm)
 /// A half turn on the spot, signed degrees.
 inline Node half_turn(const char* angle_deg, const char* deg_s)
 {
-    return guarded_turn(angle_deg, deg_s);
+    return Rotate{
+        .angle_deg = angle_deg, .angular_velocity_deg_s = deg_s, .false_relative_true_absolute = "false"};
 }
 
 /// A dock is known by the stored map or by this run.

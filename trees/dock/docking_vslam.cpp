@@ -1,5 +1,7 @@
 #include "trees/dock/docking_vslam.h"
 
+#include <iterator>
+
 #include "trees/dock/docking_lds.h"
 
 namespace vemra::trees {
@@ -21,17 +23,17 @@ Node turn_front_to(const char* side_of, const char* side_signal, const char* fro
 
 Node between_centrals()
 {
-    return Sequence(
+    return SequenceStar(
         hears("Any", "CentralLeft"), hears("Any", "CentralRight"),
-        Fallback(both("CentralLeft", "CentralRight"),
-                 IfThenElseStar(Sequence(hears(left, "CentralLeft"), hears(ml, "CentralRight")),
-                                Fallback(hears(mr, "CentralRight"), hears(mr, "Middle"),
-                                         hears(mr, "CentralLeft"), ForceFailure(guarded_turn(60, 40))),
-                                turn_front_to(mr, "CentralLeft", right, "CentralRight",
-                                              row(hears(ml, "CentralLeft"), hears(ml, "Middle"),
-                                                  hears(ml, "CentralRight")),
-                                              "-60")),
-                 go_to_dock_sector_indirect(), walk_and_break_docking()));
+        FallbackStar(both("CentralLeft", "CentralRight"),
+                     IfThenElseStar(Sequence(hears(left, "CentralLeft"), hears(ml, "CentralRight")),
+                                    Fallback(hears(mr, "CentralRight"), hears(mr, "Middle"),
+                                             hears(mr, "CentralLeft"), ForceFailure(guarded_turn(60, 40))),
+                                    turn_front_to(mr, "CentralLeft", right, "CentralRight",
+                                                  row(hears(ml, "CentralLeft"), hears(ml, "Middle"),
+                                                      hears(ml, "CentralRight")),
+                                                  "-60")),
+                     go_to_dock_sector_indirect(), walk_and_break_docking()));
 }
 
 Node add_vote(const char* receiver)
@@ -93,15 +95,16 @@ Node final_approach()
 
 Node go_to_dock_sector()
 {
-    return SubTree("GoToDockSector",
-                   Fallback(hears("Any", "Middle"), between_centrals(),
-                            IfThenElseStar(choose_left(), circle_dock(left_side), circle_dock(right_side))));
+    return SubTree("GoToDockSector", FallbackStar(hears("Any", "Middle"), between_centrals(),
+                                                  IfThenElseStar(choose_left(), circle_dock(left_side),
+                                                                 circle_dock(right_side))));
 }
 
 Node docking_loop_vslam()
 {
-    return SequenceStar(key::dock_sector_indirect_times.set(0),
-                        docking_loop(go_to_dock_sector(), final_approach()));
+    Nodes loop = docking_loop(go_to_dock_sector(), final_approach());
+    loop.insert(std::prev(loop.end()), key::dock_sector_indirect_times.set(0));
+    return SequenceStar(loop);
 }
 
 // --- round the dock at a distance ---------------------------------------------------------------
@@ -145,11 +148,12 @@ Node settle_direction()
     const auto turned_to = [](const char* angle_deg) {
         return SequenceStar(kDirection.erase(), guarded_turn(angle_deg, 40));
     };
-    const auto count =
-        SequenceStar(kDirection.erase(),
-                     optionally(key::dock_sector_indirect_times.present(),
-                                IfThenElseStar(key::dock_sector_indirect_times.above(3), break_docking_step(),
-                                               key::dock_sector_indirect_times.plus(1))));
+    const auto count = SequenceStar(
+        kDirection.erase(),
+        IfThenElseStar(key::dock_sector_indirect_times.present(),
+                       IfThenElseStar(key::dock_sector_indirect_times.above(3), break_docking_step(),
+                                      key::dock_sector_indirect_times.plus(1)),
+                       AlwaysSuccess{}));
     return by_text(kDirection, {{"Left", turned_to("80")}, {"Right", turned_to("-80")}}, count);
 }
 

@@ -81,6 +81,12 @@ inline Node turn_until(Node heard, const char* angle_deg, const char* deg_s)
     return Fallback(std::move(heard), guarded_turn(angle_deg, deg_s));
 }
 
+/// The same, and a contact that ends it early is no failure.
+inline Node drive_till_bump(const char* frames, const char* left_mm_s, const char* right_mm_s)
+{
+    return ForceSuccess(Sequence(no_bump(), Frameout(frames, wheels(left_mm_s, right_mm_s))));
+}
+
 inline Node back2cm()
 {
     return SubtreeCondition{"Back2cm"};

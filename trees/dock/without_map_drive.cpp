@@ -50,38 +50,40 @@ Node follow_true_source()
         IsGotReflectedSignal{"turn_angle_after_reflect"}, key::got_reflected_sig_flag.erase(),
         key::ignore_dock_filed_flag.flag(), ForceSuccess(Frameout(25, GoBackwards{})),
         key::turn_to_charger_angle.set_typed("${turn_angle_after_reflect}/2"),
-        set_turn_dir_and_angle("SetTurnDirAndAngle"), turn_relative(),
+        set_turn_dir_and_angle("SetTurnDirAndAngle"),
         Named("TryTurnToDockWithSignalCheck",
               guarded(
                   Named("BreakAfterGotField",
                         Fallback(Sequence(got_field, key::got_reflected_sig_flag.flag()), turn_relative())))),
         IfThenElseStar(key::got_reflected_sig_flag.present(),
-                       SequenceStar(ForceSuccess(drive_unless_bumped("80", "50", "50")),
-                                    key::ignore_dock_filed_flag.erase()),
+                       SequenceStar(drive_till_bump("80", "50", "50"), key::ignore_dock_filed_flag.erase()),
                        ForceFailure(SequenceStar(key::ignore_dock_filed_flag.erase(), turn_back()))));
 }
 
 Node turn_from_mirror()
 {
-    const auto turn = [](const char* side) {
-        return SequenceStar(turn_by(side, "90"), SaySomething{"tq start small turn"},
-                            turn_by_until(both_hear(), side, "30"), SaySomething{"tq end small turn"});
+    const auto turn = [](const char* degrees) {
+        return SetBlackboardWithType{"turn_target_angle_relative", "float", degrees};
     };
-    return Named("IsGotReflectedSignal",
-                 IfThenElseStar(both("CentralRight", "CentralLeft"),
-                                ForceFailure(SequenceStar(
-                                    SaySomething{"tq ir strong reflect"},
-                                    GenerateTurnDirWhenReflect{"turn_angle_after_reflect"},
-                                    Named("SetTurnDir", IfThenElseStar(key::turn_angle_after_reflect.above(0),
-                                                                       turn("left"), turn("right"))))),
-                                AlwaysFailure{}));
+    return Named(
+        "IsGotReflectedSignal",
+        IfThenElseStar(
+            both("CentralRight", "CentralLeft"),
+            ForceFailure(SequenceStar(
+                SaySomething{"tq ir strong reflect"}, GenerateTurnDirWhenReflect{"turn_angle_after_reflect"},
+                Named("SetTurnDir", IfThenElseStar(key::turn_angle_after_reflect.above(0),
+                                                   key::turn_target_angle_dir.set("left"),
+                                                   key::turn_target_angle_dir.set("right"))),
+                turn("90"), turn_relative(), SaySomething{"tq start small turn"}, turn("30"),
+                Fallback(both_hear(), turn_relative()), SaySomething{"tq end small turn"})),
+            AlwaysFailure{}));
 }
 
 // --- an obstacle --------------------------------------------------------------------------------
 
 Node arc_away(const char* left_mm_s, const char* right_mm_s, const char* frames)
 {
-    return ForceSuccess(drive_unless_bumped(frames, left_mm_s, right_mm_s));
+    return drive_till_bump(frames, left_mm_s, right_mm_s);
 }
 
 Node avoid_obstacle()
@@ -115,10 +117,12 @@ Node turn_to_charger()
     const auto to_side =
         Named("SetRotateDiretion", IfThenElse(hears(left, "Middle"), key::turn_target_angle_dir.set("left"),
                                               key::turn_target_angle_dir.set("right")));
-    const auto back =
-        Named("TurnToLastYaw", fail_after(IfThenElseStar(key::turn_target_angle_dir.is("left"),
-                                                         turn_by("right", "90"), turn_by("left", "90")),
-                                          ForceSuccess(drive_unless_bumped("50", "60", "60"))));
+    const auto back = Named(
+        "TurnToLastYaw",
+        SequenceStar(IfThenElseStar(key::turn_target_angle_dir.is("left"),
+                                    key::turn_target_angle_dir.set("right"),
+                                    key::turn_target_angle_dir.set("left")),
+                     turn_relative(), drive_till_bump("50", "60", "60"), AlwaysFailure{}));
     return SequenceStar(
         Named("IsLeftOrRightGotMiddle", Fallback(hears(left, "Middle"), hears(right, "Middle"))),
         Named("TurnToCharger", SequenceStar(SaySomething{"tq : l or r got middle"}, to_side,

@@ -12,15 +12,14 @@ Node middle()
 // On the right the stop test of the last turn is forced to fail, so that it runs to its end.
 Node in_area_45()
 {
-    return Named(
-        "InArea45",
-        SequenceStar(
-            SaySomething{"tq : on right"}, optionally(front_hears(), turn_by("left", "80")),
-            Fallback(hears(right, "Middle"), ForceSuccess(drive_unless_bumped("150", "110", "80"))),
-            IfThenElseStar(hears(right, "Middle"),
-                           Named("RightGotMiddle", SequenceStar(turn_by_until(middle(), "right", "120"))),
-                           turn_by_until(ForceFailure(middle()), "right", "80")),
-            middle()));
+    return Named("InArea45",
+                 SequenceStar(SaySomething{"tq : on right"}, optionally(front_hears(), turn_by("left", "80")),
+                              Fallback(hears(right, "Middle"), drive_till_bump("150", "110", "80")),
+                              IfThenElseStar(hears(right, "Middle"),
+                                             Named("RightGotMiddle",
+                                                   SequenceStar(turn_by_until(middle(), "right", "120"))),
+                                             turn_by_until(ForceFailure(middle()), "right", "80")),
+                              middle()));
 }
 
 Node turn_for_signal()
@@ -44,24 +43,28 @@ Node in_area_12()
         Named("FirstStageTurnAvoidIrReflection", turn_by_until(middle(), "left", "40")),
         Named("FirstStageTurnAvoidOverTurn",
               Fallback(hears(ml, "Middle"), hears(mr, "Middle"), both_hear(), turn_by("left", "40"))));
-    return Named("InArea12",
-                 SequenceStar(SaySomething{"tq : on left"}, key::forward_timeout.set(100), choose_length,
-                              Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
-                                       ForceSuccess(drive_unless_bumped("${forward_timeout}", "80", "110"))),
-                              IfThenElseStar(hears(left, "Middle"),
-                                             Named("LeftGotMiddle",
-                                                   SequenceStar(turn_by_until(middle(), "left", "120"))),
-                                             two_turns),
-                              turn_for_signal(), middle()));
+    return Named(
+        "InArea12",
+        SequenceStar(SaySomething{"tq : on left"}, key::forward_timeout.set(100), choose_length,
+                     Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
+                              drive_till_bump("${forward_timeout}", "80", "110")),
+                     IfThenElseStar(hears(left, "Middle"),
+                                    Named("LeftGotMiddle",
+                                          SequenceStar(turn_by_until(middle(), "left", "120"))),
+                                    two_turns),
+                     turn_for_signal(), middle()));
 }
 
 Node bumped_while_surround()
 {
     const auto turn_back =
         Named("TurnToChargerIfHeadLoseSig",
-              choose({{front_hears(), AlwaysSuccess{}},
-                      {key::charger_direction.is("left"), turn_by_until(both_hear(), "left", "90")}},
-                     turn_by_until(both_hear(), "right", "90")));
+              IfThenElseStar(front_hears(), AlwaysSuccess{},
+                             SequenceStar(IfThenElseStar(key::charger_direction.is("left"),
+                                                         key::turn_target_angle_dir.set("left"),
+                                                         key::turn_target_angle_dir.set("right")),
+                                          key::turn_target_angle_relative.set_typed(90),
+                                          Fallback(both_hear(), turn_relative()))));
     return Named(
         "BumpedWhileSurround",
         IfThenElseStar(SensorCheckBumped{"bump_dir"},

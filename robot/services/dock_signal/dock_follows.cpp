@@ -106,6 +106,7 @@ bool FollowDockSignalFinalAction::begin()
 {
     begun_ = state().frame;
     nearest_mm_ = 1e9;
+    ++approaches_.begun;
     return true;
 }
 
@@ -150,8 +151,18 @@ bool SurroundChargerAction::begin()
     return true;
 }
 
+// A robot that keeps the dock on its left comes from the left-hand signals.
+bool SurroundChargerAction::passedLine() const
+{
+    const DockSignal signal = hearing().at(left_ ? Receiver::Left : Receiver::Right);
+    return signal == DockSignal::Middle || (left_ ? isRightHand(signal) : isLeftHand(signal));
+}
+
 BT::NodeStatus SurroundChargerAction::approach()
 {
+    if (radius_mm_ == kSurroundMm && passedLine()) {
+        blackboard()->set("docking_small_loop_break", std::string("true"));
+    }
     const PoseMm now = body().odometry();
     const PointMm from_dock = now.at - hearing().emitter().value_or(guess_);
     const double outward = degreesOfRadians(std::atan2(from_dock.y, from_dock.x)).value;

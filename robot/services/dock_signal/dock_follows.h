@@ -69,6 +69,7 @@ private:
 struct FinalApproaches
 {
     double failed_at_mm = 1e9;  ///< how near the dock was when the last one lost the signal
+    std::uint64_t begun = 0;    ///< how many there were
 };
 
 /// Along the middle line to the contacts. Fails when the front receivers heard nothing for 50 frames: the
@@ -93,7 +94,8 @@ private:
 };
 
 /// An arc around the dock: 500 mm from the emitter, "Indirect" 800 mm. "Left": the dock stays on the robot's
-/// left.
+/// left. Once the receiver on the dock's side hears the middle line, or what lies beyond it, the near arc
+/// sets docking_small_loop_break to "true"; the far one is watched over by its tree.
 class SurroundChargerAction final : public DockDrive
 {
 public:
@@ -102,6 +104,7 @@ public:
 private:
     bool begin() override;
     BT::NodeStatus approach() override;
+    [[nodiscard]] bool passedLine() const;
 
     bool left_ = true;
     double radius_mm_ = 0;

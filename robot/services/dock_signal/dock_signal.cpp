@@ -6,6 +6,7 @@
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/dock_signal/wall_normal.h"
+#include "robot/services/sensing/sensing_direction.h"
 
 namespace vemra::robot {
 namespace {
@@ -22,12 +23,19 @@ constexpr double kBesideDockMm = 600;
 constexpr std::uint64_t kLookEvery = 5;
 constexpr double kLookWithinMm = 1500;
 constexpr double kMostAslantDeg = 60;
+constexpr double kFarMm = 1e9;
+/// Room to stop before the contacts touch, and to turn away there.
+constexpr double kOntoDockMm = 60;
+constexpr double kOntoDockDeg = 35;
+constexpr double kMiddleOfDockDeg = 15;
 
 }  // namespace
 
 void DockSignalService::update()
 {
     hearing_.update(parts_.body, parts_.state.contacts.touching());
+    for (; told_approaches_ < approaches_.begun; ++told_approaches_)
+        parts_.report("body", "final approach to the dock", {{"docking_attempt", told_approaches_ + 1}});
     heard_frames_ = hearing_.hearsAny() ? heard_frames_ + 1 : 0;
     if (parts_.state.contacts.touching()) {
         mute_at_.clear();
@@ -37,6 +45,23 @@ void DockSignalService::update()
         bumped_frame_ = parts_.state.frame;
         ever_bumped_ = true;
     }
+}
+
+std::string DockSignalService::edgeOfDock() const
+{
+    const Body& body = parts_.body;
+    const WheelSpeeds wheels = body.commanded();
+    const double bearing = hearing_.bearingDeg().value_or(180);
+    const bool felt = body.nearDock() && hearing_.hearsAny() && wheels.left + wheels.right > 0 &&
+                      hearing_.awayMm().value_or(kFarMm) <= kRobotRadiusMm + kOntoDockMm &&
+                      std::abs(bearing) <= kOntoDockDeg;
+    if (!felt) {
+        return std::string(kNoBump);
+    }
+    return directionOf({.left = bearing > kMiddleOfDockDeg,
+                        .middle = std::abs(bearing) <= kMiddleOfDockDeg,
+                        .right = bearing < -kMiddleOfDockDeg},
+                       "_dock");
 }
 
 // The dock stands flat at its wall: the laser tells better than the sectors where it looks.
@@ -79,6 +104,7 @@ void DockSignalService::installSenses(leaf::LeafHost& host)
     host.condition("InMiddleDockOnceInAWhile", [this](BT::TreeNode&) {
         return passed(hearing_.offMiddleFrames() <= kMiddleLatelyFrames);
     });
+    host.condition("DoesRobotGetChargerSig", [this](BT::TreeNode&) { return passed(hearing_.hearsAny()); });
     // So near that it would turn into its dock.
     host.condition("DoesRobotGetChargerSigCheck", [this](BT::TreeNode&) {
         return passed(hearing_.frontHears() &&

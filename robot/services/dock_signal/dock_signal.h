@@ -22,6 +22,10 @@ public:
     void install(leaf::LeafHost& host) override;
     void update() override;
 
+    /// A robot that is about to drive onto its dock feels it as an edge, where the sensor DockField counts:
+    /// "left_dock", "middle_dock" or "right_dock" close before the face, in the near field; else "None".
+    [[nodiscard]] std::string edgeOfDock() const;
+
 private:
     void installSenses(leaf::LeafHost& host);
     void installDrives(leaf::LeafHost& host);
@@ -43,6 +47,7 @@ private:
     DockHearing hearing_;
     SignalMarking marking_;
     FinalApproaches approaches_;
+    std::uint64_t told_approaches_ = 0;
     std::function<void()> look_ = [this] { lookAtWall(); };
     std::uint64_t lost_asked_ = 0;  ///< frame in which the leaf was last asked
     std::uint64_t lost_begun_ = 0;  ///< first frame of the drive that it watches over

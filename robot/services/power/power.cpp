@@ -20,6 +20,8 @@ constexpr double kDrainAtFullSpeed = 12;
 constexpr double kFullSpeedMmS = 300;
 constexpr double kFull = 100;
 constexpr std::uint64_t kConfirmedAfterFrames = 5;
+/// Contacts that break before are no charge.
+constexpr std::uint64_t kChargesAfterFrames = 50;
 constexpr double kFramesPerHour = 3600.0 * 1000 / kFrameMs;
 
 }  // namespace
@@ -48,6 +50,7 @@ void PowerService::update()
     const double rate = parts_.state.contacts.touching() ? charge_per_hour_ : -drainPerHour();
     parts_.state.battery_percent = std::clamp(percent() + rate / kFramesPerHour, 0.0, 100.0);
     tell();
+    tellCharge();
     if (percent() <= 0 && !parts_.state.powered_off) {
         parts_.body.stop();
         parts_.state.powered_off = true;
@@ -64,6 +67,20 @@ double PowerService::drainPerHour() const
     const double speed = (std::abs(wheels.left) + std::abs(wheels.right)) / 2;
     return kDrainAwake + (state.laser_on ? kDrainLaser : 0) + (state.brushes_on ? kDrainBrushes : 0) +
            (state.fan_on ? kDrainFan : 0) + kDrainAtFullSpeed * speed / kFullSpeedMmS;
+}
+
+// A robot that comes up on its dock has not come home.
+void PowerService::tellCharge()
+{
+    const DockContacts& contacts = parts_.state.contacts;
+    const bool came = contacts.justTouched() || came_frames_ > 0;
+    came_frames_ = came && contacts.touching() ? came_frames_ + 1 : 0;
+    if (came_frames_ == kChargesAfterFrames && percent() < kFull) {
+        ++charges_;
+        const int whole = static_cast<int>(std::lround(percent()));
+        parts_.report("body", "charges from " + std::to_string(whole) + " %",
+                      {{"charge", charges_}, {"battery", whole}});
+    }
 }
 
 // Each ten percent is worth a line.

@@ -31,6 +31,7 @@ private:
     [[nodiscard]] double percent() const { return parts_.state.battery_percent; }
     [[nodiscard]] double drainPerHour() const;
     void tell();
+    void tellCharge();
 
     RobotParts parts_;
     double charge_per_hour_;                ///< percent, on the contacts
@@ -38,6 +39,8 @@ private:
     bool resume_after_recharge_;
     std::uint64_t confirmed_after_;  ///< frames from a set sent to its confirmation
     std::optional<int> told_tenth_;
+    std::uint64_t came_frames_ = 0;  ///< on the contacts since it came there
+    std::uint64_t charges_ = 0;
     std::array<ParameterSet, 4> sets_{{{"IsElecParaInitOK", "SendElecPara"},
                                        {"IsGyroParaInitOK", "SendGyroPara"},
                                        {"IsIrParaInitOK", "SendIrPara"},

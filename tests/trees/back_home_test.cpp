@@ -1,0 +1,186 @@
+#include "support/supervised_robot.h"
+
+namespace vemra::test {
+namespace {
+
+using testing::Contains;
+using testing::IsEmpty;
+
+/// The mode of the way home, with the way itself replaced.
+class BackHome : public testing::Test
+{
+protected:
+    BackHome() : robot({"BackHomeIndex"})
+    {
+        robot.obeys_requests = false;
+        robot.mode = "BackHomeMode";
+        robot.set("LastRobotMode", 1);
+        robot.set("current_pose", 7);
+        robot.set("current_coord", 7);
+        robot.set("moved_during_pause", "false");
+        robot.set("search_charger_time", 0);
+        robot.set("search_charger_timeout", 60000);
+        robot.set("backhome_fail_times", 0);
+        robot.leaf("SlamIsResumable").succeeds();
+        robot.leaf("IsPointInRectangle").succeeds();
+        for (const char* tree :
+             {"AdvCleanComplete", "SearchChargeEnding", "AdvRestartCleaning", "RestartCleaning",
+              "ReuseRestartCleaning", "PreprocessDealsBeforeCleaning", "ForceDelay", "Back2cm"})
+            robot.tree(tree).succeeds();
+        robot.tree("ActiveRelocalize_LdsInteractive").succeeds();
+        robot.tree("GoCharging_lds").succeedsAfter(10);
+    }
+
+    NodeStatus goHome(const std::string& task_state)
+    {
+        robot.set("task_state", task_state);
+        robot.forget();
+        robot.forgetRequests();
+        robot.start("BackHomeIndex");
+        return robot.finish(400);
+    }
+
+    SupervisedRobot robot;
+};
+
+TEST_F(BackHome, OnTheDockTheTaskIsClosedByWhatItWas)
+{
+    struct Row
+    {
+        const char* before;
+        const char* closed_by;
+        const char* after;
+    };
+    const Row rows[] = {{"cleaning", "AdvCleanComplete", "charge"},
+                        {"map_cleaning", "AdvCleanComplete", "charge"},
+                        {"part_lowpower", "AdvCleanComplete", "part_lowpower"},
+                        {"search_charge", "SearchChargeEnding", "search_charge"},
+                        {"completing", "AdvCleanComplete", "complete"},
+                        {"init", "SearchChargeEnding", "search_charge"},
+                        {"lowpower", nullptr, "lowpower"},
+                        {"area_lowpower", nullptr, "area_lowpower"}};
+    for (const Row& row : rows) {
+        goHome(row.before);
+        EXPECT_EQ(robot.key("task_state"), row.after) << row.before;
+        for (const std::string tree : {"AdvCleanComplete", "SearchChargeEnding"})
+            EXPECT_EQ(bool(robot.asked(tree)), row.closed_by == tree) << row.before << ' ' << tree;
+        EXPECT_THAT(robot.requests(), Contains("ChargingMode")) << row.before;
+        EXPECT_EQ(robot.key("backhome_fail_times"), "0");
+    }
+}
+
+TEST_F(BackHome, WithoutADockItStandsByAndTheTaskIsClosedByWhatItWas)
+{
+    robot.tree("GoCharging_lds").failsAfter(10);
+    struct Row
+    {
+        const char* before;
+        const char* closed_by;
+        int searched;
+    };
+    const Row rows[] = {{"search_charge", "SearchChargeEnding", 100},
+                        {"search_charge", nullptr, 60000},
+                        {"completing", "AdvCleanComplete", 0},
+                        {"lowpower", "AdvCleanComplete", 0}};
+    int failed = 0;
+    for (const Row& row : rows) {
+        robot.tree("GoCharging_lds").decides([&row](const Moment& now) {
+            now.set("search_charger_time", row.searched);
+            return FAILURE;
+        });
+        robot.set("search_charger_time", 0);
+        goHome(row.before);
+        for (const std::string tree : {"AdvCleanComplete", "SearchChargeEnding"})
+            EXPECT_EQ(bool(robot.asked(tree)), row.closed_by == tree) << row.before << ' ' << tree;
+        EXPECT_THAT(robot.requests(), Contains("StandbyMode")) << row.before;
+        EXPECT_THAT(robot.music(), Contains("17"));
+        EXPECT_EQ(robot.key("backhome_fail_times"), std::to_string(++failed));
+    }
+    EXPECT_TRUE(robot.has("clean_log_without_charger"));
+}
+
+TEST_F(BackHome, ABudgetThatIsSpentIsRenewedAndAnotherGoesOn)
+{
+    for (const auto& [before, then] : {std::pair{60000, "0"}, std::pair{59999, "59999"}}) {
+        robot.set("search_charger_time", before);
+        robot.set("task_state", "charge");
+        robot.start("BackHomeIndex");
+        robot.tickUntil("GoCharging_lds", {}, 400);
+        EXPECT_EQ(robot.key("search_charger_time"), then);
+    }
+}
+
+TEST_F(BackHome, AMapThatItCannotFindItsPlaceOnIsGivenUpAndTheSearchBeginsAnew)
+{
+    robot.set("moved_during_pause", "true");
+    robot.tree("ActiveRelocalize_LdsInteractive").fails();
+    goHome("cleaning");
+    EXPECT_TRUE(robot.inOrder({{"ActiveRelocalize_LdsInteractive", {}},
+                               {"AdvCleanComplete", {}},
+                               {"RestartCleaning", {}},
+                               {"GoCharging_lds", {}},
+                               {"SearchChargeEnding", {}}}));
+    EXPECT_EQ(robot.key("moved_during_pause"), "false");
+    EXPECT_THAT(robot.music(), Contains("64"));
+    // Where it stands it trusts its map.
+    goHome("cleaning");
+    EXPECT_TRUE(robot.notAsked("ActiveRelocalize_LdsInteractive"));
+}
+
+TEST_F(BackHome, AStopDuringTheSearchEndsItWithoutAnotherMode)
+{
+    robot.tree("GoCharging_lds").runs();
+    robot.set("task_state", "area_lowpower");
+    robot.start("BackHomeIndex");
+    robot.tickUntil("GoCharging_lds", {}, 400);
+    robot.forgetRequests();
+    robot.set("stop_clean_task_falg", "");
+    EXPECT_EQ(robot.finish(5), SUCCESS);
+    EXPECT_TRUE(robot.halted("GoCharging_lds"));
+    EXPECT_FALSE(robot.has("stop_clean_task_falg"));
+    EXPECT_THAT(robot.requests(), IsEmpty());
+    EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
+}
+
+TEST_F(BackHome, KnockedOffItsDockItBacksOffAndTakesThePlaceForItsDocks)
+{
+    robot.set("kicked", "true");
+    robot.leaf("IfOnAPlane").succeeds();
+    robot.tree("GoCharging_lds").decides([](const Moment& now) {
+        EXPECT_TRUE(now.keys.contains("kicked_dock"));
+        return now.tick_of_run < 20 ? RUNNING : SUCCESS;
+    });
+    goHome("init");
+    EXPECT_TRUE(robot.inOrder({{"GoBackwards", {}},
+                               {"AdvRestartCleaning", {}},
+                               {"GoCharging_lds", {}},
+                               {"SearchChargeEnding", {}}}));
+    EXPECT_EQ(robot.framesOf("GoBackwards"), 50) << "it stands level: no further";
+    EXPECT_EQ(robot.key("only_charger_in_map"), "7");
+    EXPECT_EQ(robot.key("kicked"), "false");
+    EXPECT_FALSE(robot.has("kicked_dock"));
+    EXPECT_THAT(robot.requests(), Contains("ChargingMode"));
+
+    // Halted on the way, it leaves no trace of that either.
+    robot.tree("GoCharging_lds").runs();
+    robot.set("kicked", "true");
+    robot.set("task_state", "charge");
+    robot.start("BackHomeIndex");
+    robot.tickUntil("GoCharging_lds", {}, 400);
+    robot.halt();
+    EXPECT_FALSE(robot.has("kicked_dock"));
+}
+
+TEST_F(BackHome, KnockedOffAndBackOnTheContactsItChargesWithoutASearch)
+{
+    robot.set("kicked", "true");
+    robot.on_charger = true;
+    robot.set("task_state", "charge");
+    robot.start("BackHomeIndex");
+    robot.tick(70);
+    EXPECT_THAT(robot.requests(), Contains("ChargingMode"));
+    EXPECT_TRUE(robot.notAsked("GoCharging_lds"));
+}
+
+}  // namespace
+}  // namespace vemra::test
