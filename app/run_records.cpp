@@ -33,17 +33,14 @@ void RunRecords::follow(robot::Robot& robot)
 {
     robot.addSink(printer_);
     robot.addSink(lines_);
+    robot.addSink(drawn_);
 }
 
 void RunRecords::write(const robot::Robot& robot, const std::string& title)
 {
-    folder_.add("timeline.txt", timeline_.str());
-    folder_.add("events.jsonl", json_.str());
-    folder_.add("track.csv", track_.text());
     folder_.add("report.json", robot.report().dump(2) + "\n");
-    folder_.add(
-        "timeline.png",
-        robot::pngBytes(robot::runPicture(robot.log().entries(), robot.frame(), title), kPixelsAPoint));
+    folder_.add("timeline.png",
+                robot::pngBytes(robot::runPicture(drawn_.entries(), robot.frame(), title), kPixelsAPoint));
     robot::HomeMarks marks{.title = title,
                            .dock = robot.dock(),
                            .robot = robot.body().truePose(),

@@ -87,6 +87,7 @@ double tenths(double value)
 
 nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path& plugin)
 {
+    robot::LogKeeper traps([](robot::LogKind kind) { return kind == robot::LogKind::Escape; });
     std::unique_ptr<Robot> made;
     {
         const std::lock_guard<std::mutex> lock(loading());
@@ -100,6 +101,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
             .tree = one.tree});
     }
     Robot& robot = *made;
+    robot.addSink(traps);
     std::uint64_t limit = one.scenario.frames;
     if (one.cleans) {
         const double ideal_s = robot.report().at("ideal_time_s").get<double>();
@@ -158,9 +160,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
         line["ideal_time_s"] = report.at("ideal_time_s");
         line["stall_s"] = tenths(stall.seconds());
         line["stall_leaf"] = stall.leaf();
-        line["traps"] =
-            std::count_if(robot.log().entries().begin(), robot.log().entries().end(),
-                          [](const robot::LogEntry& entry) { return entry.kind == robot::LogKind::Escape; });
+        line["traps"] = traps.entries().size();
     }
     line["run_m"] = tenths(report.at("run_mm").get<double>() / 1e3);
     line["replay"] = one.replay;

@@ -42,6 +42,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<ModeService>(parts));
     add(std::make_unique<MotionService>(parts, knowledge.localisation));
     auto navigation = std::make_unique<NavigationService>(parts, knowledge.map, knowledge.switches);
+    const BorderLeaves& borders = navigation->borders();
     add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.switches, navigation->search()));
     add(std::move(navigation));
     add(std::make_unique<PowerService>(parts, start));
@@ -49,6 +50,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<SelfTestService>(parts));
     auto sensing = std::make_unique<SensingService>(parts, knowledge.localisation, knowledge.switches,
                                                     knowledge.map.virtualWalls());
+    borders.feltBy(*sensing);
     add(std::make_unique<EscapeService>(parts, *sensing));
     add(std::move(sensing));
     add(std::make_unique<SettingsService>(parts, start));

@@ -12,7 +12,7 @@ namespace vemra::robot {
 [[nodiscard]] PlanningMap planningMapOf(const RobotMap& map, const SensorSwitches& switches);
 
 /// Where something is near the robot that a drive has to keep off: things, and the edges of virtual walls
-/// that are switched on.
+/// and borders that are switched on.
 [[nodiscard]] std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& switches,
                                                    double radius_mm);
 

@@ -30,7 +30,8 @@ using GoalRule = std::function<std::optional<GridPath>(const SearchGround&)>;
 /// Leaves that search the map and hand the plan out piece by piece. `AwesomeSearch` leaves the plan in
 /// `navigation_path_segments`, its mode and region in `awesome_search_mode` and `awesome_search_region`, the
 /// way's length in cells in `path_length_grid`, the failures of its worst bridge in
-/// `path_bridge_max_failure_cnt`. A plan has bridges only where there is no other way.
+/// `path_bridge_max_failure_cnt`. A plan has bridges only where there is no other way. A search for a target
+/// that failed fails again without a look at the map until something has changed.
 class NavigationSearch final : public Service
 {
 public:
@@ -46,10 +47,31 @@ public:
     [[nodiscard]] const PlanPtr& lastPlan() const { return last_plan_; }
 
 private:
-    struct Request;
+    struct Request
+    {
+        std::string mode;
+        CellIndex from;
+        std::optional<PointMm> target;
+        std::optional<BoxMm> region;
+        int tolerance = 0;
+        bool operator==(const Request&) const = default;
+    };
+    /// All that a search for a target depends on.
+    struct Question
+    {
+        Request request;
+        MapVersion map;
+        std::uint64_t bridges = 0;
+        bool lines_count = false;
+        bool areas_count = false;
+        bool operator==(const Question&) const = default;
+    };
     struct Found;
 
     BT::NodeStatus search(BT::TreeNode& node);
+    [[nodiscard]] Request requestOf(const BT::TreeNode& node) const;
+    [[nodiscard]] std::optional<Found> answer(const Request& request);
+    void tellIfOutside(PointMm target);
     [[nodiscard]] std::optional<Found> find(const Request& request, const PlanningMap& plan,
                                             bool over_bridges) const;
     [[nodiscard]] std::vector<PlanSegment> segmentsOf(const std::vector<WayPiece>& pieces,
@@ -66,6 +88,8 @@ private:
     const BridgeBook& bridges_;
     std::map<std::string, GoalRule, std::less<>> rules_;
     PlanPtr last_plan_;
+    std::optional<Question> failed_;
+    std::optional<PointMm> told_outside_;  ///< the goal beyond the map of which it was told last
     bool vector_in_hand_ = true;
 };
 
