@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "robot/body/contact.h"
 
@@ -299,13 +300,15 @@ void Body::recordTrack(bool carried)
     }
 }
 
-// Every second point goes, but for the beginnings of stretches; from now on half as many come.
+// Every second point goes, and from now on half as many come. Where a stretch began, one still does.
 void Body::thinTrack()
 {
     std::size_t kept = 0;
+    bool carried = false;
     for (std::size_t i = 0; i < track_.size(); ++i) {
-        if (i % 2 == 0 || track_[i].carried_here) {
-            track_[kept++] = track_[i];
+        carried = carried || track_[i].carried_here;
+        if (i % 2 == 0) {
+            track_[kept++] = {track_[i].pose, std::exchange(carried, false)};
         }
     }
     track_.resize(kept);
