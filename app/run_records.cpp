@@ -38,6 +38,7 @@ void RunRecords::follow(robot::Robot& robot)
 {
     robot.addSink(printer_);
     robot.addSink(lines_);
+    robot.addSink(drawn_);
 }
 
 void RunRecords::frame(robot::Robot& robot)
@@ -50,15 +51,11 @@ void RunRecords::frame(robot::Robot& robot)
 
 void RunRecords::write(const robot::Robot& robot, const std::string& title, bool field, double wall_s)
 {
-    folder_.add("timeline.txt", timeline_.str());
-    folder_.add("events.jsonl", json_.str());
-    folder_.add("track.csv", track_.text());
     nlohmann::ordered_json report = robot.report();
     report["wall_s"] = std::round(wall_s * 100) / 100;
     folder_.add("report.json", report.dump(2) + "\n");
-    folder_.add(
-        "timeline.png",
-        robot::pngBytes(robot::runPicture(robot.log().entries(), robot.frame(), title), kPixelsAPoint));
+    folder_.add("timeline.png",
+                robot::pngBytes(robot::runPicture(drawn_.entries(), robot.frame(), title), kPixelsAPoint));
     robot::HomeMarks marks{.title = title,
                            .dock = robot.dock(),
                            .robot = robot.body().truePose(),

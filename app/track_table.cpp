@@ -13,11 +13,11 @@ constexpr std::uint64_t kFramesARow = 10;
 
 }  // namespace
 
-TrackTable::TrackTable()
-    : text_(
-          "frame,time_s,x_mm,y_mm,yaw_deg,believed_x_mm,believed_y_mm,believed_yaw_deg,left_mm_s,right_mm_s,"
-          "battery_percent,mode,swept_m2\n")
-{}
+TrackTable::TrackTable(std::ostream& out) : out_(out)
+{
+    out_ << "frame,time_s,x_mm,y_mm,yaw_deg,believed_x_mm,believed_y_mm,believed_yaw_deg,left_mm_s,"
+            "right_mm_s,battery_percent,mode,swept_m2\n";
+}
 
 void TrackTable::frame(const robot::Robot& robot)
 {
@@ -30,7 +30,7 @@ void TrackTable::frame(const robot::Robot& robot)
     const robot::PoseMm is = robot.body().truePose();
     const robot::PoseMm believed = robot.believedPose();
     const robot::WheelSpeeds wheels = robot.body().wheelSpeeds();
-    fmt::format_to(std::back_inserter(text_),
+    fmt::format_to(std::ostreambuf_iterator<char>(out_),
                    "{},{:.2f},{:.1f},{:.1f},{:.2f},{:.1f},{:.1f},{:.2f},{:.0f},{:.0f},{:.2f},{},{:.2f}\n",
                    frame, static_cast<double>(frame * robot::kFrameMs) / 1000, is.at.x, is.at.y,
                    robot::wrapped(is.yaw).value, believed.at.x, believed.at.y,

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <optional>
-#include <string>
+#include <ostream>
 
 #include "robot/host/robot.h"
 
@@ -13,14 +13,14 @@ namespace vemra::app {
 class TrackTable
 {
 public:
-    TrackTable();
+    /// Writes its head; out must outlive it.
+    explicit TrackTable(std::ostream& out);
 
     /// To be called after each frame.
     void frame(const robot::Robot& robot);
-    [[nodiscard]] const std::string& text() const { return text_; }
 
 private:
-    std::string text_;
+    std::ostream& out_;
     std::optional<robot::Mode> mode_;
 };
 

@@ -118,6 +118,7 @@ double tenths(double value)
 
 nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path& plugin)
 {
+    robot::LogKeeper traps([](robot::LogKind kind) { return kind == robot::LogKind::Escape; });
     std::unique_ptr<Robot> made;
     {
         const std::lock_guard<std::mutex> lock(loading());
@@ -131,6 +132,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
             .tree = one.tree});
     }
     Robot& robot = *made;
+    robot.addSink(traps);
     std::uint64_t limit = one.scenario.frames;
     if (one.cleans) {
         const double ideal_s = robot.report().at("ideal_time_s").get<double>();
@@ -195,9 +197,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
             line[figure] = report.at(figure);
         line["stall_s"] = tenths(stall.seconds());
         line["stall_leaf"] = stall.leaf();
-        line["traps"] =
-            std::count_if(robot.log().entries().begin(), robot.log().entries().end(),
-                          [](const robot::LogEntry& entry) { return entry.kind == robot::LogKind::Escape; });
+        line["traps"] = traps.entries().size();
     }
     line["run_m"] = tenths(report.at("run_mm").get<double>() / 1e3);
     line["replay"] = one.replay;

@@ -128,6 +128,21 @@ Trees and robot talk with each other through keys. A *flag* says what it has to 
 The last column says who writes a key that no tree writes. `vemra trees keys` shows for each key which nodes write,
 test, read and erase it.
 
+Some keys hold more than a number or a text. Each has a text, which is what `SaySomething`, `vemra run --watch` and a
+port that mixes text and keys show; the texts of points to *path* can be written in a scenario's `set` too. Lengths are
+whole mm in the frame of the map, angles degrees.
+
+| Holds | Text | Such as |
+|---|---|---|
+| point | `x;y`; `current_coord` shows its cell as `column;row` | `1250;-400` |
+| pose | `x;y;yaw` | `1250;-400;90` |
+| box | `left;low;right;high` | `0;0;9000;6700` |
+| line | `x;y;x;y`, from its start to its end | `500;925;3200;925` |
+| bridge | `TYPE;x;y;x;y`: `HISTORY`, `TRIALWITHTRACE`, `TRIALNOTRACE`, `TMP` or `STEP`, and its corners | `HISTORY;1200;900;1700;900` |
+| path | `x;y;x;y;...`; of a plan what is left of it, stretch by stretch | `500;900;1200;900 \| HISTORY;1200;900;1700;900` |
+| list | what was sent, its items parted by `;` | `1;3;4` |
+| map | its extent, in cells of 50 mm; it cannot be written | `206 x 160 cells from -3;-3` |
+
 | Key | Holds | Meaning | From |
 |---|---|---|---|
 {})",

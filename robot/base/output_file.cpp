@@ -4,34 +4,36 @@
 
 #include <fstream>
 #include <system_error>
+#include <utility>
 
 #include "robot/base/input_error.h"
 
 namespace vemra::robot {
-namespace {
 
 /// The bytes of a file to be, beside it; gone again unless it gets its name.
 class PartFile
 {
 public:
-    PartFile(std::filesystem::path file, std::string_view bytes) : file_(std::move(file)), part_(file_)
+    explicit PartFile(std::filesystem::path file)
+        : file_(std::move(file)), part_(file_.string() + ".part"), out_(part_, std::ios::binary)
+    {}
+    ~PartFile()
     {
-        part_ += ".part";
-        std::ofstream out(part_, std::ios::binary);
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        out.close();
-        if (!out) {
-            remove();
+        std::error_code ignored;
+        std::filesystem::remove(part_, ignored);
+    }
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+
+    std::ostream& out() { return out_; }
+    /// All bytes are there, and nothing stands where the file belongs.
+    void close()
+    {
+        out_.close();
+        if (!out_ || std::filesystem::is_directory(file_)) {
             fail();
         }
     }
-    ~PartFile() { remove(); }
-    PartFile(const PartFile&) = delete;
-    PartFile& operator=(const PartFile&) = delete;
-    PartFile(PartFile&& other) noexcept : file_(std::move(other.file_)), part_(std::exchange(other.part_, {}))
-    {}
-    PartFile& operator=(PartFile&&) = delete;
-
     void take() const
     {
         std::error_code fault;
@@ -42,24 +44,25 @@ public:
     }
 
 private:
-    [[noreturn]] void fail() const { throw InputError(file_.string(), 0, "cannot be written"); }
-    void remove() const
+    [[noreturn]] void fail() const
     {
-        std::error_code ignored;
-        if (!part_.empty()) {
-            std::filesystem::remove(part_, ignored);
-        }
+        throw InputError(file_.string(), 0,
+                         std::filesystem::is_directory(file_)
+                             ? "cannot be written: a folder of that name is there"
+                             : "cannot be written");
     }
 
     std::filesystem::path file_;
     std::filesystem::path part_;
+    std::ofstream out_;
 };
-
-}  // namespace
 
 void writeFile(const std::filesystem::path& file, std::string_view bytes)
 {
-    PartFile(file, bytes).take();
+    PartFile part(file);
+    part.out() << bytes;
+    part.close();
+    part.take();
 }
 
 OutputFolder::OutputFolder(std::filesystem::path folder, const std::vector<std::string>& names)
@@ -78,20 +81,26 @@ OutputFolder::OutputFolder(std::filesystem::path folder, const std::vector<std::
     }
 }
 
-void OutputFolder::write() const
+OutputFolder::~OutputFolder() = default;
+
+std::ostream& OutputFolder::stream(const std::string& name)
 {
-    std::vector<PartFile> parts;
-    parts.reserve(files_.size());
-    for (const auto& [name, bytes] : files_) {
-        if (std::filesystem::is_directory(folder_ / name)) {
-            throw InputError((folder_ / name).string(), 0,
-                             "cannot be written: a folder of that name is there");
-        }
-        parts.emplace_back(folder_ / name, bytes);
+    std::unique_ptr<PartFile>& file = files_[name];
+    if (!file) {
+        file = std::make_unique<PartFile>(folder_ / name);
     }
-    for (const PartFile& part : parts) {
-        part.take();
+    return file->out();
+}
+
+void OutputFolder::write()
+{
+    for (const auto& [name, file] : files_) {
+        file->close();
     }
+    for (const auto& [name, file] : files_) {
+        file->take();
+    }
+    files_.clear();
 }
 
 }  // namespace vemra::robot

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
+#include <memory>
+#include <ostream>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace vemra::robot {
@@ -12,6 +14,8 @@ namespace vemra::robot {
 /// InputError if that cannot be done.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
+class PartFile;
+
 /// Files that go into a folder together: all of them or none.
 class OutputFolder
 {
@@ -19,14 +23,21 @@ public:
     /// Makes the folder where there is none. Throws InputError, naming what is in the way, when one of the
     /// names cannot be written in it.
     OutputFolder(std::filesystem::path folder, const std::vector<std::string>& names);
+    ~OutputFolder();
+    OutputFolder(const OutputFolder&) = delete;
+    OutputFolder& operator=(const OutputFolder&) = delete;
 
-    void add(const std::string& name, std::string bytes) { files_.emplace_back(name, std::move(bytes)); }
-    /// Writes what was added. Throws InputError when that cannot be done; the folder is then as it was.
-    void write() const;
+    /// A file that is written as things come, so that a long run needs no memory for it. It has another name
+    /// until write(), and is gone with this object without that.
+    [[nodiscard]] std::ostream& stream(const std::string& name);
+    void add(const std::string& name, std::string_view bytes) { stream(name) << bytes; }
+    /// Ends the files and gives them their names. Throws InputError when that cannot be done; the folder is
+    /// then as it was.
+    void write();
 
 private:
     std::filesystem::path folder_;
-    std::vector<std::pair<std::string, std::string>> files_;
+    std::map<std::string, std::unique_ptr<PartFile>> files_;
 };
 
 }  // namespace vemra::robot

@@ -19,18 +19,30 @@ void ContactMap::add(PointMm at, std::int64_t frame, bool lasting)
         }
     }
     contacts_.push_back({at, frame, lasting});
+    ++version_;
+}
+
+void ContactMap::reset()
+{
+    contacts_.clear();
+    ++version_;
+}
+
+void ContactMap::forget(const std::function<bool(const Contact&)>& which)
+{
+    if (std::erase_if(contacts_, which) > 0) {
+        ++version_;
+    }
 }
 
 void ContactMap::clearDisc(PointMm centre, double radius_mm)
 {
-    std::erase_if(contacts_, [&](const Contact& known) { return distance(known.at, centre) < radius_mm; });
+    forget([&](const Contact& known) { return distance(known.at, centre) < radius_mm; });
 }
 
 void ContactMap::forgetOld(std::int64_t frame)
 {
-    std::erase_if(contacts_, [&](const Contact& known) {
-        return !known.lasting && frame - known.frame > kRememberedFrames;
-    });
+    forget([&](const Contact& known) { return !known.lasting && frame - known.frame > kRememberedFrames; });
 }
 
 }  // namespace vemra::robot

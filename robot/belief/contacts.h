@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "robot/belief/grid.h"
@@ -25,12 +26,17 @@ public:
     /// The floor within the disc is free: contacts in it were something that is gone.
     void clearDisc(PointMm centre, double radius_mm);
     void forgetOld(std::int64_t frame);
-    void reset() { contacts_.clear(); }
+    void reset();
 
     const std::vector<Contact>& all() const { return contacts_; }
+    /// Grows when a contact is added or forgotten.
+    std::uint64_t version() const { return version_; }
 
 private:
+    void forget(const std::function<bool(const Contact&)>& which);
+
     std::vector<Contact> contacts_;
+    std::uint64_t version_ = 0;
 };
 
 }  // namespace vemra::robot

@@ -59,10 +59,19 @@ CellState OccupancyMap::stateOf(std::int8_t evidence)
                                      : CellState::Unknown;
 }
 
+void OccupancyMap::put(CellIndex cell, std::int8_t evidence)
+{
+    if (stateOf(evidence_.at(cell)) != stateOf(evidence)) {
+        ++version_;
+    }
+    evidence_.set(cell, evidence);
+}
+
 void OccupancyMap::include(const CellWindow& window)
 {
     const CellWindow& now = evidence_.window();
     if (now.empty()) {
+        ++version_;
         evidence_.moveTo(window);
         seen_in_.moveTo(window);
         return;
@@ -83,6 +92,7 @@ void OccupancyMap::include(const CellWindow& window)
     raise(grown.low.column, grown.end.column, window.end.column);
     raise(grown.low.row, grown.end.row, window.end.row);
     if (!(grown == now)) {
+        ++version_;
         evidence_.moveTo(grown);
         seen_in_.moveTo(grown);
     }
@@ -92,7 +102,7 @@ void OccupancyMap::add(CellIndex cell, int amount)
 {
     if (evidence_.contains(cell) && seen_in_.at(cell) != scan_) {
         seen_in_.set(cell, scan_);
-        evidence_.set(cell, static_cast<std::int8_t>(std::clamp(evidence_.at(cell) + amount, kLeast, kMost)));
+        put(cell, static_cast<std::int8_t>(std::clamp(evidence_.at(cell) + amount, kLeast, kMost)));
     }
 }
 
@@ -110,7 +120,6 @@ void OccupancyMap::enter(PointMm from, std::span<const Beam> beams, double max_m
     }
     include(cellsOf(bounds));
     ++scan_;
-    ++version_;
     // The ends come first: a beam that grazes a wall does not take it away.
     for (std::size_t i = 0; i < beams.size(); ++i) {
         if (beams[i].range_mm) {
@@ -126,12 +135,11 @@ void OccupancyMap::clearDisc(PointMm centre, double radius_mm)
 {
     const CellWindow window = cellsOf(squareAround(centre, radius_mm));
     include(window);
-    ++version_;
     for (int row = window.low.row; row < window.end.row; ++row) {
         for (int column = window.low.column; column < window.end.column; ++column) {
             const CellIndex cell{column, row};
             if (distance(centreOf(cell), centre) <= radius_mm && evidence_.contains(cell)) {
-                evidence_.set(cell, static_cast<std::int8_t>(std::min<int>(evidence_.at(cell), kFreeUpTo)));
+                put(cell, static_cast<std::int8_t>(std::min<int>(evidence_.at(cell), kFreeUpTo)));
             }
         }
     }

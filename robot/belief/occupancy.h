@@ -37,13 +37,15 @@ public:
     /// The states of the cells of a window.
     Grid<CellState> states(const CellWindow& window) const;
     std::size_t freeCells() const;
-    /// Grows with each change; whoever derives something from the map can tell that it is stale.
+    /// Grows when a cell comes into another state, and with the window; whoever derives something from the
+    /// map can tell that it is stale.
     std::uint64_t version() const { return version_; }
 
 private:
     static CellState stateOf(std::int8_t evidence);
     void include(const CellWindow& window);
     void add(CellIndex cell, int amount);
+    void put(CellIndex cell, std::int8_t evidence);
 
     Grid<std::int8_t> evidence_{0};
     Grid<std::uint32_t> seen_in_{0};  ///< the last scan that changed a cell: once in a scan is enough

@@ -75,6 +75,12 @@ void RobotMap::update(std::uint64_t frame)
     enterContact(frame);
 }
 
+void RobotMap::setVirtualWalls(VirtualWalls walls)
+{
+    virtual_walls_ = std::move(walls);
+    ++walls_set_;
+}
+
 void RobotMap::enterScan()
 {
     if (std::abs(body_.tiltDeg()) > kLevelDeg) {

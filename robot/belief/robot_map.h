@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "robot/belief/cleaned_floor.h"
@@ -22,6 +25,17 @@ enum class DrawMode : std::uint8_t
     BlockOnly,  ///< obstacles that were met
     ClearOnly,  ///< floor that was driven over
     Everything
+};
+
+/// How often what the robot knows of its floor has changed, part by part.
+struct MapVersion
+{
+    std::uint64_t occupancy = 0;
+    std::uint64_t contacts = 0;
+    std::uint64_t virtual_walls = 0;
+    std::uint64_t track = 0;
+    std::uint64_t resets = 0;
+    bool operator==(const MapVersion&) const = default;
 };
 
 /// All that the robot knows of the floor it works on: filled by its senses at the pose that it believes in.
@@ -58,10 +72,24 @@ public:
     /// How often reset() was called: who keeps places of the map forgets them with it.
     [[nodiscard]] std::uint64_t resets() const { return resets_; }
     [[nodiscard]] const VirtualWalls& virtualWalls() const { return virtual_walls_; }
-    void setVirtualWalls(VirtualWalls walls) { virtual_walls_ = std::move(walls); }
+    void setVirtualWalls(VirtualWalls walls);
     /// What shuts the other rooms while one is cleaned; counts while `SegmentVirtualWallMap` is on.
     [[nodiscard]] const std::optional<RoomFence>& roomFence() const { return room_fence_; }
-    void setRoomFence(std::optional<RoomFence> fence) { room_fence_ = std::move(fence); }
+    void setRoomFence(std::optional<RoomFence> fence)
+    {
+        room_fence_ = std::move(fence);
+        ++walls_set_;
+    }
+    /// Boxes that the robot keeps within while the sensor of their name is on: their edges are walls to it,
+    /// as long as it is inside.
+    [[nodiscard]] const std::map<std::string, BoxMm, std::less<>>& borders() const { return borders_; }
+    void setBorder(const std::string& sensor, const BoxMm& box) { borders_[sensor] = box; }
+    void dropBorder(const std::string& sensor) { borders_.erase(sensor); }
+    /// While it stays the same, a search over the map comes out as before.
+    [[nodiscard]] MapVersion version() const
+    {
+        return {occupancy_.version(), contacts_.version(), walls_set_, track_.size(), resets_};
+    }
     [[nodiscard]] DrawMode drawMode() const { return draw_mode_; }
     void setDrawMode(DrawMode mode) { draw_mode_ = mode; }
 
@@ -71,6 +99,12 @@ public:
     /// Where the last bump was, and in which frame; none: 0.
     [[nodiscard]] PointMm lastContact() const { return last_contact_; }
     [[nodiscard]] std::uint64_t lastContactFrame() const { return last_contact_frame_; }
+    /// Counts as the last bump though nothing was there to press the bumper.
+    void touch(PointMm at, std::uint64_t frame)
+    {
+        last_contact_ = at;
+        last_contact_frame_ = frame;
+    }
 
 private:
     void enterScan();
@@ -95,6 +129,8 @@ private:
     std::uint64_t resets_ = 0;
     VirtualWalls virtual_walls_;
     std::optional<RoomFence> room_fence_;
+    std::uint64_t walls_set_ = 0;  ///< how often
+    std::map<std::string, BoxMm, std::less<>> borders_;
     DrawMode draw_mode_ = DrawMode::Everything;
 
     std::vector<PointMm> seen_;  ///< where the beams of the last scan ended

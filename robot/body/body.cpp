@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "robot/body/contact.h"
 
@@ -290,12 +291,29 @@ void Body::jamBumper(const Sides& sides, double way_mm)
 
 void Body::recordTrack(bool carried)
 {
-    constexpr double step_mm = 20;
-    constexpr double step_deg = 10;
-    if (carried || distance(track_.back().pose.at, pose_.at) >= step_mm ||
-        std::abs(track_.back().pose.yaw.value - pose_.yaw.value) >= step_deg) {
+    if (carried || distance(track_.back().pose.at, pose_.at) >= track_step_mm_ ||
+        std::abs(track_.back().pose.yaw.value - pose_.yaw.value) >= track_step_deg_) {
+        if (track_.size() >= kMostTrackPoints) {
+            thinTrack();
+        }
         track_.push_back({pose_, carried});
     }
+}
+
+// Every second point goes, and from now on half as many come. Where a stretch began, one still does.
+void Body::thinTrack()
+{
+    std::size_t kept = 0;
+    bool carried = false;
+    for (std::size_t i = 0; i < track_.size(); ++i) {
+        carried = carried || track_[i].carried_here;
+        if (i % 2 == 0) {
+            track_[kept++] = {track_[i].pose, std::exchange(carried, false)};
+        }
+    }
+    track_.resize(kept);
+    track_step_mm_ *= 2;
+    track_step_deg_ *= 2;
 }
 
 }  // namespace vemra::robot

@@ -132,7 +132,9 @@ public:
         PoseMm pose;
         bool carried_here = false;
     };
-    /// Where the body went, a point every 20 mm or 10 degrees.
+    /// Where the body went, a point every 20 mm or 10 degrees; of a long run fewer, so that there are never
+    /// more than kMostTrackPoints.
+    static constexpr std::size_t kMostTrackPoints = 50'000;
     [[nodiscard]] const std::vector<TrackPoint>& track() const { return track_; }
 
     // --- what happens to it
@@ -166,6 +168,7 @@ private:
     void hearDock();
     void putAt(const PoseMm& at);
     void recordTrack(bool carried);
+    void thinTrack();
 
     const World& world_;
     BodyConfig config_;
@@ -202,6 +205,8 @@ private:
     double run_mm_ = 0;
     LaserScan recent_scan_;
     std::vector<TrackPoint> track_;
+    double track_step_mm_ = 20;
+    double track_step_deg_ = 10;
 };
 
 /// The pose without any error: for tests, and until a localisation takes over.

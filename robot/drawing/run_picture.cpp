@@ -349,6 +349,23 @@ private:
 
 }  // namespace
 
+bool isDrawn(LogKind kind)
+{
+    switch (kind) {
+        case LogKind::Mode:
+        case LogKind::TaskState:
+        case LogKind::Light:
+        case LogKind::StationLight:
+        case LogKind::User:
+        case LogKind::Error:
+        case LogKind::Music:
+        case LogKind::Body:
+            return true;
+        default:
+            return false;
+    }
+}
+
 Picture runPicture(const std::vector<LogEntry>& entries, std::uint64_t frames, std::string title)
 {
     const Run run(entries, frames);

@@ -30,7 +30,7 @@ std::optional<LogKind> logKindOfText(std::string_view text)
 
 void EventLog::record(std::uint64_t frame, LogKind kind, std::string text, nlohmann::ordered_json fields)
 {
-    if (!entries_.empty() && frame < entries_.back().frame) {
+    if (frame < last_frame_) {
         throw std::logic_error("the event log went back in time");
     }
     if (!fields.is_null() && !fields.is_object()) {
@@ -41,9 +41,10 @@ void EventLog::record(std::uint64_t frame, LogKind kind, std::string text, nlohm
             throw std::logic_error(std::string("a log entry has its own field ") + own);
         }
     }
-    entries_.push_back({frame, kind, std::move(text), std::move(fields)});
+    last_frame_ = frame;
+    const LogEntry entry{frame, kind, std::move(text), std::move(fields)};
     for (LogSink* sink : sinks_) {
-        sink->take(entries_.back());
+        sink->take(entry);
     }
 }
 

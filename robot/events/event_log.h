@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vemra::robot {
@@ -50,8 +52,8 @@ public:
     virtual void finish(const nlohmann::ordered_json& report) = 0;
 };
 
-/// All that happened in a run, in the order in which it did. The time line, the pictures and the report are
-/// made from it and from nothing else.
+/// Where all that happens in a run is told, in the order in which it does. The time line, the pictures and
+/// the report are made from it and from nothing else. It keeps nothing itself: a run may be long.
 class EventLog
 {
 public:
@@ -63,11 +65,29 @@ public:
     void record(std::uint64_t frame, LogKind kind, std::string text, nlohmann::ordered_json fields = {});
     void finish(const nlohmann::ordered_json& report);
 
+private:
+    std::uint64_t last_frame_ = 0;
+    std::vector<LogSink*> sinks_;
+};
+
+/// Keeps the entries of some kinds.
+class LogKeeper final : public LogSink
+{
+public:
+    explicit LogKeeper(std::function<bool(LogKind)> wanted) : wanted_(std::move(wanted)) {}
+
+    void take(const LogEntry& entry) override
+    {
+        if (wanted_(entry.kind))
+            entries_.push_back(entry);
+    }
+    void finish(const nlohmann::ordered_json& /*report*/) override {}
+
     const std::vector<LogEntry>& entries() const { return entries_; }
 
 private:
+    std::function<bool(LogKind)> wanted_;
     std::vector<LogEntry> entries_;
-    std::vector<LogSink*> sinks_;
 };
 
 }  // namespace vemra::robot

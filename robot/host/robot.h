@@ -70,7 +70,6 @@ public:
     /// How many expectations the run was too short for.
     [[nodiscard]] std::uint64_t openExpectations() const { return expectations_.open(); }
 
-    [[nodiscard]] const EventLog& log() const { return log_; }
     [[nodiscard]] const RobotState& state() const { return state_; }
     [[nodiscard]] const Body& body() const { return body_; }
     [[nodiscard]] const Home& home() const { return world_.solid(); }

@@ -44,6 +44,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<ModeService>(parts));
     add(std::make_unique<MotionService>(parts, knowledge.localisation));
     auto navigation = std::make_unique<NavigationService>(parts, knowledge.map, knowledge.switches);
+    const BorderLeaves& borders = navigation->borders();
     add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.store, knowledge.switches,
                                           navigation->search()));
     add(std::move(navigation));
@@ -53,6 +54,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     auto sensing = std::make_unique<SensingService>(parts, knowledge.localisation, knowledge.switches,
                                                     knowledge.map.virtualWalls());
     sensing->addEdge("DockField", [&dock] { return dock.edgeOfDock(); });
+    borders.feltBy(*sensing);
     add(std::make_unique<EscapeService>(parts, *sensing));
     add(std::move(sensing));
     add(std::make_unique<SettingsService>(parts, start));

@@ -184,6 +184,20 @@ std::optional<GridPath> findNearest(const CostGrid& costs, CellIndex from,
 
 std::optional<GridPath> findWayCloseTo(const CostGrid& costs, CellIndex from, PointMm to, double radius_mm)
 {
+    // What can be hoped for: where there is no open cell so near, there is nothing to search.
+    const CellWindow around = intersection(cellsOf(squareAround(to, radius_mm)), costs.window());
+    double least_mm = std::numeric_limits<double>::infinity();
+    for (int row = around.low.row; row < around.end.row; ++row) {
+        for (int column = around.low.column; column < around.end.column; ++column) {
+            const CellIndex cell{column, row};
+            if (costs.at(cell) != 0 || cell == from) {
+                least_mm = std::min(least_mm, distance(centreOf(cell), to));
+            }
+        }
+    }
+    if (least_mm > radius_mm) {
+        return std::nullopt;
+    }
     Search search(costs, from, std::nullopt);
     std::optional<CellIndex> best;
     double best_mm = radius_mm;
@@ -192,6 +206,9 @@ std::optional<GridPath> findWayCloseTo(const CostGrid& costs, CellIndex from, Po
         if (best ? away < best_mm : away <= best_mm) {
             best = *cell;
             best_mm = away;
+            if (best_mm <= least_mm) {
+                break;
+            }
         }
     }
     return best ? std::optional(search.pathTo(*best)) : std::nullopt;

@@ -35,38 +35,55 @@ PoseMm dockedPose(const Dock& dock)
     return {before(dock, kRobotRadiusMm), wrapped({dock.face.yaw.value + (dock.backwards ? 0 : 180)})};
 }
 
-void checkDock(const Home& home, const Dock& dock, const std::string& file, int line)
+namespace {
+
+// What is wrong with a dock; empty when nothing is.
+std::string faultOf(const Home& home, const Dock& dock)
 {
-    const auto refuse = [&](const std::string& fault) {
-        throw InputError(file, line, fmt::format("the dock at {} {}{}", toText(dock), fault, proposal(home)));
-    };
     if (!home.contains(home.cellOf(before(dock, Home::kCellMm / 2)))) {
         const PointMm low = home.origin();
         const PointMm high = home.farCorner();
-        refuse(
-            fmt::format("lies outside the map: expected x from {:.2f} to {:.2f} m, y from {:.2f} to {:.2f} m",
-                        low.x / 1e3, high.x / 1e3, low.y / 1e3, high.y / 1e3));
+        return fmt::format(
+            "lies outside the map: expected x from {:.2f} to {:.2f} m, y from {:.2f} to {:.2f} m",
+            low.x / 1e3, high.x / 1e3, low.y / 1e3, high.y / 1e3);
     }
     if (home.at(before(dock, Home::kCellMm / 2)) == CellState::Occupied) {
-        refuse(
-            "stands inside a wall or looks into one: expected its face at the wall, looking into the room");
+        return "stands inside a wall or looks into one: expected its face at the wall, looking into the room";
     }
     if (!home.isDiscFree(dockedPose(dock).at, kRobotRadiusMm - Home::kCellMm)) {
-        refuse(fmt::format("has no room for the robot: expected {:.0f} mm of free floor before it",
-                           2 * kRobotRadiusMm));
+        return fmt::format("has no room for the robot: expected {:.0f} mm of free floor before it",
+                           2 * kRobotRadiusMm);
     }
     for (int step = 2; step * Home::kCellMm <= kWayOutMm; ++step) {
         if (!home.isDiscFree(before(dock, kRobotRadiusMm + step * Home::kCellMm), kRobotRadiusMm)) {
-            refuse(fmt::format("has no way out: expected {:.0f} mm of free floor before the docked robot",
-                               kWayOutMm));
+            return fmt::format("has no way out: expected {:.0f} mm of free floor before the docked robot",
+                               kWayOutMm);
         }
+    }
+    return {};
+}
+
+}  // namespace
+
+void checkDock(const Home& home, const Dock& dock, const std::string& file, int line)
+{
+    if (const std::string fault = faultOf(home, dock); !fault.empty()) {
+        throw InputError(file, line, fmt::format("the dock at {} {}{}", toText(dock), fault, proposal(home)));
     }
 }
 
 std::optional<Dock> placeDock(const Home& home)
 {
-    // The last steps are for homes whose walls stand aslant in the map: the dock then stands at a corner of
-    // the jagged line.
+    const Reach reach(home, kRobotRadiusMm);
+    const int floor = reach.largest();
+    if (floor == Reach::kNone) {
+        return std::nullopt;
+    }
+    const auto serves = [&](const Dock& dock) {
+        return reach.regionOf(home.cellOf(before(dock, kRobotRadiusMm + kWayOutMm / 2))) == floor;
+    };
+    // The last steps are for homes with hardly a straight wall: the dock then stands at a corner of the
+    // jagged line.
     constexpr std::array<WallNeeds, 5> steps{{
         {600, 1000, 0},
         {600, 1000, 1},
@@ -74,27 +91,40 @@ std::optional<Dock> placeDock(const Home& home)
         {400, 700, 3},
         {400, 700, 12},
     }};
-    const Reach reach(home, kRobotRadiusMm);
-    const int floor = reach.largest();
-    if (floor == Reach::kNone) {
-        return std::nullopt;
-    }
+    std::optional<Dock> best;
+    double longest = 0;
+    bool even = true;
     for (const WallNeeds& needs : steps) {
-        std::optional<Dock> best;
-        double longest = 0;
         for (const WallStretch& wall : freeWalls(home, needs)) {
             const Dock dock{{wall.middle, wrapped(wall.looks)}};
-            if (wall.length_mm > longest &&
-                reach.regionOf(home.cellOf(before(dock, kRobotRadiusMm + kWayOutMm / 2))) == floor) {
+            if (wall.length_mm > longest && serves(dock)) {
                 best = dock;
                 longest = wall.length_mm;
             }
         }
         if (best) {
-            return best;
+            break;
+        }
+        even = false;
+    }
+    // Where the walls stand at an angle, the face of a column is no match for them.
+    constexpr double kClearlyLonger = 1.25;
+    longest *= even ? kClearlyLonger : 0;
+    for (const WallStretch& wall : slantedWalls(home, steps.front())) {
+        if (wall.length_mm <= longest) {
+            continue;
+        }
+        for (double off_mm = 0; off_mm <= Home::kCellMm; off_mm += Home::kCellMm / 10) {
+            const Dock dock{{wall.middle + off_mm * direction(wall.looks), wall.looks}};
+            if (home.isDiscFree(dockedPose(dock).at, kRobotRadiusMm) && faultOf(home, dock).empty() &&
+                serves(dock)) {
+                best = dock;
+                longest = wall.length_mm;
+                break;
+            }
         }
     }
-    return std::nullopt;
+    return best;
 }
 
 bool canOnlyBeRadians(double yaw)

@@ -25,10 +25,10 @@ PoseMm dockedPose(const Dock& dock);
 /// believed to one cell, 50 mm.
 void checkDock(const Home& home, const Dock& dock, const std::string& file, int line);
 
-/// A place for a dock in a home that names none: the middle of the longest free stretch of wall, 600 mm at
-/// least with 1 m of free floor before it, on the largest floor that the robot can drive on. Where there is
-/// no such wall the needs are lowered by steps. The same home gives the same place. No value if there is
-/// none.
+/// A place for a dock in a home that names none: the middle of the longest free stretch of wall, whatever its
+/// angle, 600 mm at least with 1 m of free floor before it, on the largest floor that the robot can drive on.
+/// Where there is no such wall the needs are lowered by steps. The same home gives the same place. No value
+/// if there is none.
 std::optional<Dock> placeDock(const Home& home);
 
 /// Whether a yaw cannot be meant in degrees: it lies within a turn in radians and has more than three

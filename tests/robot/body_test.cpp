@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "robot/sketch.h"
@@ -110,6 +111,32 @@ TEST_F(InARoom, DeadReckoningGoesWrongBySlipAndByBeingCarried)
     EXPECT_NEAR(body.truePose().yaw.value, -90, 1e-9);
     EXPECT_FALSE(body.wheelDrop().any());
     EXPECT_GT(distance(body.odometry().at, body.truePose().at), 300);
+}
+
+TEST_F(InARoom, TheTrackOfALongRunIsThinnedAndKeepsItsGaps)
+{
+    Body body = bodyAt(500, 1500, 0);
+    const auto go = [&](int points) {
+        for (int i = 0; i < points; ++i) {
+            body.drive({300, -300});  // a turn on the spot, a point every few frames
+            run(body, 10);
+        }
+    };
+    go(30'000);
+    body.carryTo({{2000, 1500}, {0}});
+    const double carried_at = body.truePose().at.x;
+    go(40'000);
+    const auto& track = body.track();
+    EXPECT_LE(track.size(), Body::kMostTrackPoints);
+    EXPECT_GT(track.size(), Body::kMostTrackPoints / 4);
+    EXPECT_EQ(std::count_if(track.begin(), track.end(), [](const auto& point) { return point.carried_here; }),
+              1);
+    // No stretch leads from before the carry to after it.
+    for (std::size_t i = 1; i < track.size(); ++i) {
+        const bool jump = distance(track[i - 1].pose.at, track[i].pose.at) > 1000;
+        ASSERT_EQ(jump, track[i].carried_here) << i;
+    }
+    EXPECT_NEAR(track.back().pose.at.x, carried_at, 1);
 }
 
 TEST_F(InARoom, EdgesOfTheFloorAreSeenBeforeAWheelHangs)

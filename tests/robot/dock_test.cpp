@@ -68,8 +68,9 @@ TEST(Dock, AutomaticPlaceIsNotOnAnIslandTheRobotCannotLeave)
     EXPECT_GT(dock->face.at.x, 1550);
 }
 
-// A room of 4 x 3 m turned by some angle, its walls 100 mm thick.
-Home turnedRoom(double angle)
+// A room of 4 x 3 m turned by some angle, its walls 100 mm thick; perhaps with a column that stands along
+// the rows of the map.
+Home turnedRoom(double angle, bool column_stands = false)
 {
     const PointMm along = direction({angle});
     const int side = 120;
@@ -80,7 +81,11 @@ Home turnedRoom(double angle)
             const double u = std::abs(p.x * along.x + p.y * along.y) - 2000;
             const double v = std::abs(p.y * along.x - p.x * along.y) - 1500;
             const double out = std::max(u, v);
-            cells.push_back(out < 0 ? CellState::Free : out < 100 ? CellState::Occupied : CellState::Unknown);
+            const bool in_column = column_stands && std::abs(p.x) < 350 && std::abs(p.y) < 350;
+            cells.push_back(in_column   ? CellState::Occupied
+                            : out < 0   ? CellState::Free
+                            : out < 100 ? CellState::Occupied
+                                        : CellState::Unknown);
         }
     }
     return {side, side, {0, 0}, cells};
@@ -97,9 +102,24 @@ TEST(Dock, AnyRoomGetsADockThatPassesTheCheck)
         EXPECT_TRUE(home.isDiscFree(docked.at, kRobotRadiusMm)) << angle;
         const PointMm face = docked.at + kRobotRadiusMm * direction(docked.yaw);
         EXPECT_LT(distance(face, dock->face.at), 1e-6) << "touches it and looks at it";
+        // At a wall, and square to it.
+        EXPECT_TRUE(home.castRay(dock->face.at, {dock->face.yaw.value + 180}, 150)) << angle;
+        const double askew = wrapped({4 * (dock->face.yaw.value - angle)}).value / 4;
+        EXPECT_LT(std::abs(askew), 4) << angle;
         EXPECT_EQ(placeDock(home), dock) << "the same again";
     }
     EXPECT_EQ(placeDock(sketch({"....", "...."})), std::nullopt) << "no room for a robot";
+}
+
+TEST(Dock, AColumnIsNoWallForADock)
+{
+    for (double angle = 10; angle < 90; angle += 10) {
+        const Home home = turnedRoom(angle, true);
+        const auto dock = placeDock(home);
+        ASSERT_TRUE(dock) << angle;
+        EXPECT_EQ(check(home, *dock), "nothing thrown") << angle;
+        EXPECT_GT(distance(dock->face.at, {3000, 3000}), 1300) << angle;
+    }
 }
 
 TEST(Dock, AnOptionOverrulesTheMapAndTheMapTheSearch)

@@ -118,6 +118,8 @@ TEST(RunPicture, ShowsTheRunTheSameEachTimeAndSurvivesOddOnes)
 {
     const Folder folder;
     EventLog log;
+    LogKeeper kept(isDrawn);
+    log.addSink(kept);
     log.record(0, LogKind::Mode, "ChargingMode");
     log.record(0, LogKind::Body, "on", {{"on_dock", true}});
     log.record(0, LogKind::Body, "battery", {{"battery", 120}});
@@ -126,12 +128,12 @@ TEST(RunPicture, ShowsTheRunTheSameEachTimeAndSurvivesOddOnes)
         log.record(20 + i, LogKind::Mode, "mode number " + std::to_string(i));
         log.record(20 + i, LogKind::User, "something that takes its room");
     }
-    writeSvg(folder / "a.svg", runPicture(log.entries(), 100, "a"));
-    writePng(folder / "a.png", runPicture(log.entries(), 100, "a"));
-    writePng(folder / "b.png", runPicture(log.entries(), 100, "a"));
+    writeSvg(folder / "a.svg", runPicture(kept.entries(), 100, "a"));
+    writePng(folder / "a.png", runPicture(kept.entries(), 100, "a"));
+    writePng(folder / "b.png", runPicture(kept.entries(), 100, "a"));
     EXPECT_THAT(bytesOf(folder / "a.svg"), HasSubstr("</svg>"));
     EXPECT_TRUE(bytesOf(folder / "a.png") == bytesOf(folder / "b.png"));
-    EXPECT_GT(runPicture(log.entries(), 100, "a").height, runPicture({}, 0, "nothing").height + 100);
+    EXPECT_GT(runPicture(kept.entries(), 100, "a").height, runPicture({}, 0, "nothing").height + 100);
     writePng(folder / "nothing.png", runPicture({}, 0, "nothing"));
     EXPECT_TRUE(Pixels(folder / "nothing.png").good());
 }

@@ -1,11 +1,18 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <chrono>
+
 #include "robot/navigation_rig.h"
 
 namespace vemra::robot {
 namespace {
 
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
 using testing::Optional;
+using testing::StartsWith;
 
 // Two rooms of 1.5 m; the gap between them is one cell too narrow by the map.
 std::vector<std::string> roomsWithGap()
@@ -92,6 +99,38 @@ TEST_F(LeavesTest, APlanIsHandedOutSegmentBySegment)
     EXPECT_TRUE(takeUp()) << "a new plan begins at its beginning";
 }
 
+TEST_F(LeavesTest, APlanCanBeShownAndWrittenAsText)
+{
+    ASSERT_TRUE(robot.search("TargetNoUnknown", kRight));
+    const std::string whole = robot.text("navigation_path_segments");
+    EXPECT_THAT(whole, AllOf(StartsWith("500;900;"), HasSubstr(" | TRIALNOTRACE;"), EndsWith(";2500;900")));
+    ASSERT_TRUE(takeUp());
+    const std::string rest = robot.text("navigation_path_segments");
+    EXPECT_THAT(rest, StartsWith("TRIALNOTRACE;")) << "what is left of it";
+    ASSERT_TRUE(takeUp());
+    const std::string bridge = robot.text("navigation_bridge");
+    EXPECT_EQ(rest.substr(0, rest.find(" | ")), bridge);
+
+    robot.blackboard->set("navigation_path_segments", rest);
+    ASSERT_TRUE(takeUp());
+    EXPECT_FALSE(robot.passes("PathSegIsVector"));
+    EXPECT_EQ(robot.text("navigation_bridge"), bridge);
+    ASSERT_TRUE(takeUp()) << "the next one, not the first again";
+    EXPECT_THAT(point("navi_path_target"), Optional(kRight));
+    EXPECT_FALSE(takeUp());
+    for (const char* no_plan :
+         {"", "500", "500;900;1200", "BOAT;500;900;1200;900", "HISTORY;500;900", "500;900 | "}) {
+        robot.blackboard->set("navigation_path_segments", no_plan);
+        EXPECT_FALSE(takeUp()) << no_plan;
+    }
+
+    robot.blackboard->set("line", "0;0;1000;0");
+    EXPECT_TRUE(robot.passes("GetMidPointOfLine", {{"line", "${line}"}, {"out_point", "middle"}}));
+    EXPECT_EQ(robot.text("middle"), "500;0");
+    robot.passes("MakeMap");
+    EXPECT_THAT(robot.text("obstacle_expanded_map"), HasSubstr(" cells from "));
+}
+
 TEST_F(LeavesTest, ABridgeThatFailedServesOnlyWhoToleratesThat)
 {
     ASSERT_TRUE(searchTolerating(0));
@@ -154,6 +193,56 @@ TEST(TemporaryBridge, IsCrossedAsSoonAsTheBodyIsOutOfTheVirtualWall)
     robot.blackboard->erase("cross_bridge_success");
     robot.passes("UpdateBridgeCost");
     EXPECT_TRUE(robot.blackboard->contains("tmp_bridge_cross_failed"));
+}
+
+TEST_F(LeavesTest, AFailedSearchIsNotRepeatedUntilSomethingHasChanged)
+{
+    const auto took = [&] {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_FALSE(searchTolerating(0));
+        return std::chrono::steady_clock::now() - start;
+    };
+    const auto wall = [&](const char* line) {
+        robot.blackboard->set("virtual_wall_lines", line);
+        robot.passes("GenerateVirtualWalls");
+    };
+    wall("1300;0;1300;1600");
+    const auto first = took();
+    auto again = took();
+    for (int i = 0; i < 20; ++i) {
+        again = std::min(again, took());
+    }
+    EXPECT_LT(again, first / 3);
+
+    robot.switches.open(this, "VirtualWall", false, false);
+    EXPECT_TRUE(searchTolerating(0)) << "the wall does not count";
+    robot.switches.close(this);
+    took();
+    wall("");
+    EXPECT_TRUE(searchTolerating(0)) << "it is gone";
+    crossBridge(false);
+    took();
+    EXPECT_TRUE(searchTolerating(1));
+    took();
+    robot.passes("ValidateAllBridges");
+    EXPECT_TRUE(searchTolerating(0));
+    EXPECT_TRUE(robot.log.empty());
+}
+
+TEST_F(LeavesTest, AGoalBeyondTheMapIsRefusedWithAWord)
+{
+    const auto words = [&] {
+        return std::count_if(robot.log.begin(), robot.log.end(), [](const std::string& entry) {
+            return entry.find("beyond the map") != std::string::npos;
+        });
+    };
+    EXPECT_FALSE(robot.search("Target", {12000, 900}));
+    EXPECT_TRUE(robot.happened("no way to 12000;900: the goal lies beyond the map seen so far"));
+    robot.frames(60);
+    EXPECT_FALSE(robot.search("Target", {12000, 900}));
+    EXPECT_EQ(words(), 1) << "once is enough";
+    EXPECT_FALSE(robot.search("Target", {-9000, 900}));
+    EXPECT_EQ(words(), 2);
 }
 
 TEST_F(LeavesTest, ASearchDuringAFollowWantsTheGoalWhateverWasSearchedBefore)

@@ -19,6 +19,7 @@ public:
     NavigationRig(Home home, const PoseMm& at) : RobotRig(std::move(home), at)
     {
         install();
+        navigation.borders().feltBy(sensing);
         for (Service* service : services()) {
             service->update();
         }

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "robot/base/chance.h"
 #include "robot/grid_sketch.h"
 #include "robot/planning/arcs.h"
 #include "robot/planning/planner.h"
@@ -99,6 +100,37 @@ TEST(FindWay, ARobotAtAWallFindsItsWayOff)
         const CostGrid costs = costsFor(map, at_wall, {});
         EXPECT_TRUE(findWay(map, costs, at_wall, centreOf({20, 20}), 100)) << at_wall.column;
     }
+}
+
+// Against a look at all cells that can be reached.
+TEST(FindWay, TheNearestPlaceIsFoundWithoutAFlood)
+{
+    Chance chance(5);
+    int failed = 0;
+    for (int i = 0; i < 300; ++i) {
+        CostGrid costs({{-3, -3}, {17, 17}}, 0, 0);
+        for (std::uint8_t& cost : costs.cells()) {
+            cost = chance.uniform() < 0.6 ? static_cast<std::uint8_t>(10 + chance.uniform() * 30) : 0;
+        }
+        const PointMm to{chance.uniform() * 1400 - 400, chance.uniform() * 1400 - 400};
+        const double radius_mm = chance.uniform() * 400;
+        double best_mm = radius_mm;
+        bool any = false;
+        findNearest(costs, {5, 5}, [&](CellIndex cell) {
+            any = any || distance(centreOf(cell), to) <= radius_mm;
+            best_mm = std::min(best_mm, distance(centreOf(cell), to));
+            return false;
+        });
+        const auto way = findWayCloseTo(costs, {5, 5}, to, radius_mm);
+        ASSERT_EQ(way.has_value(), any) << i;
+        failed += way ? 0 : 1;
+        if (way) {
+            EXPECT_EQ(distance(centreOf(way->cells.back()), to), best_mm) << i;
+            EXPECT_EQ(way->cells.front(), (CellIndex{5, 5}));
+        }
+    }
+    EXPECT_GT(failed, 50);
+    EXPECT_LT(failed, 250);
 }
 
 TEST(FindPath, NoStepGoesPastACornerOrThroughTheRim)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace vemra::robot {
@@ -17,6 +18,11 @@ std::vector<double> numbersOf(std::string_view text, std::size_t least, std::siz
                                     " numbers separated by ';', found '" + std::string(text) + "'");
     }
     return numbers;
+}
+
+std::ostream& writeExtent(std::ostream& out, const CellWindow& window)
+{
+    return out << window.columns() << " x " << window.rows() << " cells from " << window.low;
 }
 
 std::optional<BT::Any> valueOf(const BT::TreeNode& node, std::string_view port)
@@ -59,6 +65,43 @@ std::ostream& operator<<(std::ostream& out, CellIndex cell)
 std::ostream& operator<<(std::ostream& out, const BoxMm& rect)
 {
     return out << rect.low << ';' << rect.high;
+}
+
+std::ostream& operator<<(std::ostream& out, const SegmentMm& line)
+{
+    return out << line.from << ';' << line.to;
+}
+
+std::ostream& operator<<(std::ostream& out, const std::shared_ptr<const PlanningMap>& map)
+{
+    return map ? writeExtent(out, map->window()) : out;
+}
+
+std::ostream& operator<<(std::ostream& out, const std::shared_ptr<const Grid<unsigned char>>& map)
+{
+    return map ? writeExtent(out, map->window()) : out;
+}
+
+void writePoints(std::ostream& out, const std::vector<PointMm>& points)
+{
+    const char* between = "";
+    for (const PointMm point : points) {
+        out << std::exchange(between, ";") << point;
+    }
+}
+
+std::vector<PointMm> pointsOf(std::string_view text)
+{
+    constexpr std::size_t kMost = 100'000;
+    const std::vector<double> n = numbersOf(text, 2, kMost);
+    if (n.size() % 2 != 0) {
+        throw std::invalid_argument("expected points as x;y;x;y, found '" + std::string(text) + "'");
+    }
+    std::vector<PointMm> points;
+    for (std::size_t i = 0; i < n.size(); i += 2) {
+        points.push_back({n[i], n[i + 1]});
+    }
+    return points;
 }
 
 std::optional<PointMm> pointOf(const BT::Any& value)
@@ -137,6 +180,7 @@ namespace BT {
 using vemra::robot::BoxMm;
 using vemra::robot::PointMm;
 using vemra::robot::PoseMm;
+using vemra::robot::SegmentMm;
 
 template <>
 PointMm convertFromString<PointMm>(const StringView& text)
@@ -157,6 +201,13 @@ BoxMm convertFromString<BoxMm>(const StringView& text)
 {
     const auto n = vemra::robot::numbersOf(text, 4, 4);
     return {{std::min(n[0], n[2]), std::min(n[1], n[3])}, {std::max(n[0], n[2]), std::max(n[1], n[3])}};
+}
+
+template <>
+SegmentMm convertFromString<SegmentMm>(const StringView& text)
+{
+    const auto n = vemra::robot::numbersOf(text, 4, 4);
+    return {{n[0], n[1]}, {n[2], n[3]}};
 }
 
 }  // namespace BT

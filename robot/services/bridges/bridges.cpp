@@ -23,23 +23,6 @@ BridgePtr bridgeOf(const BT::TreeNode& node, const char* port = "bridge")
 
 }  // namespace
 
-const char* toText(BridgeType type)
-{
-    switch (type) {
-        case BridgeType::Tmp:
-            return "TMP";
-        case BridgeType::History:
-            return "HISTORY";
-        case BridgeType::TrialWithTrace:
-            return "TRIALWITHTRACE";
-        case BridgeType::TrialNoTrace:
-            return "TRIALNOTRACE";
-        case BridgeType::Step:
-            return "STEP";
-    }
-    return "";
-}
-
 std::optional<std::size_t> BridgeBook::find(PointMm from, PointMm to) const
 {
     const auto same = [](PointMm a, PointMm b) { return distance(a, b) <= kSameEndMm; };
@@ -62,6 +45,13 @@ void BridgeBook::record(const Bridge& bridge, bool crossed)
     }
     int& failures = entries_[*known].failures;
     failures = crossed ? 0 : failures + 1;
+    ++version_;
+}
+
+void BridgeBook::forgive()
+{
+    entries_.clear();
+    ++version_;
 }
 
 int BridgeBook::failuresOf(PointMm from, PointMm to) const

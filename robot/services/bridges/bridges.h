@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -24,7 +25,9 @@ public:
     /// Another failure, or none any more.
     void record(const Bridge& bridge, bool crossed);
     /// All get another chance.
-    void forgive() { entries_.clear(); }
+    void forgive();
+    /// Grows with each change.
+    [[nodiscard]] std::uint64_t version() const { return version_; }
 
     [[nodiscard]] int failuresOf(PointMm from, PointMm to) const;
     /// The most failures of a bridge that passes by a place.
@@ -34,6 +37,7 @@ private:
     [[nodiscard]] std::optional<std::size_t> find(PointMm from, PointMm to) const;
 
     std::vector<Entry> entries_;
+    std::uint64_t version_ = 0;
 };
 
 /// Leaves that take bridges apart, watch a crossing and write its outcome into the book. The bridge in hand

@@ -47,7 +47,8 @@ void CoverageService::settleSearches()
     search_.setGoalRule("Segment", [this](const SearchGround& ground) { return rooms_.nextPlace(ground); });
     search_.setGoalRule("SegmentRetry",
                         [this](const SearchGround& ground) { return rooms_.unreached(ground); });
-    search_.setBarrier([this](PlanningMap& plan) { rooms_.closeOthers(plan); });
+    search_.setBarrier({[this] { return static_cast<int>(rooms_.roomThatIsKept()); },
+                        [this](PlanningMap& plan) { rooms_.closeOthers(plan); }});
     search_.setGoalRule("Chain", [this](const SearchGround& ground) { return chains_.nearestEnd(ground); });
     search_.setGoalRule("Block", [this](const SearchGround& ground) { return chains_.nearestBlock(ground); });
 }

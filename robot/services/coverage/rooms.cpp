@@ -205,13 +205,18 @@ BT::NodeStatus RoomLeaves::fence(const BT::TreeNode& node)
     return BT::NodeStatus::RUNNING;
 }
 
+std::uint8_t RoomLeaves::roomThatIsKept() const
+{
+    return isTrue(parts_.blackboard, "are_other_areas_closed") ? inHand().value_or(kNoRoom) : kNoRoom;
+}
+
 void RoomLeaves::closeOthers(PlanningMap& plan) const
 {
-    const auto room = inHand();
-    if (!room || !isTrue(parts_.blackboard, "are_other_areas_closed")) {
+    const std::uint8_t room = roomThatIsKept();
+    if (room == kNoRoom) {
         return;
     }
-    const RoomFence fence = fenceOf(*map_, *room, false);
+    const RoomFence fence = fenceOf(*map_, room, false);
     // From without, the rooms are what the way in leads through.
     if (fence.closed.at(cellAt(ground_.map().pose().at)) == 0) {
         closeRooms(plan, fence.closed);

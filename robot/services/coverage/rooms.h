@@ -34,7 +34,8 @@ public:
 
     [[nodiscard]] std::optional<GridPath> nextPlace(const SearchGround& ground);
     [[nodiscard]] std::optional<GridPath> unreached(const SearchGround& ground);
-    /// While the trees say so, searches keep to the room in hand.
+    /// While the trees say so, searches keep to the room in hand; none: they do not.
+    [[nodiscard]] std::uint8_t roomThatIsKept() const;
     void closeOthers(PlanningMap& plan) const;
 
 private:

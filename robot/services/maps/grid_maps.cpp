@@ -49,16 +49,28 @@ VirtualWalls switchedOn(const VirtualWalls& walls, const SensorSwitches& switche
 // Points along the piece of an edge that is near.
 void addEdge(std::vector<PointMm>& points, const SegmentMm& edge, PointMm at, double radius_mm)
 {
-    if (distance(nearestOn(edge, at), at) > radius_mm) {
+    const PointMm foot = nearestOn(edge, at);
+    if (distance(foot, at) > radius_mm) {
         return;
     }
     const double length = distance(edge.from, edge.to);
     const int steps = std::max(1, static_cast<int>(length / kWallPointsEveryMm));
-    for (int i = 0; i <= steps; ++i) {
+    const auto stepAt = [&](double along_mm) {
+        return length > 0 ? static_cast<int>(steps * std::clamp(along_mm / length, 0.0, 1.0)) : 0;
+    };
+    const double along = distance(edge.from, foot);
+    for (int i = stepAt(along - radius_mm); i <= std::min(steps, stepAt(along + radius_mm) + 1); ++i) {
         const PointMm p = edge.from + (static_cast<double>(i) / steps) * (edge.to - edge.from);
         if (distance(p, at) <= radius_mm) {
             points.push_back(p);
         }
+    }
+}
+
+void addOutline(std::vector<PointMm>& points, const PolygonMm& outline, PointMm at, double radius_mm)
+{
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        addEdge(points, {outline[i], outline[(i + 1) % outline.size()]}, at, radius_mm);
     }
 }
 
@@ -119,11 +131,13 @@ std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& 
     }
     for (const PolygonMm& area : walls.areas) {
         // From within, the edge is the way out.
-        if (isInside(area, at)) {
-            continue;
+        if (!isInside(area, at)) {
+            addOutline(points, area, at, radius_mm);
         }
-        for (std::size_t i = 0; i < area.size(); ++i) {
-            addEdge(points, {area[i], area[(i + 1) % area.size()]}, at, radius_mm);
+    }
+    for (const auto& [sensor, border] : map.borders()) {
+        if (contains(border, at) && switches.isOn(sensor)) {
+            addOutline(points, boxOutline(border.low, border.high), at, radius_mm);
         }
     }
     return points;

@@ -15,7 +15,7 @@ namespace vemra::robot {
 void closeRooms(PlanningMap& plan, const Grid<unsigned char>& closed);
 
 /// Where something is near the robot that a drive has to keep off: things, and the edges of virtual walls
-/// that are switched on.
+/// and borders that are switched on.
 [[nodiscard]] std::vector<PointMm> obstaclesAround(const RobotMap& map, const SensorSwitches& switches,
                                                    double radius_mm);
 

@@ -14,6 +14,7 @@ NavigationService::NavigationService(const RobotParts& parts, RobotMap& map, con
       map_(map),
       view_{map_, switches},
       grid_maps_(parts, map_, switches),
+      borders_(parts, map_, switches),
       trajectory_(parts, map_, switches),
       bridges_(parts, map_, switches),
       search_(parts, map_, switches, bridges_.book()),
@@ -25,12 +26,14 @@ NavigationService::NavigationService(const RobotParts& parts, RobotMap& map, con
 void NavigationService::update()
 {
     grid_maps_.update();
+    borders_.update();
     trajectory_.update();
 }
 
 void NavigationService::install(leaf::LeafHost& host)
 {
     grid_maps_.install(host);
+    borders_.install(host);
     trajectory_.install(host);
     bridges_.install(host);
     search_.install(host);

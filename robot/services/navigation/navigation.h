@@ -1,6 +1,7 @@
 #pragma once
 
 #include "robot/services/bridges/bridges.h"
+#include "robot/services/maps/borders.h"
 #include "robot/services/maps/grid_maps.h"
 #include "robot/services/navigation/drive/navigation_drive.h"
 #include "robot/services/navigation/explore/navigation_explore.h"
@@ -23,6 +24,8 @@ public:
 
     /// Here other services settle how a search mode picks its goal.
     [[nodiscard]] NavigationSearch& search() { return search_; }
+    /// Where borders that count as walls are felt.
+    [[nodiscard]] const BorderLeaves& borders() const { return borders_; }
 
 private:
     void installRandomPoint(leaf::LeafHost& host);
@@ -32,6 +35,7 @@ private:
     RobotMap& map_;
     DriveView view_;
     GridMapService grid_maps_;
+    BorderLeaves borders_;
     TrajectoryService trajectory_;
     BridgeService bridges_;
     NavigationSearch search_;

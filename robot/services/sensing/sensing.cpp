@@ -182,11 +182,6 @@ void SensingService::installContacts(leaf::LeafHost& host)
         node.blackboard()->set(key, mergedDirection(textOf(node, "bumpdir1"), textOf(node, "bumpdir2")));
         return BT::NodeStatus::SUCCESS;
     });
-    // What follows treats the edge as a wall to go along.
-    host.action("SensorTriggerBump", [](BT::TreeNode& node) {
-        node.blackboard()->set("bump_dir", std::string(kVirtualBump));
-        return BT::NodeStatus::SUCCESS;
-    });
     host.action("SensorProbeBump", [this](BT::TreeNode& node) {
         const std::string key = textOf(node, "out_str");
         const PointMm at = pose_.pose().at;

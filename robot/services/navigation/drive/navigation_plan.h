@@ -1,13 +1,16 @@
 #pragma once
 
-/// What a search leaves for the leaves that drive: the trees carry it from one to the other by key.
+/// What a search leaves for the leaves that drive: the trees carry it from one to the other by key. Whoever
+/// puts one of these types on a blackboard includes this header, so that its text form goes with it.
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
+#include "behaviortree_cpp/basic_types.h"
 #include "robot/geometry/points.h"
 
 namespace vemra::robot {
@@ -61,4 +64,21 @@ struct NavigationPlan
 };
 using PlanPtr = std::shared_ptr<NavigationPlan>;
 
+// The text forms: a line is "x;y;x;y;...", a bridge its type before its line ("TRIALNOTRACE;x;y;x;y"), a plan
+// its stretches that are not taken up yet, each a line or a bridge, with " | " between them.
+std::ostream& operator<<(std::ostream& out, const LinePtr& line);
+std::ostream& operator<<(std::ostream& out, const BridgePtr& bridge);
+std::ostream& operator<<(std::ostream& out, const PlanPtr& plan);
+
 }  // namespace vemra::robot
+
+namespace BT {
+
+template <>
+vemra::robot::LinePtr convertFromString<vemra::robot::LinePtr>(const StringView& text);
+template <>
+vemra::robot::BridgePtr convertFromString<vemra::robot::BridgePtr>(const StringView& text);
+template <>
+vemra::robot::PlanPtr convertFromString<vemra::robot::PlanPtr>(const StringView& text);
+
+}  // namespace BT

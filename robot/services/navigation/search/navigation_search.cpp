@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <memory>
+#include <sstream>
 #include <string_view>
 
 #include "robot/planning/lines.h"
@@ -45,15 +47,6 @@ constexpr double kCareful = 300;
 constexpr double kLongFollow = 1500;
 
 }  // namespace
-
-struct NavigationSearch::Request
-{
-    std::string mode;
-    CellIndex from;
-    std::optional<PointMm> target;
-    std::optional<BoxMm> region;
-    int tolerance = 0;
-};
 
 struct NavigationSearch::Found
 {
@@ -151,16 +144,65 @@ std::vector<PlanSegment> NavigationSearch::segmentsOf(const std::vector<WayPiece
     return segments;
 }
 
-BT::NodeStatus NavigationSearch::search(BT::TreeNode& node)
+NavigationSearch::Request NavigationSearch::requestOf(const BT::TreeNode& node) const
 {
-    BT::Blackboard& keys = parts_.blackboard;
     Request request;
     request.mode = textOf(node, "search_mode");
-    const auto source = pointOf(node, "source_point");
-    request.from = cellAt(source.value_or(map_.pose().at));
+    request.from = cellAt(pointOf(node, "source_point").value_or(map_.pose().at));
     request.target = pointOf(node, "target");
     request.region = boxOf(node, "region");
     request.tolerance = node.getParam<int>("failure_tolerance").value_or(0);
+    return request;
+}
+
+// A goal beyond what was seen so far has no way: who waits for the robot there learns why.
+void NavigationSearch::tellIfOutside(PointMm target)
+{
+    if (map_.occupancy().window().contains(cellAt(target)) || told_outside_ == target) {
+        return;
+    }
+    told_outside_ = target;
+    std::ostringstream at;
+    at << target;
+    parts_.report("custom", "no way to " + at.str() + ": the goal lies beyond the map seen so far",
+                  {{"what", "search"}, {"goal_mm", {std::lround(target.x), std::lround(target.y)}}});
+}
+
+std::optional<NavigationSearch::Found> NavigationSearch::answer(const Request& request)
+{
+    // What picks its goal itself goes by more than the map.
+    const bool for_target = targetRuleOf(request.mode) != nullptr;
+    Question question{request,
+                      map_.version(),
+                      bridges_.version(),
+                      switches_.isOn("VirtualWall"),
+                      switches_.isOn("PolygonVirtualWall"),
+                      switches_.isOn("SegmentVirtualWallMap"),
+                      barrier_.which ? barrier_.which() : 0};
+    if (for_target && failed_ == question) {
+        return std::nullopt;
+    }
+    PlanningMap plan = planningMapOf(map_, switches_);
+    if (barrier_.mark) {
+        barrier_.mark(plan);
+    }
+    std::optional<Found> found = find(request, plan, false);
+    if (!found) {
+        found = find(request, plan, true);
+    }
+    if (for_target && !found) {
+        if (request.target) {
+            tellIfOutside(*request.target);
+        }
+        failed_ = std::move(question);
+    }
+    return found;
+}
+
+BT::NodeStatus NavigationSearch::search(BT::TreeNode& node)
+{
+    BT::Blackboard& keys = parts_.blackboard;
+    Request request = requestOf(node);
     const std::string output = textOf(node, "output_point");
     keys.set("awesome_search_mode", request.mode);
     if (request.region) {
@@ -173,15 +215,7 @@ BT::NodeStatus NavigationSearch::search(BT::TreeNode& node)
             request.mode = targetRuleOf(before) != nullptr ? before : "Target";
         }
     }
-
-    PlanningMap plan = planningMapOf(map_, switches_);
-    if (barrier_) {
-        barrier_(plan);
-    }
-    std::optional<Found> found = find(request, plan, false);
-    if (!found) {
-        found = find(request, plan, true);
-    }
+    const std::optional<Found> found = answer(request);
     if (!found || output.empty()) {
         return BT::NodeStatus::FAILURE;
     }
@@ -208,9 +242,14 @@ BT::NodeStatus NavigationSearch::search(BT::TreeNode& node)
 
 BT::NodeStatus NavigationSearch::takeUpNext(BT::TreeNode& node)
 {
+    BT::Any given;
     const PlanPtr plan = node.getParam<PlanPtr>("input_navi_path").value_or(nullptr);
     if (!plan || plan->next >= plan->segments.size()) {
         return BT::NodeStatus::FAILURE;
+    }
+    if (node.getParam("input_navi_path", given) && given.isText()) {
+        // Written as text: from now on a plan, which knows how far it was taken up.
+        parts_.blackboard.set("navigation_path_segments", plan);
     }
     const PlanSegment& segment = plan->segments[plan->next++];
     const PlanSegment* next = plan->next < plan->segments.size() ? &plan->segments[plan->next] : nullptr;
