@@ -5,20 +5,20 @@ namespace {
 // A robot that was moved while it waited for charge does not know its place, nor that of its dock.
 Node settle_move_while_charging()
 {
-    return optionally(
+    return when(
         present("moved_during_lowpower"), erase("moved_during_lowpower"),
-        key_is_any("task_state", {"lowpower", "area_lowpower", "zone_lowpower", "point_lowpower"}),
-        SetBlackboard{"moved_during_pause", "true"}, set_flag("moved_flag_for_calc_charger"));
+        when(key_is_any("task_state", {"lowpower", "area_lowpower", "zone_lowpower", "point_lowpower"}),
+             SetBlackboard{"moved_during_pause", "true"}, set_flag("moved_flag_for_calc_charger")));
 }
 
 // A stored map may be taken over without a look around, as the dock's place on it is known.
 Node offer_stored_map()
 {
-    return ForceSuccess(Named(
-        "force reuse", SequenceStar(optionally(key_is("task_state", "init"), UpdateReuseAppMap{"on_charger"},
+    return ForceSuccess(
+        Named("force reuse", SequenceStar(when(key_is("task_state", "init"), UpdateReuseAppMap{"on_charger"},
                                                SetBlackboard{"mica_on_charger", "true"}),
-                                    IsReuseInfoExist{}, SetBlackboard{"reuse_from_charger", "false"},
-                                    BlackboardCopy{"current_pose", "on_charger_pose"})));
+                                          IsReuseInfoExist{}, SetBlackboard{"reuse_from_charger", "false"},
+                                          BlackboardCopy{"current_pose", "on_charger_pose"})));
 }
 
 Node leave_dock()

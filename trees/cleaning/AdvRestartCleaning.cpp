@@ -16,7 +16,7 @@ Node forget_requests()
 
 Node unless_silent(Node music)
 {
-    return optionally(absent("disable_reuse_reloc_music"), std::move(music));
+    return unless(present("disable_reuse_reloc_music"), std::move(music));
 }
 
 // On the way home to a wash the music is another.
@@ -89,8 +89,8 @@ Node restart_to_auto()
         "RestartToAuto",
         SequenceStar(in_any_mode({"DrawAreaCleanMode", "SelectAreaCleanMode", "SelectPointCleanMode",
                                   "FastMapBuildMode"}),
-                     optionally(key_is("robot_moved", "false"), SaySomething{"charge pose cache test..."},
-                                set_flag("from_charge_fake_flag")),
+                     when(key_is("robot_moved", "false"), SaySomething{"charge pose cache test..."},
+                          set_flag("from_charge_fake_flag")),
                      SubtreeCondition{"AdvCleanComplete"}, SetBlackboard{"WorkStartMusic_shield", "true"},
                      SetBlackboard{"moved_during_pause", "false"}, SetBlackboard{"task_state", "init"},
                      SetBlackboard{"just_damode_reuse_failed", "true"},
@@ -105,8 +105,7 @@ Node way_without_map()
         FallbackStar(
             just_failed(),
             SequenceStar(in_mode("BackHomeMode"), unless_silent(by_purpose_of_way_home("140", "64"))),
-            ForceFailure(SequenceStar(absent("disable_reuse_reloc_music"), queue("31"))),
-            ForceSuccess(restart_to_auto())),
+            ForceFailure(unless_silent(queue("31"))), ForceSuccess(restart_to_auto())),
         ForceFailure(SubtreeCondition{"RestartCleaning"}));
 }
 

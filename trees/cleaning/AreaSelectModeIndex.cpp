@@ -15,13 +15,13 @@ Node scheduled_start()
 
 Node take_new_rooms()
 {
-    return optionally(BoolMatch{"${is_ordering_task}", "false"},
-                      FallbackStar(present("Areas_Clean_Set_List_Ping"),
-                                   SequenceStar(BoolMatch{"${SwitchCleanSet} == 1", "true"},
-                                                ForceFailure(SetSelectAreaCleanList{}))),
-                      BlackboardCopy{"Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List"},
-                      BlackboardCopy{"Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List_Pong"},
-                      erase("Areas_Clean_Set_List_Ping"), SetSelectAreaCleanList{});
+    return when(SequenceStar(BoolMatch{"${is_ordering_task}", "false"},
+                             FallbackStar(present("Areas_Clean_Set_List_Ping"),
+                                          SequenceStar(BoolMatch{"${SwitchCleanSet} == 1", "true"},
+                                                       ForceFailure(SetSelectAreaCleanList{})))),
+                BlackboardCopy{"Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List"},
+                BlackboardCopy{"Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List_Pong"},
+                erase("Areas_Clean_Set_List_Ping"), SetSelectAreaCleanList{});
 }
 
 Node clean_rooms()

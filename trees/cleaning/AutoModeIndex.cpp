@@ -66,10 +66,10 @@ Node give_up_old_task()
 
 Nodes turn_start_pose()
 {
-    return row(optionally(present("start_from_charger_yaw_deg"),
-                          PlainPoseMmSetYaw{"start_from_charger_pose", "${start_from_charger_yaw_deg}"},
-                          BlackboardCopy{"start_from_charger_pose", "only_charger_in_map"},
-                          erase("start_from_charger_yaw_deg")));
+    return row(when(present("start_from_charger_yaw_deg"),
+                    PlainPoseMmSetYaw{"start_from_charger_pose", "${start_from_charger_yaw_deg}"},
+                    BlackboardCopy{"start_from_charger_pose", "only_charger_in_map"},
+                    erase("start_from_charger_yaw_deg")));
 }
 
 // On a map without rooms the cloth is washed by the clock.
@@ -107,7 +107,7 @@ Node goes_room_by_room()
 Node clean_rooms()
 {
     return DoWhile(StackBlackboard{"enable_overall_follow_wall"},
-                   SequenceStar(optionally(switched_off(), set_flag("enable_overall_follow_wall")),
+                   SequenceStar(when(switched_off(), set_flag("enable_overall_follow_wall")),
                                 IfThenElseStar(present("enable_overall_follow_wall"),
                                                SubtreeCondition{"CleanSelectedAreas", "true"},
                                                SubtreeCondition{"CleanSelectedAreas", "false"})));
@@ -137,8 +137,8 @@ Node second_pass()
 {
     return SequenceStar(
         erase("small_area_clean_second_time"), SetBlackboard{"small_area_clean_second_time", "true"},
-        optionally(wash_condition(),
-                   AlwaysSuccess{.area_reset = "${wash_mop_mode}", .ticks = "999999999", .run_once = "1"}),
+        when(wash_condition(),
+             AlwaysSuccess{.area_reset = "${wash_mop_mode}", .ticks = "999999999", .run_once = "1"}),
 
         SetBlackboard{"reset_map_remain_submap", "true"}, ResetMap{}, erase("reset_map_remain_submap"),
         LaserReset{}, SetBlackboard{"origin_in_enclave", "false"}, erase("oe_map_snap"), preset_second_pass(),

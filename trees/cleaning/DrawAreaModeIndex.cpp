@@ -4,9 +4,9 @@ namespace {
 
 Node take_new_rectangles()
 {
-    return optionally(present("Draw_Area_Set_Ping"), BlackboardCopy{"Draw_Area_Set_Ping", "Draw_Area_Set"},
-                      BlackboardCopy{"Draw_Area_Set_Ping", "Draw_Area_Set_Pong"}, erase("Draw_Area_Set_Ping"),
-                      erase("reset_zone_cleaning"));
+    return when(present("Draw_Area_Set_Ping"), BlackboardCopy{"Draw_Area_Set_Ping", "Draw_Area_Set"},
+                BlackboardCopy{"Draw_Area_Set_Ping", "Draw_Area_Set_Pong"}, erase("Draw_Area_Set_Ping"),
+                erase("reset_zone_cleaning"));
 }
 
 }  // namespace

@@ -65,12 +65,12 @@ TREE(PartCleanModeIndex)
             SetBlackboard{"kicked", "false"},
 
             show_status(), SetBlackboard{"tof_reset_map", "1"},
-            Loop(15, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"}), set_mop_gear(),
-            start_music(), Led_Mode_Set{"BUTTON_LED_PartCleaning"}, SubtreeCondition{"OtherModePreset"},
-            SaySomething{"Start PartClean Mode!"},
+            Loop(15, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"}),
+            set_mop_gear_if_any(), start_music(), Led_Mode_Set{"BUTTON_LED_PartCleaning"},
+            SubtreeCondition{"OtherModePreset"}, SaySomething{"Start PartClean Mode!"},
 
             SetBlackboard{"task_state", "part_cleaning"}, SetBlackboard{"disable_reuse_reloc_once", "true"},
-            optionally(present("start_from_charger"), SetBlackboard{"start_from_charger", "false"}),
+            when(present("start_from_charger"), SetBlackboard{"start_from_charger", "false"}),
             SubtreeCondition{"AdvRestartCleaning"}, SlamStart{}, SubtreeCondition{"ForceDelay"},
             MotionActionAccount{"current_motion_type", "Motion", "Gong"},
 

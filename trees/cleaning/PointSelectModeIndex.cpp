@@ -4,9 +4,8 @@ namespace {
 
 Node take_new_point()
 {
-    return optionally(present("Select_Point_Set_Ping"),
-                      BlackboardCopy{"Select_Point_Set_Ping", "Select_Point_Set"},
-                      erase("Select_Point_Set_Ping"), erase("reset_point_cleaning"));
+    return when(present("Select_Point_Set_Ping"), BlackboardCopy{"Select_Point_Set_Ping", "Select_Point_Set"},
+                erase("Select_Point_Set_Ping"), erase("reset_point_cleaning"));
 }
 
 }  // namespace

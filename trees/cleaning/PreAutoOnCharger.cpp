@@ -8,9 +8,9 @@ Node watch_for_calibration()
 {
     return SubTree("${infrared_calibration}",
                    SequenceStar(PointToPointDist{"a_b_dist", "${current_odom}", "${back_origin_pose}"},
-                                optionally(IsAGreaterThanBFloat{"${a_b_dist}", "250"},
-                                           IsAGreaterThanBFloat{"500", "${a_b_dist}"},
-                                           SetBlackboard{"need_infrared_calibration", "true"})));
+                                when(SequenceStar(IsAGreaterThanBFloat{"${a_b_dist}", "250"},
+                                                  IsAGreaterThanBFloat{"500", "${a_b_dist}"}),
+                                     SetBlackboard{"need_infrared_calibration", "true"})));
 }
 
 Node back_off_dock()
@@ -40,17 +40,17 @@ Node judge_on_a_plane()
         "JudgeOnAPlane",
         FallbackStar(
             IfOnAPlane{"200"},
-            SequenceStar(SetBlackboard{"Cnt", "0"},
-                         Fallback(IfOnAPlane{"400"},
-                                  ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
-                         SaySomething{"${Cnt}"},
-                         ForceSuccess(SequenceStar(Inverter(IsAGreaterThanBInt{"50", "${Cnt}"}),
-                                                   Frameout(100, DetachNode{"-80"}))),
-                         IsAGreaterThanBInt{"${Cnt}", "140"}, SetBlackboard{"Leans_Cnt", "0"},
-                         Fallback(IfOnAPlane{"500"}, ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"),
-                                                                                       DetachNode{"-80"})))),
-                         SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBInt{"${Leans_Cnt}", "45"},
-                         set_flag("robot_leans_charger"))));
+            SequenceStar(
+                SetBlackboard{"Cnt", "0"},
+                Fallback(IfOnAPlane{"400"},
+                         ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
+                SaySomething{"${Cnt}"},
+                unless(IsAGreaterThanBInt{"50", "${Cnt}"}, ForceSuccess(Frameout(100, DetachNode{"-80"}))),
+                IsAGreaterThanBInt{"${Cnt}", "140"}, SetBlackboard{"Leans_Cnt", "0"},
+                Fallback(IfOnAPlane{"500"},
+                         ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), DetachNode{"-80"})))),
+                SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBInt{"${Leans_Cnt}", "45"},
+                set_flag("robot_leans_charger"))));
 }
 
 Node turn_back_to_start()
@@ -73,7 +73,7 @@ TREE(PreAutoOnCharger)
             SetBlackboard{"reset_mop_line", "true"}, account_motion("Detach"),
             SetBlackboard{"rotate_target_angle", "180"}, BlackboardCopy{"current_yaw_deg", "back_origin_yaw"},
             BlackboardCopy{"current_odom", "back_origin_pose"}, SetMapDrawMode{.draw_mode = "None"},
-            optionally(SlamIsResumable{}, Delay{100}), back_off_dock(), ForceSuccess(judge_on_a_plane()),
-            set_flag("infrared_calibration_finished"), optionally(present("detach_origin_yaw"), ModifyYaw{}),
+            when(SlamIsResumable{}, Delay{100}), back_off_dock(), ForceSuccess(judge_on_a_plane()),
+            set_flag("infrared_calibration_finished"), when(present("detach_origin_yaw"), ModifyYaw{}),
             turn_back_to_start(), Stop{}, account_motion("Stop")));
 }

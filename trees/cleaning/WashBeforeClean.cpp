@@ -35,8 +35,9 @@ Node wash()
 Node no_wash()
 {
     return SequenceStar(erase("breakpoint_wash_flag"), erase("breakpoint_wash"),
-                        optionally(DoesTuobuInstall{}, present("need_to_standby"),
-                                   key_is_any("task_state", {"init", "precleaning"}), go_to_standby()),
+                        when(SequenceStar(DoesTuobuInstall{}, present("need_to_standby"),
+                                          key_is_any("task_state", {"init", "precleaning"})),
+                             go_to_standby()),
                         erase("need_to_standby"));
 }
 

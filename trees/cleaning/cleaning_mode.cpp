@@ -17,7 +17,7 @@ Nodes note_task(const CleaningMode& mode)
 Nodes prepare_entry(const CleaningMode& mode)
 {
     return row(Led_Mode_Set{"BUTTON_LED_Working"}, Stop{}, erase("skip_first_rotate"),
-               SubtreeCondition{"WashBeforeClean"}, set_mop_gear(),
+               SubtreeCondition{"WashBeforeClean"}, set_mop_gear_if_any(),
                Loop(15, SetCleanSystem{.Brush = "1", .Fan = "1", .Pump = "0", .SideBrush = "1"}),
                SubtreeCondition{"WashModeJudge"},
 
@@ -25,27 +25,25 @@ Nodes prepare_entry(const CleaningMode& mode)
                SetBlackboard{"reset_collision_times", "0"}, SetBlackboard{"tof_reset_map", "1"},
                mode.presets_after,
 
-               optionally(key_is("task_state", mode.states.lowpower_pause),
-                          SetBlackboard{"task_state", mode.states.lowpower}));
+               when(key_is("task_state", mode.states.lowpower_pause),
+                    SetBlackboard{"task_state", mode.states.lowpower}));
 }
 
 // A return from a wash goes on without a sound.
 Node resume_music()
 {
-    return IfThenElseStar(switched_off(),
-                          IfThenElseStar(key_is_true("app_mop_mode"), play("138"), play("137")),
-                          IfThenElseStar(switched_off(),
-                                         choose({{key_is("robot_mop_mode", "1"), play("138")},
-                                                 {key_is("robot_mop_mode", "2"), play("137")}},
-                                                play("58")),
-                                         play("58")));
+    return IfThenElseStar(
+        switched_off(), IfThenElseStar(key_is_true("app_mop_mode"), play("138"), play("137")),
+        IfThenElseStar(switched_off(),
+                       by_text("robot_mop_mode", {{"1", play("138")}, {"2", play("137")}, {"0", play("58")}}),
+                       play("58")));
 }
 
 Node start_or_resume_music(const CleaningMode& mode)
 {
     return choose({{DoesExcuteOrderAutoMode{}, mode.scheduled_start},
                    {key_is("task_state", mode.states.lowpower),
-                    optionally(absent("mop_is_dirty"), play("10"), set_flag("break_point_start_clean"))},
+                    unless(present("mop_is_dirty"), play("10"), set_flag("break_point_start_clean"))},
                    {Inverter(key_is("task_state", mode.states.cleaning)),
                     IfThenElseStar(present("WorkStartMusic_shield"), erase("WorkStartMusic_shield"),
                                    mode.start_music)}},
@@ -162,8 +160,9 @@ Node turn_first(const CleaningMode& mode)
 // Where the cloth was found dirty the work goes on after the wash, on a line with the same heading.
 Node keep_break_point(const CleaningMode& mode)
 {
-    return optionally(
-        absent("wash_mop_break_point"), mode.wash_condition, SaySomething{"set wash_mop_break_point"},
+    return when(
+        SequenceStar(absent("wash_mop_break_point"), mode.wash_condition),
+        SaySomething{"set wash_mop_break_point"},
         DoWhile(TraceLogger{},
                 SequenceStar(BlackboardCopy{"current_pose", "wash_mop_break_point"}, Delay{1})),
         IfThenElseStar(key_is("current_motion_type", "Gong"),
@@ -183,17 +182,17 @@ Node can_go_on(const CleaningMode& mode)
 
 Node return_to_break_point(const CleaningMode& mode)
 {
-    return ActionDecorator(
-        optionally(present("wash_mop_break_point"), mode.wash_condition,
-                   BlackboardCopy{"wash_mop_break_point", "navi_target_point"},
-                   IfThenElseStar(SubtreeCondition{"NavigateProcWithHistoryMapNoneStop", "fales"},
-                                  optionally(present("wash_mop_break_deg"),
-                                             Sequence(SubtreeCondition{"EscapeCoat"},
-                                                      Rotate{.angle_deg = "${wash_mop_break_deg}",
-                                                             .angular_velocity_deg_s = "60",
-                                                             .false_relative_true_absolute = "true"})),
-                                  SequenceStar(erase("gong_motion_type"), erase("chain_region_mask"))),
-                   erase("wash_mop_break_point"), erase("wash_mop_break_deg")));
+    return ActionDecorator(optionally(
+        present("wash_mop_break_point"), mode.wash_condition,
+        BlackboardCopy{"wash_mop_break_point", "navi_target_point"},
+        IfThenElseStar(
+            SubtreeCondition{"NavigateProcWithHistoryMapNoneStop", "fales"},
+            when(present("wash_mop_break_deg"),
+                 Sequence(SubtreeCondition{"EscapeCoat"}, Rotate{.angle_deg = "${wash_mop_break_deg}",
+                                                                 .angular_velocity_deg_s = "60",
+                                                                 .false_relative_true_absolute = "true"})),
+            SequenceStar(erase("gong_motion_type"), erase("chain_region_mask"))),
+        erase("wash_mop_break_point"), erase("wash_mop_break_deg")));
 }
 
 Node succeed(const CleaningMode& mode)
@@ -240,8 +239,7 @@ Node cleaning_task(const CleaningMode& mode)
         mode.mode_gate_late, prepare_entry(mode), start_or_resume_music(mode),
 
         Delay{1}, InitIMUCaliTIme{},
-        optionally(key_is("task_state", mode.states.lowpower),
-                   SetBlackboard{"task_state", mode.states.cleaning}),
+        when(key_is("task_state", mode.states.lowpower), SetBlackboard{"task_state", mode.states.cleaning}),
         mode.leave_dock, mode.mapping_run, restart_or_resume(mode), stand_by_when_lost(),
 
         before_the_run(mode),

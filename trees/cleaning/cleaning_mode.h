@@ -83,16 +83,18 @@ inline Node last_mode_was_not(const char* mode)
 /// The user's settings are put back after a scheduled clean.
 inline Node restore_clean_mode()
 {
-    return optionally(key_is_true("cleanmode_restore"), erase("cleanmode_restore"), RestoreCleanMode{});
+    return when(key_is_true("cleanmode_restore"), erase("cleanmode_restore"), RestoreCleanMode{});
 }
 
 /// A trap is reported once a task: as a closed door where little floor can be reached.
 inline Node report_trap()
 {
-    return optionally(absent("have_trapped_type"),
-                      IfThenElseStar(AreaCheck{.source_point = "${current_coord}", .threshold = "400"},
-                                     SequenceStar(set_flag("close_door_trapped"), Delay{50}),
-                                     SequenceStar(set_flag("automode_trapped"), Delay{50})));
+    const auto report = [](const char* kind) {
+        return SequenceStar(set_flag(kind), set_flag("have_trapped_type"), Delay{50});
+    };
+    return unless(present("have_trapped_type"),
+                  IfThenElseStar(AreaCheck{.source_point = "${current_coord}", .threshold = "400"},
+                                 report("close_door_trapped"), report("automode_trapped")));
 }
 
 /// Which map of rooms a task with an order of rooms uses.
@@ -106,8 +108,8 @@ inline Node choose_map_of_rooms()
 /// After an error the little that was cleaned is cleaned again.
 inline Node restart_after_error()
 {
-    return optionally(present("restart_cleaning_from_err_mode"), erase("restart_cleaning_from_err_mode"),
-                      CleanAreaTooSmall{}, ResetMap{});
+    return when(present("restart_cleaning_from_err_mode"), erase("restart_cleaning_from_err_mode"),
+                when(CleanAreaTooSmall{}, ResetMap{}));
 }
 
 /// `work`, and after it `steps`, whichever way it ends.

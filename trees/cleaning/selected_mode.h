@@ -18,8 +18,8 @@ inline Node clean_the_home_instead()
 /// The station calls the robot home in between.
 inline Node go_home_when_called(const char* continue_work)
 {
-    return optionally(present("need_back_station"), SaySomething{"need back to home..."},
-                      SetBlackboard{"continue_work", continue_work}, go_home());
+    return when(present("need_back_station"), SaySomething{"need back to home..."},
+                SetBlackboard{"continue_work", continue_work}, go_home());
 }
 
 inline Node wash_by_area()

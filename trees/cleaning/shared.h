@@ -2,7 +2,7 @@
 
 /// What the trees of a cleaning task have in common.
 
-#include "trees/idioms.h"
+#include "trees/conditions.h"
 
 namespace vemra::trees {
 
@@ -35,11 +35,17 @@ inline Node set_mop_gear()
     return optionally(present("mop_mode"), RobotMopGearSet{"34"});
 }
 
+/// The same as a step that may fail.
+inline Node set_mop_gear_if_any()
+{
+    return when(present("mop_mode"), RobotMopGearSet{"34"});
+}
+
 /// The heading drifted while the robot stood on its dock.
 inline Node note_drift_on_dock()
 {
-    return optionally(key_is_true("start_from_charger"), DoesInitialIMUPoseDriftEnable{},
-                      set_flag("IMUInitDriftEvent"));
+    return when(SequenceStar(key_is_true("start_from_charger"), DoesInitialIMUPoseDriftEnable{}),
+                set_flag("IMUInitDriftEvent"));
 }
 
 /// The cloth is used in this task.

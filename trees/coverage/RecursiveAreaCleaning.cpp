@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/coverage/two_phases.h"
 
 namespace {
@@ -20,7 +21,7 @@ Node lines()
                      IfThenElseStar(present("enable_overall_follow_wall"), lines_by_rooms(),
                                     SubtreeCondition{"AutoMode_FollowGong"}),
                      SetBlackboard{"gong_complete", "true"}, SetBlackboard{"gong_complete_confirm", "true"},
-                     optionally(all_passes_done(), SetBlackboardWithType{"current_clean_times", "int", "1"}),
+                     when(all_passes_done(), SetBlackboardWithType{"current_clean_times", "int", "1"}),
                      MakeMap{.roi = "${gridmap_limit}"}, MapCopy{"obstacle_expanded_map", "oe_map_snap"}));
 }
 

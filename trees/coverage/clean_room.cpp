@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/coverage/rooms.h"
 
 namespace vemra::trees {
@@ -61,7 +62,7 @@ Node follow_up()
         StackBlackboard{"clean_in_new_area"},
         Sequence(Inverter(moved_on_to_another_room()),
                  optionally(room_is("126", "false"), BlackboardCopy{"current_area_val", "last_area_val"},
-                            optionally(room_is("127", "true"), erase("area_clean_map")),
+                            when(room_is("127", "true"), erase("area_clean_map")),
                             Repeat(-1, SequenceStar(key_is("is_draw_area_cleaning", "false"),
                                                     BlackboardCopy{"last_area_val", "current_area_val"},
                                                     flood_search_for_unknown(), cover_beside_room()))))));

@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/coverage/rooms.h"
 
 namespace vemra::trees {
@@ -25,7 +26,7 @@ Node stands_in_room()
                    StackBlackboard{"awesome_search_region"},
                    SequenceStar(SetBlackboard{"are_other_areas_closed", "true"},
                                 search_map("Target", "${navi_target_point}"),
-                                optionally(PromptInVirtualWall{}, keep_goal()), InCurrentDomain{},
+                                when(PromptInVirtualWall{}, keep_goal()), InCurrentDomain{},
                                 TargetInCurrentSubregion{}, absent("trapped_in_polygon_virtual_wall")));
 }
 

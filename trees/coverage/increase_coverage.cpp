@@ -130,7 +130,7 @@ Node wall_pass(const WallPass& pass)
     return IfThenElse(
         GridmapLimitCheck{},
         Sequence(
-            SubtreeCondition{"EscapeCoat"},
+            ForceSuccess(SubtreeCondition{"EscapeCoat"}),
             DoWhile(
                 TraceLogger{},
                 ForceSuccess(Sequence(

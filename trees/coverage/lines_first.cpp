@@ -1,5 +1,7 @@
 #include "trees/coverage/lines_first.h"
 
+#include "trees/conditions.h"
+
 namespace vemra::trees {
 
 namespace {
@@ -82,14 +84,9 @@ Node move_to_line(const LinesFirst& planner)
     Node move = navigate_to_start(planner);
     if (!planner.watch_to_start.empty())
         move = DoWhile(planner.watch_to_start, std::move(move));
-    return ForceSuccess(SubTree(
-        "CleanNextLine",
-        Named("FromStartToFinishPoint",
-              SequenceStar(BlackboardCopy{"bump_dir_save", "last_bump_dir_save"},
-                           Named("NavigateToStartPoint",
-                                 IfThenElseStar(std::move(move), SetBlackboard{"bump_dir_save", "None"},
-                                                ForceFailure(BlackboardCopy{"switch_line_bump_dir",
-                                                                            "bump_dir_save"})))))));
+    return Named("NavigateToStartPoint",
+                 IfThenElseStar(std::move(move), SetBlackboard{"bump_dir_save", "None"},
+                                ForceFailure(BlackboardCopy{"switch_line_bump_dir", "bump_dir_save"})));
 }
 
 // --- along the line -----------------------------------------------------------------------------
@@ -98,16 +95,25 @@ Node clean_the_line()
 {
     return SubTree(
         "CleanTheLine",
-        DoWhile(traced_as("CleanTheLine"),
-                SequenceStar(draw("ClearOnly"), BlackboardCopy{"current_coord", "start_coord_of_the_line"},
-                             ExtendFinishPoint{"${gong_vertically}"},
-                             BlackboardCopy{"next_line_to_clean", "current_line"},
-                             BlackboardCopy{"finish_point", "current_finish_point"},
-                             SetFixOrientation{"${finish_point}"},
-                             ForceSuccess(SubtreeCondition{"FixOrientation.xml"}),
-                             BlackboardCopy{"current_coord", "current_line_finish_point"},
-                             optionally(NotTrapped{}, bumped(), BlackboardCopy{"bump_dir", "bump_dir_save"}),
-                             SubtreeCondition{"IMUCalib"})));
+        DoWhile(
+            traced_as("CleanTheLine"),
+            SequenceStar(
+                draw("ClearOnly"), BlackboardCopy{"current_coord", "start_coord_of_the_line"},
+                ExtendFinishPoint{"${gong_vertically}"}, BlackboardCopy{"next_line_to_clean", "current_line"},
+                BlackboardCopy{"finish_point", "current_finish_point"}, SetFixOrientation{"${finish_point}"},
+                ForceSuccess(SubtreeCondition{"FixOrientation.xml"}),
+                BlackboardCopy{"current_coord", "current_line_finish_point"},
+                when(SequenceStar(NotTrapped{}, bumped()), BlackboardCopy{"bump_dir", "bump_dir_save"}),
+                SubtreeCondition{"IMUCalib"})));
+}
+
+// A line whose start was not reached is left alone; the next search may find it again.
+Node clean_next_line(const LinesFirst& planner)
+{
+    return ForceSuccess(SubTree(
+        "CleanNextLine",
+        Named("FromStartToFinishPoint", SequenceStar(BlackboardCopy{"bump_dir_save", "last_bump_dir_save"},
+                                                     move_to_line(planner), clean_the_line()))));
 }
 
 Node clean_a_line(const LinesFirst& planner)
@@ -116,7 +122,7 @@ Node clean_a_line(const LinesFirst& planner)
         "SubregionBorder", StackBlackboard{"region_of_interest"},
         Named("CleanALine", SequenceStar(BlackboardCopy{"current_subregion", "region_of_interest"},
                                          ForceSuccess(SubtreeCondition{"Back2cm"}), search_next_line(planner),
-                                         move_to_line(planner), clean_the_line())));
+                                         clean_next_line(planner))));
 }
 
 // Within the part there is nothing left to do, which ends the planner.
@@ -127,17 +133,14 @@ Node back_into_part()
     return SequenceStar(
         SetBlackboard{"bump_dir_save", "None"},
         Inverter(IsPointInRectangle{.point = "${current_coord}", .rectangle = "${current_subregion}"}),
-        PostProcess(
-            SequenceStar(
-                SetBlackboard{"return_to_region_abort", "false"},
-                IfThenElseStar(
-                    BB_Precondition("return_to_region_abort",
-                                    RetryUntilSuccesful(
-                                        3, IfThenElseStar(search_part("Region"), FallbackStar(drive, follow),
-                                                          ForceFailure(SetBlackboard{"return_to_region_abort",
-                                                                                     "true"})))),
-                    erase("return_to_region_abort"), ForceFailure(erase("return_to_region_abort")))),
-            SetBlackboard{"bump_dir", "None"}));
+        SetBlackboard{"return_to_region_abort", "false"},
+        IfThenElseStar(
+            BB_Precondition(
+                "return_to_region_abort",
+                RetryUntilSuccesful(
+                    3, IfThenElseStar(search_part("Region"), FallbackStar(drive, follow),
+                                      ForceFailure(SetBlackboard{"return_to_region_abort", "true"})))),
+            erase("return_to_region_abort"), ForceFailure(erase("return_to_region_abort"))));
 }
 
 }  // namespace

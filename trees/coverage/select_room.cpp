@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/coverage/rooms.h"
 
 namespace vemra::trees {
@@ -93,9 +94,10 @@ Node second_chance_in_room()
 // A dirt above 100 sends the robot to wash its cloth before the next room.
 Node wash_between_rooms()
 {
-    return optionally(BoolMatch{"${current_area_val} != ${last_mopped_area_val}", "true"},
-                      erase("current_area_val"), present("mop_reach_target_segment"),
-                      SetBlackboardWithType{"mop_dirty", "float", "101.0"}, Delay{10});
+    return when(BoolMatch{"${current_area_val} != ${last_mopped_area_val}", "true"},
+                erase("current_area_val"),
+                when(present("mop_reach_target_segment"),
+                     SetBlackboardWithType{"mop_dirty", "float", "101.0"}, Delay{10}));
 }
 
 Node next_room_after_wash()

@@ -1,5 +1,7 @@
 #include "trees/coverage/shared.h"
 
+#include "trees/conditions.h"
+
 namespace vemra::trees {
 
 Node prove_way()
@@ -12,10 +14,8 @@ Node prove_way()
 
 Node report_clean_blocked()
 {
-    return SubTree("Trap_CleanVWBlocked",
-                   FallbackStar(present("have_trapped_type"),
-                                SequenceStar(ValidateAllBridges{}, set_flag("clean_vw_blocked"),
-                                             set_flag("have_trapped_type"), Delay{50})));
+    return unless(present("have_trapped_type"), ValidateAllBridges{}, set_flag("clean_vw_blocked"),
+                  set_flag("have_trapped_type"), Delay{50});
 }
 
 Node find_second_chance(const Node& worth_the_trip)

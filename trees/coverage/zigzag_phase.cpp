@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/coverage/line_start.h"
 #include "trees/coverage/plan_in_subregion.h"
 
@@ -98,7 +99,7 @@ Node pass_obstacle(const PartPlanner& planner)
 Node line_cycle(const PartPlanner& planner)
 {
     return SequenceStar(
-        optionally(present("followwall_motion_type"), set_bool("followwall_motion_type", "false")),
+        when(present("followwall_motion_type"), set_bool("followwall_motion_type", "false")),
         account_motion("Gong"), set_bool("gong_motion_type", "true"),
         SetBlackboard{"sub_subregion_border_closed", "true"}, get_next_line(planner),
         SetBlackboard{"sub_subregion_border_closed", "false"},

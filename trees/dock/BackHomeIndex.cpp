@@ -69,13 +69,12 @@ Node stands_at_dock()
 // found.
 TREE(BackHomeIndex)
 {
-    return DoWhile(
-        StepUtility{.new_step_status = "Open"}, AlwaysFailure{},
-        SequenceStar(SetBlackboard{"tof_reset_map", "1"},
-                     optionally(present("stop_clean_task_falg"), SaySomething{"backhome just stop"}),
-                     forget_cancelled_mapping(), set_mop_gear(),
-                     IfThenElseStar(switched_off(), station_button(), AlwaysSuccess{}),
-                     DoWhile(show_way_home(), StackBlackboard{"current_area_val"},
-                             StackBlackboard{"avoid_mopped_areas"},
-                             IfThenElseStar(stands_at_dock(), kicked_branch(), normal_branch()))));
+    return DoWhile(StepUtility{.new_step_status = "Open"}, AlwaysFailure{},
+                   SequenceStar(SetBlackboard{"tof_reset_map", "1"},
+                                when(present("stop_clean_task_falg"), SaySomething{"backhome just stop"}),
+                                forget_cancelled_mapping(), set_mop_gear(),
+                                IfThenElseStar(switched_off(), station_button(), AlwaysSuccess{}),
+                                DoWhile(show_way_home(), StackBlackboard{"current_area_val"},
+                                        StackBlackboard{"avoid_mopped_areas"},
+                                        IfThenElseStar(stands_at_dock(), kicked_branch(), normal_branch()))));
 }

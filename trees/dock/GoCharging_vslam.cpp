@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/dock/go_charging.h"
 
 namespace {
@@ -11,11 +12,12 @@ Node not_exploring()
 // Eleven passes at most.
 Node explore()
 {
-    const auto pass = SequenceStar(
-        optionally(IsAGreaterThanBInt{"${vslam_explore_times}", "10"}, leave("vslam_explore_break")),
-        no_signal_known(), SaySomething{"tolvar explore"}, account_motion("ExploreCharge"),
-        ForceSuccess(exploring()), ForceSuccess(SubtreeCondition{"SearchForCharger_vslam"}),
-        IntAdd{"${vslam_explore_times}", "1", "vslam_explore_times"});
+    const auto pass =
+        SequenceStar(when(IsAGreaterThanBInt{"${vslam_explore_times}", "10"}, leave("vslam_explore_break")),
+                     no_signal_known(), SaySomething{"tolvar explore"}, account_motion("ExploreCharge"),
+                     ForceSuccess(SubtreeCondition{"Explore.xml"}),
+                     ForceSuccess(SubtreeCondition{"SearchForCharger_vslam"}),
+                     IntAdd{"${vslam_explore_times}", "1", "vslam_explore_times"});
     return FallbackStar(
         SequenceStar(SetBlackboard{"vslam_explore_break", "false"}, SetBlackboard{"vslam_explore_times", "0"},
                      BB_Precondition("vslam_explore_break", Repeat(-1, pass))),

@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/dock/docking_lds.h"
 #include "trees/dock/drive_to_dock.h"
 
@@ -6,8 +7,9 @@ namespace {
 // Three quarters of a metre at most; a longer way is switched off.
 Node leave_field()
 {
-    return optionally(
-        BoolMatch{"${marker_in_dock_field}", "true"}, present("first_time_search"), present("dock_out_field"),
+    return when(
+        SequenceStar(BoolMatch{"${marker_in_dock_field}", "true"}, present("first_time_search"),
+                     present("dock_out_field")),
         turn_away_and(without_sensor(
             "DockField", FallbackStar(Sequence(no_bump(), IfThenElseStar(BoolMatch{"true", "true"},
                                                                          drive_for("75", "100", "100"),

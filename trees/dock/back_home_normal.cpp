@@ -39,8 +39,8 @@ Node begin_search_task()
 {
     const auto look_again = [] { return SetBlackboard{"disable_reuse_reloc_once", "false"}; };
     return SequenceStar(
-        optionally(task_is("part_cleaning"), SaySomething{"BackHomeIndex.xml wifi 1"},
-                   SubtreeCondition{"AdvCleanComplete"}),
+        when(task_is("part_cleaning"), SaySomething{"BackHomeIndex.xml wifi 1"},
+             SubtreeCondition{"AdvCleanComplete"}),
         IfThenElseStar(DoWhile(DockSignalFilter{}, SubtreeCondition{"ReadyToSearchForCharger"}), look_again(),
                        look_again()),
         SubtreeCondition{"AdvRestartCleaning"}, set_task("search_charge"));
@@ -72,10 +72,10 @@ Node found_music()
 
 Node find_place()
 {
-    return SequenceStar(play("30"), SubtreeCondition{"ForceDelay"}, quiet_cleaning_system(), set_mop_gear(),
-                        FallbackStar(SubtreeCondition{"ActiveRelocalize_LdsInteractive.xml"}, lost()),
-                        IsPointInRectangle{.point = "${current_coord}", .rectangle = "${gridmap_limit}"},
-                        found_music());
+    return SequenceStar(
+        play("30"), SubtreeCondition{"ForceDelay"}, quiet_cleaning_system(), set_mop_gear_if_any(),
+        FallbackStar(SubtreeCondition{"ActiveRelocalize_LdsInteractive.xml"}, lost()),
+        IsPointInRectangle{.point = "${current_coord}", .rectangle = "${gridmap_limit}"}, found_music());
 }
 
 Node give_up_old_task()
@@ -126,8 +126,8 @@ Node quiet_system_of_country()
 // A budget that was spent is renewed when the mode starts again.
 Node renew_budget()
 {
-    return optionally(Inverter(IsAGreaterThanBInt{"${search_charger_timeout}", "${search_charger_time}"}),
-                      SetBlackboard{"search_charger_time", "0"});
+    return unless(IsAGreaterThanBInt{"${search_charger_timeout}", "${search_charger_time}"},
+                  SetBlackboard{"search_charger_time", "0"});
 }
 
 // --- the end ------------------------------------------------------------------------------------
@@ -151,7 +151,7 @@ Node close_task_on_dock()
          {task_is("search_charge"), SubtreeCondition{"SearchChargeEnding"}},
          {task_is("completing"),
           SequenceStar(SetBlackboard{"station_button_value", "normal"},
-                       optionally(switched_off(), set_flag("mop_clean_task_end")),
+                       when(switched_off(), set_flag("mop_clean_task_end")),
                        SetBlackboard{"clean_log_on_charger", "true"},
                        BlackboardCopy{"current_pose", "reuse_robot_pose_on_charger"},
                        SaySomething{"BackHomeIndex.xml wifi 4"}, SubtreeCondition{"AdvCleanComplete"},
@@ -192,8 +192,8 @@ Node close_search_task()
 {
     return SequenceStar(
         task_is("search_charge"), SaySomething{"search_charger_time is ${search_charger_time}."},
-        optionally(IsAGreaterThanBInt{"${search_charger_timeout}", "${search_charger_time}"},
-                   SubtreeCondition{"SearchChargeEnding"}, SetBlackboard{"clean_task_end", "true"}));
+        when(IsAGreaterThanBInt{"${search_charger_timeout}", "${search_charger_time}"},
+             SubtreeCondition{"SearchChargeEnding"}, SetBlackboard{"clean_task_end", "true"}));
 }
 
 Node close_other_task()
@@ -221,7 +221,7 @@ Node not_docked()
     return SequenceStar(
         close_task_away_from_dock(), SetBlackboard{"task_type", "Idle"}, give_up_search(play("17")),
         erase("need_back_station"),
-        optionally(StringMatch{"true", "false"}, Led_Mode_Set{"BUTTON_LED_BackhomeFail"}, Delay{250}),
+        when(StringMatch{"true", "false"}, Led_Mode_Set{"BUTTON_LED_BackhomeFail"}, Delay{250}),
         go_to_standby(), count_failure());
 }
 

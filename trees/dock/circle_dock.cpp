@@ -95,12 +95,12 @@ Node walk_back()
 
 Node settle_way_back()
 {
-    return by_text("break_condition",
-                   {{"good", AlwaysSuccess{}},
-                    {"range", SequenceStar(SetBlackboardWithType{"advanced_follow_wall_force_dir", "bool",
-                                                                 "${follow_wall_dir}"},
-                                           break_docking())}},
-                   SubtreeCondition{"SearchForChargerLoopSolvGoToDockSector"});
+    return by_text(
+        "break_condition",
+        {{"good", AlwaysSuccess{}},
+         {"range", SequenceStar(SetBlackboard{"advanced_follow_wall_force_dir", "${follow_wall_dir}"},
+                                break_docking())}},
+        SubtreeCondition{"SearchForChargerLoopSolvGoToDockSector"});
 }
 
 Node reverse_walk(const Side& side)

@@ -95,7 +95,7 @@ Node smart_back_40cm(const Node& back)
                      IntAdd{"${docking_try_times}", "1", "docking_try_times"},
                      choose({{IsAGreaterThanBFloat{"${docking_try_times}", "4"}, give_up_cycle()},
                              {left_field_twice(), give_up_cycle()}},
-                            optionally(present("turn_target_angle"), turn_to_target_angle()))));
+                            when(present("turn_target_angle"), turn_to_target_angle()))));
 }
 
 }  // namespace vemra::trees

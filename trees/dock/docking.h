@@ -3,6 +3,7 @@
 /// The second half of a search: into the sector before the dock, along the middle line onto the contacts, and
 /// back out for another try.
 
+#include "trees/conditions.h"
 #include "trees/dock/search.h"
 
 namespace vemra::trees {
@@ -79,7 +80,7 @@ inline Node drive_by_field(const char* frames, const Wheels& within_field, const
 /// The limit of arcs across the field.
 inline Nodes count_arc()
 {
-    return row(optionally(Inverter(IsAGreaterThanBInt{"5", "${sector_arc_times}"}), break_docking()),
+    return row(unless(IsAGreaterThanBInt{"5", "${sector_arc_times}"}, break_docking()),
                IntAdd{"${sector_arc_times}", "1", "sector_arc_times"});
 }
 

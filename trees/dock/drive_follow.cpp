@@ -32,14 +32,13 @@ Node follow(const Sense& sense, const FollowLadder& ladder)
                                       follow_on(ladder.wall_tree(sense))));
 }
 
-Node settle(const Sense& sense, Node out_of_range)
+Node settle(const Sense& sense, const Node& out_of_range)
 {
-    return by_text("break_condition",
-                   {{"middle", turn_from_wall(sense.sign > 0 ? "-90" : "90")},
-                    {"good", AlwaysSuccess{}},
-                    {"overturn", solve_overturn()},
-                    {"loop", solve_loop()}},
-                   std::move(out_of_range));
+    return by_text("break_condition", {{"middle", turn_from_wall(sense.sign > 0 ? "-90" : "90")},
+                                       {"good", AlwaysSuccess{}},
+                                       {"overturn", solve_overturn()},
+                                       {"loop", solve_loop()},
+                                       {"range", out_of_range}});
 }
 
 // --- the way back -------------------------------------------------------------------------------
@@ -79,15 +78,15 @@ Node count_return()
 
 Node settle_way_back()
 {
-    return by_text("break_condition",
-                   {{"middle", SequenceStar(IfThenElseStar(wall_on_right("false"), guarded_turn("-90", "60"),
-                                                           guarded_turn("90", "60")),
-                                            solve_overturn())},
-                    {"good", count_return()},
-                    {"range", SequenceStar(SetBlackboardWithType{"advanced_follow_wall_force_dir", "bool",
-                                                                 "${follow_wall_dir}"},
-                                           break_drive())}},
-                   solve_loop());
+    return by_text(
+        "break_condition",
+        {{"middle", SequenceStar(IfThenElseStar(wall_on_right("false"), guarded_turn("-90", "60"),
+                                                guarded_turn("90", "60")),
+                                 solve_overturn())},
+         {"good", count_return()},
+         {"range", SequenceStar(SetBlackboard{"advanced_follow_wall_force_dir", "${follow_wall_dir}"},
+                                break_drive())}},
+        solve_loop());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "trees/dock/drive_to_dock.h"
 
+#include "trees/conditions.h"
 #include "trees/dock/drive_follow.h"
 
 namespace vemra::trees {
@@ -59,11 +60,11 @@ Nodes direction_is_known()
 
 Node count_trapped_cycle()
 {
-    return SequenceStar(IntAdd{"${full_round_turn_times}", "-1", "full_round_turn_times"},
-                        IntAdd{"${charging_escape_times}", "1", "charging_escape_times"},
-                        optionally(IsAGreaterThanBInt{"${charging_escape_times}", "4"},
-                                   SetBlackboard{"charging_escape_times", "0"},
-                                   SubtreeCondition{"SearchForChargerRandomWalk"}));
+    return SequenceStar(
+        IntAdd{"${full_round_turn_times}", "-1", "full_round_turn_times"},
+        IntAdd{"${charging_escape_times}", "1", "charging_escape_times"},
+        when(IsAGreaterThanBInt{"${charging_escape_times}", "4"}, SetBlackboard{"charging_escape_times", "0"},
+             SubtreeCondition{"SearchForChargerRandomWalk"}));
 }
 
 Node turn_away_and(Node drive)
@@ -189,13 +190,13 @@ Node swing(const Arc& arc, const Sense& sense, Node (*heard)(const Sense&))
                      SequenceStar(random_walk(), break_drive())));
 }
 
-Node first_arc(const Nodes& side_of_wall, const Arc& after_middle, const Arc& after_side,
-               Node (*heard)(const Sense&))
+Nodes first_arc(const Nodes& side_of_wall, const Arc& after_middle, const Arc& after_side,
+                Node (*heard)(const Sense&))
 {
     const auto to_side = [heard](const Arc& arc) {
         return by_wall_side([&arc, heard](const Sense& sense) { return swing(arc, sense, heard); });
     };
-    return SequenceStar(
+    return row(
         note_bump(), AdvancedSetFollowWallDirection{}, side_of_wall,
         Inverter(BumpdirMatch{"${bump_dir}", "virtual"}),
         IfThenElseStar(BumpdirMatch{"${bump_dir}", "middle"}, to_side(after_middle), to_side(after_side)));

@@ -1,5 +1,7 @@
 #include "trees/dock/go_charging.h"
 
+#include "trees/conditions.h"
+
 namespace vemra::trees {
 
 namespace {
@@ -36,8 +38,8 @@ Nodes beside_search()
 Nodes begin_run()
 {
     return row(default_from("origin_point", "current_coord"), erase("have_trapped_type"),
-               optionally(PromptInVirtualWall{}, absent("SFC_trapped"), absent("have_trapped_type"),
-                          set_flag("polygon_vw_trapped"), set_flag("have_trapped_type"), Delay{50}));
+               when(SequenceStar(PromptInVirtualWall{}, absent("SFC_trapped"), absent("have_trapped_type")),
+                    set_flag("polygon_vw_trapped"), set_flag("have_trapped_type"), Delay{50}));
 }
 
 // --- the end of a run ---------------------------------------------------------------------------

@@ -166,7 +166,7 @@ inline Node wall_on_right(const char* answer)
 
 inline Node set_wall_side(const char* value)
 {
-    return SetBlackboardWithType{"follow_wall_dir", "bool", value};
+    return SetBlackboard{"follow_wall_dir", value};
 }
 
 inline Node turn_wall_side()

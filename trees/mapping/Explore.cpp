@@ -114,12 +114,12 @@ Node random_stage()
 
 }  // namespace
 
-// Looks for a dock where the map ends, and then at random points. Always fails; `explore_found_charger`
-// tells.
+// Looks for a dock where the map ends, and then at random points. Always fails, at once where a dock was
+// found; `explore_found_charger` tells.
 TREE(Explore)
 {
     return SequenceStar(SetBlackboard{"explore_break", "false"}, SetBlackboard{"nav_explore", "true"},
-                        erase("explore_found_charger"), ForceSuccess(frontier_stage()), Stop{}, Delay{10},
+                        erase("explore_found_charger"), frontier_stage(), Stop{}, Delay{10},
 
                         generate_points(), SetBlackboard{"explore_break", "false"},
                         SetBlackboard{"nav_explore", "false"}, SetBlackboard{"explore_not_enclave", "false"},

@@ -20,10 +20,9 @@ TREE(QuickExplore)
     return SequenceStar(
         SetBlackboard{"explore_break", "false"}, SetBlackboard{"nav_explore", "true"},
         erase("explore_found_charger"), erase("mark_charger_point"),
-        ForceSuccess(BB_Precondition(
-            "explore_break",
-            Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
-                     RetryUntilSuccesful(
-                         -1, SequenceStar(SetBlackboard{"no_point_fs", "false"}, until_no_point(drive)))))),
+        BB_Precondition("explore_break",
+                        Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
+                                 RetryUntilSuccesful(-1, SequenceStar(SetBlackboard{"no_point_fs", "false"},
+                                                                      until_no_point(drive))))),
         Delay{10}, AlwaysFailure{});
 }

@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -45,8 +46,8 @@ TREE(ErrorReportIndex)
         SetLastRobotMode{}, SetBlackboard{"robot_status", "clean_error"},
         SetBlackboard{"restart_cleaning_from_err_mode", "true"},
 
-        optionally(present("dry_procssing"), SaySomething{"dry handle pause for error mode"},
-                   SetBlackboard{"wash_dry_pause_falg", "true"}),
+        when(present("dry_procssing"), SaySomething{"dry handle pause for error mode"},
+             SetBlackboard{"wash_dry_pause_falg", "true"}),
         dust_err_handle(), wash_err_handle(),
 
         SlamPause{}, SetBlackboard{"kicked", "false"}, report_standing_still(),

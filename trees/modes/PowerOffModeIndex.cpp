@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/modes/shared.h"
 
 // Power-off: the robot says farewell, closes its task and keeps what must outlast the night. An empty battery
@@ -8,7 +9,7 @@ TREE(PowerOffModeIndex)
                         SetBlackboard{"update_offline_map_flag", "1"}, SlamPause{},
 
                         optionally(RobotPowerGetLowerThan{"2"}, music("21", "true"), Delay{200}),
-                        optionally(absent("longtimepoweroff"), music("200", "false")), Delay{50},
+                        unless(present("longtimepoweroff"), music("200", "false")), Delay{50},
 
                         ForceSuccess(close_task()), optionally(present("station_info_save"), CleanInfoSave{}),
 

@@ -14,8 +14,9 @@ Node slam_is(const char* state)
 
 Node play_once()
 {
-    return optionally(present("OloWIFICMD_RemoteCtrl_audio"), key_is_true("OloWIFICMD_RemoteCtrl_audio"),
-                      play("62"), erase("OloWIFICMD_RemoteCtrl_audio"));
+    return when(
+        SequenceStar(present("OloWIFICMD_RemoteCtrl_audio"), key_is_true("OloWIFICMD_RemoteCtrl_audio")),
+        play("62"), erase("OloWIFICMD_RemoteCtrl_audio"));
 }
 
 Node leave_dock()
@@ -34,9 +35,9 @@ Node note_interrupted_task()
     return IfThenElseStar(key_is_any("task_state", {"init", "complete", "search_charge"}),
                           SetBlackboard{"task_in_progress", "false"},
                           SequenceStar(SetBlackboard{"task_in_progress", "true"},
-                                       optionally(FallbackStar(SlamIsResumable{}, slam_is("SLAM_STA_NORMAL"),
-                                                               slam_is("SLAM_STA_PAUSE")),
-                                                  SlamStart{}, submode("cleaning"))));
+                                       when(FallbackStar(SlamIsResumable{}, slam_is("SLAM_STA_NORMAL"),
+                                                         slam_is("SLAM_STA_PAUSE")),
+                                            SlamStart{}, submode("cleaning"))));
 }
 
 Node start_on_stored_map()
@@ -45,9 +46,9 @@ Node start_on_stored_map()
         key_is("move_ctrl_submode", "cleaning"),
         SequenceStar(key_is_true("reuse_from_charger"), erase("reuse_from_charger"),
                      SaySomething{"AdvRestartCleaning start_from_charger = true"}, submode("cleaning"),
-                     optionally(present("on_charger_pose"), SlamStartFromReuse{},
-                                SetBlackboard{"pretend_reuse_cleaning_token", "true"},
-                                SaySomething{"AdvRestartCleaning pretend reuse cleaning"})),
+                     when(present("on_charger_pose"), SlamStartFromReuse{},
+                          SetBlackboard{"pretend_reuse_cleaning_token", "true"},
+                          SaySomething{"AdvRestartCleaning pretend reuse cleaning"})),
         SequenceStar(SlamIsResumable{}, SlamStart{}, submode("cleaning")),
         ForceFailure(SequenceStar(slam_is("SLAM_STA_NORMAL"), submode("cleaning"))));
 }
@@ -71,7 +72,7 @@ Node lock_off(const char* sensor)
 Node drive()
 {
     return DoWhile(
-        MoveCleanSysModeSet{}, set_mop_gear(), SubtreeCondition{"auto_cleanmode_set.xml"},
+        MoveCleanSysModeSet{}, set_mop_gear_if_any(), SubtreeCondition{"auto_cleanmode_set.xml"},
         BlackboardCopy{"move_ctrl_submode", "move_ctrl_token"},
         TemporarilyDisableSensor{.lock_status = "false", .sensor = "ChargerVirtualWall"},
         lock_off("DockField"), lock_off("CarpetCheck"), lock_off("PolygonVirtualWall"),
@@ -94,7 +95,7 @@ TREE(RemoteCtrlModeIndex)
         MotionActionAccount{"current_motion_type", "Motion", "Gong"}, leave_dock(), submode("old"),
         note_interrupted_task(), use_stored_map(), SaySomething{"move_ctrl_submode:"},
         SaySomething{"${move_ctrl_submode}"},
-        optionally(key_is("move_ctrl_submode", "old"), SaySomething{"old move ctrl submode, clear app map"},
-                   erase("is_start_from_charger")),
+        when(key_is("move_ctrl_submode", "old"), SaySomething{"old move ctrl submode, clear app map"},
+             erase("is_start_from_charger")),
         SetMapDrawMode{.draw_mode = "None"}, drive());
 }

@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -5,11 +6,11 @@ namespace {
 // The quiet time that began on the charger goes on in sleep.
 Node count_quiet_time()
 {
-    return optionally(present("annoy_active_tick"), SetBlackboard{"annoy_active_tick_flag", "true"},
-                      IntAdd{.int_a = "${annoy_active_tick}", .int_b = "1", .out_sum = "annoy_active_tick"},
-                      IsAGreaterThanBInt{.A = "${annoy_active_tick}", .B = "30000"},
-                      SaySomething{"annoy tick here more than 30000"}, erase("annoy_active_tick"),
-                      SetBlackboard{"AnnoyModeActiveFlag", "true"});
+    return when(present("annoy_active_tick"), SetBlackboard{"annoy_active_tick_flag", "true"},
+                IntAdd{.int_a = "${annoy_active_tick}", .int_b = "1", .out_sum = "annoy_active_tick"},
+                when(IsAGreaterThanBInt{.A = "${annoy_active_tick}", .B = "30000"},
+                     SaySomething{"annoy tick here more than 30000"}, erase("annoy_active_tick"),
+                     SetBlackboard{"AnnoyModeActiveFlag", "true"}));
 }
 
 // The user looks for the robot, lifts it, or, outside quiet hours, it was knocked off the charger.
@@ -59,7 +60,7 @@ TREE(SleepModeDealIndex)
         Stop{}, SetCleanSystem{.Brush = "1", .Fan = "1", .Pump = "0", .SideBrush = "1"},
         IfThenElse(switched_off(), AlwaysSuccess{}, SetBlackboard{"robot_status", "clean_sleep_done"}),
         SlamPause{}, Led_Mode_Set{"BUTTON_LED_OFF"}, RobotIRSwitch{.Cliff_ON = "true", .Front_ON = "false"},
-        RobotTimer_s_Init{}, optionally(present("RobotFindSet"), erase("RobotFindSet")),
+        RobotTimer_s_Init{}, when(present("RobotFindSet"), erase("RobotFindSet")),
 
         // The mode to which a wake-up returns.
         SetBlackboardWithType{.key = "Sleep_LastRobotMode", .type = "int", .value = "${LastRobotMode}"},

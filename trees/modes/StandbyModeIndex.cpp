@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -52,8 +53,8 @@ TREE(StandbyModeIndex)
                      ForceFailure(ChangeRobotModeTo{.IsAimMode_Pause = "true"})),
 
         SubtreeCondition{"StopModePreset"},
-        optionally(present("Load_After_Complete"), SetBlackboard{"Start_Map_Load", "true"},
-                   erase("Load_After_Complete")),
+        when(present("Load_After_Complete"), SetBlackboard{"Start_Map_Load", "true"},
+             erase("Load_After_Complete")),
 
         SetLastRobotMode{}, RobotTimer_s_Init{},
         optionally(switched_off(), key_is("LastRobotMode", "13"), set_flag("virtual_start_from_charger")),

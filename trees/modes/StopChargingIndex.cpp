@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -196,17 +197,17 @@ TREE(StopChargingIndex)
         light_by_charge("BUTTON_LED_Charging_NoTask_Workable", "BUTTON_LED_Charging_NoTask_UnWorkable"),
 
         // What became of the task.
-        optionally(Inverter(DoesTuobuInstall{}), key_is("task_state", "precleaning"),
-                   SetBlackboard{"task_state", "init"}, SetBlackboard{"task_type", "Idle"}),
-        optionally(key_is("task_state", "search_charge"), SaySomething{"StopChargingIndex.xml wifi -1"},
-                   SubtreeCondition{"SearchChargeEnding"}),
-        decide_on_paused_task(), optionally(task_waits_for_charge(), set_flag("breakpoint_getcharger")),
+        when(SequenceStar(Inverter(DoesTuobuInstall{}), key_is("task_state", "precleaning")),
+             SetBlackboard{"task_state", "init"}, SetBlackboard{"task_type", "Idle"}),
+        when(key_is("task_state", "search_charge"), SaySomething{"StopChargingIndex.xml wifi -1"},
+             SubtreeCondition{"SearchChargeEnding"}),
+        decide_on_paused_task(), when(task_waits_for_charge(), set_flag("breakpoint_getcharger")),
 
         SetLastRobotMode{}, set_flag("virtual_moved_during_pause"), SetBlackboard{"search_charger_time", "0"},
 
         // The place of the charger is a fix for the map, but a task that goes on keeps its own.
         trace("StopChargingIndex before ChargingReloc task_state = ${task_state}"),
-        optionally(Inverter(task_waits_for_charge()), ChargingReloc{}), erase("No_Box_Music"),
+        unless(task_waits_for_charge(), ChargingReloc{}), erase("No_Box_Music"),
 
         DoWhile(resume_check(), IfThenElse(DoesRobotGetCharger{}, on_the_charger(), off_the_charger())));
 }

@@ -1,4 +1,4 @@
-#include "trees/idioms.h"
+#include "trees/conditions.h"
 
 namespace {
 
@@ -9,10 +9,10 @@ Node close_for_standby()
         present("ForceStandby"), erase("ForceStandby"),
         IfThenElseStar(
             key_is_any("task_state", {"init", "precleaning"}),
-            SequenceStar(SetBlackboard{"task_state", "init"}, SetBlackboard{"task_type", "Idle"},
-                         optionally(present("clear_map_flag"),
-                                    SetBlackboard{"CleanCompleteWithoutCleaningLog", "true"},
-                                    SubtreeCondition{"SearchChargeEnding"})),
+            SequenceStar(
+                SetBlackboard{"task_state", "init"}, SetBlackboard{"task_type", "Idle"},
+                when(present("clear_map_flag"), SetBlackboard{"CleanCompleteWithoutCleaningLog", "true"},
+                     SubtreeCondition{"SearchChargeEnding"})),
             IfThenElseStar(
                 key_is("task_state", "search_charge"),
                 SequenceStar(SaySomething{"StopModePreset.xml wifi 0"},
@@ -26,7 +26,7 @@ Node close_spot_cleaning()
 {
     return optionally(any_of({key_is("task_state", "part_cleaning"), key_is("task_state", "part_lowpower"),
                               present("ForceStandby")}),
-                      optionally(present("ForceStandby"), erase("ForceStandby")),
+                      when(present("ForceStandby"), erase("ForceStandby")),
                       SaySomething{"StopModePreset.xml wifi 2"}, SubtreeCondition{"AdvCleanComplete"},
                       SetBlackboard{"task_type", "Idle"});
 }

@@ -1,3 +1,4 @@
+#include "trees/conditions.h"
 #include "trees/relocalising/dialogue.h"
 
 namespace {
@@ -63,7 +64,7 @@ TREE(ActiveRelocalize_LdsInteractive)
     return PostProcess(
         DoWhile(StackBlackboard{"trace_time_map"}, StackBlackboard{"robot_trajectory"},
                 StackBlackboard{"combined_trace_map_ready"},
-                SequenceStar(optionally(present("gong_motion_type"), erase("gong_motion_type")),
+                SequenceStar(when(present("gong_motion_type"), erase("gong_motion_type")),
                              erase("trace_time_map"), erase("robot_trajectory"),
                              erase("combined_trace_map_ready"),
                              DoWhile(StackBlackboard{"in_lds_reloc_proc"}, StackBlackboard{"wmap"},
