@@ -5,20 +5,19 @@ namespace {
 // A robot that was moved while it waited for charge does not know its place, nor that of its dock.
 Node settle_move_while_charging()
 {
-    return optionally(
-        key::moved_during_lowpower.take(),
-        key::task_state.is_any({"lowpower", "area_lowpower", "zone_lowpower", "point_lowpower"}),
-        key::moved_during_pause.set("true"), key::moved_flag_for_calc_charger.flag());
+    return when(key::moved_during_lowpower.present(), key::moved_during_lowpower.erase(),
+                when(key::task_state.is_any({"lowpower", "area_lowpower", "zone_lowpower", "point_lowpower"}),
+                     key::moved_during_pause.set("true"), key::moved_flag_for_calc_charger.flag()));
 }
 
 // A stored map may be taken over without a look around, as the dock's place on it is known.
 Node offer_stored_map()
 {
-    return ForceSuccess(Named(
-        "force reuse", SequenceStar(optionally(key::task_state.is("init"), UpdateReuseAppMap{"on_charger"},
+    return ForceSuccess(
+        Named("force reuse", SequenceStar(when(key::task_state.is("init"), UpdateReuseAppMap{"on_charger"},
                                                key::mica_on_charger.set("true")),
-                                    IsReuseInfoExist{}, key::reuse_from_charger.set("false"),
-                                    key::current_pose.copy_to(key::on_charger_pose))));
+                                          IsReuseInfoExist{}, key::reuse_from_charger.set("false"),
+                                          key::current_pose.copy_to(key::on_charger_pose))));
 }
 
 Node leave_dock()

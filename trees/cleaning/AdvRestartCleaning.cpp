@@ -16,7 +16,7 @@ Node forget_requests()
 
 Node unless_silent(Node music)
 {
-    return optionally(key::disable_reuse_reloc_music.absent(), std::move(music));
+    return unless(key::disable_reuse_reloc_music.present(), std::move(music));
 }
 
 // On the way home to a wash the music is another.
@@ -88,8 +88,8 @@ Node restart_to_auto()
         "RestartToAuto",
         SequenceStar(in_any_mode("DrawAreaCleanMode", "SelectAreaCleanMode", "SelectPointCleanMode",
                                  "FastMapBuildMode"),
-                     optionally(key::robot_moved.is("false"), SaySomething{"charge pose cache test..."},
-                                key::from_charge_fake_flag.flag()),
+                     when(key::robot_moved.is("false"), SaySomething{"charge pose cache test..."},
+                          key::from_charge_fake_flag.flag()),
                      SubtreeCondition{"AdvCleanComplete"}, key::WorkStartMusic_shield.set("true"),
                      key::moved_during_pause.set("false"), key::task_state.set("init"),
                      key::just_damode_reuse_failed.set("true"), ChangeRobotModeTo{.IsAimMode_Auto = "true"}));
@@ -98,14 +98,12 @@ Node restart_to_auto()
 // A new map is begun. The way fails on purpose, so that nothing is set up for a stored one.
 Node way_without_map()
 {
-    return SequenceStar(
-        copy_odom_after(), SaySomething{"AdvRestartCleaning 4"},
-        FallbackStar(
-            just_failed(),
-            SequenceStar(in_mode("BackHomeMode"), unless_silent(by_purpose_of_way_home("140", "64"))),
-            ForceFailure(SequenceStar(key::disable_reuse_reloc_music.absent(), queue(31))),
-            ForceSuccess(restart_to_auto())),
-        ForceFailure(SubtreeCondition{"RestartCleaning"}));
+    return SequenceStar(copy_odom_after(), SaySomething{"AdvRestartCleaning 4"},
+                        FallbackStar(just_failed(),
+                                     SequenceStar(in_mode("BackHomeMode"),
+                                                  unless_silent(by_purpose_of_way_home("140", "64"))),
+                                     ForceFailure(unless_silent(queue(31))), ForceSuccess(restart_to_auto())),
+                        ForceFailure(SubtreeCondition{"RestartCleaning"}));
 }
 
 Node begin_on_stored_map()

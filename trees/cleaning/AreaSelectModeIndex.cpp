@@ -15,13 +15,13 @@ Node scheduled_start()
 
 Node take_new_rooms()
 {
-    return optionally(key::is_ordering_task.holds("false"),
-                      FallbackStar(key::Areas_Clean_Set_List_Ping.present(),
-                                   SequenceStar(BoolMatch{"${SwitchCleanSet} == 1", "true"},
-                                                ForceFailure(SetSelectAreaCleanList{}))),
-                      key::Areas_Clean_Set_List_Ping.copy_to(key::Areas_Clean_Set_List),
-                      key::Areas_Clean_Set_List_Ping.copy_to(key::Areas_Clean_Set_List_Pong),
-                      key::Areas_Clean_Set_List_Ping.erase(), SetSelectAreaCleanList{});
+    return when(SequenceStar(key::is_ordering_task.holds("false"),
+                             FallbackStar(key::Areas_Clean_Set_List_Ping.present(),
+                                          SequenceStar(BoolMatch{"${SwitchCleanSet} == 1", "true"},
+                                                       ForceFailure(SetSelectAreaCleanList{})))),
+                key::Areas_Clean_Set_List_Ping.copy_to(key::Areas_Clean_Set_List),
+                key::Areas_Clean_Set_List_Ping.copy_to(key::Areas_Clean_Set_List_Pong),
+                key::Areas_Clean_Set_List_Ping.erase(), SetSelectAreaCleanList{});
 }
 
 Node clean_rooms()

@@ -65,10 +65,10 @@ Node give_up_old_task()
 
 Nodes turn_start_pose()
 {
-    return row(optionally(key::start_from_charger_yaw_deg.present(),
-                          PlainPoseMmSetYaw{"start_from_charger_pose", "${start_from_charger_yaw_deg}"},
-                          key::start_from_charger_pose.copy_to(key::only_charger_in_map),
-                          key::start_from_charger_yaw_deg.erase()));
+    return row(when(key::start_from_charger_yaw_deg.present(),
+                    PlainPoseMmSetYaw{"start_from_charger_pose", "${start_from_charger_yaw_deg}"},
+                    key::start_from_charger_pose.copy_to(key::only_charger_in_map),
+                    key::start_from_charger_yaw_deg.erase()));
 }
 
 // On a map without rooms the cloth is washed by the clock.
@@ -106,7 +106,7 @@ Node goes_room_by_room()
 Node clean_rooms()
 {
     return DoWhile(key::enable_overall_follow_wall.kept(),
-                   SequenceStar(optionally(switched_off(), key::enable_overall_follow_wall.flag()),
+                   SequenceStar(when(switched_off(), key::enable_overall_follow_wall.flag()),
                                 IfThenElseStar(key::enable_overall_follow_wall.present(),
                                                SubtreeCondition{"CleanSelectedAreas", "true"},
                                                SubtreeCondition{"CleanSelectedAreas", "false"})));
@@ -135,8 +135,8 @@ Node second_pass()
 {
     return SequenceStar(
         key::small_area_clean_second_time.erase(), key::small_area_clean_second_time.set("true"),
-        optionally(wash_condition(),
-                   AlwaysSuccess{.area_reset = "${wash_mop_mode}", .ticks = "999999999", .run_once = "1"}),
+        when(wash_condition(),
+             AlwaysSuccess{.area_reset = "${wash_mop_mode}", .ticks = "999999999", .run_once = "1"}),
 
         key::reset_map_remain_submap.set("true"), ResetMap{}, key::reset_map_remain_submap.erase(),
         LaserReset{}, key::origin_in_enclave.set("false"), key::oe_map_snap.erase(), preset_second_pass(),

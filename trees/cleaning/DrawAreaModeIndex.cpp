@@ -4,9 +4,9 @@ namespace {
 
 Node take_new_rectangles()
 {
-    return optionally(key::Draw_Area_Set_Ping.present(), key::Draw_Area_Set_Ping.copy_to(key::Draw_Area_Set),
-                      key::Draw_Area_Set_Ping.copy_to(key::Draw_Area_Set_Pong),
-                      erase(key::Draw_Area_Set_Ping, key::reset_zone_cleaning));
+    return when(key::Draw_Area_Set_Ping.present(), key::Draw_Area_Set_Ping.copy_to(key::Draw_Area_Set),
+                key::Draw_Area_Set_Ping.copy_to(key::Draw_Area_Set_Pong), key::Draw_Area_Set_Ping.erase(),
+                key::reset_zone_cleaning.erase());
 }
 
 }  // namespace

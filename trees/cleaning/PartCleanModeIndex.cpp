@@ -62,11 +62,11 @@ TREE(PartCleanModeIndex)
 
                      show_status(), key::tof_reset_map.set(1),
                      Loop(15, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"}),
-                     set_mop_gear(), start_music(), Led_Mode_Set{"BUTTON_LED_PartCleaning"},
+                     set_mop_gear_if_any(), start_music(), Led_Mode_Set{"BUTTON_LED_PartCleaning"},
                      SubtreeCondition{"OtherModePreset"}, SaySomething{"Start PartClean Mode!"},
 
                      key::task_state.set("part_cleaning"), key::disable_reuse_reloc_once.set("true"),
-                     optionally(key::start_from_charger.present(), key::start_from_charger.set("false")),
+                     when(key::start_from_charger.present(), key::start_from_charger.set("false")),
                      SubtreeCondition{"AdvRestartCleaning"}, SlamStart{}, SubtreeCondition{"ForceDelay"},
                      MotionActionAccount{"current_motion_type", "Motion", "Gong"},
 

@@ -4,9 +4,9 @@ namespace {
 
 Node take_new_point()
 {
-    return optionally(key::Select_Point_Set_Ping.present(),
-                      key::Select_Point_Set_Ping.copy_to(key::Select_Point_Set),
-                      erase(key::Select_Point_Set_Ping, key::reset_point_cleaning));
+    return when(key::Select_Point_Set_Ping.present(),
+                key::Select_Point_Set_Ping.copy_to(key::Select_Point_Set), key::Select_Point_Set_Ping.erase(),
+                key::reset_point_cleaning.erase());
 }
 
 }  // namespace

@@ -8,8 +8,8 @@ Node watch_for_calibration()
 {
     return SubTree("${infrared_calibration}",
                    SequenceStar(PointToPointDist{"a_b_dist", "${current_odom}", "${back_origin_pose}"},
-                                optionally(key::a_b_dist.above(250), key::a_b_dist.below(500),
-                                           key::need_infrared_calibration.set("true"))));
+                                when(SequenceStar(key::a_b_dist.above(250), key::a_b_dist.below(500)),
+                                     key::need_infrared_calibration.set("true"))));
 }
 
 Node back_off_dock()
@@ -44,7 +44,7 @@ Node judge_on_a_plane()
                 Fallback(IfOnAPlane{"400"},
                          ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
                 SaySomething{"${Cnt}"},
-                ForceSuccess(SequenceStar(Inverter(key::Cnt.below(50)), Frameout(100, DetachNode{"-80"}))),
+                unless(key::Cnt.below(50), ForceSuccess(Frameout(100, DetachNode{"-80"}))),
                 key::Cnt.above(140), key::Leans_Cnt.set(0),
                 Fallback(IfOnAPlane{"500"},
                          ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), DetachNode{"-80"})))),
@@ -69,8 +69,8 @@ TREE(PreAutoOnCharger)
         SequenceStar(key::reset_mop_line.set("true"), account_motion("Detach"),
                      key::rotate_target_angle.set(180), key::current_yaw_deg.copy_to(key::back_origin_yaw),
                      key::current_odom.copy_to(key::back_origin_pose), SetMapDrawMode{.draw_mode = "None"},
-                     optionally(SlamIsResumable{}, Delay{100}), back_off_dock(),
-                     ForceSuccess(judge_on_a_plane()), key::infrared_calibration_finished.flag(),
-                     optionally(key::detach_origin_yaw.present(), ModifyYaw{}), turn_back_to_start(), Stop{},
+                     when(SlamIsResumable{}, Delay{100}), back_off_dock(), ForceSuccess(judge_on_a_plane()),
+                     key::infrared_calibration_finished.flag(),
+                     when(key::detach_origin_yaw.present(), ModifyYaw{}), turn_back_to_start(), Stop{},
                      account_motion("Stop")));
 }

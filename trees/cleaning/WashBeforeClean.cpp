@@ -35,8 +35,9 @@ Node wash()
 Node no_wash()
 {
     return SequenceStar(erase(key::breakpoint_wash_flag, key::breakpoint_wash),
-                        optionally(DoesTuobuInstall{}, key::need_to_standby.present(),
-                                   key::task_state.is_any({"init", "precleaning"}), go_to_standby()),
+                        when(SequenceStar(DoesTuobuInstall{}, key::need_to_standby.present(),
+                                          key::task_state.is_any({"init", "precleaning"})),
+                             go_to_standby()),
                         key::need_to_standby.erase());
 }
 

@@ -12,7 +12,7 @@ Node status_of(const char* mop_mode, const char* status)
 // Shows the app whether the robot sweeps, mops or does both.
 TREE(WashModeJudge)
 {
-    return optionally(key::robot_mop_mode.present(),
-                      Fallback(status_of("0", "clean_sweep"), status_of("1", "clean_mop"),
-                               status_of("2", "clean_sweep_mop"), SaySomething{"mop mode error..."}));
+    return when(key::robot_mop_mode.present(),
+                Fallback(status_of("0", "clean_sweep"), status_of("1", "clean_mop"),
+                         status_of("2", "clean_sweep_mop"), SaySomething{"mop mode error..."}));
 }

@@ -15,25 +15,24 @@ Nodes note_task(const CleaningMode& mode)
 
 Nodes prepare_entry(const CleaningMode& mode)
 {
-    return row(Led_Mode_Set{"BUTTON_LED_Working"}, Stop{}, key::skip_first_rotate.erase(),
-               SubtreeCondition{"WashBeforeClean"}, set_mop_gear(),
-               Loop(15, SetCleanSystem{.Brush = "1", .Fan = "1", .Pump = "0", .SideBrush = "1"}),
-               SubtreeCondition{"WashModeJudge"},
+    return row(
+        Led_Mode_Set{"BUTTON_LED_Working"}, Stop{}, key::skip_first_rotate.erase(),
+        SubtreeCondition{"WashBeforeClean"}, set_mop_gear_if_any(),
+        Loop(15, SetCleanSystem{.Brush = "1", .Fan = "1", .Pump = "0", .SideBrush = "1"}),
+        SubtreeCondition{"WashModeJudge"},
 
-               key::kicked.set("false"), mode.presets_before, key::reset_collision_times.set(0),
-               key::tof_reset_map.set(1), mode.presets_after,
+        key::kicked.set("false"), mode.presets_before, key::reset_collision_times.set(0),
+        key::tof_reset_map.set(1), mode.presets_after,
 
-               optionally(key::task_state.is(mode.states.lowpower_pause),
-                          key::task_state.set(mode.states.lowpower)));
+        when(key::task_state.is(mode.states.lowpower_pause), key::task_state.set(mode.states.lowpower)));
 }
 
 // A return from a wash goes on without a sound.
 Node resume_music()
 {
     return choose({{switched_off(), IfThenElseStar(key::app_mop_mode.is_true(), play(138), play(137))},
-                   {switched_off(), choose({{key::robot_mop_mode.is("1"), play(138)},
-                                            {key::robot_mop_mode.is("2"), play(137)}},
-                                           play(58))}},
+                   {switched_off(),
+                    by_text(key::robot_mop_mode, {{"1", play(138)}, {"2", play(137)}, {"0", play(58)}})}},
                   play(58));
 }
 
@@ -41,7 +40,7 @@ Node start_or_resume_music(const CleaningMode& mode)
 {
     return choose({{DoesExcuteOrderAutoMode{}, mode.scheduled_start},
                    {key::task_state.is(mode.states.lowpower),
-                    optionally(key::mop_is_dirty.absent(), play(10), key::break_point_start_clean.flag())},
+                    unless(key::mop_is_dirty.present(), play(10), key::break_point_start_clean.flag())},
                    {Inverter(key::task_state.is(mode.states.cleaning)),
                     IfThenElseStar(key::WorkStartMusic_shield.present(), key::WorkStartMusic_shield.erase(),
                                    mode.start_music)}},
@@ -153,8 +152,9 @@ Node turn_first(const CleaningMode& mode)
 // Where the cloth was found dirty the work goes on after the wash, on a line with the same heading.
 Node keep_break_point(const CleaningMode& mode)
 {
-    return optionally(
-        key::wash_mop_break_point.absent(), mode.wash_condition, SaySomething{"set wash_mop_break_point"},
+    return when(
+        SequenceStar(key::wash_mop_break_point.absent(), mode.wash_condition),
+        SaySomething{"set wash_mop_break_point"},
         DoWhile(TraceLogger{}, SequenceStar(key::current_pose.copy_to(key::wash_mop_break_point), Delay{1})),
         IfThenElseStar(key::current_motion_type.is("Gong"),
                        key::current_yaw_deg.copy_to(key::wash_mop_break_deg),
@@ -172,17 +172,17 @@ Node can_go_on(const CleaningMode& mode)
 
 Node return_to_break_point(const CleaningMode& mode)
 {
-    return ActionDecorator(
-        optionally(key::wash_mop_break_point.present(), mode.wash_condition,
-                   key::wash_mop_break_point.copy_to(key::navi_target_point),
-                   IfThenElseStar(SubtreeCondition{"NavigateProcWithHistoryMapNoneStop", "fales"},
-                                  optionally(key::wash_mop_break_deg.present(),
-                                             Sequence(SubtreeCondition{"EscapeCoat"},
-                                                      Rotate{.angle_deg = "${wash_mop_break_deg}",
-                                                             .angular_velocity_deg_s = "60",
-                                                             .false_relative_true_absolute = "true"})),
-                                  SequenceStar(erase(key::gong_motion_type, key::chain_region_mask))),
-                   erase(key::wash_mop_break_point, key::wash_mop_break_deg)));
+    return ActionDecorator(optionally(
+        key::wash_mop_break_point.present(), mode.wash_condition,
+        key::wash_mop_break_point.copy_to(key::navi_target_point),
+        IfThenElseStar(
+            SubtreeCondition{"NavigateProcWithHistoryMapNoneStop", "fales"},
+            when(key::wash_mop_break_deg.present(),
+                 Sequence(SubtreeCondition{"EscapeCoat"}, Rotate{.angle_deg = "${wash_mop_break_deg}",
+                                                                 .angular_velocity_deg_s = "60",
+                                                                 .false_relative_true_absolute = "true"})),
+            SequenceStar(erase(key::gong_motion_type, key::chain_region_mask))),
+        erase(key::wash_mop_break_point, key::wash_mop_break_deg)));
 }
 
 Node succeed(const CleaningMode& mode)
@@ -227,7 +227,7 @@ Node cleaning_task(const CleaningMode& mode)
         mode.mode_gate_late, prepare_entry(mode), start_or_resume_music(mode),
 
         Delay{1}, InitIMUCaliTIme{},
-        optionally(key::task_state.is(mode.states.lowpower), key::task_state.set(mode.states.cleaning)),
+        when(key::task_state.is(mode.states.lowpower), key::task_state.set(mode.states.cleaning)),
         mode.leave_dock, mode.mapping_run, restart_or_resume(mode), stand_by_when_lost(),
 
         before_the_run(mode),

@@ -83,16 +83,18 @@ inline Node last_mode_was_not(const char* mode)
 /// The user's settings are put back after a scheduled clean.
 inline Node restore_clean_mode()
 {
-    return optionally(key::cleanmode_restore.is_true(), key::cleanmode_restore.erase(), RestoreCleanMode{});
+    return when(key::cleanmode_restore.is_true(), key::cleanmode_restore.erase(), RestoreCleanMode{});
 }
 
 /// A trap is reported once a task: as a closed door where little floor can be reached.
 inline Node report_trap()
 {
-    return optionally(key::have_trapped_type.absent(),
-                      IfThenElseStar(AreaCheck{.source_point = "${current_coord}", .threshold = "400"},
-                                     SequenceStar(key::close_door_trapped.flag(), Delay{50}),
-                                     SequenceStar(key::automode_trapped.flag(), Delay{50})));
+    const auto report = [](const char* kind) {
+        return SequenceStar(set_flag(kind), key::have_trapped_type.flag(), Delay{50});
+    };
+    return unless(key::have_trapped_type.present(),
+                  IfThenElseStar(AreaCheck{.source_point = "${current_coord}", .threshold = "400"},
+                                 report("close_door_trapped"), report("automode_trapped")));
 }
 
 /// Which map of rooms a task with an order of rooms uses.
@@ -105,7 +107,8 @@ inline Node choose_map_of_rooms()
 /// After an error the little that was cleaned is cleaned again.
 inline Node restart_after_error()
 {
-    return optionally(key::restart_cleaning_from_err_mode.take(), CleanAreaTooSmall{}, ResetMap{});
+    return when(key::restart_cleaning_from_err_mode.present(), key::restart_cleaning_from_err_mode.erase(),
+                when(CleanAreaTooSmall{}, ResetMap{}));
 }
 
 /// `work`, and after it `steps`, whichever way it ends.

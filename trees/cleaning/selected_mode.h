@@ -18,8 +18,8 @@ inline Node clean_the_home_instead()
 /// The station calls the robot home in between.
 inline Node go_home_when_called(const char* continue_work)
 {
-    return optionally(key::need_back_station.present(), SaySomething{"need back to home..."},
-                      key::continue_work.set(continue_work), go_home());
+    return when(key::need_back_station.present(), SaySomething{"need back to home..."},
+                key::continue_work.set(continue_work), go_home());
 }
 
 inline Node wash_by_area()

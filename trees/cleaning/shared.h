@@ -35,11 +35,17 @@ inline Node set_mop_gear()
     return optionally(key::mop_mode.present(), RobotMopGearSet{"34"});
 }
 
+/// The same as a step that may fail.
+inline Node set_mop_gear_if_any()
+{
+    return when(key::mop_mode.present(), RobotMopGearSet{"34"});
+}
+
 /// The heading drifted while the robot stood on its dock.
 inline Node note_drift_on_dock()
 {
-    return optionally(key::start_from_charger.is_true(), DoesInitialIMUPoseDriftEnable{},
-                      key::IMUInitDriftEvent.flag());
+    return when(SequenceStar(key::start_from_charger.is_true(), DoesInitialIMUPoseDriftEnable{}),
+                key::IMUInitDriftEvent.flag());
 }
 
 /// The cloth is used in this task.

@@ -92,7 +92,7 @@ Node report()
 {
     return ForceFailure(IfThenElseStar(key::OnElave.present(),
                                        SaySomething{"KQD: 不切回充，直接返回，由模式树决定被困类型"},
-                                       report_clean_blocked()));
+                                       SubTree("Trap_CleanVWBlocked", report_clean_blocked())));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ namespace {
 Node report_blocked_by_wall()
 {
     return ForceFailure(
-        SequenceStar(only_polygon_wall_bars(search_way_to_origin("0")), report_clean_blocked()));
+        only_polygon_wall_bars(SequenceStar(search_way_to_origin("0"), report_clean_blocked())));
 }
 
 Node by_doubtful_way()

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/coverage/two_phases.h"
 
 namespace {
@@ -18,7 +19,7 @@ Node lines()
                      IfThenElseStar(key::enable_overall_follow_wall.present(), lines_by_rooms(),
                                     SubtreeCondition{"AutoMode_FollowGong"}),
                      key::gong_complete.set("true"), key::gong_complete_confirm.set("true"),
-                     optionally(all_passes_done(), key::current_clean_times.set_typed(1)),
+                     when(all_passes_done(), key::current_clean_times.set_typed(1)),
                      MakeMap{.roi = "${gridmap_limit}"}, MapCopy{"obstacle_expanded_map", "oe_map_snap"}));
 }
 

@@ -27,12 +27,18 @@ Node turn_is_quarter()
         "(${turn_angle} > 85 && ${turn_angle} < 95) || (${turn_angle} > -95 && ${turn_angle} < -85)", "true"};
 }
 
+Node nothing_touches()
+{
+    return Inverter(CheckClifBump{.out_bump_dir = "bump_dir"});
+}
+
 Node arc()
 {
-    return DoWhile(traced_as("SwitchLineTurn"),
-                   FallbackStar(Sequence(SetMapDrawMode{.draw_mode = "Default"}, SubtreeCondition{"Escape"},
-                                         DoWhile(near_points_off(), guarded_arc("100", "150"))),
-                                ForceFailure(SubtreeCondition{"Back2cm"})));
+    return DoWhile(
+        traced_as("SwitchLineTurn"),
+        FallbackStar(Sequence(SetMapDrawMode{.draw_mode = "Default"}, SubtreeCondition{"Escape"},
+                              DoWhile(near_points_off(), guarded_arc(nothing_touches(), "100", "150"))),
+                     ForceFailure(SubtreeCondition{"Back2cm"})));
 }
 
 Node turn()

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/coverage/rooms.h"
 
 namespace vemra::trees {
@@ -57,7 +58,7 @@ Node follow_up()
         key::clean_in_new_area.kept(),
         Sequence(Inverter(moved_on_to_another_room()),
                  optionally(room_is("126", "false"), key::current_area_val.copy_to(key::last_area_val),
-                            optionally(room_is("127", "true"), key::area_clean_map.erase()),
+                            when(room_is("127", "true"), key::area_clean_map.erase()),
                             Repeat(-1, SequenceStar(key::is_draw_area_cleaning.is("false"),
                                                     key::last_area_val.copy_to(key::current_area_val),
                                                     flood_search_for_unknown(), cover_beside_room()))))));

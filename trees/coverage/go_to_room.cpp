@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/coverage/rooms.h"
 
 namespace vemra::trees {
@@ -24,8 +25,8 @@ Node stands_in_room()
         key::are_other_areas_closed.kept(), key::out_vw_point.kept(), key::navi_followwall_mode.kept(),
         key::awesome_search_mode.kept(), key::awesome_search_region.kept(),
         SequenceStar(key::are_other_areas_closed.set("true"), search_map("Target", "${navi_target_point}"),
-                     optionally(PromptInVirtualWall{}, keep_goal()), InCurrentDomain{},
-                     TargetInCurrentSubregion{}, key::trapped_in_polygon_virtual_wall.absent()));
+                     when(PromptInVirtualWall{}, keep_goal()), InCurrentDomain{}, TargetInCurrentSubregion{},
+                     key::trapped_in_polygon_virtual_wall.absent()));
 }
 
 Node is_there()

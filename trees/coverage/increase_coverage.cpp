@@ -124,7 +124,7 @@ Node wall_pass(const WallPass& pass)
     return IfThenElse(
         GridmapLimitCheck{},
         Sequence(
-            SubtreeCondition{"EscapeCoat"},
+            ForceSuccess(SubtreeCondition{"EscapeCoat"}),
             DoWhile(TraceLogger{}, ForceSuccess(Sequence(
                                        key::block_map_time.counts_seconds(),
                                        SequenceStar(key::origin_point.default_from(key::current_coord),

@@ -20,8 +20,8 @@ Node u_turn()
 {
     return without_sensor(
         "SubregionBorder", traced_as("SwitchLineTurn"),
-        SequenceStar(draw("ClearOnly"),
-                     DoWhile(near_points_off(), key::keep_normal_speed.flag(), guarded_arc("120", "300"))));
+        SequenceStar(draw("ClearOnly"), DoWhile(near_points_off(), key::keep_normal_speed.flag(),
+                                                guarded_arc(back_off_on_contact(), "120", "300"))));
 }
 
 Node foot_within(const char* distance_mm)

@@ -48,10 +48,10 @@ inline Node turn_is_half_round()
         "true"};
 }
 
-/// The arc, unless something touches or the cliff sensors are to be looked at.
-inline Node guarded_arc(const char* max_angular_speed, const char* max_linear_speed)
+/// The arc, as long as `clear` passes and the cliff sensors need no look.
+inline Node guarded_arc(Node clear, const char* max_angular_speed, const char* max_linear_speed)
 {
-    return Sequence(back_off_on_contact(), stop_for_cliff_sensors(),
+    return Sequence(std::move(clear), stop_for_cliff_sensors(),
                     TurnAround{.max_angular_speed = max_angular_speed,
                                .max_linear_speed = max_linear_speed,
                                .turn_angle = "${turn_angle}",

@@ -1,5 +1,7 @@
 #include "trees/coverage/lines_first.h"
 
+#include "trees/idioms.h"
+
 namespace vemra::trees {
 
 namespace {
@@ -82,14 +84,9 @@ Node move_to_line(const LinesFirst& planner)
     Node move = navigate_to_start(planner);
     if (!planner.watch_to_start.empty())
         move = DoWhile(planner.watch_to_start, std::move(move));
-    return ForceSuccess(
-        SubTree("CleanNextLine",
-                Named("FromStartToFinishPoint",
-                      SequenceStar(key::bump_dir_save.copy_to(key::last_bump_dir_save),
-                                   Named("NavigateToStartPoint",
-                                         IfThenElseStar(std::move(move), key::bump_dir_save.set("None"),
-                                                        ForceFailure(key::switch_line_bump_dir.copy_to(
-                                                            key::bump_dir_save))))))));
+    return Named("NavigateToStartPoint",
+                 IfThenElseStar(std::move(move), key::bump_dir_save.set("None"),
+                                ForceFailure(key::switch_line_bump_dir.copy_to(key::bump_dir_save))));
 }
 
 // --- along the line -----------------------------------------------------------------------------
@@ -98,16 +95,25 @@ Node clean_the_line()
 {
     return SubTree(
         "CleanTheLine",
-        DoWhile(traced_as("CleanTheLine"),
-                SequenceStar(draw("ClearOnly"), key::current_coord.copy_to(key::start_coord_of_the_line),
-                             ExtendFinishPoint{"${gong_vertically}"},
-                             key::next_line_to_clean.copy_to(key::current_line),
-                             key::finish_point.copy_to(key::current_finish_point),
-                             SetFixOrientation{"${finish_point}"},
-                             ForceSuccess(SubtreeCondition{"FixOrientation.xml"}),
-                             key::current_coord.copy_to(key::current_line_finish_point),
-                             optionally(NotTrapped{}, bumped(), key::bump_dir.copy_to(key::bump_dir_save)),
-                             SubtreeCondition{"IMUCalib"})));
+        DoWhile(
+            traced_as("CleanTheLine"),
+            SequenceStar(
+                draw("ClearOnly"), key::current_coord.copy_to(key::start_coord_of_the_line),
+                ExtendFinishPoint{"${gong_vertically}"}, key::next_line_to_clean.copy_to(key::current_line),
+                key::finish_point.copy_to(key::current_finish_point), SetFixOrientation{"${finish_point}"},
+                ForceSuccess(SubtreeCondition{"FixOrientation.xml"}),
+                key::current_coord.copy_to(key::current_line_finish_point),
+                when(SequenceStar(NotTrapped{}, bumped()), key::bump_dir.copy_to(key::bump_dir_save)),
+                SubtreeCondition{"IMUCalib"})));
+}
+
+// A line whose start was not reached is left alone; the next search may find it again.
+Node clean_next_line(const LinesFirst& planner)
+{
+    return ForceSuccess(SubTree(
+        "CleanNextLine",
+        Named("FromStartToFinishPoint", SequenceStar(key::bump_dir_save.copy_to(key::last_bump_dir_save),
+                                                     move_to_line(planner), clean_the_line()))));
 }
 
 Node clean_a_line(const LinesFirst& planner)
@@ -116,7 +122,7 @@ Node clean_a_line(const LinesFirst& planner)
         "SubregionBorder", key::region_of_interest.kept(),
         Named("CleanALine", SequenceStar(key::current_subregion.copy_to(key::region_of_interest),
                                          ForceSuccess(SubtreeCondition{"Back2cm"}), search_next_line(planner),
-                                         move_to_line(planner), clean_the_line())));
+                                         clean_next_line(planner))));
 }
 
 // Within the part there is nothing left to do, which ends the planner.
@@ -127,17 +133,13 @@ Node back_into_part()
     return SequenceStar(
         key::bump_dir_save.set("None"),
         Inverter(IsPointInRectangle{.point = "${current_coord}", .rectangle = "${current_subregion}"}),
-        PostProcess(
-            SequenceStar(
-                key::return_to_region_abort.set("false"),
-                IfThenElseStar(
-                    BB_Precondition(
-                        key::return_to_region_abort,
-                        RetryUntilSuccesful(
-                            3, IfThenElseStar(search_part("Region"), FallbackStar(drive, follow),
-                                              ForceFailure(key::return_to_region_abort.set("true"))))),
-                    key::return_to_region_abort.erase(), ForceFailure(key::return_to_region_abort.erase()))),
-            key::bump_dir.set("None")));
+        key::return_to_region_abort.set("false"),
+        IfThenElseStar(
+            BB_Precondition(key::return_to_region_abort,
+                            RetryUntilSuccesful(
+                                3, IfThenElseStar(search_part("Region"), FallbackStar(drive, follow),
+                                                  ForceFailure(key::return_to_region_abort.set("true"))))),
+            key::return_to_region_abort.erase(), ForceFailure(key::return_to_region_abort.erase())));
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/coverage/rooms.h"
 
 namespace vemra::trees {
@@ -93,9 +94,9 @@ Node second_chance_in_room()
 // A dirt above 100 sends the robot to wash its cloth before the next room.
 Node wash_between_rooms()
 {
-    return optionally(BoolMatch{"${current_area_val} != ${last_mopped_area_val}", "true"},
-                      key::current_area_val.erase(), key::mop_reach_target_segment.present(),
-                      key::mop_dirty.set_typed("101.0"), Delay{10});
+    return when(BoolMatch{"${current_area_val} != ${last_mopped_area_val}", "true"},
+                key::current_area_val.erase(),
+                when(key::mop_reach_target_segment.present(), key::mop_dirty.set_typed("101.0"), Delay{10}));
 }
 
 Node next_room_after_wash()

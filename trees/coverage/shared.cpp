@@ -1,5 +1,7 @@
 #include "trees/coverage/shared.h"
 
+#include "trees/idioms.h"
+
 namespace vemra::trees {
 
 Node prove_way()
@@ -11,10 +13,8 @@ Node prove_way()
 
 Node report_clean_blocked()
 {
-    return SubTree("Trap_CleanVWBlocked",
-                   FallbackStar(key::have_trapped_type.present(),
-                                SequenceStar(ValidateAllBridges{}, key::clean_vw_blocked.flag(),
-                                             key::have_trapped_type.flag(), Delay{50})));
+    return unless(key::have_trapped_type.present(), ValidateAllBridges{}, key::clean_vw_blocked.flag(),
+                  key::have_trapped_type.flag(), Delay{50});
 }
 
 Node find_second_chance(const Node& worth_the_trip)

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/coverage/line_start.h"
 #include "trees/coverage/plan_in_subregion.h"
 
@@ -97,7 +98,7 @@ Node pass_obstacle(const PartPlanner& planner)
 Node line_cycle(const PartPlanner& planner)
 {
     return SequenceStar(
-        optionally(key::followwall_motion_type.present(), set_bool("followwall_motion_type", "false")),
+        when(key::followwall_motion_type.present(), set_bool("followwall_motion_type", "false")),
         account_motion("Gong"), set_bool("gong_motion_type", "true"),
         key::sub_subregion_border_closed.set("true"), get_next_line(planner),
         key::sub_subregion_border_closed.set("false"),

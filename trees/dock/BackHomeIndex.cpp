@@ -71,7 +71,7 @@ TREE(BackHomeIndex)
     return DoWhile(
         StepUtility{.new_step_status = "Open"}, AlwaysFailure{},
         SequenceStar(key::tof_reset_map.set(1),
-                     optionally(key::stop_clean_task_falg.present(), SaySomething{"backhome just stop"}),
+                     when(key::stop_clean_task_falg.present(), SaySomething{"backhome just stop"}),
                      forget_cancelled_mapping(), set_mop_gear(), when(switched_off(), station_button()),
                      DoWhile(show_way_home(), key::current_area_val.kept(), key::avoid_mopped_areas.kept(),
                              IfThenElseStar(stands_at_dock(), kicked_branch(), normal_branch()))));

@@ -2,9 +2,9 @@
 
 namespace {
 
-Node walk_arm(const char* offset_mm)
+Nodes walk_arm(const char* offset_mm)
 {
-    return SequenceStar(
+    return row(
         CoordOffset{
             .base_point = "${crossline_center}", .offset_mm = offset_mm, .out_point = "navi_target_point"},
         ForceSuccess(SubtreeCondition{"NaviOnePointProc"}), SetMapDrawMode{.draw_mode = "None"},
@@ -28,6 +28,7 @@ TREE(CrosslineSearch)
         SubtreeCondition{"ReadyToSearchForCharger.xml"},
         SequenceStar(key::current_coord.copy_to(key::crossline_center),
                      FallbackStar(SequenceStar(SetMapDrawMode{.draw_mode = "None"}, walk_arm("1000;0")),
-                                  walk_arm("-1000;0"), SequenceStar(back_to_center(), walk_arm("0;1000")),
-                                  walk_arm("0;-1000"))));
+                                  SequenceStar(walk_arm("-1000;0")),
+                                  SequenceStar(back_to_center(), walk_arm("0;1000")),
+                                  SequenceStar(walk_arm("0;-1000")))));
 }

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/dock/go_charging.h"
 
 namespace {
@@ -14,8 +15,9 @@ constexpr BreakKey exploring_passes{key::vslam_explore_break};
 Node explore()
 {
     const auto pass = SequenceStar(
-        optionally(key::vslam_explore_times.above(10), exploring_passes.leave()), no_signal_known(),
-        SaySomething{"tolvar explore"}, account_motion("ExploreCharge"), ForceSuccess(exploring()),
+        when(key::vslam_explore_times.above(10), exploring_passes.leave()), no_signal_known(),
+        SaySomething{"tolvar explore"}, account_motion("ExploreCharge"),
+        ForceSuccess(SubtreeCondition{"Explore.xml"}),
         ForceSuccess(SubtreeCondition{"SearchForCharger_vslam"}), key::vslam_explore_times.plus(1));
     return FallbackStar(SequenceStar(exploring_passes.key.set("false"), key::vslam_explore_times.set(0),
                                      exploring_passes.guard(Repeat(-1, pass))),

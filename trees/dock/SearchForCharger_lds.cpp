@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/dock/docking_lds.h"
 #include "trees/dock/drive_to_dock.h"
 
@@ -6,9 +7,9 @@ namespace {
 // Three quarters of a metre at most; a longer way is switched off.
 Node leave_field()
 {
-    return optionally(
-        key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
-        key::dock_out_field.present(),
+    return when(
+        SequenceStar(key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
+                     key::dock_out_field.present()),
         turn_away_and(without_sensor(
             "DockField", FallbackStar(Sequence(no_bump(), IfThenElseStar(BoolMatch{"true", "true"},
                                                                          drive_for("75", "100", "100"),

@@ -39,8 +39,8 @@ Node begin_search_task()
 {
     const auto look_again = [] { return key::disable_reuse_reloc_once.set("false"); };
     return SequenceStar(
-        optionally(task_is("part_cleaning"), SaySomething{"BackHomeIndex.xml wifi 1"},
-                   SubtreeCondition{"AdvCleanComplete"}),
+        when(task_is("part_cleaning"), SaySomething{"BackHomeIndex.xml wifi 1"},
+             SubtreeCondition{"AdvCleanComplete"}),
         IfThenElseStar(DoWhile(DockSignalFilter{}, SubtreeCondition{"ReadyToSearchForCharger"}), look_again(),
                        look_again()),
         SubtreeCondition{"AdvRestartCleaning"}, set_task("search_charge"));
@@ -72,10 +72,10 @@ Node found_music()
 
 Node find_place()
 {
-    return SequenceStar(play(30), SubtreeCondition{"ForceDelay"}, quiet_cleaning_system(), set_mop_gear(),
-                        FallbackStar(SubtreeCondition{"ActiveRelocalize_LdsInteractive.xml"}, lost()),
-                        IsPointInRectangle{.point = "${current_coord}", .rectangle = "${gridmap_limit}"},
-                        found_music());
+    return SequenceStar(
+        play(30), SubtreeCondition{"ForceDelay"}, quiet_cleaning_system(), set_mop_gear_if_any(),
+        FallbackStar(SubtreeCondition{"ActiveRelocalize_LdsInteractive.xml"}, lost()),
+        IsPointInRectangle{.point = "${current_coord}", .rectangle = "${gridmap_limit}"}, found_music());
 }
 
 Node give_up_old_task()
@@ -125,8 +125,8 @@ Node quiet_system_of_country()
 // A budget that was spent is renewed when the mode starts again.
 Node renew_budget()
 {
-    return optionally(Inverter(key::search_charger_timeout.above(key::search_charger_time.value())),
-                      key::search_charger_time.set(0));
+    return unless(key::search_charger_timeout.above(key::search_charger_time.value()),
+                  key::search_charger_time.set(0));
 }
 
 // --- the end ------------------------------------------------------------------------------------
@@ -150,7 +150,7 @@ Node close_task_on_dock()
                 {task_is("search_charge"), SubtreeCondition{"SearchChargeEnding"}},
                 {task_is("completing"),
                  SequenceStar(key::station_button_value.set("normal"),
-                              optionally(switched_off(), key::mop_clean_task_end.flag()),
+                              when(switched_off(), key::mop_clean_task_end.flag()),
                               key::clean_log_on_charger.set("true"),
                               key::current_pose.copy_to(key::reuse_robot_pose_on_charger),
                               SaySomething{"BackHomeIndex.xml wifi 4"}, SubtreeCondition{"AdvCleanComplete"},
@@ -191,8 +191,8 @@ Node close_search_task()
 {
     return SequenceStar(task_is("search_charge"),
                         SaySomething{"search_charger_time is ${search_charger_time}."},
-                        optionally(key::search_charger_timeout.above(key::search_charger_time.value()),
-                                   SubtreeCondition{"SearchChargeEnding"}, key::clean_task_end.set("true")));
+                        when(key::search_charger_timeout.above(key::search_charger_time.value()),
+                             SubtreeCondition{"SearchChargeEnding"}, key::clean_task_end.set("true")));
 }
 
 Node close_other_task()
@@ -218,7 +218,7 @@ Node not_docked()
     return SequenceStar(
         close_task_away_from_dock(), key::task_type.set("Idle"), give_up_search(play(17)),
         key::need_back_station.erase(),
-        optionally(StringMatch{"true", "false"}, Led_Mode_Set{"BUTTON_LED_BackhomeFail"}, Delay{250}),
+        when(StringMatch{"true", "false"}, Led_Mode_Set{"BUTTON_LED_BackhomeFail"}, Delay{250}),
         go_to_standby(), count_failure());
 }
 

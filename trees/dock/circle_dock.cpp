@@ -98,7 +98,7 @@ Node settle_way_back()
     return by_text(
         key::break_condition,
         {{"good", AlwaysSuccess{}},
-         {"range", SequenceStar(key::advanced_follow_wall_force_dir.set_typed(key::follow_wall_dir.value()),
+         {"range", SequenceStar(key::advanced_follow_wall_force_dir.set(key::follow_wall_dir.value()),
                                 break_docking())}},
         SubtreeCondition{"SearchForChargerLoopSolvGoToDockSector"});
 }

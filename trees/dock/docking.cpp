@@ -84,15 +84,14 @@ Node left_field_twice()
 
 Node smart_back_40cm(const Node& back)
 {
-    return SubTree(
-        "SmartBack40cm",
-        SequenceStar(WeighDockSignalFirstStep{}, key::current_pose.copy_to(key::back_origin_point), back,
-                     key::back_origin_point.erase(),
-                     IfThenElseStar(InDockField{}, step_aside(), out_of_field()),
-                     key::docking_try_times.plus(1),
-                     choose({{IsAGreaterThanBFloat{"${docking_try_times}", "4"}, give_up_cycle()},
-                             {left_field_twice(), give_up_cycle()}},
-                            optionally(key::turn_target_angle.present(), turn_to_target_angle()))));
+    return SubTree("SmartBack40cm",
+                   SequenceStar(WeighDockSignalFirstStep{}, key::current_pose.copy_to(key::back_origin_point),
+                                back, key::back_origin_point.erase(),
+                                IfThenElseStar(InDockField{}, step_aside(), out_of_field()),
+                                key::docking_try_times.plus(1),
+                                choose({{IsAGreaterThanBFloat{"${docking_try_times}", "4"}, give_up_cycle()},
+                                        {left_field_twice(), give_up_cycle()}},
+                                       when(key::turn_target_angle.present(), turn_to_target_angle()))));
 }
 
 }  // namespace vemra::trees

@@ -3,6 +3,7 @@
 /// The second half of a search: into the sector before the dock, along the middle line onto the contacts, and
 /// back out for another try.
 
+#include "trees/idioms.h"
 #include "trees/dock/search.h"
 
 namespace vemra::trees {
@@ -82,8 +83,7 @@ inline Node drive_by_field(const char* frames, const Wheels& within_field, const
 /// The limit of arcs across the field.
 inline Nodes count_arc()
 {
-    return row(optionally(Inverter(key::sector_arc_times.below(5)), break_docking()),
-               key::sector_arc_times.plus(1));
+    return row(unless(key::sector_arc_times.below(5), break_docking()), key::sector_arc_times.plus(1));
 }
 
 /// Arcs until the sector is reached; a contact is followed round.

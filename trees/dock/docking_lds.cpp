@@ -29,7 +29,7 @@ Node bumped_or_out_of_time()
 // The count is set back with each approach, so that the limit of back-outs is what ends the cycle.
 Node back_out()
 {
-    return SequenceStar(optionally(key::final_dock_times.above(3), break_docking()),
+    return SequenceStar(when(key::final_dock_times.above(3), break_docking()),
                         ForceSuccess(smart_back_40cm(IfThenElseStar(
                             switched_on(), back_off_dock("400", "800"), back_off_dock("150", "200")))),
                         key::final_dock_times.plus(1));

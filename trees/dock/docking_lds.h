@@ -22,8 +22,8 @@ struct SectorForm
     Nodes head;                    ///< rows before the approaches
     Node (*mid_arc)(const Side&);  ///< the arc of this pass is of middle length
     const char* long_frames;
-    Node (*after_turn)(const Side&);  ///< the passes' own steps once the robot faces the dock
-    Nodes matches;                    ///< what ends a pass on the left
+    Nodes (*after_turn)(const Side&);  ///< the passes' own steps once the robot faces the dock
+    Nodes matches;                     ///< what ends a pass on the left
     Node right_approach;
 };
 Node sector_lds(const SectorForm& form);
@@ -40,7 +40,7 @@ struct ArcPass
 {
     Node mid_arc;
     const char* long_frames;
-    Node own_steps;
+    Nodes own_steps;
     Nodes matches;
 };
 Node arc_pass(const Side& side, const ArcPass& pass);

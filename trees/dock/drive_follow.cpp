@@ -32,14 +32,13 @@ Node follow(const Sense& sense, const FollowLadder& ladder)
                                       follow_on(ladder.wall_tree(sense))));
 }
 
-Node settle(const Sense& sense, Node out_of_range)
+Node settle(const Sense& sense, const Node& out_of_range)
 {
-    return by_text(key::break_condition,
-                   {{"middle", turn_from_wall(sense.sign > 0 ? "-90" : "90")},
-                    {"good", AlwaysSuccess{}},
-                    {"overturn", solve_overturn()},
-                    {"loop", solve_loop()}},
-                   std::move(out_of_range));
+    return by_text(key::break_condition, {{"middle", turn_from_wall(sense.sign > 0 ? "-90" : "90")},
+                                          {"good", AlwaysSuccess{}},
+                                          {"overturn", solve_overturn()},
+                                          {"loop", solve_loop()},
+                                          {"range", out_of_range}});
 }
 
 // --- the way back -------------------------------------------------------------------------------
@@ -85,7 +84,7 @@ Node settle_way_back()
           SequenceStar(IfThenElseStar(wall_on_right("false"), guarded_turn(-90, 60), guarded_turn(90, 60)),
                        solve_overturn())},
          {"good", count_return()},
-         {"range", SequenceStar(key::advanced_follow_wall_force_dir.set_typed(key::follow_wall_dir.value()),
+         {"range", SequenceStar(key::advanced_follow_wall_force_dir.set(key::follow_wall_dir.value()),
                                 break_drive())}},
         solve_loop());
 }

@@ -1,5 +1,6 @@
 #include "trees/dock/drive_to_dock.h"
 
+#include "trees/idioms.h"
 #include "trees/dock/drive_follow.h"
 
 namespace vemra::trees {
@@ -59,8 +60,8 @@ Nodes direction_is_known()
 Node count_trapped_cycle()
 {
     return SequenceStar(key::full_round_turn_times.plus(-1), key::charging_escape_times.plus(1),
-                        optionally(key::charging_escape_times.above(4), key::charging_escape_times.set(0),
-                                   SubtreeCondition{"SearchForChargerRandomWalk"}));
+                        when(key::charging_escape_times.above(4), key::charging_escape_times.set(0),
+                             SubtreeCondition{"SearchForChargerRandomWalk"}));
 }
 
 Node turn_away_and(Node drive)
@@ -191,13 +192,13 @@ Node swing(const Arc& arc, const Sense& sense, Node (*heard)(const Sense&))
                      SequenceStar(random_walk(), break_drive())));
 }
 
-Node first_arc(const Nodes& side_of_wall, const Arc& after_middle, const Arc& after_side,
-               Node (*heard)(const Sense&))
+Nodes first_arc(const Nodes& side_of_wall, const Arc& after_middle, const Arc& after_side,
+                Node (*heard)(const Sense&))
 {
     const auto to_side = [heard](const Arc& arc) {
         return by_wall_side([&arc, heard](const Sense& sense) { return swing(arc, sense, heard); });
     };
-    return SequenceStar(
+    return row(
         note_bump(), AdvancedSetFollowWallDirection{}, side_of_wall,
         Inverter(BumpdirMatch{"${bump_dir}", "virtual"}),
         IfThenElseStar(BumpdirMatch{"${bump_dir}", "middle"}, to_side(after_middle), to_side(after_side)));

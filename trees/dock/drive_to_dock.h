@@ -104,7 +104,7 @@ struct Arc
 Node swing(const Arc& arc, const Sense& sense, Node (*heard)(const Sense&));
 
 /// An arc by the side of the bump; a virtual wall gets none.
-Node first_arc(const Nodes& side_of_wall, const Arc& after_middle, const Arc& after_side,
-               Node (*heard)(const Sense&));
+Nodes first_arc(const Nodes& side_of_wall, const Arc& after_middle, const Arc& after_side,
+                Node (*heard)(const Sense&));
 
 }  // namespace vemra::trees

@@ -1,5 +1,7 @@
 #include "trees/dock/go_charging.h"
 
+#include "trees/idioms.h"
+
 namespace vemra::trees {
 
 namespace {
@@ -33,9 +35,10 @@ Nodes beside_search()
 
 Nodes begin_run()
 {
-    return row(key::origin_point.default_from(key::current_coord), key::have_trapped_type.erase(),
-               optionally(PromptInVirtualWall{}, key::SFC_trapped.absent(), key::have_trapped_type.absent(),
-                          key::polygon_vw_trapped.flag(), key::have_trapped_type.flag(), Delay{50}));
+    return row(
+        key::origin_point.default_from(key::current_coord), key::have_trapped_type.erase(),
+        when(SequenceStar(PromptInVirtualWall{}, key::SFC_trapped.absent(), key::have_trapped_type.absent()),
+             key::polygon_vw_trapped.flag(), key::have_trapped_type.flag(), Delay{50}));
 }
 
 // --- the end of a run ---------------------------------------------------------------------------

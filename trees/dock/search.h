@@ -174,7 +174,7 @@ inline Node wall_on_right(const char* answer)
 
 inline Node set_wall_side(const char* value)
 {
-    return key::follow_wall_dir.set_typed(value);
+    return key::follow_wall_dir.set(value);
 }
 
 inline Node turn_wall_side()

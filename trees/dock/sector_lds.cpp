@@ -98,7 +98,7 @@ Node mid_arc_7002(const Side& side)
     return Fallback(both(side.side_signal, side.central_signal), both(side.central_signal, side.side_signal));
 }
 
-Node steps_7002(const Side&)
+Nodes steps_7002(const Side&)
 {
     const auto silent = optionally(both("None", "None"), reached_sector());
     const auto short_of_line = optionally(
@@ -107,7 +107,7 @@ Node steps_7002(const Side&)
     const auto beyond_line =
         optionally(both("CentralRight", "CentralRight"), guarded_turn(80, 120), drive_for("60", "100", "100"),
                    guarded_turn(-90, 120), reached_sector());
-    return SequenceStar(silent, short_of_line, beyond_line);
+    return row(silent, short_of_line, beyond_line);
 }
 
 // A step to the right or left puts the robot onto the line.
@@ -161,11 +161,11 @@ Node short_of_line(const Node& heard)
 }
 
 // The turns are those of the left side on both.
-Node sister_steps(const Side& side)
+Nodes sister_steps(const Side& side)
 {
-    return short_of_line(side.sign > 0
-                             ? Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
-                             : Fallback(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft")));
+    return row(short_of_line(
+        side.sign > 0 ? Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
+                      : Fallback(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft"))));
 }
 
 Nodes sister_matches(const Side& side)

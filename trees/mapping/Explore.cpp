@@ -111,12 +111,12 @@ Node random_stage()
 
 }  // namespace
 
-// Looks for a dock where the map ends, and then at random points. Always fails; `explore_found_charger`
-// tells.
+// Looks for a dock where the map ends, and then at random points. Always fails, at once where a dock was
+// found; `explore_found_charger` tells.
 TREE(Explore)
 {
     return fail_after(key::explore_break.set("false"), key::nav_explore.set("true"),
-                      key::explore_found_charger.erase(), ForceSuccess(frontier_stage()), Stop{}, Delay{10},
+                      key::explore_found_charger.erase(), frontier_stage(), Stop{}, Delay{10},
 
                       generate_points(), key::explore_break.set("false"), key::nav_explore.set("false"),
                       key::explore_not_enclave.set("false"), ForceSuccess(random_stage()),

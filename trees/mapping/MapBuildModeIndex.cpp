@@ -108,7 +108,7 @@ Node turn_first()
 
 Node map_home()
 {
-    return SequenceStar(SlamCheckFastStart{}, Sequence(optionally(DoesTuobuInstall{}, go_to_standby()),
+    return SequenceStar(SlamCheckFastStart{}, Sequence(when(DoesTuobuInstall{}, go_to_standby()),
                                                        SubtreeCondition{"QuickMapping.xml"}));
 }
 

@@ -20,9 +20,9 @@ TREE(QuickExplore)
     return fail_after(
         key::explore_break.set("false"), key::nav_explore.set("true"),
         erase(key::explore_found_charger, key::mark_charger_point),
-        ForceSuccess(BB_Precondition(
-            key::explore_break, Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
-                                         RetryUntilSuccesful(-1, SequenceStar(key::no_point_fs.set("false"),
-                                                                              until_no_point(drive)))))),
+        BB_Precondition(key::explore_break,
+                        Sequence(ForceSuccess(SubtreeCondition{"EscapeCoat"}),
+                                 RetryUntilSuccesful(-1, SequenceStar(key::no_point_fs.set("false"),
+                                                                      until_no_point(drive))))),
         Delay{10});
 }

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -42,22 +43,21 @@ Node everything_is_well()
 // is wrong any more, or when somebody sets it on the charger.
 TREE(ErrorReportIndex)
 {
-    return SequenceStar(
-        SetCleanSystem{.Brush = "0", .Fan = "0", .Pump = "0", .SideBrush = "0"}, RobotMopGearSet{"0"}, Stop{},
-        SetLastRobotMode{}, key::robot_status.set("clean_error"),
-        key::restart_cleaning_from_err_mode.set("true"),
+    return SequenceStar(SetCleanSystem{.Brush = "0", .Fan = "0", .Pump = "0", .SideBrush = "0"},
+                        RobotMopGearSet{"0"}, Stop{}, SetLastRobotMode{},
+                        key::robot_status.set("clean_error"), key::restart_cleaning_from_err_mode.set("true"),
 
-        optionally(key::dry_procssing.present(), SaySomething{"dry handle pause for error mode"},
-                   key::wash_dry_pause_falg.set("true")),
-        dust_err_handle(), wash_err_handle(),
+                        when(key::dry_procssing.present(), SaySomething{"dry handle pause for error mode"},
+                             key::wash_dry_pause_falg.set("true")),
+                        dust_err_handle(), wash_err_handle(),
 
-        SlamPause{}, key::kicked.set("false"), report_standing_still(), SubtreeCondition{"StopModePreset"},
-        RobotTimer_ms_Init{},
+                        SlamPause{}, key::kicked.set("false"), report_standing_still(),
+                        SubtreeCondition{"StopModePreset"}, RobotTimer_ms_Init{},
 
-        IfThenElse(
-            everything_is_well(), ChangeRobotModeTo{.IsAimMode_Standby = "true"},
-            DoWhile(SubtreeCondition{"JumpToSleepMode"},
-                    IfThenElseStar(DoesRobotGetCharger{}, ChangeRobotModeTo{.IsAimMode_Charging = "true"},
-                                   Led_Mode_Set{"BUTTON_LED_Working_ERROR"}),
-                    ErrorReportModeDeal{})));
+                        IfThenElse(everything_is_well(), ChangeRobotModeTo{.IsAimMode_Standby = "true"},
+                                   DoWhile(SubtreeCondition{"JumpToSleepMode"},
+                                           IfThenElseStar(DoesRobotGetCharger{},
+                                                          ChangeRobotModeTo{.IsAimMode_Charging = "true"},
+                                                          Led_Mode_Set{"BUTTON_LED_Working_ERROR"}),
+                                           ErrorReportModeDeal{})));
 }

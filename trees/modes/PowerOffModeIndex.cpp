@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/modes/shared.h"
 
 // Power-off: the robot says farewell, closes its task and keeps what must outlast the night. An empty battery
@@ -8,7 +9,7 @@ TREE(PowerOffModeIndex)
                         key::update_offline_map_flag.set(1), SlamPause{},
 
                         optionally(RobotPowerGetLowerThan{"2"}, play(21), Delay{200}),
-                        optionally(key::longtimepoweroff.absent(), queue(200)), Delay{50},
+                        unless(key::longtimepoweroff.present(), queue(200)), Delay{50},
 
                         ForceSuccess(close_task()),
                         optionally(key::station_info_save.present(), CleanInfoSave{}),

@@ -14,8 +14,9 @@ Node slam_is(const char* state)
 
 Node play_once()
 {
-    return optionally(key::OloWIFICMD_RemoteCtrl_audio.present(), key::OloWIFICMD_RemoteCtrl_audio.is_true(),
-                      play(62), key::OloWIFICMD_RemoteCtrl_audio.erase());
+    return when(
+        SequenceStar(key::OloWIFICMD_RemoteCtrl_audio.present(), key::OloWIFICMD_RemoteCtrl_audio.is_true()),
+        play(62), key::OloWIFICMD_RemoteCtrl_audio.erase());
 }
 
 Node leave_dock()
@@ -35,8 +36,8 @@ Node note_interrupted_task()
         key::task_state.is_any({"init", "complete", "search_charge"}), key::task_in_progress.set("false"),
         SequenceStar(
             key::task_in_progress.set("true"),
-            optionally(FallbackStar(SlamIsResumable{}, slam_is("SLAM_STA_NORMAL"), slam_is("SLAM_STA_PAUSE")),
-                       SlamStart{}, submode("cleaning"))));
+            when(FallbackStar(SlamIsResumable{}, slam_is("SLAM_STA_NORMAL"), slam_is("SLAM_STA_PAUSE")),
+                 SlamStart{}, submode("cleaning"))));
 }
 
 Node start_on_stored_map()
@@ -45,9 +46,9 @@ Node start_on_stored_map()
         key::move_ctrl_submode.is("cleaning"),
         SequenceStar(key::reuse_from_charger.is_true(), key::reuse_from_charger.erase(),
                      SaySomething{"AdvRestartCleaning start_from_charger = true"}, submode("cleaning"),
-                     optionally(key::on_charger_pose.present(), SlamStartFromReuse{},
-                                key::pretend_reuse_cleaning_token.set("true"),
-                                SaySomething{"AdvRestartCleaning pretend reuse cleaning"})),
+                     when(key::on_charger_pose.present(), SlamStartFromReuse{},
+                          key::pretend_reuse_cleaning_token.set("true"),
+                          SaySomething{"AdvRestartCleaning pretend reuse cleaning"})),
         SequenceStar(SlamIsResumable{}, SlamStart{}, submode("cleaning")),
         ForceFailure(SequenceStar(slam_is("SLAM_STA_NORMAL"), submode("cleaning"))));
 }
@@ -64,7 +65,7 @@ Node use_stored_map()
 Node drive()
 {
     return DoWhile(
-        MoveCleanSysModeSet{}, set_mop_gear(), SubtreeCondition{"auto_cleanmode_set.xml"},
+        MoveCleanSysModeSet{}, set_mop_gear_if_any(), SubtreeCondition{"auto_cleanmode_set.xml"},
         key::move_ctrl_submode.copy_to(key::move_ctrl_token), sensor_off("ChargerVirtualWall"),
         sensor_held_off("DockField"), sensor_held_off("CarpetCheck"), sensor_held_off("PolygonVirtualWall"),
         sensor_held_off("VirtualWall"), sensor_held_off("LdsPointcloud"),
@@ -87,7 +88,7 @@ TREE(RemoteCtrlModeIndex)
         key::kicked.set("false"), MotionActionAccount{"current_motion_type", "Motion", "Gong"}, leave_dock(),
         submode("old"), note_interrupted_task(), use_stored_map(), SaySomething{"move_ctrl_submode:"},
         SaySomething{"${move_ctrl_submode}"},
-        optionally(key::move_ctrl_submode.is("old"), SaySomething{"old move ctrl submode, clear app map"},
-                   key::is_start_from_charger.erase()),
+        when(key::move_ctrl_submode.is("old"), SaySomething{"old move ctrl submode, clear app map"},
+             key::is_start_from_charger.erase()),
         SetMapDrawMode{.draw_mode = "None"}, drive());
 }

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -5,10 +6,10 @@ namespace {
 // The quiet time that began on the charger goes on in sleep.
 Node count_quiet_time()
 {
-    return optionally(key::annoy_active_tick.present(), key::annoy_active_tick_flag.set("true"),
-                      key::annoy_active_tick.plus(1), key::annoy_active_tick.above(30000),
-                      SaySomething{"annoy tick here more than 30000"}, key::annoy_active_tick.erase(),
-                      key::AnnoyModeActiveFlag.set("true"));
+    return when(key::annoy_active_tick.present(), key::annoy_active_tick_flag.set("true"),
+                key::annoy_active_tick.plus(1),
+                when(key::annoy_active_tick.above(30000), SaySomething{"annoy tick here more than 30000"},
+                     key::annoy_active_tick.erase(), key::AnnoyModeActiveFlag.set("true")));
 }
 
 // The user looks for the robot, lifts it, or, outside quiet hours, it was knocked off the charger.
@@ -56,7 +57,7 @@ TREE(SleepModeDealIndex)
         Stop{}, SetCleanSystem{.Brush = "1", .Fan = "1", .Pump = "0", .SideBrush = "1"},
         IfThenElse(switched_off(), AlwaysSuccess{}, key::robot_status.set("clean_sleep_done")), SlamPause{},
         Led_Mode_Set{"BUTTON_LED_OFF"}, RobotIRSwitch{.Cliff_ON = "true", .Front_ON = "false"},
-        RobotTimer_s_Init{}, optionally(key::RobotFindSet.take()),
+        RobotTimer_s_Init{}, when(key::RobotFindSet.present(), key::RobotFindSet.erase()),
 
         // The mode to which a wake-up returns.
         key::Sleep_LastRobotMode.set_typed(key::LastRobotMode.value()), SetLastRobotMode{},

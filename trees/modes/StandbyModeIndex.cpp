@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -52,8 +53,8 @@ TREE(StandbyModeIndex)
                      ForceFailure(ChangeRobotModeTo{.IsAimMode_Pause = "true"})),
 
         SubtreeCondition{"StopModePreset"},
-        optionally(key::Load_After_Complete.present(), key::Start_Map_Load.set("true"),
-                   key::Load_After_Complete.erase()),
+        when(key::Load_After_Complete.present(), key::Start_Map_Load.set("true"),
+             key::Load_After_Complete.erase()),
 
         SetLastRobotMode{}, RobotTimer_s_Init{},
         optionally(switched_off(), key::LastRobotMode.is("13"), key::virtual_start_from_charger.flag()),

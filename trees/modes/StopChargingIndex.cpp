@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/modes/shared.h"
 
 namespace {
@@ -191,17 +192,17 @@ TREE(StopChargingIndex)
         light_by_charge("BUTTON_LED_Charging_NoTask_Workable", "BUTTON_LED_Charging_NoTask_UnWorkable"),
 
         // What became of the task.
-        optionally(Inverter(DoesTuobuInstall{}), key::task_state.is("precleaning"),
-                   key::task_state.set("init"), key::task_type.set("Idle")),
-        optionally(key::task_state.is("search_charge"), SaySomething{"StopChargingIndex.xml wifi -1"},
-                   SubtreeCondition{"SearchChargeEnding"}),
-        decide_on_paused_task(), optionally(task_waits_for_charge(), key::breakpoint_getcharger.flag()),
+        when(SequenceStar(Inverter(DoesTuobuInstall{}), key::task_state.is("precleaning")),
+             key::task_state.set("init"), key::task_type.set("Idle")),
+        when(key::task_state.is("search_charge"), SaySomething{"StopChargingIndex.xml wifi -1"},
+             SubtreeCondition{"SearchChargeEnding"}),
+        decide_on_paused_task(), when(task_waits_for_charge(), key::breakpoint_getcharger.flag()),
 
         SetLastRobotMode{}, key::virtual_moved_during_pause.flag(), key::search_charger_time.set(0),
 
         // The place of the charger is a fix for the map, but a task that goes on keeps its own.
         trace("StopChargingIndex before ChargingReloc task_state = ${task_state}"),
-        optionally(Inverter(task_waits_for_charge()), ChargingReloc{}), key::No_Box_Music.erase(),
+        unless(task_waits_for_charge(), ChargingReloc{}), key::No_Box_Music.erase(),
 
         DoWhile(resume_check(), IfThenElse(DoesRobotGetCharger{}, on_the_charger(), off_the_charger())));
 }

@@ -8,10 +8,10 @@ Node close_for_standby()
     return optionally(
         key::ForceStandby.take(),
         choose({{key::task_state.is_any({"init", "precleaning"}),
-                 SequenceStar(key::task_state.set("init"), key::task_type.set("Idle"),
-                              optionally(key::clear_map_flag.present(),
-                                         key::CleanCompleteWithoutCleaningLog.set("true"),
-                                         SubtreeCondition{"SearchChargeEnding"}))},
+                 SequenceStar(
+                     key::task_state.set("init"), key::task_type.set("Idle"),
+                     when(key::clear_map_flag.present(), key::CleanCompleteWithoutCleaningLog.set("true"),
+                          SubtreeCondition{"SearchChargeEnding"}))},
                 {key::task_state.is("search_charge"),
                  SequenceStar(SaySomething{"StopModePreset.xml wifi 0"},
                               SubtreeCondition{"SearchChargeEnding"}, key::task_type.set("Idle"))}},
@@ -24,8 +24,9 @@ Node close_spot_cleaning()
 {
     return optionally(any_of({key::task_state.is("part_cleaning"), key::task_state.is("part_lowpower"),
                               key::ForceStandby.present()}),
-                      optionally(key::ForceStandby.take()), SaySomething{"StopModePreset.xml wifi 2"},
-                      SubtreeCondition{"AdvCleanComplete"}, key::task_type.set("Idle"));
+                      when(key::ForceStandby.present(), key::ForceStandby.erase()),
+                      SaySomething{"StopModePreset.xml wifi 2"}, SubtreeCondition{"AdvCleanComplete"},
+                      key::task_type.set("Idle"));
 }
 
 // A task on its way to be recharged, stopped before it got there.

@@ -1,3 +1,4 @@
+#include "trees/idioms.h"
 #include "trees/relocalising/dialogue.h"
 
 namespace {
@@ -63,7 +64,7 @@ TREE(ActiveRelocalize_LdsInteractive)
     return PostProcess(
         DoWhile(key::trace_time_map.kept(), key::robot_trajectory.kept(),
                 key::combined_trace_map_ready.kept(),
-                SequenceStar(optionally(key::gong_motion_type.take()),
+                SequenceStar(when(key::gong_motion_type.present(), key::gong_motion_type.erase()),
                              erase(key::trace_time_map, key::robot_trajectory, key::combined_trace_map_ready),
                              DoWhile(key::in_lds_reloc_proc.kept(), key::wmap.kept(),
                                      StepUtility{.new_step_status = "Open"}, AlwaysFailure{},

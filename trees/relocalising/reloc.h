@@ -48,9 +48,9 @@ inline Nodes walk_has_failed()
     return row(key::relocalize_failed.set("true"), Delay{1});
 }
 
-inline Node note_place(const char* center, const char* yaw)
+inline Nodes note_place(const char* center, const char* yaw)
 {
-    return SequenceStar(BlackboardCopy{"current_coord", center}, BlackboardCopy{"current_yaw_deg", yaw});
+    return row(BlackboardCopy{"current_coord", center}, BlackboardCopy{"current_yaw_deg", yaw});
 }
 
 /// Looks for the place beside a walk, which ends it in failure.
