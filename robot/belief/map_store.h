@@ -3,9 +3,8 @@
 #include <memory>
 #include <optional>
 
-#include "robot/belief/grid.h"
+#include "robot/belief/room_grid.h"
 #include "robot/geometry/points.h"
-#include "robot/planning/rooms.h"
 
 namespace vemra::robot {
 

@@ -10,10 +10,10 @@
 #include "robot/belief/cleaned_floor.h"
 #include "robot/belief/contacts.h"
 #include "robot/belief/occupancy.h"
+#include "robot/belief/room_grid.h"
 #include "robot/belief/traced_walls.h"
 #include "robot/belief/track.h"
 #include "robot/body/body.h"
-#include "robot/planning/rooms.h"
 #include "robot/world/virtual_walls.h"
 
 namespace vemra::robot {

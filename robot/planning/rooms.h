@@ -4,16 +4,10 @@
 #include <utility>
 #include <vector>
 
-#include "robot/belief/grid.h"
+#include "robot/belief/room_grid.h"
 #include "robot/world/home.h"
 
 namespace vemra::robot {
-
-/// For each cell the number of the room that it belongs to; kNoRoom beyond.
-using RoomGrid = Grid<std::uint8_t>;
-inline constexpr std::uint8_t kNoRoom = 0;
-/// Rooms of a divided floor are numbered from 1; the trees give numbers from here on meanings of their own.
-inline constexpr std::uint8_t kFirstReservedRoom = 125;
 
 /// Divides a floor into rooms, cut where it is narrow: the free floor is flooded from where it is widest,
 /// narrower places one after the other, and floods meet in doors (watershed of the distance transform;
@@ -32,13 +26,6 @@ struct RoomShape
 
 /// The rooms of a grid by their numbers.
 std::vector<RoomShape> roomsOf(const RoomGrid& rooms);
-
-/// What keeps the robot's middle within a room, or out of the other rooms.
-struct RoomFence
-{
-    Grid<unsigned char> closed{0};  ///< 1: not to be entered
-    std::vector<PointMm> edge;      ///< along the border, so far behind it that a body's side may cross it
-};
 
 /// Around the room of a number. `within`: all else is closed, floor of no room too; else the other rooms are.
 /// The middle may cross the border by 100 mm, so that no floor is left along it.

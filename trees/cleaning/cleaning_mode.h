@@ -89,12 +89,12 @@ inline Node restore_clean_mode()
 /// A trap is reported once a task: as a closed door where little floor can be reached.
 inline Node report_trap()
 {
-    const auto report = [](const char* kind) {
-        return SequenceStar(set_flag(kind), key::have_trapped_type.flag(), Delay{50});
+    const auto report = [](const Key& kind) {
+        return SequenceStar(kind.flag(), key::have_trapped_type.flag(), Delay{50});
     };
     return unless(key::have_trapped_type.present(),
                   IfThenElseStar(AreaCheck{.source_point = "${current_coord}", .threshold = "400"},
-                                 report("close_door_trapped"), report("automode_trapped")));
+                                 report(key::close_door_trapped), report(key::automode_trapped)));
 }
 
 /// Which map of rooms a task with an order of rooms uses.

@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "robot/planning/rooms.h"
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/maps/grid_maps.h"

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "robot/planning/rooms.h"
 #include "robot/services/core/leaf_functions.h"
 
 namespace vemra::robot {
