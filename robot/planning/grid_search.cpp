@@ -185,7 +185,9 @@ std::optional<GridPath> findNearest(const CostGrid& costs, CellIndex from,
 std::optional<GridPath> findWayCloseTo(const CostGrid& costs, CellIndex from, PointMm to, double radius_mm)
 {
     // What can be hoped for: where there is no open cell so near, there is nothing to search.
-    const CellWindow around = intersection(cellsOf(squareAround(to, radius_mm)), costs.window());
+    constexpr double kEverywhereMm = 1e8;
+    const CellWindow around =
+        intersection(cellsOf(squareAround(to, std::min(radius_mm, kEverywhereMm))), costs.window());
     double least_mm = std::numeric_limits<double>::infinity();
     for (int row = around.low.row; row < around.end.row; ++row) {
         for (int column = around.low.column; column < around.end.column; ++column) {

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <limits>
+
 #include "robot/base/chance.h"
 #include "robot/grid_sketch.h"
 #include "robot/planning/arcs.h"
@@ -113,7 +115,8 @@ TEST(FindWay, TheNearestPlaceIsFoundWithoutAFlood)
             cost = chance.uniform() < 0.6 ? static_cast<std::uint8_t>(10 + chance.uniform() * 30) : 0;
         }
         const PointMm to{chance.uniform() * 1400 - 400, chance.uniform() * 1400 - 400};
-        const double radius_mm = chance.uniform() * 400;
+        const double radius_mm =
+            i % 10 == 0 ? std::numeric_limits<double>::infinity() : chance.uniform() * 400;
         double best_mm = radius_mm;
         bool any = false;
         findNearest(costs, {5, 5}, [&](CellIndex cell) {
