@@ -311,6 +311,9 @@ void Body::thinTrack()
             track_[kept++] = {track_[i].pose, std::exchange(carried, false)};
         }
     }
+    if (carried) {
+        track_[kept++] = {track_.back().pose, true};
+    }
     track_.resize(kept);
     track_step_mm_ *= 2;
     track_step_deg_ *= 2;

@@ -216,12 +216,16 @@ TEST(CleaningRuns, SweepAllLineFloorOfAnyRoomOnce)
             at = run->last;
         }
         EXPECT_THAT(driven, Lt(200)) << "round " << round;
-        // What is left cannot be reached from where it began.
+        // What is left cannot be reached from where it began, or is too little for a line.
+        const auto left = [&](CellIndex cell) { return floor.sweptQuarters(cell) < 1; };
         const CostGrid costs = costsFor(plan, at, {.unknown = false});
         EXPECT_FALSE(findNearest(costs, at,
                                  [&](CellIndex cell) {
+                                     const CellIndex step{along_y ? 0 : 1, along_y ? 1 : 0};
                                      return plan.at(cell) == Ground::Open && isOpenAround(plan, cell) &&
-                                            floor.sweptQuarters(cell) < 1;
+                                            left(cell) &&
+                                            left({cell.column + step.column, cell.row + step.row}) &&
+                                            left({cell.column - step.column, cell.row - step.row});
                                  }))
             << "round " << round;
     }

@@ -103,7 +103,7 @@ TEST_F(LeavesTest, APlanCanBeShownAndWrittenAsText)
 {
     ASSERT_TRUE(robot.search("TargetNoUnknown", kRight));
     const std::string whole = robot.text("navigation_path_segments");
-    EXPECT_THAT(whole, AllOf(StartsWith("500;900;"), HasSubstr(" | TRIALNOTRACE;"), EndsWith(";2500;900")));
+    EXPECT_THAT(whole, AllOf(HasSubstr(" | TRIALNOTRACE;"), EndsWith(";2500;900")));
     ASSERT_TRUE(takeUp());
     const std::string rest = robot.text("navigation_path_segments");
     EXPECT_THAT(rest, StartsWith("TRIALNOTRACE;")) << "what is left of it";
@@ -226,7 +226,7 @@ TEST_F(LeavesTest, AFailedSearchIsNotRepeatedUntilSomethingHasChanged)
     took();
     robot.passes("ValidateAllBridges");
     EXPECT_TRUE(searchTolerating(0));
-    EXPECT_TRUE(robot.log.empty());
+    EXPECT_FALSE(robot.happened("beyond the map"));
 }
 
 TEST_F(LeavesTest, AGoalBeyondTheMapIsRefusedWithAWord)

@@ -132,13 +132,13 @@ TEST_F(WallTest, TheBorderOfThePartIsFollowedLikeAWall)
     EXPECT_LT(robot.at().x, 1000) << "and along the wall back";
     EXPECT_FALSE(robot.bumped);
 
-    robot.body.carryTo({{1550, 1500}, {0}});
+    robot.body.carryTo({{1570, 1500}, {0}});
     robot.frame();
     EXPECT_EQ(robot.sensing.contact(), "virtual");
-    robot.body.carryTo({{1550, 1500}, {180}});
+    robot.body.carryTo({{1570, 1500}, {180}});
     robot.frame();
     EXPECT_EQ(robot.sensing.contact(), "None") << "it turns its back to it";
-    robot.body.carryTo({{1800, 1500}, {180}});
+    robot.body.carryTo({{1800, 700}, {180}});
     robot.frame();
     EXPECT_EQ(robot.sensing.contact(), "None") << "it is outside";
 }
