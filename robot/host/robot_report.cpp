@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cmath>
 
 #include "robot/base/clock.h"
@@ -14,16 +13,6 @@ nlohmann::ordered_json counted(const auto& counts)
     for (const auto& [name, count] : counts)
         object[name.empty() ? "none" : name] = count;
     return object;
-}
-
-// How often the log tells of it. A robot that begins on its dock has not come there.
-std::int64_t told(const EventLog& log, const char* field, const nlohmann::ordered_json& value = {})
-{
-    return std::count_if(log.entries().begin(), log.entries().end(), [&](const LogEntry& entry) {
-        const auto found = entry.fields.find(field);
-        return entry.frame > 0 && entry.kind == LogKind::Body && found != entry.fields.end() &&
-               (value.is_null() || *found == value);
-    });
 }
 
 double hundredths(double value)
@@ -57,9 +46,9 @@ nlohmann::ordered_json Robot::report() const
             {"robot_status", keys_[1].text},
             {"battery", hundredths(state_.battery_percent)},
             {"on_dock", state_.contacts.touching()},
-            {"docking_attempts", told(log_, "docking_attempt")},
-            {"docked", told(log_, "on_dock", true)},
-            {"charges", told(log_, "charge")},
+            {"docking_attempts", figures_.dockingAttempts()},
+            {"docked", figures_.docked()},
+            {"charges", figures_.charges()},
             {"stands_at", std::vector<double>{std::round(stands.at.x), std::round(stands.at.y),
                                               std::round(wrapped(stands.yaw).value)}},
             {"run_mm", std::round(body_.runMm())},

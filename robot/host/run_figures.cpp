@@ -38,7 +38,14 @@ void RunFigures::frame(const Body& body, bool brushes_on, double swept_m2)
 
 void RunFigures::take(const LogEntry& entry)
 {
-    escapes_ += entry.kind == LogKind::Escape && entry.fields.value("free", false) ? 1 : 0;
+    if (entry.kind == LogKind::Escape) {
+        escapes_ += entry.fields.value("free", false) ? 1 : 0;
+    }
+    if (entry.kind == LogKind::Body && entry.frame > 0) {
+        docking_attempts_ += entry.fields.contains("docking_attempt") ? 1 : 0;
+        docked_ += entry.fields.value("on_dock", false) ? 1 : 0;
+        charges_ += entry.fields.contains("charge") ? 1 : 0;
+    }
 }
 
 }  // namespace vemra::robot

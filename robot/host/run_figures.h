@@ -23,6 +23,11 @@ public:
     [[nodiscard]] std::uint64_t bumps() const { return bumps_; }
     /// How often the robot got free of something by an escape.
     [[nodiscard]] std::uint64_t escapes() const { return escapes_; }
+    /// Final approaches to the dock, contacts with it, and charges that began. A robot that begins on its
+    /// dock has not come there.
+    [[nodiscard]] std::uint64_t dockingAttempts() const { return docking_attempts_; }
+    [[nodiscard]] std::uint64_t docked() const { return docked_; }
+    [[nodiscard]] std::uint64_t charges() const { return charges_; }
     /// Whole minutes in which the brushes ran and no floor was swept that was not before.
     [[nodiscard]] std::uint64_t stalls() const { return stalls_; }
 
@@ -31,6 +36,9 @@ private:
     std::uint64_t bumps_ = 0;
     std::uint64_t escapes_ = 0;
     std::uint64_t stalls_ = 0;
+    std::uint64_t docking_attempts_ = 0;
+    std::uint64_t docked_ = 0;
+    std::uint64_t charges_ = 0;
     double turned_deg_ = 0;  ///< in the turn at hand, with its sign
     bool turn_counted_ = false;
     bool pressed_ = false;

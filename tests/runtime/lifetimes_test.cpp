@@ -64,11 +64,12 @@ TEST(Lifetimes, ATreeIsMovedAndHaltsWhatRunsWhenItGoes)
     ScriptedTree t(node("Sequence", {enter("Inner"), action("b", "R")}));
     t.registerTree("Inner", node("Fallback", {action("a", "R")}));
     t.tick();
+    t.script->asked.clear();
     BT::Tree second = std::move(t.tree);
     EXPECT_EQ(t.tree.root_node, nullptr);  // NOLINT(bugprone-use-after-move): that is what it is about
-    EXPECT_THAT(t.script->asked, testing::ElementsAre("a"));
+    EXPECT_THAT(t.script->asked, testing::IsEmpty());
     second = {};
-    EXPECT_THAT(t.script->asked, testing::ElementsAre("a", "a!"));
+    EXPECT_THAT(t.script->asked, testing::ElementsAre("a!"));
 }
 
 TEST(Lifetimes, ABlackboardGoesWithItsLastTree)
