@@ -82,6 +82,32 @@ TEST(Arrows, RunAsThePageTellsAndNowhereElse)
     EXPECT_GT(seen["robot/services"], 50);
 }
 
+// Beside what all stand on, a family of services knows those that the page names, and each of these still.
+TEST(Arrows, FamiliesOfServicesKnowOneAnotherAsThePageTells)
+{
+    Rooms told;
+    std::istringstream page(bytesOf(kSource / "docs/architecture.md"));
+    for (std::string line; std::getline(page, line);) {
+        std::smatch row;
+        if (std::regex_match(line, row, std::regex(R"(\| `([a-z_]+)` \|([^|]*)\|)")))
+            told[row[1]] = namesIn(row[2]);
+    }
+    ASSERT_FALSE(told.empty());
+    Rooms found;
+    for (const auto& file : fs::recursive_directory_iterator(kSource / "robot/services")) {
+        if (!file.is_regular_file())
+            continue;
+        const std::string family = fs::relative(file.path(), kSource / "robot/services").begin()->string();
+        const std::string text = bytesOf(file.path());
+        static const std::regex include(R"re(#include "robot/services/([a-z_]+)/)re");
+        for (std::sregex_iterator at(text.begin(), text.end(), include); at != std::sregex_iterator(); ++at)
+            if (const std::string other = (*at)[1];
+                other != family && other != "core" && other != "blackboard")
+                found[family].insert(other);
+    }
+    EXPECT_EQ(found, told);
+}
+
 TEST(Arrows, RunInNoCircle)
 {
     Rooms left = rooms();
