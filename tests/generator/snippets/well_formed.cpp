@@ -1,9 +1,10 @@
-#include "description/tree.h"
+#include "description/keys.h"
 
 TREE(Snippet)
 {
     return DoWhile(
-        IntAdd{.int_a = "${Cnt}", .int_b = 1, .out_sum = "Cnt"},
+        key::full_round_turn_times.plus(1), key::current_yaw_deg.plus(30, key::target_angle_temp),
         IfThenElse(BlackboardContains{"kicked"}, Named("back", Frameout("${check_cnt}", GoBackwards{})),
-                   SubTree("Turn", Inverter(Rotate{.angle_deg = "-${turn_angle}"}))));
+                   Sequence(key::kicked.take(), key::follow_wall_dir.holds("true"),
+                            SubTree("Turn", Inverter(Rotate{.angle_deg = "-${turn_angle}"})))));
 }

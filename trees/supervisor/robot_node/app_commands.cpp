@@ -46,10 +46,9 @@ Node turn_task_into(const Task& own)
 {
     const Node as_own = key::task_state.set(own.cleaning);
     return SequenceStar(
-        ForceSuccess(FallbackStar(SequenceStar(drawn_zones().open(), as_own,
-                                               optionally(switched_off(), key::Draw_Area_Set_Pong.erase())),
-                                  SequenceStar(chosen_rooms().open(), as_own),
-                                  SequenceStar(chosen_points().open(), as_own))),
+        ForceSuccess(FallbackStar(
+            SequenceStar(drawn_zones().open(), as_own, when(switched_off(), key::Draw_Area_Set_Pong.erase())),
+            SequenceStar(chosen_rooms().open(), as_own), SequenceStar(chosen_points().open(), as_own))),
         own.take_up);
 }
 
@@ -138,21 +137,21 @@ Node app_pause()
 Node app_standby()
 {
     return SequenceStar(SaySomething{"Force Standby From APP"}, key::ForceStandby.set("true"),
-                        optionally(key::clear_map_flag.absent(), app_running_mode(),
-                                   SaySomething{"clean modeforce  changed to standby1."},
-                                   SaySomething{"clean modeforce  changed to standby2."}),
-                        optionally(key::start_from_charger_pose.present(),
-                                   key::start_from_charger_pose.copy_to(key::charger_pose_cache),
-                                   key::from_charge_fake_flag.flag(), key::robot_standby_flag.flag()),
+                        when(Sequence(key::clear_map_flag.absent(), app_running_mode()),
+                             SaySomething{"clean modeforce  changed to standby1."},
+                             SaySomething{"clean modeforce  changed to standby2."}),
+                        when(key::start_from_charger_pose.present(),
+                             key::start_from_charger_pose.copy_to(key::charger_pose_cache),
+                             key::from_charge_fake_flag.flag(), key::robot_standby_flag.flag()),
                         play(11), ChangeRobotModeTo{.IsAimMode_Standby = "true"});
 }
 
 Node app_back_home()
 {
-    return IfThenElseStar(DoesRobotGetCharger{}, SequenceStar(play(18), SubtreeCondition{"WakeFromSleep"}),
-                          SequenceStar(ChangeRobotModeTo{.IsAimMode_BackHome = "true"},
-                                       optionally(key::start_backhome_method_key.absent(),
-                                                  key::start_backhome_method_app.set(1))));
+    return IfThenElseStar(
+        DoesRobotGetCharger{}, SequenceStar(play(18), SubtreeCondition{"WakeFromSleep"}),
+        SequenceStar(ChangeRobotModeTo{.IsAimMode_BackHome = "true"},
+                     when(key::start_backhome_method_key.absent(), key::start_backhome_method_app.set(1))));
 }
 
 // Paused on the way to a wash, a start command sends the robot on to the station and goes no further.
@@ -169,7 +168,8 @@ Node app_command()
 {
     return choose({{Sequence(key::StationButtonClickStatus.present(), child_lock_is_on()),
                     SequenceStar(key::StationButtonClickStatus.erase(),
-                                 optionally(key::StationWashOpChildLock.take(), play(116)))},
+                                 when(key::StationWashOpChildLock.present(),
+                                      key::StationWashOpChildLock.erase(), play(116)))},
                    {key::StationWashOpChildLock.present(),
                     SequenceStar(key::StationWashOpChildLock.erase(), play(117))}},
                   SequenceStar(revert_charge_music(), not_on_way_to_wash(), app_mode_switch(),

@@ -126,7 +126,7 @@ Node dust_subtree()
             // The robot has come to rest on the contacts and the station answers.
             Delay{200}, IsInfraredConnect{}, key::not_on_station.erase(), SaySomething{"Have on station.."},
             SaySomething{"Start auto dust..."}, key::continue_dust_flag.erase(),
-            optionally(key::dust_number.above(1000), key::dust_number.set(0)), key::dust_number.plus(1),
+            when(key::dust_number.above(1000), key::dust_number.set(0)), key::dust_number.plus(1),
             SaySomething{"dust_number is ${dust_number}"},
 
             // A long while without an emptying asks for a long one.

@@ -72,7 +72,7 @@ Node key1_click()
 {
     const Node start = FallbackStar(
         IsRobotInAnnoyModeLedOff{},
-        SequenceStar(too_low_to_start(), optionally(switched_off(), key::low_power_button.flag()), play(20)),
+        SequenceStar(too_low_to_start(), when(switched_off(), key::low_power_button.flag()), play(20)),
         SequenceStar(key::start_clean_method_key.set(1), dual_clean_mode_select()));
     return SubTree(
         "Key1_ClickProcess_Index",
@@ -86,14 +86,14 @@ Node key1_click()
 Node go_home()
 {
     return SequenceStar(
-        optionally(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode"),
-                   key::FastMapCleanCancleFlag.set("true")),
+        when(Sequence(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode")),
+             key::FastMapCleanCancleFlag.set("true")),
         SaySomething{"Need to deal backhome mode ..."}, ChangeRobotModeTo{.IsAimMode_BackHome = "true"},
-        optionally(key::start_backhome_method_app.absent(), key::start_backhome_method_key.set(2),
-                   SaySomething{"start_backhome_method_key"}),
+        when(key::start_backhome_method_app.absent(), key::start_backhome_method_key.set(2),
+             SaySomething{"start_backhome_method_key"}),
         key::hand_wash_flag.erase(),
-        optionally(key::mop_is_dirty.present(), Delay{500}, key::mop_dirty.set_typed(0),
-                   key::mop_is_dirty.erase()));
+        when(key::mop_is_dirty.present(), Delay{500}, key::mop_dirty.set_typed(0),
+             key::mop_is_dirty.erase()));
 }
 
 // Home, or where the robot is at work, a pause. Cleaning on the spot ends.

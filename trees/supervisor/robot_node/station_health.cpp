@@ -102,7 +102,7 @@ Node while_fan_rests()
                        FallbackStar(key::station_block_flag.present(), key::station_block_flag.flag()))},
          {key::station_block_flag.present(),
           SequenceStar(key::station_block_flag.erase(), key::have_deal_block.flag(),
-                       optionally(key::continue_dust_flag.present(), key::Have_dust_task.erase()))}});
+                       when(key::continue_dust_flag.present(), key::Have_dust_task.erase()))}});
 }
 
 Node run_watch()

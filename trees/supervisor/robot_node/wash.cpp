@@ -75,10 +75,10 @@ Node long_push()
     return IfThenElse(
         DoesTuobuInstall{},
         SequenceStar(wash_rests(), IsStationNormal{},
-                     optionally(task_waits_for_charge(), SubtreeCondition{"AdvCleanComplete"},
-                                key::task_state.set("init"), key::task_type.set("Idle"),
-                                erase(key::mop_is_dirty, key::breakpoint_wash, key::breakpoint_wash_flag),
-                                key::mop_task_done.flag()),
+                     when(task_waits_for_charge(), SubtreeCondition{"AdvCleanComplete"},
+                          key::task_state.set("init"), key::task_type.set("Idle"),
+                          erase(key::mop_is_dirty, key::breakpoint_wash, key::breakpoint_wash_flag),
+                          key::mop_task_done.flag()),
                      wash_and_dry(), key::hand_wash_flag.erase(), hand_back_button()),
         ask_for_mop("need put on mop longpush..."));
 }

@@ -1,0 +1,6 @@
+#include "description/keys.h"
+
+TREE(Snippet)
+{
+    return key::task_sate.is("init");
+}
