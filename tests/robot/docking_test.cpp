@@ -237,22 +237,6 @@ TEST(DockSignals, AReflectionTurnsTheRobotBackToTheSource)
     EXPECT_THAT(std::abs(wrapped({to - dock_at}).value), Lt(45));
 }
 
-TEST(DockSignals, CirclingTheDockEndsWhereTheSideReceiverHearsTheMiddleLine)
-{
-    // On the left of the dock as it is seen, the dock at the robot's left: along the arc to the line.
-    DockRig rig({before(300, -400), {-36}}, {.dropouts = 0.05, .mirrors = {}});
-    rig.frames(20);
-    rig.blackboard->set("docking_small_loop_break", std::string("false"));
-    rig.enterLeaf("SurroundCharger", {{"direction", "Left"}});
-    for (int i = 0; i < 600 && rig.text("docking_small_loop_break") == "false"; ++i) {
-        ASSERT_EQ(rig.frame(), BT::NodeStatus::RUNNING);
-    }
-    EXPECT_TRUE(rig.hears("Left", "Middle"));
-    const PointMm off = rig.at() - kDock.face.at;
-    EXPECT_THAT(std::abs(off.x), Lt(120)) << "beside the line";
-    EXPECT_NEAR(std::hypot(off.x, off.y), 500, 60);
-}
-
 TEST(DockPlace, IsKeptFromTheContactsAndReckonedFromTheDriveOffThem)
 {
     class PlaceRig : public RobotRig

@@ -13,7 +13,10 @@ public:
     ~MapsRig() override { dropTrees(); }
 
 private:
-    MapService maps_{parts, ScenarioStart{}};
+    Localisation pose_{body};
+    RobotMap map_{body, pose_};
+    MapStore store_;
+    MapService maps_{parts, map_, store_, ScenarioStart{}};
     std::vector<Service*> services() override { return {&maps_}; }
 };
 

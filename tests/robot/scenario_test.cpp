@@ -204,7 +204,7 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     };
     EXPECT_THAT(fault("at: 1, key: go"), here("one of start, home, key1, key2"));
     EXPECT_THAT(fault("at: 1, app: dance"), here("one of pause, standby, auto"));
-    EXPECT_THAT(fault("at: 1, enter_mode: auto"), here("one of follow_wall, wifi"));
+    EXPECT_THAT(fault("at: 1, enter_mode: auto"), here("one of part_clean, follow_wall, wifi"));
     EXPECT_THAT(fault("at: 1, error: DUST_BLOCK"), here("one of DROP")) << "a code of the station";
     EXPECT_THAT(fault("at: -1, key: start"), here("not \"-1\""));
     EXPECT_THAT(fault("at: soon, key: start"), here("a count of frames"));

@@ -57,13 +57,13 @@ TEST_F(BackHome, OnTheDockTheTaskIsClosedByWhatItWas)
                         {"search_charge", "SearchChargeEnding", "search_charge"},
                         {"completing", "AdvCleanComplete", "complete"},
                         {"init", "SearchChargeEnding", "search_charge"},
-                        {"lowpower", nullptr, "lowpower"},
-                        {"area_lowpower", nullptr, "area_lowpower"}};
+                        {"lowpower", "", "lowpower"},
+                        {"area_lowpower", "", "area_lowpower"}};
     for (const Row& row : rows) {
         goHome(row.before);
         EXPECT_EQ(robot.key("task_state"), row.after) << row.before;
         for (const std::string tree : {"AdvCleanComplete", "SearchChargeEnding"})
-            EXPECT_EQ(bool(robot.asked(tree)), row.closed_by == tree) << row.before << ' ' << tree;
+            EXPECT_EQ(bool(robot.asked(tree)), tree == row.closed_by) << row.before << ' ' << tree;
         EXPECT_THAT(robot.requests(), Contains("ChargingMode")) << row.before;
         EXPECT_EQ(robot.key("backhome_fail_times"), "0");
     }
@@ -79,7 +79,7 @@ TEST_F(BackHome, WithoutADockItStandsByAndTheTaskIsClosedByWhatItWas)
         int searched;
     };
     const Row rows[] = {{"search_charge", "SearchChargeEnding", 100},
-                        {"search_charge", nullptr, 60000},
+                        {"search_charge", "", 60000},
                         {"completing", "AdvCleanComplete", 0},
                         {"lowpower", "AdvCleanComplete", 0}};
     int failed = 0;
@@ -91,7 +91,7 @@ TEST_F(BackHome, WithoutADockItStandsByAndTheTaskIsClosedByWhatItWas)
         robot.set("search_charger_time", 0);
         goHome(row.before);
         for (const std::string tree : {"AdvCleanComplete", "SearchChargeEnding"})
-            EXPECT_EQ(bool(robot.asked(tree)), row.closed_by == tree) << row.before << ' ' << tree;
+            EXPECT_EQ(bool(robot.asked(tree)), tree == row.closed_by) << row.before << ' ' << tree;
         EXPECT_THAT(robot.requests(), Contains("StandbyMode")) << row.before;
         EXPECT_THAT(robot.music(), Contains("17"));
         EXPECT_EQ(robot.key("backhome_fail_times"), std::to_string(++failed));
