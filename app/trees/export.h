@@ -13,9 +13,9 @@ namespace vemra::app {
 void exportJson(std::ostream& out, std::span<const TreeModel> trees);
 
 /// XML for tree editors, with `main_tree` as the one to execute. Inner trees become trees of their own named
-/// "<tree>.<inner>", each once. A node that enters another tree refers to it as editors do, by a SubTree; where
-/// that tree is not in the file it stays a node of the type SubtreeCondition. The model at the end declares all
-/// types that an editor need not know, with every port that a node in the file has.
+/// "<tree>.<inner>", each once. A node that enters another tree refers to it as editors do, by a SubTree;
+/// where that tree is not in the file it stays a node of the type SubtreeCondition. The model at the end
+/// declares all types that an editor need not know, with every port that a node in the file has.
 void exportXml(std::ostream& out, std::span<const TreeModel> trees, const std::string& main_tree);
 
 /// A graph for Graphviz, each tree a cluster of its own.

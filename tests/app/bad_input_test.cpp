@@ -41,7 +41,7 @@ TEST_F(BadInput, UnknownNamesComeBackWithNearOnes)
 TEST_F(BadInput, ValuesOutOfRangeAndMissingOnes)
 {
     expectRefusal({}, "See vemra --help");
-    expectRefusal({"trees", "show"}, "tree is required");
+    expectRefusal({"trees", "show"}, "expected a TREE");
     expectRefusal({"trees", "show", "Escape", "--depth", "0"}, "--depth");
     expectRefusal({"trees", "show", "Escape", "--depth", "two"}, "--depth");
     expectRefusal({"trees", "show", "Escape", "--color", "red"}, "{auto,always,never}");

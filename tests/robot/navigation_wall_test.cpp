@@ -101,48 +101,6 @@ TEST_F(WallTest, ThroughObstacleNavigationGetsBehindAWall)
 }
 
 // The part covers the room's left half, free floor goes on beyond it.
-TEST_F(WallTest, TheBorderOfThePartIsFollowedLikeAWall)
-{
-    const BT::NodeParameters border{{"sensor", "SubregionBorder"}};
-    robot.blackboard->set("current_subregion", BoxMm{{-1000, -1000}, {1500, 4000}});
-    robot.body.carryTo({{1400, 1500}, {0}});
-    robot.blackboard->set("bump_dir", "None");
-    robot.frames(2);
-    EXPECT_FALSE(robot.passes("SensorTriggerBump", border)) << "it is off";
-    EXPECT_FALSE(robot.passes("SensorTriggerBump", {{"sensor", "Nowhere"}}));
-    EXPECT_EQ(robot.text("bump_dir"), "None");
-
-    robot.switches.open(this, "SubregionBorder", true, false);
-    ASSERT_TRUE(robot.passes("SensorTriggerBump", border));
-    EXPECT_EQ(robot.text("bump_dir"), "virtual");
-    robot.blackboard->set("follow_wall_dir", "true");
-    robot.enter("FollowWallProc");
-    double farthest = 0;
-    double highest = 0;
-    int at_border = 0;
-    for (int i = 0; i < 1500; ++i) {
-        ASSERT_EQ(robot.frame(), NodeStatus::RUNNING);
-        farthest = std::max(farthest, robot.at().x);
-        highest = std::max(highest, robot.at().y);
-        at_border += std::abs(robot.at().x - 1550) < 60 ? 1 : 0;
-    }
-    EXPECT_GT(highest, 2700) << "with the border on its right it goes up";
-    EXPECT_LT(farthest, 1600);
-    EXPECT_GT(at_border, 250);
-    EXPECT_LT(robot.at().x, 1000) << "and along the wall back";
-    EXPECT_FALSE(robot.bumped);
-
-    robot.body.carryTo({{1570, 1500}, {0}});
-    robot.frame();
-    EXPECT_EQ(robot.sensing.contact(), "virtual");
-    robot.body.carryTo({{1570, 1500}, {180}});
-    robot.frame();
-    EXPECT_EQ(robot.sensing.contact(), "None") << "it turns its back to it";
-    robot.body.carryTo({{1800, 700}, {180}});
-    robot.frame();
-    EXPECT_EQ(robot.sensing.contact(), "None") << "it is outside";
-}
-
 TEST_F(WallTest, CollisionsAtOnePlaceAreTooManyAtLastAndElsewhereAreNot)
 {
     int times = 0;

@@ -25,13 +25,12 @@ public:
         : frames_(scenario.frames)
     {
         const HomeFile flat = readHome(VEMRA_SOURCE_DIR "/homes/flat/flat.yaml");
-        RobotSetup setup{.load_trees =
-                             [](BT::BehaviorTreeFactory& factory) {
-                                 factory.registerFromPlugin(test::treeLibrary());
-                             },
-                         .home = flat.home,
-                         .dock = chooseDock(flat, {}).dock,
-                         .scenario = std::move(scenario)};
+        RobotSetup setup{
+            .load_trees =
+                [](BT::BehaviorTreeFactory& factory) { factory.registerFromPlugin(test::treeLibrary()); },
+            .home = flat.home,
+            .dock = chooseDock(flat, {}).dock,
+            .scenario = std::move(scenario)};
         if (adjust)
             adjust(setup);
         robot = std::make_unique<Robot>(std::move(setup));

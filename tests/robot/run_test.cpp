@@ -76,14 +76,14 @@ TEST(Run, TellsWhichLeavesHaveNobodyBehindThem)
 }
 
 // One line of the scenario, held against a minute on the dock: charging from frame 20 on, music 47 in frame
-// 139, standing by six seconds after somebody took it off at 20 s.
+// 139, standing by six seconds after somebody carried it out of the dock's hearing at 20 s.
 class Expected : public testing::Test
 {
 protected:
     static std::vector<std::string> unmet(const std::string& at, const std::string& expect)
     {
         RobotRun run(RobotRun::scenario(
-            "", {"at: 20s, take_off_dock: true", "at: " + at + ", expect: {" + expect + "}"}));
+            "", {"at: 20s, carry_to: [8, 5.5, 0]", "at: " + at + ", expect: {" + expect + "}"}));
         run.play();
         EXPECT_EQ(run.robot->openExpectations(), 0U);
         std::vector<std::string> lines;

@@ -142,35 +142,6 @@ TEST_F(BackHome, AStopDuringTheSearchEndsItWithoutAnotherMode)
     EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
 }
 
-TEST_F(BackHome, KnockedOffItsDockItBacksOffAndTakesThePlaceForItsDocks)
-{
-    robot.set("kicked", "true");
-    robot.leaf("IfOnAPlane").succeeds();
-    robot.tree("GoCharging_lds").decides([](const Moment& now) {
-        EXPECT_TRUE(now.keys.contains("kicked_dock"));
-        return now.tick_of_run < 20 ? RUNNING : SUCCESS;
-    });
-    goHome("init");
-    EXPECT_TRUE(robot.inOrder({{"GoBackwards", {}},
-                               {"AdvRestartCleaning", {}},
-                               {"GoCharging_lds", {}},
-                               {"SearchChargeEnding", {}}}));
-    EXPECT_EQ(robot.framesOf("GoBackwards"), 50) << "it stands level: no further";
-    EXPECT_EQ(robot.key("only_charger_in_map"), "7");
-    EXPECT_EQ(robot.key("kicked"), "false");
-    EXPECT_FALSE(robot.has("kicked_dock"));
-    EXPECT_THAT(robot.requests(), Contains("ChargingMode"));
-
-    // Halted on the way, it leaves no trace of that either.
-    robot.tree("GoCharging_lds").runs();
-    robot.set("kicked", "true");
-    robot.set("task_state", "charge");
-    robot.start("BackHomeIndex");
-    robot.tickUntil("GoCharging_lds", {}, 400);
-    robot.halt();
-    EXPECT_FALSE(robot.has("kicked_dock"));
-}
-
 TEST_F(BackHome, KnockedOffAndBackOnTheContactsItChargesWithoutASearch)
 {
     robot.set("kicked", "true");

@@ -1,5 +1,5 @@
-#include "trees/idioms.h"
 #include "trees/coverage/two_phases.h"
+#include "trees/idioms.h"
 
 namespace {
 

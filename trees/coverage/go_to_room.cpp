@@ -1,5 +1,5 @@
-#include "trees/idioms.h"
 #include "trees/coverage/rooms.h"
+#include "trees/idioms.h"
 
 namespace vemra::trees {
 

@@ -1,6 +1,6 @@
-#include "trees/idioms.h"
 #include "trees/coverage/line_start.h"
 #include "trees/coverage/plan_in_subregion.h"
+#include "trees/idioms.h"
 
 namespace vemra::trees {
 

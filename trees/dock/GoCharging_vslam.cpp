@@ -1,5 +1,5 @@
-#include "trees/idioms.h"
 #include "trees/dock/go_charging.h"
+#include "trees/idioms.h"
 
 namespace {
 

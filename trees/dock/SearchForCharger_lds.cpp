@@ -1,6 +1,6 @@
-#include "trees/idioms.h"
 #include "trees/dock/docking_lds.h"
 #include "trees/dock/drive_to_dock.h"
+#include "trees/idioms.h"
 
 namespace {
 

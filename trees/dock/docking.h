@@ -3,8 +3,8 @@
 /// The second half of a search: into the sector before the dock, along the middle line onto the contacts, and
 /// back out for another try.
 
-#include "trees/idioms.h"
 #include "trees/dock/search.h"
+#include "trees/idioms.h"
 
 namespace vemra::trees {
 

@@ -1,7 +1,7 @@
 #include "trees/dock/drive_to_dock.h"
 
-#include "trees/idioms.h"
 #include "trees/dock/drive_follow.h"
+#include "trees/idioms.h"
 
 namespace vemra::trees {
 

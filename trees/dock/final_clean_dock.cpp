@@ -48,15 +48,15 @@ Node turn_back_to_dock()
 
 Node correct_by_outline()
 {
-    return IfThenElseStar(
-        key::dock_fix_mid_dis.present(),
-        SequenceStar(Rotate{.angle_deg = "${dock_fix_mid_yaw}",
-                            .angular_velocity_deg_s = "30",
-                            .false_relative_true_absolute = "true"},
-                     drive_for("${dock_fix_mid_dis}", "50", "50"),
-                     IfThenElseStar(key::dock_fix_dir.holds("true"), guarded_turn(-90, 60), guarded_turn(90, 60)),
-                     key::dock_fix_mid_dis.erase()),
-        AlwaysSuccess{});
+    return IfThenElseStar(key::dock_fix_mid_dis.present(),
+                          SequenceStar(Rotate{.angle_deg = "${dock_fix_mid_yaw}",
+                                              .angular_velocity_deg_s = "30",
+                                              .false_relative_true_absolute = "true"},
+                                       drive_for("${dock_fix_mid_dis}", "50", "50"),
+                                       IfThenElseStar(key::dock_fix_dir.holds("true"), guarded_turn(-90, 60),
+                                                      guarded_turn(90, 60)),
+                                       key::dock_fix_mid_dis.erase()),
+                          AlwaysSuccess{});
 }
 
 Node half_turn_parked()
@@ -117,13 +117,12 @@ Node smart_back_40cm_forwards()
         key::origin_yaw.copy_to(key::turn_target_angle), key::origin_yaw.erase(), turn_to_target_angle());
     return SubTree(
         "SmartBack40cm",
-        SequenceStar(
-            WeighDockSignalFirstStep{}, key::current_pose.copy_to(key::back_origin_point),
-            SaySomething{"tolvar back 40"}, back2cm(), half_turn("180", "80"),
-            ForceSuccess(Frameout(
-                800, Sequence(no_bump(), within("400", "${back_origin_point}"), wheels("100", "100")))),
-            half_turn("-180", "80"), key::back_origin_point.erase(),
-            IfThenElseStar(InDockField{}, step_aside, AlwaysSuccess{})));
+        SequenceStar(WeighDockSignalFirstStep{}, key::current_pose.copy_to(key::back_origin_point),
+                     SaySomething{"tolvar back 40"}, back2cm(), half_turn("180", "80"),
+                     ForceSuccess(Frameout(800, Sequence(no_bump(), within("400", "${back_origin_point}"),
+                                                         wheels("100", "100")))),
+                     half_turn("-180", "80"), key::back_origin_point.erase(),
+                     IfThenElseStar(InDockField{}, step_aside, AlwaysSuccess{})));
 }
 
 Node smart_go_40cm()
@@ -154,11 +153,10 @@ Node after_contact()
 
 Node after_turn_was_blocked()
 {
-    return ForceFailure(
-        SequenceStar(key::bumped_when_rotate.erase(), SaySomething{"tq : bumped_when_rotate"},
-                     SaySomething{"${yaw_toward_dock}"},
-                     offset_yaw("${yaw_toward_dock}", "180", "turn_target_angle"), turn_to_target_angle(),
-                     drive_till_bump("100", "50", "50"), Stop{}, break_docking()));
+    return ForceFailure(SequenceStar(
+        key::bumped_when_rotate.erase(), SaySomething{"tq : bumped_when_rotate"},
+        SaySomething{"${yaw_toward_dock}"}, offset_yaw("${yaw_toward_dock}", "180", "turn_target_angle"),
+        turn_to_target_angle(), drive_till_bump("100", "50", "50"), Stop{}, break_docking()));
 }
 
 Node without_contact()

@@ -118,11 +118,10 @@ Node turn_to_charger()
         Named("SetRotateDiretion", IfThenElse(hears(left, "Middle"), key::turn_target_angle_dir.set("left"),
                                               key::turn_target_angle_dir.set("right")));
     const auto back = Named(
-        "TurnToLastYaw",
-        SequenceStar(IfThenElseStar(key::turn_target_angle_dir.is("left"),
-                                    key::turn_target_angle_dir.set("right"),
-                                    key::turn_target_angle_dir.set("left")),
-                     turn_relative(), drive_till_bump("50", "60", "60"), AlwaysFailure{}));
+        "TurnToLastYaw", SequenceStar(IfThenElseStar(key::turn_target_angle_dir.is("left"),
+                                                     key::turn_target_angle_dir.set("right"),
+                                                     key::turn_target_angle_dir.set("left")),
+                                      turn_relative(), drive_till_bump("50", "60", "60"), AlwaysFailure{}));
     return SequenceStar(
         Named("IsLeftOrRightGotMiddle", Fallback(hears(left, "Middle"), hears(right, "Middle"))),
         Named("TurnToCharger", SequenceStar(SaySomething{"tq : l or r got middle"}, to_side,

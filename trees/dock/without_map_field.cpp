@@ -43,16 +43,15 @@ Node in_area_12()
         Named("FirstStageTurnAvoidIrReflection", turn_by_until(middle(), "left", "40")),
         Named("FirstStageTurnAvoidOverTurn",
               Fallback(hears(ml, "Middle"), hears(mr, "Middle"), both_hear(), turn_by("left", "40"))));
-    return Named(
-        "InArea12",
-        SequenceStar(SaySomething{"tq : on left"}, key::forward_timeout.set(100), choose_length,
-                     Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
-                              drive_till_bump("${forward_timeout}", "80", "110")),
-                     IfThenElseStar(hears(left, "Middle"),
-                                    Named("LeftGotMiddle",
-                                          SequenceStar(turn_by_until(middle(), "left", "120"))),
-                                    two_turns),
-                     turn_for_signal(), middle()));
+    return Named("InArea12",
+                 SequenceStar(SaySomething{"tq : on left"}, key::forward_timeout.set(100), choose_length,
+                              Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
+                                       drive_till_bump("${forward_timeout}", "80", "110")),
+                              IfThenElseStar(hears(left, "Middle"),
+                                             Named("LeftGotMiddle",
+                                                   SequenceStar(turn_by_until(middle(), "left", "120"))),
+                                             two_turns),
+                              turn_for_signal(), middle()));
 }
 
 Node bumped_while_surround()
