@@ -63,8 +63,8 @@ TEST(RunCommand, WhatItPrintsForMachinesKeepsToItsSchema)
         return result.out;
     };
     EXPECT_EQ(kinds("--frames 5000"),
-              "body custom escape last_line light message mode motion music robot_status station_light "
-              "task_state user\n");
+              "body custom last_line light message mode motion music robot_status station_light task_state "
+              "user\n");
     EXPECT_THAT(kinds("--scenario " + source + "/scenarios/emptying_with_a_block.yaml"), HasSubstr("error"));
 }
 
