@@ -10,6 +10,7 @@
 #include <string>
 
 #include "app/batch/batch_figures.h"
+#include "robot/base/percentile.h"
 
 namespace vemra::app {
 namespace {
@@ -48,8 +49,9 @@ void printFigure(std::ostream& out, const BatchFigure& figure, std::vector<Chang
     }
     std::sort(differences.begin(), differences.end());
     out << fmt::format("{:26} better {:4}  worse {:4}  5 % {:+8.1f}  median {:+8.1f}  95 % {:+8.1f} {}\n",
-                       figure.title, better, worse, percentileOf(differences, 0.05),
-                       percentileOf(differences, 0.5), percentileOf(differences, 0.95), figure.unit);
+                       figure.title, better, worse, robot::percentileOf(differences, 0.05),
+                       robot::percentileOf(differences, 0.5), robot::percentileOf(differences, 0.95),
+                       figure.unit);
     std::stable_sort(changes.begin(), changes.end(), [&](const Change& a, const Change& b) {
         const double sign = figure.more_is_better ? 1 : -1;
         return sign * a.by() < sign * b.by();

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <array>
-#include <cmath>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <vector>
 
 namespace vemra::app {
 
@@ -36,12 +34,6 @@ inline std::optional<double> figureOf(const nlohmann::ordered_json& line, const 
     if (value == line.end() || !value->is_number())
         return std::nullopt;
     return figure.scale * value->get<double>();
-}
-
-/// Of sorted values, at least one.
-inline double percentileOf(const std::vector<double>& sorted, double share)
-{
-    return sorted[static_cast<std::size_t>(std::lround(share * static_cast<double>(sorted.size() - 1)))];
 }
 
 }  // namespace vemra::app

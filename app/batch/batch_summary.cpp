@@ -9,6 +9,7 @@
 #include <string>
 
 #include "app/batch/batch_figures.h"
+#include "robot/base/percentile.h"
 
 namespace vemra::app {
 namespace {
@@ -53,8 +54,8 @@ void printSummary(std::ostream& out, const Lines& lines)
         std::sort(values.begin(), values.end());
         out << fmt::format(
             "{:26} least {:7.1f}  5 % {:7.1f}  median {:7.1f}  95 % {:7.1f}  most {:7.1f} {}\n", figure.title,
-            values.front(), percentileOf(values, 0.05), percentileOf(values, 0.5), percentileOf(values, 0.95),
-            values.back(), figure.unit);
+            values.front(), robot::percentileOf(values, 0.05), robot::percentileOf(values, 0.5),
+            robot::percentileOf(values, 0.95), values.back(), figure.unit);
     }
     Lines worst = lines;
     std::stable_sort(worst.begin(), worst.end(),

@@ -4,6 +4,7 @@
 #include <limits>
 #include <unordered_map>
 
+#include "app/trees/node_children.h"
 #include "behaviortree_cpp/bt_factory.h"
 #include "leaves/contract.h"
 
@@ -13,16 +14,6 @@ namespace {
 
 /// The label that the generator gives the stand-in of a tree without a description.
 constexpr std::string_view kNotWritten = "not written";
-
-std::vector<const BT::TreeNode*> childrenOf(const BT::TreeNode& node)
-{
-    if (const auto* control = dynamic_cast<const BT::ControlNode*>(&node))
-        return {control->children().begin(), control->children().end()};
-    if (const auto* decorator = dynamic_cast<const BT::DecoratorNode*>(&node);
-        decorator && decorator->child())
-        return {decorator->child()};
-    return {};
-}
 
 }  // namespace
 

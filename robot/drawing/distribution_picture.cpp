@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "robot/base/percentile.h"
 #include "robot/drawing/pen.h"
 
 namespace vemra::robot {
@@ -105,8 +106,7 @@ private:
 
     void mark(const std::vector<double>& sorted, double share)
     {
-        const double value =
-            sorted[static_cast<std::size_t>(std::lround(share * static_cast<double>(sorted.size() - 1)))];
+        const double value = percentileOf(sorted, share);
         pen_.disc(x(value), y(share), 3.5, kMark);
         const bool at_right = x(value) > left_ + kLeft + width() - 60;
         pen_.text(x(value) + (at_right ? -8 : 8), y(share) + (share > 0.9 ? 14 : -6),

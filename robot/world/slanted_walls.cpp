@@ -2,6 +2,7 @@
 #include <cmath>
 #include <optional>
 
+#include "robot/geometry/fitted_line.h"
 #include "robot/world/walls.h"
 
 namespace vemra::robot {
@@ -110,21 +111,10 @@ private:
         if (edges.size() < kLeastEdges) {
             return std::nullopt;
         }
-        PointMm mean;
-        for (const PointMm edge : edges) {
-            mean = mean + (1.0 / static_cast<double>(edges.size())) * edge;
-        }
-        double xx = 0;
-        double xy = 0;
-        double yy = 0;
-        for (const PointMm edge : edges) {
-            const PointMm off = edge - mean;
-            xx += off.x * off.x;
-            xy += off.x * off.y;
-            yy += off.y * off.y;
-        }
-        const double angle = 0.5 * std::atan2(2 * xy, xx - yy);
-        Surface surface{mean, {std::cos(angle), std::sin(angle)}, {-std::sin(angle), std::cos(angle)}};
+        const FittedLine line = fittedLine(edges);
+        const PointMm mean = line.mean;
+        const PointMm along = direction(line.along);
+        Surface surface{mean, along, {-along.y, along.x}};
         if (dot(surface.into, *away) < 0) {
             surface.into = -1.0 * surface.into;
         }

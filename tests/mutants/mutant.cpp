@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "app/trees/node_children.h"
+
 namespace vemra::test {
 namespace {
 
@@ -21,20 +23,10 @@ struct Branch
     std::size_t index = 0;
 };
 
-std::vector<const BT::TreeNode*> childrenOf(const BT::TreeNode& node)
-{
-    if (const auto* control = dynamic_cast<const BT::ControlNode*>(&node))
-        return {control->children().begin(), control->children().end()};
-    if (const auto* decorator = dynamic_cast<const BT::DecoratorNode*>(&node);
-        decorator && decorator->child())
-        return {decorator->child()};
-    return {};
-}
-
 Branch branchOf(const BT::TreeNode& node, std::size_t& index)
 {
     Branch branch{node.registrationName(), node.name(), node.initializationParameters(), {}, index++};
-    for (const BT::TreeNode* child : childrenOf(node))
+    for (const BT::TreeNode* child : app::childrenOf(node))
         branch.below.push_back(branchOf(*child, index));
     return branch;
 }

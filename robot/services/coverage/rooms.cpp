@@ -6,6 +6,7 @@
 
 #include "robot/planning/rooms.h"
 #include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/blackboard/number_list.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/maps/grid_maps.h"
 #include "robot/services/navigation/goals/navigation_goals.h"
@@ -29,13 +30,6 @@ bool isTrue(const BT::Blackboard& keys, const char* key)
 {
     bool value = false;
     return keys.get(key, value) && value;
-}
-
-std::vector<double> numbersOf(const BT::Blackboard& keys, const char* key)
-{
-    std::vector<double> numbers;
-    keys.get(key, numbers);
-    return numbers;
 }
 
 /// What the app has just sent, else what the task was begun with.

@@ -9,6 +9,7 @@
 
 #include "robot/planning/grid_search.h"
 #include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/blackboard/number_list.h"
 #include "robot/services/core/leaf_functions.h"
 
 namespace vemra::robot {
@@ -72,14 +73,6 @@ void addOutline(std::vector<PointMm>& points, const PolygonMm& outline, PointMm 
     for (std::size_t i = 0; i < outline.size(); ++i) {
         addEdge(points, {outline[i], outline[(i + 1) % outline.size()]}, at, radius_mm);
     }
-}
-
-// Numbers of a key, in groups.
-std::vector<double> numbersOf(const BT::Blackboard& keys, const char* key)
-{
-    std::vector<double> numbers;
-    keys.get(key, numbers);
-    return numbers;
 }
 
 PolygonMm boxOutline(PointMm a, PointMm b)
