@@ -80,8 +80,10 @@ private:
 
     Source& add(std::string name, std::filesystem::path folder)
     {
-        sources_.push_back(std::make_unique<Source>(std::move(name), std::move(folder)));
-        return *sources_.back();
+        Source& source = *sources_.emplace_back(std::make_unique<Source>());
+        source.name = std::move(name);
+        source.folder = std::move(folder);
+        return source;
     }
 
     Source& loadFile(const std::string& path)

@@ -14,7 +14,8 @@ std::string hex(const std::string& text)
 {
     static constexpr const char* kDigits = "0123456789abcdef";
     std::string out;
-    for (const unsigned char c : text) {
+    for (const char character : text) {
+        const auto c = static_cast<unsigned char>(character);
         out += kDigits[c >> 4];
         out += kDigits[c & 15];
     }
