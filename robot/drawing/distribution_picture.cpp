@@ -135,8 +135,10 @@ Picture distributionPicture(const std::string& title, std::vector<Distribution> 
         pen.text(kRim, kRim + 4, pen.fitted(title, w - 2 * kRim, 16, true), 16, kInk, Pen::Anchor::Left,
                  true);
         for (std::size_t i = 0; i < panels.size(); ++i) {
-            Panel(pen, kRim + static_cast<double>(i % kPanelsARow) * kPanelWidth,
-                  kHead + static_cast<double>(i / kPanelsARow) * kPanelHeight)
+            const std::size_t column = i % kPanelsARow;
+            const std::size_t row = i / kPanelsARow;
+            Panel(pen, kRim + static_cast<double>(column) * kPanelWidth,
+                  kHead + static_cast<double>(row) * kPanelHeight)
                 .draw(panels[i]);
         }
     };

@@ -7,19 +7,43 @@
 #include "robot/planning/planner.h"
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
-#include "robot/world/virtual_walls.h"
+#include "robot/world/dock.h"
 
 namespace vemra::robot {
 namespace {
 
 constexpr char kNextLine[] = "next_line_to_clean";
-// A thing so near behind the end of a line ended it.
+// What ends a line lies so near behind its last cell.
 constexpr int kBehindCells = 6;
 // A line to a thing that nobody traced is driven on until it touches.
 constexpr double kTouchMm = 200;
 constexpr double kHardlyCleanedM2 = 1;
 
 }  // namespace
+
+// Does the body, driven on along a row from the last open cell, touch first what nobody traced?
+bool LineLeaves::touchesUntraced(CellIndex last, CellIndex step) const
+{
+    constexpr double kRadiusCells = kRobotRadiusMm / kCellMm;
+    constexpr int kAside = static_cast<int>(kRadiusCells);
+    double first = kTouchMm / kCellMm;
+    bool untraced = false;
+    for (int ahead = 1; ahead <= kBehindCells; ++ahead) {
+        for (int aside = -kAside; aside <= kAside; ++aside) {
+            const CellIndex cell{last.column + ahead * step.column - aside * step.row,
+                                 last.row + ahead * step.row + aside * step.column};
+            if (ground_.map().occupancy().at(cell) != CellState::Occupied) {
+                continue;
+            }
+            const double after = ahead - std::sqrt(kRadiusCells * kRadiusCells - aside * aside);
+            if (after < first) {
+                first = after;
+                untraced = ground_.isUntraced(cell);
+            }
+        }
+    }
+    return untraced;
+}
 
 // A line goes over the whole of its last cell where there is room. Where an untraced thing ends it, the thing
 // is to be touched: that is how islands are found.
@@ -29,20 +53,10 @@ PointMm LineLeaves::endOf(const PlanningMap& plan, CellIndex from, CellIndex end
                          (end.row > from.row) - (end.row < from.row)};
     const PointMm along{static_cast<double>(step.column), static_cast<double>(step.row)};
     const PointMm middle = centreOf(end);
-    CellIndex cell{end.column + step.column, end.row + step.row};
-    if (plan.at(cell) == Ground::Open) {
+    if (plan.at({end.column + step.column, end.row + step.row}) == Ground::Open) {
         return middle + (kCellMm / 2) * along;
     }
-    for (int i = 0; touches && i < kBehindCells && from != end; ++i) {
-        if (ground_.isUntraced(cell)) {
-            return middle + kTouchMm * along;
-        }
-        if (plan.at(cell) == Ground::Solid || plan.at(cell) == Ground::Forbidden) {
-            break;
-        }
-        cell = {cell.column + step.column, cell.row + step.row};
-    }
-    return middle;
+    return touches && from != end && touchesUntraced(end, step) ? middle + kTouchMm * along : middle;
 }
 
 BT::NodeStatus LineLeaves::planNext(const BT::TreeNode& node, std::optional<BoxMm> region)

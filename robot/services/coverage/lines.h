@@ -19,6 +19,7 @@ private:
     BT::NodeStatus planTurn(const BT::TreeNode& node);
     BT::NodeStatus extendFinish(const BT::TreeNode& node);
     BT::NodeStatus chooseDirection();
+    [[nodiscard]] bool touchesUntraced(CellIndex last, CellIndex step) const;
     [[nodiscard]] PointMm endOf(const PlanningMap& plan, CellIndex from, CellIndex end, bool touches) const;
     [[nodiscard]] BT::NodeStatus nothingLeft(const char* region_key);
 

@@ -15,11 +15,12 @@ constexpr double kLevelDeg = 2;
 constexpr double kLineSpeed = 300;  // mm/s
 constexpr double kSlowest = 60;     // mm/s, at the end of a line
 constexpr double kArrivedMm = 15;
-constexpr double kFaceTurn = 60;       // degrees/s
+constexpr double kFaceTurn = 100;      // degrees/s
+constexpr double kMostSteer = 60;      // degrees/s
 constexpr double kOffLineGain = 0.15;  // degrees of steering a mm beside the line
 constexpr double kMostSteerDeg = 15;
-constexpr double kSteerGain = 3;      // degrees/s a degree
-constexpr double kEaseOffGain = 1.5;  // mm/s a mm before the end
+constexpr double kSteerGain = 3;  // degrees/s a degree
+constexpr double kEaseOff = 800;  // mm/s^2, before the end
 
 }  // namespace
 
@@ -101,8 +102,8 @@ BT::NodeStatus StraightDriveAction::advance()
     const double line_deg = degreesOfRadians(std::atan2(way.y, way.x)).value;
     const double wanted = line_deg - std::clamp(kOffLineGain * off_line_mm, -kMostSteerDeg, kMostSteerDeg);
     const double steer = kSteerGain * wrapped({wanted - now.yaw.value}).value;
-    driveArc(std::clamp(kEaseOffGain * left_mm, kSlowest, kLineSpeed),
-             std::clamp(steer, -kFaceTurn, kFaceTurn));
+    driveArc(std::clamp(std::sqrt(2 * kEaseOff * left_mm), kSlowest, kLineSpeed),
+             std::clamp(steer, -kMostSteer, kMostSteer));
     return BT::NodeStatus::RUNNING;
 }
 

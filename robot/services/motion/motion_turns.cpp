@@ -8,7 +8,7 @@ namespace {
 
 constexpr double kDefaultTurn = 60;  // degrees/s
 constexpr double kSlowestTurn = 6;   // degrees/s, at the end of a turn
-constexpr double kEaseOff = 150;     // degrees/s^2
+constexpr double kEaseOff = 400;     // degrees/s^2
 constexpr double kCloseEnough = 0.5;
 constexpr double kFullTurn = 360;
 
