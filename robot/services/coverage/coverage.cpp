@@ -19,6 +19,28 @@ constexpr double kFullCharge = 100;
 constexpr int kUnseenWithin = 6;
 constexpr int kUnseenCells = 40;
 
+// Floor behind a gap that may be crossed is worth the trial when the robot can get about on so much of it:
+// more than there is between the legs of a chair.
+constexpr std::size_t kWorthATrialCells = 30;
+
+bool isWorthATrial(const PlanningMap& plan, CellIndex behind)
+{
+    std::vector<CellIndex> reached{behind};
+    const auto isReached = [&](CellIndex cell) {
+        return std::find(reached.begin(), reached.end(), cell) != reached.end();
+    };
+    for (std::size_t i = 0; i < reached.size() && reached.size() < kWorthATrialCells; ++i) {
+        const CellIndex from = reached[i];
+        for (const CellIndex step : {CellIndex{1, 0}, CellIndex{-1, 0}, CellIndex{0, 1}, CellIndex{0, -1}}) {
+            const CellIndex next{from.column + step.column, from.row + step.row};
+            if (plan.at(next) == Ground::Open && !isReached(next)) {
+                reached.push_back(next);
+            }
+        }
+    }
+    return reached.size() >= kWorthATrialCells;
+}
+
 bool inRegion(const SearchGround& ground, CellIndex cell)
 {
     return !ground.region || contains(*ground.region, centreOf(cell));
@@ -83,7 +105,8 @@ std::optional<GridPath> CoverageService::nearestUnswept(const SearchGround& grou
                 return ground.plan.at(cell) == Ground::Tight && !(cell == ground.from);
             });
         // The trees go over a trial bridge without asking for a line: the way itself is the offer then.
-        if (!over_bridge || ground_.offers().take("over a bridge", centreOf(run->first))) {
+        if (!over_bridge || (isWorthATrial(ground.plan, run->first) &&
+                             ground_.offers().take("over a bridge", centreOf(run->first)))) {
             return way;
         }
         std::erase_if(runs, [&](const CleaningRun& other) {
