@@ -60,12 +60,13 @@ void CleanedFloor::reset()
     last_.reset();
 }
 
-int CleanedFloor::sweptQuarters(CellIndex cell) const
+int CleanedFloor::sweptQuarters(CellIndex cell, std::optional<std::uint8_t> pass) const
 {
+    const std::uint8_t least = pass.value_or(pass_);
     int quarters = 0;
     for (const int row : {0, 1}) {
         for (const int column : {0, 1}) {
-            quarters += swept_.at({2 * cell.column + column, 2 * cell.row + row}) >= pass_ ? 1 : 0;
+            quarters += swept_.at({2 * cell.column + column, 2 * cell.row + row}) >= least ? 1 : 0;
         }
     }
     return quarters;

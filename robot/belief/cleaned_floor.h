@@ -21,8 +21,9 @@ public:
     [[nodiscard]] std::uint8_t pass() const { return pass_; }
     void reset();
 
-    /// How many of the four raster cells of a map cell were swept in this pass.
-    [[nodiscard]] int sweptQuarters(CellIndex cell) const;
+    /// How many of the four raster cells of a map cell were swept in a pass or a later one; without one, in
+    /// this pass.
+    [[nodiscard]] int sweptQuarters(CellIndex cell, std::optional<std::uint8_t> pass = {}) const;
     /// Swept in any pass.
     [[nodiscard]] double areaM2() const { return static_cast<double>(count_) * kRasterMm * kRasterMm / 1e6; }
 

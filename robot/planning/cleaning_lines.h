@@ -15,6 +15,12 @@ struct CleaningRun
     CellIndex first;
     CellIndex last;
 
+    /// From one cell to the next; nothing for a run of one cell.
+    [[nodiscard]] CellIndex step() const
+    {
+        return {(last.column > first.column) - (last.column < first.column),
+                (last.row > first.row) - (last.row < first.row)};
+    }
     [[nodiscard]] CellIndex middle() const
     {
         return {(first.column + last.column) / 2, (first.row + last.row) / 2};

@@ -5,6 +5,7 @@
 
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
+#include "robot/services/coverage/run_search.h"
 #include "robot/services/navigation/goals/navigation_goals.h"
 
 namespace vemra::robot {
@@ -18,28 +19,6 @@ constexpr double kFullCharge = 100;
 // A place at the edge of the unknown is worth going to when so much lies behind it.
 constexpr int kUnseenWithin = 6;
 constexpr int kUnseenCells = 40;
-
-// Floor behind a gap that may be crossed is worth the trial when the robot can get about on so much of it:
-// more than there is between the legs of a chair.
-constexpr std::size_t kWorthATrialCells = 30;
-
-bool isWorthATrial(const PlanningMap& plan, CellIndex behind)
-{
-    std::vector<CellIndex> reached{behind};
-    const auto isReached = [&](CellIndex cell) {
-        return std::find(reached.begin(), reached.end(), cell) != reached.end();
-    };
-    for (std::size_t i = 0; i < reached.size() && reached.size() < kWorthATrialCells; ++i) {
-        const CellIndex from = reached[i];
-        for (const CellIndex step : {CellIndex{1, 0}, CellIndex{-1, 0}, CellIndex{0, 1}, CellIndex{0, -1}}) {
-            const CellIndex next{from.column + step.column, from.row + step.row};
-            if (plan.at(next) == Ground::Open && !isReached(next)) {
-                reached.push_back(next);
-            }
-        }
-    }
-    return reached.size() >= kWorthATrialCells;
-}
 
 bool inRegion(const SearchGround& ground, CellIndex cell)
 {
@@ -97,23 +76,12 @@ bool CoverageService::take(const Happening& what)
 // The same floor and the same book as the planner of lines goes by: what is found here has a line.
 std::optional<GridPath> CoverageService::nearestUnswept(const SearchGround& ground)
 {
-    std::vector<CleaningRun> runs = ground_.runsLeft(ground.plan, ground.region, std::nullopt);
-    while (const auto run = nearestRun(runs, ground.costs, ground.from)) {
-        auto way = findPath(ground.costs, ground.from, run->first);
-        const bool over_bridge =
-            way && std::any_of(way->cells.begin(), way->cells.end(), [&](CellIndex cell) {
-                return ground.plan.at(cell) == Ground::Tight && !(cell == ground.from);
-            });
-        // The trees go over a trial bridge without asking for a line: the way itself is the offer then.
-        if (!over_bridge || (isWorthATrial(ground.plan, run->first) &&
-                             ground_.offers().take("over a bridge", centreOf(run->first)))) {
-            return way;
-        }
-        std::erase_if(runs, [&](const CleaningRun& other) {
-            return other.first == run->first || other.last == run->first;
-        });
-    }
-    return std::nullopt;
+    // The trees go over a trial bridge without asking for a line: the way itself is the offer then.
+    return wayToNearestRun(ground, ground_.runsLeft(ground.plan, ground.region, std::nullopt),
+                           [this](const CleaningRun& run, bool over_bridge) {
+                               return !over_bridge ||
+                                      ground_.offers().take("over a bridge", centreOf(run.first));
+                           });
 }
 
 std::optional<GridPath> CoverageService::nearestUnseen(const SearchGround& ground)

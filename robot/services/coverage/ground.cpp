@@ -50,9 +50,20 @@ bool CoverageGround::longerAlongY(const PlanningMap& plan, const CellWindow& reg
     return floor.rows() > floor.columns();
 }
 
+std::vector<CleaningRun> CoverageGround::runsOf(const PlanningMap& plan, const CellWindow& window,
+                                                bool along_y, const std::function<bool(CellIndex)>& counts,
+                                                std::optional<std::uint8_t> pass) const
+{
+    std::vector<CleaningRun> runs = cleaningRuns(plan, window, along_y, [&](CellIndex cell) {
+        return map_.cleaned().sweptQuarters(cell, pass) < kSweptQuarters && (!counts || counts(cell));
+    });
+    std::erase_if(runs,
+                  [this](const CleaningRun& run) { return !offers_.isOpen("line", centreOf(run.middle())); });
+    return runs;
+}
+
 std::vector<CleaningRun> CoverageGround::runsLeft(const PlanningMap& plan, const std::optional<BoxMm>& region,
-                                                  std::optional<bool> along_y,
-                                                  const std::function<bool(CellIndex)>& counts)
+                                                  std::optional<bool> along_y)
 {
     sync();
     const CellWindow window = windowOf(plan, region);
@@ -61,12 +72,16 @@ std::vector<CleaningRun> CoverageGround::runsLeft(const PlanningMap& plan, const
     } else if (!along_y_) {
         along_y_ = longerAlongY(plan, window);
     }
-    std::vector<CleaningRun> runs = cleaningRuns(plan, window, *along_y_, [&](CellIndex cell) {
-        return map_.cleaned().sweptQuarters(cell) < kSweptQuarters && (!counts || counts(cell));
-    });
-    std::erase_if(runs,
-                  [this](const CleaningRun& run) { return !offers_.isOpen("line", centreOf(run.middle())); });
-    return runs;
+    return runsOf(plan, window, *along_y_, {}, std::nullopt);
+}
+
+std::vector<CleaningRun> CoverageGround::runsNeverDriven(const PlanningMap& plan,
+                                                         const std::optional<BoxMm>& region,
+                                                         const std::function<bool(CellIndex)>& counts)
+{
+    sync();
+    const CellWindow window = windowOf(plan, region);
+    return runsOf(plan, window, longerAlongY(plan, window), counts, 1);
 }
 
 bool CoverageGround::isUntraced(CellIndex cell) const

@@ -28,11 +28,14 @@ public:
 
     /// The runs of cleaning lines that are left in a region and may still be offered. Direction: as asked,
     /// else as for the search before, else along the longer side of the floor.
-    /// `counts`: which cells are looked at; none: all.
     [[nodiscard]] std::vector<CleaningRun> runsLeft(const PlanningMap& plan,
                                                     const std::optional<BoxMm>& region,
-                                                    std::optional<bool> along_y,
-                                                    const std::function<bool(CellIndex)>& counts = {});
+                                                    std::optional<bool> along_y);
+    /// The runs of floor that no pass of this task has swept, as the first pass would drive them: along the
+    /// longer side. `counts`: which cells are looked at.
+    [[nodiscard]] std::vector<CleaningRun> runsNeverDriven(const PlanningMap& plan,
+                                                           const std::optional<BoxMm>& region,
+                                                           const std::function<bool(CellIndex)>& counts);
     /// The longer side of the open floor of a region lies along y.
     [[nodiscard]] static bool longerAlongY(const PlanningMap& plan, const CellWindow& region);
 
@@ -45,6 +48,10 @@ public:
     [[nodiscard]] const Grid<unsigned char>& outside();
 
 private:
+    [[nodiscard]] std::vector<CleaningRun> runsOf(const PlanningMap& plan, const CellWindow& window,
+                                                  bool along_y, const std::function<bool(CellIndex)>& counts,
+                                                  std::optional<std::uint8_t> pass) const;
+
     RobotMap& map_;
     const SensorSwitches& switches_;
     OfferBook offers_;

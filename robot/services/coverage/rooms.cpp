@@ -1,13 +1,13 @@
 #include "robot/services/coverage/rooms.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 
 #include "robot/planning/rooms.h"
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/blackboard/number_list.h"
 #include "robot/services/core/leaf_functions.h"
+#include "robot/services/coverage/run_search.h"
 #include "robot/services/maps/grid_maps.h"
 #include "robot/services/navigation/goals/navigation_goals.h"
 
@@ -49,6 +49,12 @@ RoomLeaves::Room* RoomLeaves::find(std::uint8_t number)
     return room == rooms_.end() ? nullptr : &*room;
 }
 
+void RoomLeaves::setMap(std::shared_ptr<const RoomGrid> map)
+{
+    map_ = std::move(map);
+    fences_.clear();
+}
+
 // Rooms that the task has already keep what is known of them.
 BT::NodeStatus RoomLeaves::setList(const std::vector<Room>& wanted)
 {
@@ -71,7 +77,7 @@ BT::NodeStatus RoomLeaves::setList(const std::vector<Room>& wanted)
 
 BT::NodeStatus RoomLeaves::takeStoredMap()
 {
-    map_ = store_.map ? store_.map->rooms : nullptr;
+    setMap(store_.map ? store_.map->rooms : nullptr);
     if (!map_) {
         return BT::NodeStatus::FAILURE;
     }
@@ -84,7 +90,7 @@ BT::NodeStatus RoomLeaves::takeStoredMap()
 
 BT::NodeStatus RoomLeaves::takeSelected()
 {
-    map_ = store_.map ? store_.map->rooms : nullptr;
+    setMap(store_.map ? store_.map->rooms : nullptr);
     std::vector<Room> selected;
     for (const double number :
          inputOf(parts_.blackboard, "Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List")) {
@@ -111,7 +117,7 @@ BT::NodeStatus RoomLeaves::takeDrawn()
     if (boxes.empty()) {
         return BT::NodeStatus::FAILURE;
     }
-    map_ = std::make_shared<const RoomGrid>(drawnRooms(boxes));
+    setMap(std::make_shared<const RoomGrid>(drawnRooms(boxes)));
     std::vector<Room> rooms;
     for (const auto& box : boxes) {
         rooms.push_back({.number = box.first, .passes = passes_});
@@ -179,15 +185,29 @@ BT::NodeStatus RoomLeaves::takeRoomOfGoal()
     const std::uint8_t number = roomAt(*goal);
     parts_.blackboard.set(kCurrent, static_cast<int>(number));
     parts_.blackboard.set("in_new_area", number == kBesideRooms ? "true" : "false");
-    BoxMm box = squareAround(*goal, kHalfBesideMm);
+    parts_.blackboard.set("current_subregion", boxOfRoom(number, *goal));
+    return BT::NodeStatus::SUCCESS;
+}
+
+// What is cleaned at a time: a room with its borders, or beside the rooms a square around a place.
+BoxMm RoomLeaves::boxOfRoom(std::uint8_t number, PointMm place) const
+{
     for (const RoomShape& shape : roomsOf(*map_)) {
         if (shape.number == number) {
             const PointMm grown{kGrownMm, kGrownMm};
-            box = {shape.box.low - grown, shape.box.high + grown};
+            return {shape.box.low - grown, shape.box.high + grown};
         }
     }
-    parts_.blackboard.set("current_subregion", box);
-    return BT::NodeStatus::SUCCESS;
+    return squareAround(place, kHalfBesideMm);
+}
+
+const RoomFence& RoomLeaves::fenceAround(std::uint8_t room, bool within)
+{
+    const auto [fence, fresh] = fences_.try_emplace(std::pair{room, within});
+    if (fresh) {
+        fence->second = fenceOf(*map_, room, within);
+    }
+    return fence->second;
 }
 
 BT::NodeStatus RoomLeaves::fence(const BT::TreeNode& node)
@@ -195,7 +215,7 @@ BT::NodeStatus RoomLeaves::fence(const BT::TreeNode& node)
     const bool within = node.getParam<bool>("in_area").value_or(false);
     if (const auto room = inHand(); room && fenced_ != std::pair{*room, within}) {
         fenced_ = std::pair{*room, within};
-        ground_.map().setRoomFence(fenceOf(*map_, *room, within));
+        ground_.map().setRoomFence(fenceAround(*room, within));
     }
     return BT::NodeStatus::RUNNING;
 }
@@ -205,13 +225,13 @@ std::uint8_t RoomLeaves::roomThatIsKept() const
     return isTrue(parts_.blackboard, "are_other_areas_closed") ? inHand().value_or(kNoRoom) : kNoRoom;
 }
 
-void RoomLeaves::closeOthers(PlanningMap& plan) const
+void RoomLeaves::closeOthers(PlanningMap& plan)
 {
     const std::uint8_t room = roomThatIsKept();
     if (room == kNoRoom) {
         return;
     }
-    const RoomFence fence = fenceOf(*map_, room, false);
+    const RoomFence& fence = fenceAround(room, false);
     // From without, the rooms are what the way in leads through.
     if (fence.closed.at(cellAt(ground_.map().pose().at)) == 0) {
         closeRooms(plan, fence.closed);
@@ -224,6 +244,10 @@ void RoomLeaves::update()
     int pass = 1;
     if (!room || !parts_.blackboard.get("current_clean_times", pass)) {
         pass = 1;
+    }
+    // The trees count on until the room has been cleaned once too often; that pass does not begin.
+    if (const Room* in_hand = room ? find(*room) : nullptr) {
+        pass = std::min(pass, in_hand->passes);
     }
     CleanedFloor& cleaned = ground_.map().cleaned();
     if (pass != cleaned.pass()) {
@@ -243,26 +267,42 @@ bool RoomLeaves::isWanted(const Room& room) const
            !isTrue(parts_.blackboard, "avoid_mopped_areas") || !room.mopped;
 }
 
+// As the planner would drive them once the robot is in the room, without what of them lies across the border.
+std::vector<CleaningRun> RoomLeaves::runsIn(const SearchGround& ground, std::uint8_t room)
+{
+    if (room == kBesideRooms) {
+        return ground_.runsNeverDriven(ground.plan, ground.region, [this](CellIndex cell) {
+            return roomAt(centreOf(cell)) == kBesideRooms;
+        });
+    }
+    PlanningMap plan = ground.plan;
+    closeRooms(plan, fenceAround(room, true).closed);
+    std::vector<CleaningRun> runs = ground_.runsNeverDriven(plan, boxOfRoom(room, {}), {});
+    for (CleaningRun& run : runs) {
+        const CellIndex step = run.step();
+        while (map_->at(run.first) != room && run.first != run.last) {
+            run.first = {run.first.column + step.column, run.first.row + step.row};
+        }
+        while (map_->at(run.last) != room && run.first != run.last) {
+            run.last = {run.last.column - step.column, run.last.row - step.row};
+        }
+    }
+    std::erase_if(runs, [&](const CleaningRun& run) { return map_->at(run.first) != room; });
+    return runs;
+}
+
 std::optional<GridPath> RoomLeaves::placeIn(const SearchGround& ground,
                                             const std::vector<std::uint8_t>& rooms)
 {
-    std::array<bool, 256> counts{};
+    std::vector<CleaningRun> runs;
     for (const std::uint8_t room : rooms) {
-        counts.at(room) = true;
+        const std::vector<CleaningRun> more = runsIn(ground, room);
+        runs.insert(runs.end(), more.begin(), more.end());
     }
-    std::vector<CleaningRun> runs =
-        ground_.runsLeft(ground.plan, ground.region, std::nullopt,
-                         [&](CellIndex cell) { return counts.at(roomAt(centreOf(cell))); });
-    while (const auto run = nearestRun(runs, ground.costs, ground.from)) {
-        // A room that is entered for the same floor again and again is given up.
-        if (ground_.offers().take("floor of a room", centreOf(run->first))) {
-            return findPath(ground.costs, ground.from, run->first);
-        }
-        std::erase_if(runs, [&](const CleaningRun& other) {
-            return other.first == run->first || other.last == run->first;
-        });
-    }
-    return std::nullopt;
+    // A room that is entered for the same floor again and again is given up.
+    return wayToNearestRun(ground, std::move(runs), [this](const CleaningRun& run, bool) {
+        return ground_.offers().take("floor of a room", centreOf(run.first));
+    });
 }
 
 // Floor that is left: in the room in hand while the others are shut, else in any room of the task, the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -36,7 +37,7 @@ public:
     [[nodiscard]] std::optional<GridPath> unreached(const SearchGround& ground);
     /// While the trees say so, searches keep to the room in hand; none: they do not.
     [[nodiscard]] std::uint8_t roomThatIsKept() const;
-    void closeOthers(PlanningMap& plan) const;
+    void closeOthers(PlanningMap& plan);
 
 private:
     struct Room
@@ -63,19 +64,24 @@ private:
     [[nodiscard]] bool near(PointMm place, std::uint8_t room, double within_mm) const;
     [[nodiscard]] Room* find(std::uint8_t number);
     [[nodiscard]] bool isWanted(const Room& room) const;
+    void setMap(std::shared_ptr<const RoomGrid> map);
+    [[nodiscard]] const RoomFence& fenceAround(std::uint8_t room, bool within);
+    [[nodiscard]] BoxMm boxOfRoom(std::uint8_t number, PointMm place) const;
+    [[nodiscard]] std::vector<CleaningRun> runsIn(const SearchGround& ground, std::uint8_t room);
     [[nodiscard]] std::optional<GridPath> placeIn(const SearchGround& ground,
                                                   const std::vector<std::uint8_t>& rooms);
 
     RobotParts parts_;
     CoverageGround& ground_;
     const MapStore& store_;
-    std::shared_ptr<const RoomGrid> map_;                  ///< of the task; none: no task of rooms
-    std::vector<Room> rooms_;                              ///< of the task, in its order
-    std::optional<std::pair<std::uint8_t, bool>> fenced_;  ///< room and kind of the fence that stands
-    std::uint64_t elsewhere_since_ = 0;                    ///< first frame in another room; 0: not there
-    std::optional<PointMm> driven_to_;                     ///< the goal that was asked for last
-    std::optional<BoxMm> point_area_;                      ///< set for the next drawn map
-    int passes_ = 1;                                       ///< that the app asks for with a room
+    std::shared_ptr<const RoomGrid> map_;                        ///< of the task; none: no task of rooms
+    std::vector<Room> rooms_;                                    ///< of the task, in its order
+    std::map<std::pair<std::uint8_t, bool>, RoomFence> fences_;  ///< those that were asked for, of this map
+    std::optional<std::pair<std::uint8_t, bool>> fenced_;        ///< room and kind of the fence that stands
+    std::uint64_t elsewhere_since_ = 0;  ///< first frame in another room; 0: not there
+    std::optional<PointMm> driven_to_;   ///< the goal that was asked for last
+    std::optional<BoxMm> point_area_;    ///< set for the next drawn map
+    int passes_ = 1;                     ///< that the app asks for with a room
 };
 
 }  // namespace vemra::robot
