@@ -240,19 +240,25 @@ void RoomLeaves::closeOthers(PlanningMap& plan)
 
 void RoomLeaves::update()
 {
+    // What is swept along a wall counts for all passes, since walls are followed once.
+    constexpr int kAllPasses = 255;
     const auto room = inHand();
-    int pass = 1;
-    if (!room || !parts_.blackboard.get("current_clean_times", pass)) {
-        pass = 1;
-    }
-    // The trees count on until the room has been cleaned once too often; that pass does not begin.
-    if (const Room* in_hand = room ? find(*room) : nullptr) {
-        pass = std::min(pass, in_hand->passes);
+    int times = 1;
+    if (!room || !parts_.blackboard.get("current_clean_times", times)) {
+        times = 1;
     }
     CleanedFloor& cleaned = ground_.map().cleaned();
-    if (pass != cleaned.pass()) {
-        cleaned.setPass(static_cast<std::uint8_t>(std::clamp(pass, 1, 250)));
-        ground_.offers().forget("line");
+    if (times >= kAllPasses) {
+        cleaned.setPass(kAllPasses);
+    } else {
+        // The trees count on until the room has been cleaned once too often; that pass does not begin.
+        const Room* in_hand = room ? find(*room) : nullptr;
+        const int pass = std::clamp(times, 1, in_hand == nullptr ? 1 : in_hand->passes);
+        cleaned.setPass(static_cast<std::uint8_t>(pass));
+        if (pass != pass_) {
+            pass_ = pass;
+            ground_.offers().forget("line");
+        }
     }
     const PointMm at = ground_.map().pose().at;
     const bool elsewhere = room && roomAt(at) != kBesideRooms && !near(at, *room, kElsewhereMm);

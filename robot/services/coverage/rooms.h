@@ -82,6 +82,7 @@ private:
     std::optional<PointMm> driven_to_;   ///< the goal that was asked for last
     std::optional<BoxMm> point_area_;    ///< set for the next drawn map
     int passes_ = 1;                     ///< that the app asks for with a room
+    int pass_ = 1;                       ///< of the room in hand
 };
 
 }  // namespace vemra::robot
