@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <numbers>
 
 #include "robot/world/dock.h"
 
@@ -28,7 +29,26 @@ std::uint64_t keyOf(CellIndex cell)
            static_cast<std::uint32_t>(cell.column);
 }
 
+constexpr int kSideCount = 8;
+
+// On which side of a cell a place is.
+int sideTowards(CellIndex cell, PointMm place)
+{
+    const PointMm to = place - centreOf(cell);
+    return static_cast<int>(std::lround(std::atan2(to.y, to.x) / (2 * std::numbers::pi) * kSideCount));
+}
+
+unsigned sideFlag(int side)
+{
+    return 1U << static_cast<unsigned>((side + 2 * kSideCount) % kSideCount);
+}
+
 }  // namespace
+
+bool TracedWalls::isTraced(CellIndex cell, PointMm from) const
+{
+    return (flags_.at(cell) & sideFlag(sideTowards(cell, from))) != 0;
+}
 
 int TracedWalls::begin(bool wall_right)
 {
@@ -50,12 +70,12 @@ void TracedWalls::reset()
 {
     chains_.clear();
     by_cell_.clear();
-    flags_ = Grid<unsigned char>{0};
+    flags_ = Grid<std::uint16_t>{0};
     again_mm_ = 0;
     ++version_;
 }
 
-void TracedWalls::flag(CellIndex cell, unsigned char flag)
+void TracedWalls::flag(CellIndex cell, unsigned flags)
 {
     if (!flags_.contains(cell)) {
         const CellWindow& now = flags_.window();
@@ -64,7 +84,7 @@ void TracedWalls::flag(CellIndex cell, unsigned char flag)
         flags_.moveTo({{std::min(low.column, cell.column - kGrowBy), std::min(low.row, cell.row - kGrowBy)},
                        {std::max(end.column, cell.column + kGrowBy), std::max(end.row, cell.row + kGrowBy)}});
     }
-    flags_.set(cell, static_cast<unsigned char>(flags_.at(cell) | flag));
+    flags_.set(cell, static_cast<std::uint16_t>(flags_.at(cell) | flags));
 }
 
 void TracedWalls::flagLine(PointMm from, PointMm to)
@@ -88,7 +108,9 @@ void TracedWalls::flagWall(const PoseMm& as_right)
             const double aside = to.x * right.x + to.y * right.y;
             const double away = std::hypot(to.x, to.y);
             if (away <= kWallReachMm && away >= kRobotRadiusMm - kCellMm && aside > 0) {
-                flag(cell, kWall);
+                // Who looks from a little aside sees the same side.
+                const int side = sideTowards(cell, as_right.at);
+                flag(cell, sideFlag(side - 1) | sideFlag(side) | sideFlag(side + 1));
             }
         }
     }

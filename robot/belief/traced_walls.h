@@ -36,7 +36,9 @@ public:
 
     [[nodiscard]] const std::vector<Chain>& chains() const { return chains_; }
     /// The cell shows a wall that was followed, or what stood beside the robot then.
-    [[nodiscard]] bool isTraced(CellIndex cell) const { return (flags_.at(cell) & kWall) != 0; }
+    [[nodiscard]] bool isTraced(CellIndex cell) const { return (flags_.at(cell) & kSides) != 0; }
+    /// It was followed on the side where this place is: of a wall between two rooms each has its own.
+    [[nodiscard]] bool isTraced(CellIndex cell, PointMm from) const;
     /// The robot followed a wall over this cell.
     [[nodiscard]] bool isWay(CellIndex cell) const { return (flags_.at(cell) & kWay) != 0; }
     /// Grows with each change.
@@ -46,10 +48,11 @@ public:
     [[nodiscard]] Grid<unsigned char> outside() const;
 
 private:
-    enum : unsigned char
+    // A wall has eight sides, an eighth of a turn each.
+    enum : std::uint16_t
     {
-        kWay = 1,
-        kWall = 2
+        kSides = 0xFF,
+        kWay = 0x100
     };
     struct Spot
     {
@@ -57,14 +60,14 @@ private:
         std::size_t place;
     };
 
-    void flag(CellIndex cell, unsigned char flag);
+    void flag(CellIndex cell, unsigned flags);
     void flagLine(PointMm from, PointMm to);
     void flagWall(const PoseMm& as_right);
     [[nodiscard]] const Place* tracedHere(int chain, const Place& now) const;
 
     std::vector<Chain> chains_;
     std::unordered_map<std::uint64_t, std::vector<Spot>> by_cell_;
-    Grid<unsigned char> flags_{0};
+    Grid<std::uint16_t> flags_{0};
     double again_mm_ = 0;  ///< how long the way has led along a traced wall
     std::uint64_t version_ = 0;
 };

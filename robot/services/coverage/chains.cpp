@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "robot/planning/contour.h"
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 
@@ -9,7 +10,7 @@ namespace vemra::robot {
 namespace {
 
 // From a place on open floor so far away a wall can be run at.
-constexpr int kBlockWithin = 6;
+constexpr int kBlockWithin = 5;
 // The wall of an end lies so near to it.
 constexpr int kWallWithin = 8;
 constexpr double kBehindFaceMm = 120;
@@ -44,13 +45,43 @@ std::optional<CellIndex> ChainLeaves::untracedNear(CellIndex cell) const
         for (int column = -kBlockWithin; column <= kBlockWithin; ++column) {
             const CellIndex at{cell.column + column, cell.row + row};
             const int away = row * row + column * column;
-            if (away < least && ground_.isUntraced(at)) {
+            if (away < least && ground_.isUntraced(at, centreOf(cell))) {
                 least = away;
                 nearest = at;
             }
         }
     }
     return nearest;
+}
+
+// A wall is followed with the wall on the right. Begun anywhere, all of it that lies behind would be left; so
+// it is followed from where the traced wall before it ends. None: nothing of it is traced, so that it may
+// begin anywhere.
+std::optional<CellIndex> ChainLeaves::whereFollowingBegins(const SearchGround& ground, CellIndex stand,
+                                                           CellIndex block) const
+{
+    const auto isOpen = [&](CellIndex cell) { return ground.plan.at(cell) == Ground::Open; };
+    // Up to the wall.
+    CellIndex towards{};
+    for (int i = 0; i < kBlockWithin; ++i) {
+        towards = {(block.column > stand.column) - (block.column < stand.column),
+                   (block.row > stand.row) - (block.row < stand.row)};
+        const CellIndex next{stand.column + towards.column, stand.row + towards.row};
+        if (!isOpen(next)) {
+            break;
+        }
+        stand = next;
+    }
+    if (isOpen({stand.column + towards.column, stand.row + towards.row})) {
+        return std::nullopt;
+    }
+    bool ended = false;
+    const auto contour = contourWithEdgeOnLeft(ground.plan, stand, towards, [&](CellIndex cell) {
+        ended = !untracedNear(cell) || (ground.region && !contains(*ground.region, centreOf(cell)));
+        return !ended;
+    });
+    // The last one lies beside what is traced.
+    return ended && contour.size() > 1 ? std::optional{contour[contour.size() - 2]} : std::nullopt;
 }
 
 std::optional<GridPath> ChainLeaves::nearestBlock(const SearchGround& ground)
@@ -70,6 +101,12 @@ std::optional<GridPath> ChainLeaves::nearestBlock(const SearchGround& ground)
     if (!way || !block) {
         return std::nullopt;
     }
+    if (const auto begin = whereFollowingBegins(ground, way->cells.back(), *block)) {
+        if (auto there = findPath(ground.costs, ground.from, *begin)) {
+            way = std::move(there);
+            block = untracedNear(*begin);
+        }
+    }
     block_ = centreOf(*block);
     ground_.offers().take("block", *block_);
     ground.keys.set("awesome_search_block", *block_);
@@ -88,7 +125,7 @@ bool ChainLeaves::goesOn(const TracedWalls::Chain& chain) const
     const CellIndex end = cellAt(chain.places.back().at);
     for (int row = -kWallWithin; row <= kWallWithin; ++row) {
         for (int column = -kWallWithin; column <= kWallWithin; ++column) {
-            if (ground_.isUntraced({end.column + column, end.row + row})) {
+            if (ground_.isUntraced({end.column + column, end.row + row}, chain.places.back().at)) {
                 return true;
             }
         }
@@ -132,7 +169,7 @@ BT::NodeStatus ChainLeaves::needsFollowing()
     const PointMm contact = map.lastContact();
     const CellIndex at = cellAt(contact);
     if (map.lastContactFrame() == 0 || parts_.state.frame > map.lastContactFrame() + kFreshFrames ||
-        distance(contact, map.pose().at) > kFreshWithinMm || map.tracedWalls().isTraced(at)) {
+        distance(contact, map.pose().at) > kFreshWithinMm || map.tracedWalls().isTraced(at, map.pose().at)) {
         return BT::NodeStatus::FAILURE;
     }
     return passed(ground_.offers().take("contact", contact));

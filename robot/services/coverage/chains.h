@@ -27,6 +27,8 @@ private:
     BT::NodeStatus needsFollowing();
     [[nodiscard]] bool goesOn(const TracedWalls::Chain& chain) const;
     [[nodiscard]] std::optional<CellIndex> untracedNear(CellIndex cell) const;
+    [[nodiscard]] std::optional<CellIndex> whereFollowingBegins(const SearchGround& ground, CellIndex stand,
+                                                                CellIndex block) const;
 
     RobotParts parts_;
     CoverageGround& ground_;

@@ -84,9 +84,9 @@ std::vector<CleaningRun> CoverageGround::runsNeverDriven(const PlanningMap& plan
     return runsOf(plan, window, longerAlongY(plan, window), counts, 1);
 }
 
-bool CoverageGround::isUntraced(CellIndex cell) const
+bool CoverageGround::isUntraced(CellIndex cell, PointMm from) const
 {
-    return map_.occupancy().at(cell) == CellState::Occupied && !map_.tracedWalls().isTraced(cell);
+    return map_.occupancy().at(cell) == CellState::Occupied && !map_.tracedWalls().isTraced(cell, from);
 }
 
 const Grid<unsigned char>& CoverageGround::outside()

@@ -39,8 +39,8 @@ public:
     /// The longer side of the open floor of a region lies along y.
     [[nodiscard]] static bool longerAlongY(const PlanningMap& plan, const CellWindow& region);
 
-    /// Something stands here whose wall nobody followed.
-    [[nodiscard]] bool isUntraced(CellIndex cell) const;
+    /// Something stands here whose wall nobody followed on the side of a place.
+    [[nodiscard]] bool isUntraced(CellIndex cell, PointMm from) const;
     /// The place lies on floor that cannot be left without crossing a chain.
     [[nodiscard]] bool isEnclosed(const PlanningMap& plan, PointMm place);
 

@@ -38,7 +38,7 @@ bool LineLeaves::touchesUntraced(CellIndex last, CellIndex step) const
             const double after = ahead - std::sqrt(kRadiusCells * kRadiusCells - aside * aside);
             if (after < first) {
                 first = after;
-                untraced = ground_.isUntraced(cell);
+                untraced = ground_.isUntraced(cell, centreOf(last));
             }
         }
     }

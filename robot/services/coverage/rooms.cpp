@@ -456,7 +456,8 @@ void RoomLeaves::installTests(leaf::LeafHost& host)
         const CellWindow& window = plan.window();
         for (std::size_t i = 0; room && i < window.cells(); ++i) {
             const CellIndex cell = window.cellOf(i);
-            if (ground_.isUntraced(cell) && near(centreOf(cell), *room, kInRoomMm)) {
+            if (ground_.map().occupancy().at(cell) == CellState::Occupied &&
+                !ground_.map().tracedWalls().isTraced(cell) && near(centreOf(cell), *room, kInRoomMm)) {
                 return BT::NodeStatus::SUCCESS;
             }
         }
