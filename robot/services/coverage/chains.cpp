@@ -5,6 +5,7 @@
 #include "robot/planning/contour.h"
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
+#include "robot/services/coverage/run_search.h"
 
 namespace vemra::robot {
 namespace {
@@ -98,7 +99,7 @@ std::optional<GridPath> ChainLeaves::nearestBlock(const SearchGround& ground)
         return block && ground_.offers().isOpen("block", centreOf(*block)) &&
                !ground_.isEnclosed(ground.plan, centreOf(cell));
     });
-    if (!way || !block) {
+    if (!way || !block || !isWorthIt(ground, *way)) {
         return std::nullopt;
     }
     if (const auto begin = whereFollowingBegins(ground, way->cells.back(), *block)) {
@@ -148,7 +149,7 @@ std::optional<GridPath> ChainLeaves::nearestEnd(const SearchGround& ground)
             continue;
         }
         auto way = findWay(ground.plan, ground.costs, ground.from, end, kMarkedMm);
-        if (way && (!best || way->cost < best->cost)) {
+        if (way && isWorthIt(ground, *way) && (!best || way->cost < best->cost)) {
             best = std::move(way);
             of = i;
         }

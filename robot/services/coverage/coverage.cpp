@@ -101,6 +101,9 @@ std::optional<GridPath> CoverageService::nearestUnseen(const SearchGround& groun
         }
         return unseen >= kUnseenCells && ground_.offers().isOpen("unseen", centreOf(cell));
     });
+    if (way && !isWorthIt(ground, *way)) {
+        return std::nullopt;
+    }
     if (way) {
         ground_.offers().take("unseen", centreOf(way->cells.back()));
     }

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t kWorthATrialCells = 30;
 
-bool isWorthATrial(const PlanningMap& plan, CellIndex behind)
+bool isRoomToGetAbout(const PlanningMap& plan, CellIndex behind)
 {
     std::vector<CellIndex> reached{behind};
     const auto isReached = [&](CellIndex cell) {
@@ -27,16 +27,24 @@ bool isWorthATrial(const PlanningMap& plan, CellIndex behind)
 
 }  // namespace
 
+bool leadsOverBridge(const SearchGround& ground, const GridPath& way)
+{
+    return std::any_of(way.cells.begin(), way.cells.end(), [&](CellIndex cell) {
+        return ground.plan.at(cell) == Ground::Tight && !(cell == ground.from);
+    });
+}
+
+bool isWorthIt(const SearchGround& ground, const GridPath& way)
+{
+    return !leadsOverBridge(ground, way) || isRoomToGetAbout(ground.plan, way.cells.back());
+}
+
 std::optional<GridPath> wayToNearestRun(const SearchGround& ground, std::vector<CleaningRun> runs,
                                         const std::function<bool(const CleaningRun&, bool)>& takes)
 {
     while (const auto run = nearestRun(runs, ground.costs, ground.from)) {
         auto way = findPath(ground.costs, ground.from, run->first);
-        const bool over_bridge =
-            way && std::any_of(way->cells.begin(), way->cells.end(), [&](CellIndex cell) {
-                return ground.plan.at(cell) == Ground::Tight && !(cell == ground.from);
-            });
-        if ((!over_bridge || isWorthATrial(ground.plan, run->first)) && takes(*run, over_bridge)) {
+        if (way && isWorthIt(ground, *way) && takes(*run, leadsOverBridge(ground, *way))) {
             return way;
         }
         std::erase_if(runs, [&](const CleaningRun& other) {
