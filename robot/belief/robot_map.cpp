@@ -19,15 +19,17 @@ constexpr double kContactSpreadDeg = 40;
 // A contact lies a little outside of the casing.
 constexpr double kOutsideMm = 10;
 
+// Where the sides of the casing's front are felt.
+constexpr double kSideDeg = 50;
+
 // The middle of where something was met; positive to the left.
 double bearingOf(const Sides& met)
 {
-    constexpr double kSide = 50;
     constexpr double kBetween = 25;
     if (met.left == met.right) {
         return 0;
     }
-    const double off = met.middle ? kBetween : kSide;
+    const double off = met.middle ? kBetween : kSideDeg;
     return met.left ? off : -off;
 }
 
@@ -107,12 +109,35 @@ void RobotMap::enterScan()
     scanned_ = true;
 }
 
+Sides RobotMap::enterSteps()
+{
+    Sides closed;
+    const Sides& felt = body_.stepAhead();
+    if (!felt.any()) {
+        return closed;
+    }
+    const PoseMm at = pose();
+    const auto enter = [&](bool here, double bearing) {
+        const PointMm place = at.at + kRobotRadiusMm * direction({at.yaw.value + bearing});
+        if (here) {
+            steps_.meet(place, !new_steps_closed_);
+        }
+        return here && !steps_.isOpen(place);
+    };
+    closed.left = enter(felt.left, kSideDeg);
+    closed.middle = enter(felt.middle, 0);
+    closed.right = enter(felt.right, -kSideDeg);
+    return closed;
+}
+
 void RobotMap::enterContact(std::uint64_t frame)
 {
     contacts_.forgetOld(static_cast<std::int64_t>(frame));
     const Sides& bumper = body_.bumper();
     const Sides& cliffs = body_.cliffs();
-    const Sides met{bumper.left || cliffs.left, bumper.middle || cliffs.middle, bumper.right || cliffs.right};
+    const Sides steps = enterSteps();
+    const Sides met{bumper.left || cliffs.left || steps.left, bumper.middle || cliffs.middle || steps.middle,
+                    bumper.right || cliffs.right || steps.right};
     const bool now = met.any();
     if (now && !pressed_) {
         const PoseMm at = pose();
@@ -121,6 +146,11 @@ void RobotMap::enterContact(std::uint64_t frame)
         last_contact_ = at.at + (kRobotRadiusMm + kOutsideMm) * direction(heading);
         last_contact_frame_ = frame;
         const auto seen = body_.recentScan().nearest({bearing}, {kContactSpreadDeg});
+        // A step is kept in a book of its own.
+        if (steps.any() && !bumper.any() && !cliffs.any()) {
+            pressed_ = now;
+            return;
+        }
         if (cliffs.any() || !seen || *seen > kRobotRadiusMm + kExplainedMm) {
             const bool draw = draw_mode_ == DrawMode::BlockOnly || draw_mode_ == DrawMode::Everything;
             contacts_.add(last_contact_, static_cast<std::int64_t>(frame), draw);
@@ -172,6 +202,7 @@ void RobotMap::reset()
     occupancy_.reset();
     track_.reset();
     contacts_.reset();
+    steps_.reset();
     cleaned_.reset();
     traced_walls_.reset();
     ++resets_;
@@ -191,6 +222,8 @@ std::vector<PointMm> RobotMap::obstaclesNear(double radius_mm, bool by_laser) co
             near.push_back(contact.at);
         }
     }
+    std::copy_if(steps_.closed().begin(), steps_.closed().end(), std::back_inserter(near),
+                 [&](PointMm p) { return distance(p, at) <= radius_mm; });
     return near;
 }
 

@@ -11,6 +11,7 @@
 #include "robot/belief/contacts.h"
 #include "robot/belief/occupancy.h"
 #include "robot/belief/room_grid.h"
+#include "robot/belief/steps.h"
 #include "robot/belief/traced_walls.h"
 #include "robot/belief/track.h"
 #include "robot/body/body.h"
@@ -32,6 +33,7 @@ struct MapVersion
 {
     std::uint64_t occupancy = 0;
     std::uint64_t contacts = 0;
+    std::uint64_t steps = 0;
     std::uint64_t virtual_walls = 0;
     std::uint64_t track = 0;
     std::uint64_t resets = 0;
@@ -65,6 +67,10 @@ public:
     /// A place where the robot was before it came to where it is.
     void remember(PointMm place) { track_.follow(place); }
     [[nodiscard]] const ContactMap& contacts() const { return contacts_; }
+    [[nodiscard]] const StepBook& steps() const { return steps_; }
+    [[nodiscard]] StepBook& steps() { return steps_; }
+    /// Steps that are met from now on are closed, or open.
+    void keepNewStepsClosed(bool closed) { new_steps_closed_ = closed; }
     [[nodiscard]] const CleanedFloor& cleaned() const { return cleaned_; }
     [[nodiscard]] CleanedFloor& cleaned() { return cleaned_; }
     [[nodiscard]] const TracedWalls& tracedWalls() const { return traced_walls_; }
@@ -88,7 +94,8 @@ public:
     /// While it stays the same, a search over the map comes out as before.
     [[nodiscard]] MapVersion version() const
     {
-        return {occupancy_.version(), contacts_.version(), walls_set_, track_.size(), resets_};
+        return {occupancy_.version(), contacts_.version(), steps_.version(),
+                walls_set_,           track_.size(),       resets_};
     }
     [[nodiscard]] DrawMode drawMode() const { return draw_mode_; }
     void setDrawMode(DrawMode mode) { draw_mode_ = mode; }
@@ -109,12 +116,16 @@ public:
 private:
     void enterScan();
     void enterContact(std::uint64_t frame);
+    /// Enters steps that the body feels; those that are closed.
+    [[nodiscard]] Sides enterSteps();
 
     Body& body_;
     const PoseSource& pose_;
     OccupancyMap occupancy_;
     Track track_;
     ContactMap contacts_;
+    StepBook steps_;
+    bool new_steps_closed_ = false;
     CleanedFloor cleaned_;
     TracedWalls traced_walls_;
     struct Aside

@@ -191,10 +191,18 @@ void Body::feelContacts()
 
 void Body::feelFloor()
 {
+    step_ahead_ = {};
     if (lifted_) {
         cliffs_ = {true, true, true};
         wheel_drop_ = {true, true};
         return;
+    }
+    if (world_.hasSteps()) {
+        const auto on_step = [this](double bearing_deg) {
+            return world_.isStep(around(pose_, bearing_deg, kRobotRadiusMm));
+        };
+        step_ahead_ = {on_step(60) || on_step(40), on_step(20) || on_step(0) || on_step(-20),
+                       on_step(-40) || on_step(-60)};
     }
     const auto over_edge = [this](double bearing_deg, double radius_mm) {
         return world_.isCliff(around(pose_, bearing_deg, radius_mm));

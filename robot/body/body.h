@@ -95,6 +95,8 @@ public:
     /// Something holds the robot back from behind. There is no bumper there; the wheels feel it.
     [[nodiscard]] bool rearContact() const { return rear_contact_; }
     [[nodiscard]] const Sides& cliffs() const { return cliffs_; }
+    /// The line laser sees a step in the floor at the front of the casing.
+    [[nodiscard]] const Sides& stepAhead() const { return step_ahead_; }
     [[nodiscard]] const WheelDrop& wheelDrop() const { return wheel_drop_; }
     /// Speed over the floor by the optical flow sensor, mm/s; negative backwards.
     [[nodiscard]] double flowSpeed() const { return flow_speed_; }
@@ -188,6 +190,7 @@ private:
     std::vector<Touch> touches_;
     Sides bumper_;
     Sides cliffs_;
+    Sides step_ahead_;
     Sides jammed_;
     WheelDrop wheel_drop_;
     bool rear_contact_ = false;

@@ -202,8 +202,9 @@ bool Robot::changeHome(const Happening& what)
 {
     if (const auto* thing = std::get_if<PutDown>(&what)) {
         takeAway(thing->name);
-        things_[thing->name] =
-            world_.putDown({thing->box.low, thing->box.high}, thing->low ? Height::Low : Height::Tall);
+        things_[thing->name] = world_.putDown({thing->box.low, thing->box.high}, thing->step  ? Height::Step
+                                                                                 : thing->low ? Height::Low
+                                                                                              : Height::Tall);
         return true;
     }
     const auto* gone = std::get_if<TakeAway>(&what);

@@ -45,6 +45,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<MotionService>(parts, knowledge.localisation));
     auto navigation = std::make_unique<NavigationService>(parts, knowledge.map, knowledge.switches);
     const BorderLeaves& borders = navigation->borders();
+    const StepLeaves& steps = navigation->steps();
     add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.store, knowledge.switches,
                                           navigation->search()));
     add(std::move(navigation));
@@ -55,6 +56,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
                                                     knowledge.map.virtualWalls());
     sensing->addEdge("DockField", [&dock] { return dock.edgeOfDock(); });
     borders.feltBy(*sensing);
+    steps.feltBy(*sensing);
     add(std::make_unique<EscapeService>(parts, *sensing));
     add(std::move(sensing));
     add(std::make_unique<SettingsService>(parts, start));

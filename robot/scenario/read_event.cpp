@@ -74,8 +74,12 @@ Happening readStuck(const YamlFields& event, std::string_view name)
 Happening readPutDown(const YamlFields& event)
 {
     const std::vector<double> edges = event.places("box_at", 4);
-    PutDown thing{event.text("put_down"), areaOf(edges, event, event.node("box_at"), "box_at"), false};
+    PutDown thing{event.text("put_down"), areaOf(edges, event, event.node("box_at"), "box_at")};
     thing.low = event.has("low") && event.flag("low");
+    thing.step = event.has("step") && event.flag("step");
+    if (thing.low && thing.step) {
+        event.fail("step", "either a low thing or a step");
+    }
     return thing;
 }
 
@@ -162,7 +166,7 @@ const std::vector<Action>& actions()
         {"stuck", {}, readStuck<true>},
         {"unstuck", {}, readStuck<false>},
         {"slip", {}, [](Fields e, Name n) -> Happening { return Slip{e.number(n, 0, 1)}; }},
-        {"put_down", {"box_at", "low"}, [](Fields e, Name) { return readPutDown(e); }},
+        {"put_down", {"box_at", "low", "step"}, [](Fields e, Name) { return readPutDown(e); }},
         {"take_away", {}, [](Fields e, Name n) -> Happening { return TakeAway{e.text(n)}; }},
         {"error", {}, readFault<FaultKind::Error, true>},
         {"clear_error", {}, readFault<FaultKind::Error, false>},

@@ -107,7 +107,8 @@ struct PutDown
 {
     std::string name;
     AreaMm box;
-    bool low = false;  ///< below the laser's plane
+    bool low = false;   ///< below the laser's plane
+    bool step = false;  ///< a sill: the robot can drive over it
 };
 
 struct TakeAway

@@ -33,8 +33,24 @@ bool World::isCliff(PointMm point) const
                        [point](const BoxMm& cliff) { return contains(cliff, point); });
 }
 
+bool World::isStep(PointMm point) const
+{
+    return std::any_of(things_.begin(), things_.end(), [point](const Thing& thing) {
+        return thing.height == Height::Step && contains(thing.box, point);
+    });
+}
+
+bool World::hasSteps() const
+{
+    return std::any_of(things_.begin(), things_.end(),
+                       [](const Thing& thing) { return thing.height == Height::Step; });
+}
+
 void World::enter(const Thing& thing)
 {
+    if (thing.height == Height::Step) {
+        return;
+    }
     // An edge that lies on a border between cells does not reach into the next one.
     const double inside = 1e-6;
     const CellIndex low = solid_.cellOf(thing.box.low + PointMm{inside, inside});

@@ -13,7 +13,8 @@ namespace vemra::robot {
 enum class Height : std::uint8_t
 {
     Tall,  ///< the laser sees it
-    Low    ///< below the laser's plane: only a bumper finds it
+    Low,   ///< below the laser's plane: only a bumper finds it
+    Step   ///< a sill or threshold, low enough to drive over
 };
 
 /// What a robot can meet in a home: its walls and furniture, what somebody put down in it, and edges of the
@@ -40,6 +41,9 @@ public:
     void addCliff(const BoxMm& box) { cliffs_.push_back(box); }
     [[nodiscard]] const std::vector<BoxMm>& cliffs() const { return cliffs_; }
     [[nodiscard]] bool isCliff(PointMm point) const;
+    /// The floor is a step higher here.
+    [[nodiscard]] bool isStep(PointMm point) const;
+    [[nodiscard]] bool hasSteps() const;
 
     /// The dock begins to send.
     void setDockField(DockField field) { dock_field_ = std::move(field); }

@@ -1,6 +1,7 @@
 #include "robot/services/coverage/chains.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "robot/planning/contour.h"
 #include "robot/services/blackboard/blackboard_types.h"
@@ -176,6 +177,48 @@ BT::NodeStatus ChainLeaves::needsFollowing()
     return passed(ground_.offers().take("contact", contact));
 }
 
+// For some ticks on end beside a place where a followed wall goes on.
+BT::NodeStatus ChainLeaves::nearOpenEnd(const BT::TreeNode& node)
+{
+    const auto within = node.getParam<double>("dis_threshold");
+    const auto ticks = node.getParam<int>("ticks_threshold");
+    const std::string key = textOf(node, "out_chain_element");
+    if (!within || !ticks || key.empty()) {
+        return BT::NodeStatus::FAILURE;
+    }
+    ground_.sync();
+    const PointMm at = ground_.map().pose().at;
+    const auto& chains = ground_.map().tracedWalls().chains();
+    const auto end = std::find_if(chains.begin(), chains.end(), [&](const TracedWalls::Chain& chain) {
+        return !chain.places.empty() && distance(chain.places.back().at, at) <= *within && goesOn(chain);
+    });
+    const bool on_end = near_end_asked_in_ + 1 >= parts_.state.frame;
+    near_end_asked_in_ = parts_.state.frame;
+    near_end_ticks_ = end == chains.end() ? 0 : (on_end ? near_end_ticks_ : 0) + 1;
+    if (end == chains.end() || near_end_ticks_ < *ticks) {
+        return BT::NodeStatus::FAILURE;
+    }
+    node.blackboard()->set(key, end->places.back().at);
+    return BT::NodeStatus::SUCCESS;
+}
+
+// A wall was followed away from a line; beyond what ended the line the robot has come back onto it.
+BT::NodeStatus ChainLeaves::metLineAgain(const BT::TreeNode& node)
+{
+    const auto line = node.getParam<SegmentMm>("current_line");
+    if (!line || distance(line->from, line->to) < 1) {
+        return BT::NodeStatus::FAILURE;
+    }
+    const PointMm along = (1 / distance(line->from, line->to)) * (line->to - line->from);
+    const auto placeOn = [&](PointMm point) {
+        const PointMm to = point - line->from;
+        return PointMm{to.x * along.x + to.y * along.y, along.x * to.y - along.y * to.x};
+    };
+    const PointMm robot = placeOn(ground_.map().pose().at);
+    const PointMm contact = placeOn(ground_.map().lastContact());
+    return passed(std::abs(robot.y) <= kCellMm && robot.x > contact.x + kFreshWithinMm / 2);
+}
+
 BT::NodeStatus ChainLeaves::extendBlock(const BT::TreeNode& node)
 {
     const auto block = pointOf(node, "block_point");
@@ -213,6 +256,8 @@ void ChainLeaves::install(leaf::LeafHost& host)
         }));
     });
     host.condition("GongNeedFollowWall", [this](BT::TreeNode&) { return needsFollowing(); });
+    host.condition("IsNearChainOpenEnd", [this](BT::TreeNode& node) { return nearOpenEnd(node); });
+    host.condition("CheckCurrentLineBump", [this](BT::TreeNode& node) { return metLineAgain(node); });
     host.action("ExtendBlockPoint", [this](BT::TreeNode& node) { return extendBlock(node); });
     installRegions(host);
 }

@@ -25,6 +25,8 @@ private:
     BT::NodeStatus mark(const BT::TreeNode& node);
     BT::NodeStatus extendBlock(const BT::TreeNode& node);
     BT::NodeStatus needsFollowing();
+    BT::NodeStatus nearOpenEnd(const BT::TreeNode& node);
+    BT::NodeStatus metLineAgain(const BT::TreeNode& node);
     [[nodiscard]] bool goesOn(const TracedWalls::Chain& chain) const;
     [[nodiscard]] std::optional<CellIndex> untracedNear(CellIndex cell) const;
     [[nodiscard]] std::optional<CellIndex> whereFollowingBegins(const SearchGround& ground, CellIndex stand,
@@ -32,7 +34,9 @@ private:
 
     RobotParts parts_;
     CoverageGround& ground_;
-    std::optional<PointMm> block_;  ///< the last one offered
+    std::optional<PointMm> block_;         ///< the last one offered
+    std::uint64_t near_end_asked_in_ = 0;  ///< frame
+    int near_end_ticks_ = 0;
 };
 
 }  // namespace vemra::robot

@@ -100,6 +100,7 @@ PlanningMap planningMapOf(const RobotMap& map, const SensorSwitches& switches)
     for (const ContactMap::Contact& contact : map.contacts().all()) {
         contacts.push_back(contact.at);
     }
+    contacts.insert(contacts.end(), map.steps().closed().begin(), map.steps().closed().end());
     const VirtualWalls walls = switchedOn(map.virtualWalls(), switches);
     PlanningMap plan = makePlanningMap(map.occupancy().states(map.occupancy().window()),
                                        {.contacts = contacts, .virtual_walls = &walls});

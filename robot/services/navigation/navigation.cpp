@@ -15,6 +15,7 @@ NavigationService::NavigationService(const RobotParts& parts, RobotMap& map, con
       view_{map_, switches},
       grid_maps_(parts, map_, switches),
       borders_(parts, map_, switches),
+      steps_(parts, map_),
       trajectory_(parts, map_, switches),
       bridges_(parts, map_, switches),
       search_(parts, map_, switches, bridges_.book()),
@@ -34,6 +35,7 @@ void NavigationService::install(leaf::LeafHost& host)
 {
     grid_maps_.install(host);
     borders_.install(host);
+    steps_.install(host);
     trajectory_.install(host);
     bridges_.install(host);
     search_.install(host);

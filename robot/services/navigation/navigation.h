@@ -3,6 +3,7 @@
 #include "robot/services/bridges/bridges.h"
 #include "robot/services/maps/borders.h"
 #include "robot/services/maps/grid_maps.h"
+#include "robot/services/maps/steps.h"
 #include "robot/services/navigation/drive/navigation_drive.h"
 #include "robot/services/navigation/explore/navigation_explore.h"
 #include "robot/services/navigation/explore/random_points.h"
@@ -26,6 +27,7 @@ public:
     [[nodiscard]] NavigationSearch& search() { return search_; }
     /// Where borders that count as walls are felt.
     [[nodiscard]] const BorderLeaves& borders() const { return borders_; }
+    [[nodiscard]] const StepLeaves& steps() const { return steps_; }
 
 private:
     void installRandomPoint(leaf::LeafHost& host);
@@ -36,6 +38,7 @@ private:
     DriveView view_;
     GridMapService grid_maps_;
     BorderLeaves borders_;
+    StepLeaves steps_;
     TrajectoryService trajectory_;
     BridgeService bridges_;
     NavigationSearch search_;
