@@ -109,6 +109,24 @@ void RobotMap::enterScan()
     scanned_ = true;
 }
 
+// A side of the bumper is long: where the body has been there is nothing, so that what was met lies farther
+// back.
+PointMm RobotMap::contactAt(const PoseMm& at, double bearing) const
+{
+    constexpr double kBackDeg = 20;
+    constexpr double kFarthestBackDeg = 90;
+    const auto placeAt = [&](double deg) {
+        return at.at + (kRobotRadiusMm + kOutsideMm) * direction({at.yaw.value + deg});
+    };
+    for (double deg = std::abs(bearing); bearing != 0 && deg <= kFarthestBackDeg; deg += kBackDeg) {
+        const PointMm place = placeAt(std::copysign(deg, bearing));
+        if (!track_.covered(cellAt(place))) {
+            return place;
+        }
+    }
+    return placeAt(bearing);
+}
+
 Sides RobotMap::enterSteps()
 {
     Sides closed;
@@ -142,8 +160,7 @@ void RobotMap::enterContact(std::uint64_t frame)
     if (now && !pressed_) {
         const PoseMm at = pose();
         const double bearing = bearingOf(met);
-        const Degrees heading{at.yaw.value + bearing};
-        last_contact_ = at.at + (kRobotRadiusMm + kOutsideMm) * direction(heading);
+        last_contact_ = contactAt(at, bearing);
         last_contact_frame_ = frame;
         const auto seen = body_.recentScan().nearest({bearing}, {kContactSpreadDeg});
         // A step is kept in a book of its own.
