@@ -158,22 +158,33 @@ void RobotMap::enterContact(std::uint64_t frame)
                     bumper.right || cliffs.right || steps.right};
     const bool now = met.any();
     if (now && !pressed_) {
-        const PoseMm at = pose();
-        const double bearing = bearingOf(met);
-        last_contact_ = contactAt(at, bearing);
         last_contact_frame_ = frame;
-        const auto seen = body_.recentScan().nearest({bearing}, {kContactSpreadDeg});
-        // A step is kept in a book of its own.
-        if (steps.any() && !bumper.any() && !cliffs.any()) {
-            pressed_ = now;
-            return;
-        }
-        if (cliffs.any() || !seen || *seen > kRobotRadiusMm + kExplainedMm) {
-            const bool draw = draw_mode_ == DrawMode::BlockOnly || draw_mode_ == DrawMode::Everything;
-            contacts_.add(last_contact_, static_cast<std::int64_t>(frame), draw);
+        if (met.left && met.right && !met.middle) {
+            // Between two things.
+            meet(-kSideDeg, frame);
+            meet(kSideDeg, frame);
+        } else {
+            meet(bearingOf(met), frame);
         }
     }
     pressed_ = now;
+}
+
+// Something was met. The laser may explain it, and a step is kept in a book of its own; else it goes into the
+// map.
+void RobotMap::meet(double bearing, std::uint64_t frame)
+{
+    last_contact_ = contactAt(pose(), bearing);
+    const bool edge = body_.cliffs().any();
+    const auto seen = body_.recentScan().nearest({bearing}, {kContactSpreadDeg});
+    const bool explained = seen && *seen <= kRobotRadiusMm + kExplainedMm;
+    if (!edge && (explained || !body_.bumper().any())) {
+        return;
+    }
+    const bool draw = draw_mode_ == DrawMode::BlockOnly || draw_mode_ == DrawMode::Everything;
+    // Where the body has been nothing stands for good.
+    const bool lasting = draw && (edge || !track_.covered(cellAt(last_contact_)));
+    contacts_.add(last_contact_, static_cast<std::int64_t>(frame), lasting);
 }
 
 void RobotMap::forgetCleaning()

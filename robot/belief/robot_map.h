@@ -116,6 +116,7 @@ public:
 private:
     void enterScan();
     void enterContact(std::uint64_t frame);
+    void meet(double bearing, std::uint64_t frame);
     [[nodiscard]] PointMm contactAt(const PoseMm& at, double bearing) const;
     /// Enters steps that the body feels; those that are closed.
     [[nodiscard]] Sides enterSteps();
