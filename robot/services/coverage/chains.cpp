@@ -100,7 +100,7 @@ std::optional<GridPath> ChainLeaves::nearestBlock(const SearchGround& ground)
         return block && ground_.offers().isOpen("block", centreOf(*block)) &&
                !ground_.isEnclosed(ground.plan, centreOf(cell));
     });
-    if (!way || !block || !isWorthIt(ground, *way)) {
+    if (!way || !block || !takeWay(ground, *way, ground_.offers())) {
         return std::nullopt;
     }
     if (const auto begin = whereFollowingBegins(ground, way->cells.back(), *block)) {
@@ -150,12 +150,13 @@ std::optional<GridPath> ChainLeaves::nearestEnd(const SearchGround& ground)
             continue;
         }
         auto way = findWay(ground.plan, ground.costs, ground.from, end, kMarkedMm);
-        if (way && isWorthIt(ground, *way) && (!best || way->cost < best->cost)) {
+        if (way && isOpenWay(ground, *way, ground_.offers()) && (!best || way->cost < best->cost)) {
             best = std::move(way);
             of = i;
         }
     }
     if (best) {
+        takeWay(ground, *best, ground_.offers());
         ground_.offers().take("chain", chains[of].places.back().at);
         ground.keys.set("current_chain_id", static_cast<int>(of) + 1);
         ground.keys.set("follow_wall_dir", chains[of].wall_right);

@@ -76,12 +76,9 @@ bool CoverageService::take(const Happening& what)
 // The same floor and the same book as the planner of lines goes by: what is found here has a line.
 std::optional<GridPath> CoverageService::nearestUnswept(const SearchGround& ground)
 {
-    // The trees go over a trial bridge without asking for a line: the way itself is the offer then.
+    // A line is taken when it is planned; over a trial bridge the trees go without planning one.
     return wayToNearestRun(ground, ground_.runsLeft(ground.plan, ground.region, std::nullopt),
-                           [this](const CleaningRun& run, bool over_bridge) {
-                               return !over_bridge ||
-                                      ground_.offers().take("over a bridge", centreOf(run.first));
-                           });
+                           ground_.offers(), [](const CleaningRun&) { return true; });
 }
 
 std::optional<GridPath> CoverageService::nearestUnseen(const SearchGround& ground)
@@ -101,12 +98,10 @@ std::optional<GridPath> CoverageService::nearestUnseen(const SearchGround& groun
         }
         return unseen >= kUnseenCells && ground_.offers().isOpen("unseen", centreOf(cell));
     });
-    if (way && !isWorthIt(ground, *way)) {
+    if (!way || !takeWay(ground, *way, ground_.offers())) {
         return std::nullopt;
     }
-    if (way) {
-        ground_.offers().take("unseen", centreOf(way->cells.back()));
-    }
+    ground_.offers().take("unseen", centreOf(way->cells.back()));
     return way;
 }
 

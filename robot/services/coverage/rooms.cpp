@@ -306,7 +306,7 @@ std::optional<GridPath> RoomLeaves::placeIn(const SearchGround& ground,
         runs.insert(runs.end(), more.begin(), more.end());
     }
     // A room that is entered for the same floor again and again is given up.
-    return wayToNearestRun(ground, std::move(runs), [this](const CleaningRun& run, bool) {
+    return wayToNearestRun(ground, std::move(runs), ground_.offers(), [this](const CleaningRun& run) {
         return ground_.offers().take("floor of a room", centreOf(run.first));
     });
 }

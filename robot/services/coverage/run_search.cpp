@@ -25,26 +25,47 @@ bool isRoomToGetAbout(const PlanningMap& plan, CellIndex behind)
     return reached.size() >= kWorthATrialCells;
 }
 
-}  // namespace
-
-bool leadsOverBridge(const SearchGround& ground, const GridPath& way)
+// The narrowest place of the gaps on a way that the robot has not been through; none: there is no such gap.
+std::optional<CellIndex> gapToTry(const SearchGround& ground, const GridPath& way)
 {
-    return std::any_of(way.cells.begin(), way.cells.end(), [&](CellIndex cell) {
-        return ground.plan.at(cell) == Ground::Tight && !(cell == ground.from);
-    });
+    std::optional<CellIndex> narrowest;
+    for (const CellIndex cell : way.cells) {
+        if (ground.plan.at(cell) == Ground::Tight && !(cell == ground.from) &&
+            !ground.known.track().passed(cell) &&
+            (!narrowest || ground.plan.room.at(cell) < ground.plan.room.at(*narrowest))) {
+            narrowest = cell;
+        }
+    }
+    return narrowest;
 }
 
-bool isWorthIt(const SearchGround& ground, const GridPath& way)
+constexpr char kGap[] = "gap";
+
+}  // namespace
+
+bool isOpenWay(const SearchGround& ground, const GridPath& way, const OfferBook& offers)
 {
-    return !leadsOverBridge(ground, way) || isRoomToGetAbout(ground.plan, way.cells.back());
+    const auto gap = gapToTry(ground, way);
+    return !gap || (isRoomToGetAbout(ground.plan, way.cells.back()) && offers.isOpen(kGap, centreOf(*gap)));
+}
+
+bool takeWay(const SearchGround& ground, const GridPath& way, OfferBook& offers)
+{
+    if (!isOpenWay(ground, way, offers)) {
+        return false;
+    }
+    const auto gap = gapToTry(ground, way);
+    return !gap || offers.take(kGap, centreOf(*gap));
 }
 
 std::optional<GridPath> wayToNearestRun(const SearchGround& ground, std::vector<CleaningRun> runs,
-                                        const std::function<bool(const CleaningRun&, bool)>& takes)
+                                        OfferBook& offers,
+                                        const std::function<bool(const CleaningRun&)>& takes)
 {
     while (const auto run = nearestRun(runs, ground.costs, ground.from)) {
         auto way = findPath(ground.costs, ground.from, run->first);
-        if (way && isWorthIt(ground, *way) && takes(*run, leadsOverBridge(ground, *way))) {
+        if (way && isOpenWay(ground, *way, offers) && takes(*run)) {
+            takeWay(ground, *way, offers);
             return way;
         }
         std::erase_if(runs, [&](const CleaningRun& other) {
