@@ -20,7 +20,8 @@ robot::Scenario wholeHome(const std::vector<robot::BoxMm>& low)
     int number = 0;
     for (const robot::BoxMm& box : low)
         scenario.events.push_back(
-            {0, robot::PutDown{fmt::format("low {}", ++number), {box.low, box.high}, true, false}, 0, "put down"});
+            {0, robot::PutDown{fmt::format("low {}", ++number), {box.low, box.high}, true, false}, 0,
+             "put down"});
     scenario.events.push_back({250, robot::KeyPress{robot::PanelKey::Start}, 0, "key: start"});
     scenario.frames = 1;
     return scenario;
