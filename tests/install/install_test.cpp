@@ -46,8 +46,9 @@ TEST_F(Installed, AHostThatIsNoPartOfThisIsBuiltAndRuns)
     fs::copy(std::string(VEMRA_SOURCE_DIR) + "/examples/own_project", source);
     const std::string build = folder() / "build";
     outputOf({VEMRA_CMAKE, "-S", source, "-B", build, "-G", "Ninja",
-              "-DCMAKE_PREFIX_PATH=" + prefix().string(), "-DCMAKE_CXX_COMPILER=" VEMRA_COMPILER,
-              "-DCMAKE_CXX_FLAGS=" VEMRA_FLAGS});
+              "-DCMAKE_PREFIX_PATH=" + prefix().string(),
+              std::string("-DCMAKE_CXX_COMPILER=") + VEMRA_COMPILER,
+              std::string("-DCMAKE_CXX_FLAGS=") + VEMRA_FLAGS});
     outputOf({VEMRA_CMAKE, "--build", build});
     const std::string said = outputOf({build + "/own_host"});
     EXPECT_THAT(said,
@@ -76,8 +77,9 @@ TEST_F(Installed, HostsReadTreesFromXmlWhereTheyAskForIt)
         "}\n");
     const std::string build = folder() / "xml_build";
     outputOf({VEMRA_CMAKE, "-S", source, "-B", build, "-G", "Ninja",
-              "-DCMAKE_PREFIX_PATH=" + prefix().string(), "-DCMAKE_CXX_COMPILER=" VEMRA_COMPILER,
-              "-DCMAKE_CXX_FLAGS=" VEMRA_FLAGS});
+              "-DCMAKE_PREFIX_PATH=" + prefix().string(),
+              std::string("-DCMAKE_CXX_COMPILER=") + VEMRA_COMPILER,
+              std::string("-DCMAKE_CXX_FLAGS=") + VEMRA_FLAGS});
     outputOf({VEMRA_CMAKE, "--build", build});
     outputOf({build + "/xml_host"});
 }

@@ -119,6 +119,7 @@ BT::NodeStatus RoomLeaves::takeDrawn()
     }
     setMap(std::make_shared<const RoomGrid>(drawnRooms(boxes)));
     std::vector<Room> rooms;
+    rooms.reserve(boxes.size());
     for (const auto& box : boxes) {
         rooms.push_back({.number = box.first, .passes = passes_});
     }
