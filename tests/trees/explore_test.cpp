@@ -39,5 +39,50 @@ TEST_F(Exploring, GoesOnToRandomPointsBehindTheLastFrontier)
     EXPECT_FALSE(robot.has("explore_found_charger"));
 }
 
+TEST_F(Exploring, FailsWhereNothingIsLeftToGoTo)
+{
+    robot.leaf("AwesomeSearch").fails();
+    robot.leaf("SearchCharger").fails();
+    robot.start("Explore");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_FALSE(robot.has("explore_found_charger"));
+    EXPECT_FALSE(robot.has("generate_points"));
+}
+
+TEST_F(Exploring, ASignalThatIsNoneOrMixedIsNoDock)
+{
+    robot.leaf("SignalTypeMatch").decides([](const Moment& now) {
+        return now.port("a_type") == now.port("b_type") ? SUCCESS : FAILURE;
+    });
+    for (const char* heard : {"None", "Mixed"}) {
+        robot.set("marker_signal_type", heard);
+        robot.leaf("ExploreFindCharger").inTurn({SUCCESS, FAILURE});
+        robot.leaf("AwesomeSearch").fails();
+        robot.leaf("SearchCharger").fails();
+        robot.start("Explore");
+        EXPECT_EQ(robot.finish(100), FAILURE) << heard;
+        EXPECT_TRUE(robot.said("tolvar no charger"));
+        EXPECT_FALSE(robot.has("explore_found_charger"));
+    }
+}
+
+TEST_F(Exploring, QuickMappingKeepsTheOriginThatItHasAndTellsWhetherItIsShutIn)
+{
+    robot.tree("EscapeCoat").fails();
+    robot.set("origin_point", 700);
+    bool way_home = true;
+    robot.leaf("AwesomeSearch").fails();
+    robot.leaf("AwesomeSearch").where("search_mode", "Origin").decides([&](const Moment&) {
+        return way_home ? SUCCESS : FAILURE;
+    });
+    robot.set("path_bridge_max_failure_cnt", 0);
+    robot.start("QuickMapping");
+    EXPECT_EQ(robot.finish(100), SUCCESS);
+    EXPECT_EQ(robot.key("origin_point"), "700");
+    way_home = false;
+    robot.start("QuickMapping");
+    EXPECT_EQ(robot.finish(100), FAILURE);
+}
+
 }  // namespace
 }  // namespace vemra::test
