@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "robot/services/blackboard/timers.h"
+#include "robot/services/cleaning/cleaning_log.h"
 #include "robot/services/cleaning/cleaning_system.h"
 #include "robot/services/cleaning/fittings.h"
 #include "robot/services/coverage/coverage.h"
@@ -16,9 +17,11 @@
 #include "robot/services/motion/motion.h"
 #include "robot/services/navigation/navigation.h"
 #include "robot/services/panel/commands.h"
+#include "robot/services/panel/notices.h"
 #include "robot/services/panel/settings.h"
 #include "robot/services/power/power.h"
 #include "robot/services/self_test/self_test.h"
+#include "robot/services/sensing/attitude.h"
 #include "robot/services/sensing/sensing.h"
 #include "robot/services/sensing/sensing_review.h"
 #include "robot/services/slam/slam.h"
@@ -31,6 +34,8 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
 {
     Services services;
     const auto add = [&services](auto service) { services.push_back(std::move(service)); };
+    add(std::make_unique<AttitudeService>(parts));
+    add(std::make_unique<CleaningLogService>(parts, knowledge.map));
     add(std::make_unique<CleaningSystemService>(parts));
     add(std::make_unique<CommandService>(parts, start));
     add(std::make_unique<DockContactService>(parts));
@@ -49,6 +54,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.store, knowledge.switches,
                                           navigation->search()));
     add(std::move(navigation));
+    add(std::make_unique<NoticeService>(parts));
     add(std::make_unique<PowerService>(parts, start));
     add(std::make_unique<ReviewService>(parts, knowledge.localisation));
     add(std::make_unique<SelfTestService>(parts));

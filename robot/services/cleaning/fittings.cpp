@@ -1,5 +1,6 @@
 #include "robot/services/cleaning/fittings.h"
 
+#include <string>
 #include <utility>
 
 #include "robot/services/core/leaf_functions.h"
@@ -24,8 +25,20 @@ bool FittingService::take(const Happening& what)
         change(water_box_, fitting->installed);
     else if (fitting->fitting == Fitting::Mop)
         change(mop_, fitting->installed);
+    if (fitting->fitting == Fitting::Mop)
+        tellUse();
     warned_of_mop_ = warned_of_mop_ && mop_.fitted && !water_box_.fitted;
     return true;
+}
+
+void FittingService::tellUse()
+{
+    BT::Blackboard& keys = parts_.blackboard;
+    keys.set("use_mop", mop_.fitted);
+    if (!mop_.fitted)
+        keys.set("robot_mop_mode", "0");
+    else if (std::string mode; !keys.get("robot_mop_mode", mode) || mode == "0")
+        keys.set("robot_mop_mode", "2");
 }
 
 // A cloth without the water box is worth a warning, once.
@@ -41,6 +54,8 @@ void FittingService::install(leaf::LeafHost& host)
         return [&happened](BT::TreeNode&) { return passed(std::exchange(happened, false)); };
     };
     const auto now = [](const bool& fitted) { return [&fitted](BT::TreeNode&) { return passed(fitted); }; };
+    if (water_box_.fitted)
+        parts_.blackboard.set("water_box", "");
     host.condition("DoesRobotPutOnWaterBox", once(water_box_.put_on));
     host.condition("DoesRobotDropWaterBox", once(water_box_.dropped));
     host.condition("DoesRobotUsingWaterBox", now(water_box_.fitted));

@@ -257,6 +257,10 @@ void EscapeService::install(leaf::LeafHost& host)
         std::string trapped;
         return passed(!parts_.blackboard.get("trapped", trapped) || trapped != "true");
     });
+    host.action("ClearUpdateWarning", [this](BT::TreeNode&) {
+        watch_.forget();
+        return BT::NodeStatus::SUCCESS;
+    });
     host.action("EscapeInitDeal", [this](BT::TreeNode&) {
         parts_.body.stop();
         return BT::NodeStatus::SUCCESS;

@@ -9,8 +9,8 @@
 
 #include "robot/planning/grid_search.h"
 #include "robot/services/blackboard/blackboard_types.h"
-#include "robot/services/blackboard/number_list.h"
 #include "robot/services/core/leaf_functions.h"
+#include "robot/services/maps/forbidden.h"
 
 namespace vemra::robot {
 namespace {
@@ -250,6 +250,9 @@ void GridMapService::install(leaf::LeafHost& host)
         }
         return BT::NodeStatus::SUCCESS;
     });
+    // The laser's view is made anew with each of its turns, and a contact that is not drawn is soon
+    // forgotten.
+    host.action("LaserReset", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     installVirtualWalls(host);
 }
 
@@ -260,33 +263,13 @@ void GridMapService::installVirtualWalls(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.condition("PromptInVirtualWall", [this](BT::TreeNode&) { return findWayOutOfVirtualWall(); });
+    // Who steers by the surroundings goes by the laser's last turn, which is always at hand.
+    host.action("get_local_map", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
 }
 
-// `virtual_wall_lines`, `virtual_wall_rects` and `virtual_wall_mop_rects` are lists of x;y;x;y in mm,
-// `polygon_virtual_walls` of the corners of one area.
 void GridMapService::generateVirtualWalls()
 {
-    VirtualWalls walls;
-    const BT::Blackboard& keys = parts_.blackboard;
-    const std::vector<double> lines = numbersOf(keys, "virtual_wall_lines");
-    for (std::size_t i = 0; i + 3 < lines.size(); i += 4) {
-        walls.lines.push_back({{lines[i], lines[i + 1]}, {lines[i + 2], lines[i + 3]}});
-    }
-    for (const char* key : {"virtual_wall_rects", "virtual_wall_mop_rects"}) {
-        const std::vector<double> boxes = numbersOf(keys, key);
-        for (std::size_t i = 0; i + 3 < boxes.size(); i += 4) {
-            walls.areas.push_back(boxOutline({boxes[i], boxes[i + 1]}, {boxes[i + 2], boxes[i + 3]}));
-        }
-    }
-    const std::vector<double> corners = numbersOf(keys, "polygon_virtual_walls");
-    PolygonMm polygon;
-    for (std::size_t i = 0; i + 1 < corners.size(); i += 2) {
-        polygon.push_back({corners[i], corners[i + 1]});
-    }
-    if (polygon.size() >= 3) {
-        walls.areas.push_back(polygon);
-    }
-    map_.setVirtualWalls(std::move(walls));
+    map_.setVirtualWalls(virtualWallsOf(parts_.blackboard));
 }
 
 BT::NodeStatus GridMapService::findWayOutOfVirtualWall()

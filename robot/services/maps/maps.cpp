@@ -2,14 +2,23 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <memory>
 #include <string>
 #include <utility>
 
 #include "robot/planning/rooms.h"
+#include "robot/services/blackboard/number_list.h"
 #include "robot/services/core/leaf_functions.h"
+#include "robot/services/maps/forbidden.h"
 
 namespace vemra::robot {
+namespace {
+
+constexpr std::array kWallKeys = {"virtual_wall_lines", "virtual_wall_rects", "virtual_wall_mop_rects",
+                                  "polygon_virtual_walls"};
+
+}  // namespace
 
 MapService::MapService(const RobotParts& parts, RobotMap& map, MapStore& store, const ScenarioStart& start)
     : parts_(parts), map_(map), store_(store), check_result_(start.map.check)
@@ -32,8 +41,25 @@ void MapService::keep(bool anew)
     store_.map->floor = floor;
     if (parts_.state.contacts.touching())
         store_.map->docked = map_.pose();
+    keepWalls();
     store_.present = true;
     store_.in_use = true;
+}
+
+void MapService::keepWalls()
+{
+    for (const char* key : kWallKeys)
+        walls_[key] = numbersOf(parts_.blackboard, key);
+}
+
+// What the app has put down since is newer than what is stored.
+void MapService::showWalls()
+{
+    for (const auto& [key, stored] : walls_)
+        if (!parts_.blackboard.contains(key) && !stored.empty())
+            parts_.blackboard.set(key, stored);
+    keepWalls();
+    map_.setVirtualWalls(virtualWallsOf(parts_.blackboard));
 }
 
 void MapService::forget()
@@ -41,6 +67,7 @@ void MapService::forget()
     store_.present = false;
     store_.in_use = false;
     store_.map.reset();
+    walls_.clear();
     for (const char* key : {"reuse_map_id", "segment_map", "segments_layer"})
         parts_.blackboard.erase(key);
 }
@@ -118,7 +145,7 @@ void MapService::install(leaf::LeafHost& host)
     presetKeys();
     installStore(host);
     for (const char* leaf : {"CheckSegmentMap", "ResetReuseInfoTrans", "UpdateReuseAppMap", "BlackboardFunc",
-                             "MultMapRecover", "GenerateCleaningLog", "RestoreCaCt", "CleanInfoSave"})
+                             "MultMapRecover", "RestoreCaCt", "CleanInfoSave"})
         host.action(leaf, succeed);
     // What a task starts from.
     host.action("PresetBlackboard", [this](BT::TreeNode&) {
@@ -170,6 +197,10 @@ void MapService::installStore(leaf::LeafHost& host)
         }
         takeUp();
         node.blackboard()->set(key, store_.map && !roomsOf(*store_.map->rooms).empty() ? 1 : 2);
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("SetVirtualWallFromReuse", [this](BT::TreeNode&) {
+        showWalls();
         return BT::NodeStatus::SUCCESS;
     });
     host.action("PresetBlackboardForMaps", [this](BT::TreeNode&) {

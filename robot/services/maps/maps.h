@@ -1,5 +1,9 @@
 #pragma once
 
+#include <map>
+#include <string>
+#include <vector>
+
 #include "robot/belief/map_store.h"
 #include "robot/belief/robot_map.h"
 #include "robot/services/core/service.h"
@@ -7,7 +11,8 @@
 namespace vemra::robot {
 
 /// The stored map of the home, its rooms among it: kept at the end of a task that drew one, loaded at
-/// power-on and when a task begins on it. `segment_map` and `segments_layer` hold the map of rooms.
+/// power-on and when a task begins on it, and with it what the user forbade on it. `segment_map` and
+/// `segments_layer` hold the map of rooms.
 class MapService final : public Service
 {
 public:
@@ -21,6 +26,8 @@ private:
     void forget();
     void takeUp();
     void showRooms();
+    void keepWalls();
+    void showWalls();
     void presetKeys();
     void cleanComplete();
     /// Whether the rooms of a timed order become the robot's task: while it charges, while it does a task of
@@ -30,8 +37,9 @@ private:
     RobotParts parts_;
     RobotMap& map_;
     MapStore& store_;
-    double check_result_;  ///< what SLAM's check of it comes to; 0 is good
-    bool drawn_ = false;   ///< a task has ended whose map is to be kept
+    double check_result_;                               ///< what SLAM's check of it comes to; 0 is good
+    std::map<std::string, std::vector<double>> walls_;  ///< stored with it, under the app's names
+    bool drawn_ = false;                                ///< a task has ended whose map is to be kept
 };
 
 }  // namespace vemra::robot

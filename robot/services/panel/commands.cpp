@@ -72,6 +72,7 @@ void CommandService::installKeys(leaf::LeafHost& host)
                                              key_ = keys_.next();
                                              if (!key_)
                                                  return false;
+                                             ordered_.reset();
                                              parts_.blackboard.set("OloButton", static_cast<int>(*key_));
                                              dealt_with_since_ = parts_.state.frame;
                                              return true;
@@ -107,6 +108,24 @@ void CommandService::installKeys(leaf::LeafHost& host)
     });
 }
 
+// A task that runs is not begun by the order.
+void CommandService::noteOrder(const AppCommand& command)
+{
+    ordered_.reset();
+    if (!command.timed_order || command.mode == parts_.state.modes.current())
+        return;
+    ordered_ = command.mode;
+    ordered_in_ = parts_.state.frame;
+}
+
+bool CommandService::takeOrder()
+{
+    if (ordered_ != parts_.state.modes.current() || parts_.state.frame - ordered_in_ > kOrderFrames)
+        return false;
+    ordered_.reset();
+    return true;
+}
+
 void CommandService::showToTrees(const AppCommand& command)
 {
     if (command.timed_order)
@@ -134,11 +153,13 @@ void CommandService::installApp(leaf::LeafHost& host)
                                              command_ = app_.next();
                                              if (!command_)
                                                  return false;
+                                             noteOrder(*command_);
                                              showToTrees(*command_);
                                              dealt_with_since_ = parts_.state.frame;
                                              return true;
                                          },
                                          [this] { return stillDealtWith(); }, [this] { command_.reset(); }}));
+    host.condition("DoesExcuteOrderAutoMode", [this](BT::TreeNode&) { return passed(takeOrder()); });
     host.condition("DoesAlreadyGetWIFIRes", [this](BT::TreeNode&) {
         const auto answer = std::exchange(wifi_joined_, std::nullopt);
         if (answer)

@@ -51,12 +51,17 @@ public:
 private:
     static constexpr std::uint64_t kKeyFrames = 100;
     static constexpr std::uint64_t kPatienceFrames = 600;
+    /// From a timed order to its task, a map that is being closed in between.
+    static constexpr std::uint64_t kOrderFrames = 600;
 
     void installKeys(leaf::LeafHost& host);
     void installApp(leaf::LeafHost& host);
     void setChildLock(bool on);
     void showToTrees(const AppCommand& command);
     [[nodiscard]] bool stillDealtWith() const;
+    void noteOrder(const AppCommand& command);
+    /// The mode at hand was entered for a timed order; true once for each.
+    [[nodiscard]] bool takeOrder();
 
     RobotParts parts_;
     std::optional<AnnoyTime> quiet_time_;
@@ -65,6 +70,8 @@ private:
     std::optional<PanelKey> key_;  ///< being dealt with
     std::optional<AppCommand> command_;
     std::uint64_t dealt_with_since_ = 0;
+    std::optional<Mode> ordered_;  ///< by the timetable, and not entered yet
+    std::uint64_t ordered_in_ = 0;
     bool find_robot_ = false;
     std::optional<bool> wifi_joined_;  ///< the network's answer, till the trees ask for it
 };
