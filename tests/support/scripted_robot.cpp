@@ -9,6 +9,7 @@
 #include "leaves/host/host.h"
 #include "robot/base/clock.h"
 #include "support/tree_library.h"
+#include "support/visited_board.h"
 
 namespace vemra::test {
 namespace {
@@ -103,7 +104,7 @@ private:
 };
 
 ScriptedRobot::ScriptedRobot()
-    : clock_(std::make_shared<FrameClock>(frame_)), keys_(BT::Blackboard::create<BT::BlackboardLocal>())
+    : clock_(std::make_shared<FrameClock>(frame_)), keys_(BT::Blackboard::create<VisitedBoard>())
 {
     keys_->setClock(clock_);
     registerLeaves();

@@ -1,0 +1,355 @@
+#include <gmock/gmock.h>
+
+#include "support/supervised_robot.h"
+
+namespace vemra::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The choice of a map for a task.
+class ChoiceOfMap : public testing::Test
+{
+protected:
+    ChoiceOfMap()
+    {
+        robot.obeys_requests = false;
+        robot.mode = "AutoCleanMode";
+        robot.set("current_odom", 3);
+        robot.set("current_coord", 4);
+        robot.set("gridmap_limit", 5);
+        robot.set("robot_moved", "false");
+        robot.set("task_state", "init");
+        robot.leaf("IsReuseInfoExist").succeeds();
+        robot.leaf("IsPointInRectangle").succeeds();
+        for (const char* tree : {"EscapeCoat", "ForceDelay", "RestartCleaning", "ReuseRestartCleaning",
+                                 "AdvCleanComplete", "ActiveRelocalize_LdsInteractive"})
+            robot.tree(tree).succeeds();
+    }
+
+    /// 'N' for a new map, 'R' for the stored one, with the steps before: 'L' for a look around.
+    std::string choose()
+    {
+        robot.forgetRequests();
+        music_before_ = robot.music().size();
+        robot.start("AdvRestartCleaning");
+        EXPECT_EQ(robot.finish(200), SUCCESS);
+        EXPECT_EQ(robot.key("OdomAfterCopied"), "true");
+        EXPECT_EQ(robot.key("odom_pos_after"), "3");
+        std::string steps;
+        for (const Asking& asking : robot.transcript().askings())
+            for (const auto& [tree, letter] : {std::pair{"ActiveRelocalize_LdsInteractive", 'L'},
+                                               {"RestartCleaning", 'N'},
+                                               {"ReuseRestartCleaning", 'R'}})
+                if (asking.who == tree)
+                    steps += letter;
+        return steps;
+    }
+
+    [[nodiscard]] std::vector<std::string> music() const
+    {
+        return {robot.music().begin() + static_cast<std::ptrdiff_t>(music_before_), robot.music().end()};
+    }
+
+    SupervisedRobot robot;
+
+private:
+    std::size_t music_before_ = 0;
+};
+
+TEST_F(ChoiceOfMap, WithoutAStoredOneIsNone)
+{
+    robot.leaf("IsReuseInfoExist").fails();
+    robot.set("reuse_relocalize_just_in_init", "true");
+    EXPECT_EQ(choose(), "N");
+    EXPECT_TRUE(robot.asked("UpdateReuseAppMap", {{"mode", "adv_rc"}}));
+    EXPECT_FALSE(robot.has("reuse_relocalize_just_in_init"));
+    EXPECT_EQ(robot.key("ElecCalculate"), "false");
+}
+
+TEST_F(ChoiceOfMap, OnTheDockTheStoredOneIsTakenUnseen)
+{
+    robot.set("reuse_from_charger", "true");
+    robot.set("on_charger_pose", 1);
+    robot.set("mica_on_charger", "true");
+    EXPECT_EQ(choose(), "R");
+    EXPECT_TRUE(robot.asked("SlamStartFromReuse"));
+    EXPECT_EQ(robot.key("pretend_reuse_cleaning_token"), "true");
+    EXPECT_TRUE(robot.notAsked("UpdateReuseAppMap"));
+    EXPECT_THAT(music(), IsEmpty());
+}
+
+TEST_F(ChoiceOfMap, WithAStoredOneInUseNeedsNoLookUnlessOneIsAskedFor)
+{
+    robot.leaf("SlamIsResumable").succeeds();
+    robot.set("map_id_in_map_ids", true);
+    EXPECT_EQ(choose(), "R");
+    EXPECT_TRUE(robot.asked("SlamStart"));
+
+    robot.set("init_status_must_reloc_flag", "");
+    EXPECT_EQ(choose(), "LR");
+    robot.erase("init_status_must_reloc_flag");
+
+    // A map that is none of the stored ones does, but not at the very start.
+    robot.set("map_id_in_map_ids", false);
+    EXPECT_EQ(choose(), "R");
+    robot.set("reuse_relocalize_just_in_init", "true");
+    EXPECT_EQ(choose(), "LR");
+    EXPECT_EQ(robot.key("reuse_relocalize_just_in_flash"), "true");
+}
+
+TEST_F(ChoiceOfMap, IsTheStoredOneWhereTheRobotFindsItselfOnIt)
+{
+    EXPECT_EQ(choose(), "LR");
+    EXPECT_THAT(music(), ElementsAre("30", "54"));
+    EXPECT_TRUE(robot.started(1, "GenerateCleaningLog", {{"clean_mode", ""}}));
+
+    robot.tree("ActiveRelocalize_LdsInteractive").fails();
+    EXPECT_EQ(choose(), "LN");
+    EXPECT_THAT(music(), ElementsAre("30", "31"));
+    EXPECT_TRUE(robot.started(1, "GenerateCleaningLog", {{"clean_mode", ""}}));
+
+    robot.tree("ActiveRelocalize_LdsInteractive").succeeds();
+    robot.leaf("IsPointInRectangle").fails();
+    EXPECT_EQ(choose(), "LN") << "a place beside the map";
+}
+
+TEST_F(ChoiceOfMap, KickedOrToldToChargeItDoesNotLookAround)
+{
+    robot.set("kicked", "true");
+    EXPECT_EQ(choose(), "N");
+    EXPECT_THAT(music(), ElementsAre("30", "31"));
+    robot.set("kicked", "false");
+    robot.leaf("DoesGetRobotChargeWarnning").succeeds();
+    EXPECT_EQ(choose(), "N");
+}
+
+TEST_F(ChoiceOfMap, AfterAMappingRunIsANewOneWithoutAWord)
+{
+    robot.leaf("SlamIsResumable").succeeds();
+    robot.set("map_id_in_map_ids", true);
+    robot.set("mapping_no_reloc", "true");
+    robot.set("disable_reuse_reloc_once", "true");
+    robot.set("reuse_relocalize_just_in_init", "true");
+    EXPECT_EQ(choose(), "N");
+    EXPECT_THAT(music(), IsEmpty());
+    EXPECT_FALSE(robot.has("mapping_no_reloc"));
+    EXPECT_FALSE(robot.has("reuse_relocalize_just_in_init"));
+}
+
+TEST_F(ChoiceOfMap, OnTheWayHomeIsToldByMusicOfItsOwn)
+{
+    robot.mode = "BackHomeMode";
+    for (const bool wash : {false, true}) {
+        if (wash) {
+            robot.set("hand_wash_flag", "");
+            robot.leaf("DoesTuobuInstall").succeeds();
+        }
+        robot.tree("ActiveRelocalize_LdsInteractive").succeeds();
+        EXPECT_EQ(choose(), "LR");
+        EXPECT_THAT(music(), ElementsAre("30", wash ? "145" : "55"));
+        robot.tree("ActiveRelocalize_LdsInteractive").fails();
+        EXPECT_EQ(choose(), "LN");
+        EXPECT_THAT(music(), ElementsAre("30", wash ? "140" : "64"));
+    }
+    robot.set("disable_reuse_reloc_music", "");
+    EXPECT_EQ(choose(), "LN");
+    EXPECT_THAT(music(), IsEmpty());
+    EXPECT_THAT(robot.requests(), IsEmpty());
+}
+
+TEST_F(ChoiceOfMap, ASelectionWithoutItsMapBecomesACleanOfTheWholeHome)
+{
+    robot.tree("ActiveRelocalize_LdsInteractive").fails();
+    for (const char* mode : {"SelectAreaCleanMode", "DrawAreaCleanMode", "SelectPointCleanMode",
+                             "FastMapBuildMode", "AutoCleanMode"}) {
+        const bool selection = std::string(mode) != "AutoCleanMode";
+        robot.mode = mode;
+        robot.set("task_state", "precleaning");
+        for (const char* key : {"WorkStartMusic_shield", "from_charge_fake_flag", "just_damode_reuse_failed"})
+            robot.erase(key);
+        EXPECT_EQ(choose(), "LN") << mode;
+        EXPECT_EQ(bool(robot.asked("AdvCleanComplete")), selection) << mode;
+        EXPECT_EQ(robot.requests().size(), selection ? 1U : 0U);
+        EXPECT_EQ(robot.key("task_state"), selection ? "init" : "precleaning");
+        for (const char* key : {"WorkStartMusic_shield", "from_charge_fake_flag", "just_damode_reuse_failed"})
+            EXPECT_EQ(robot.has(key), selection) << key;
+    }
+}
+
+// --- what a task begins with --------------------------------------------------------------------
+
+/// The keys that the last task left.
+class NewTask : public testing::Test
+{
+protected:
+    NewTask()
+    {
+        for (const char* key : {"generate_points", "lowpower_coord_save", "clean_complete",
+                                "second_time_cleaning", "only_charger_in_map", "clear_map_flag"})
+            robot.set(key, "old");
+        robot.set("gong_complete", "true");
+        robot.set("origin_in_enclave", "true");
+        robot.set("current_pose", 4);
+        robot.set("current_yaw_deg", 10.0);
+        robot.set("current_odom_yaw_deg", 20.0);
+        for (const char* tree : {"EscapeCoat", "Back2cm"})
+            robot.tree(tree).succeeds();
+        robot.tree("Escape").succeeds();
+        robot.leaf("Rotate").runs();
+    }
+
+    void nothingIsLeft()
+    {
+        for (const char* key : {"generate_points", "lowpower_coord_save", "clean_complete",
+                                "second_time_cleaning", "only_charger_in_map", "clear_map_flag"})
+            EXPECT_FALSE(robot.has(key)) << key;
+        EXPECT_EQ(robot.key("gong_complete"), "false");
+        EXPECT_EQ(robot.key("origin_in_enclave"), "false");
+        EXPECT_TRUE(robot.asked("PresetBlackboard"));
+        EXPECT_TRUE(robot.asked("ClearUpdateWarning"));
+    }
+
+    ScriptedRobot robot;
+};
+
+TEST_F(NewTask, OnANewMapTurnsMoreThanHalfRoundByOdometry)
+{
+    robot.set("virtual_wall_lines", "1;2;3;4");
+    robot.start("RestartCleaning");
+    robot.tickUntil("Rotate", {{"angle_deg", "360"}});
+    EXPECT_TRUE(robot.inOrder({{"SetOdometry", {}}, {"ResetMap", {}}, {"SlamReset", {}}}));
+    robot.set("current_yaw_deg", 190.0);
+    robot.set("current_odom_yaw_deg", 200.0);
+    robot.tick(3);
+    EXPECT_TRUE(robot.askedNow("Rotate")) << "at 180 degrees";
+    robot.leaf("InDockField").succeeds();
+    robot.set("current_odom_yaw_deg", 201.0);
+    EXPECT_EQ(robot.finish(3), SUCCESS);
+    EXPECT_TRUE(robot.halted("Rotate"));
+    EXPECT_TRUE(robot.has("skip_first_rotate"));
+    EXPECT_EQ(robot.key("robot_indock"), "true");
+    EXPECT_EQ(robot.key("start_from_charger_yaw_deg"), "9") << "the heading when the turn began";
+    EXPECT_EQ(robot.key("reuse_cleaning"), "0");
+    EXPECT_FALSE(robot.has("virtual_wall_lines"));
+    nothingIsLeft();
+}
+
+TEST_F(NewTask, OnAStoredMapTakesItsWallsAndKnowsWhetherItHasRooms)
+{
+    robot.leaf("SlamIsResumable").succeeds();
+    robot.leaf("GetReuseInfoInitValue").fills("key", 1);
+    robot.set("pretend_reuse_cleaning_token", "true");
+    for (const auto& [known, resumable, value] :
+         {std::tuple{true, true, "1"}, {false, true, "4"}, {true, false, "4"}}) {
+        robot.set("map_id_in_map_ids", known);
+        robot.leaf("SlamIsResumable").decides([resumable = resumable](const Moment&) {
+            return resumable ? SUCCESS : FAILURE;
+        });
+        robot.start("ReuseRestartCleaning");
+        EXPECT_EQ(robot.finish(3), SUCCESS);
+        EXPECT_EQ(robot.key("reuse_cleaning"), value);
+        EXPECT_EQ(robot.key("pretend_reuse_cleaning"), value == std::string("1") ? "true" : "false")
+            << "told once";
+        EXPECT_TRUE(robot.asked("SetVirtualWallFromReuse"));
+        EXPECT_TRUE(robot.notAsked("Rotate"));
+    }
+    EXPECT_EQ(robot.key("initial_pose"), "4");
+    nothingIsLeft();
+}
+
+TEST(Resume, DrivesToWhereTheTaskWasBrokenOff)
+{
+    ScriptedRobot robot;
+    robot.tree("NavigateProcWithHistoryMapNoneStop").fails();
+    robot.set("lowpower_coord_save", 6);
+    robot.start("LowpowerResume");
+    EXPECT_EQ(robot.finish(3), SUCCESS);
+    EXPECT_EQ(robot.key("navi_target_point"), "6");
+    EXPECT_TRUE(robot.asked("NavigateProcWithHistoryMapNoneStop"));
+    EXPECT_FALSE(robot.has("lowpower_coord_save"));
+    robot.start("LowpowerResume");
+    EXPECT_EQ(robot.finish(3), SUCCESS);
+    EXPECT_TRUE(robot.notAsked("NavigateProcWithHistoryMapNoneStop"));
+}
+
+// --- the end of a task --------------------------------------------------------------------------
+
+/// A mode that closes its task, under the supervisor that does it.
+class EndOfTask : public testing::Test
+{
+protected:
+    EndOfTask() : robot({"AutoModeIndex"})
+    {
+        robot.set("last_clean_mode", "AutoCleanMode");
+        for (const char* tree : {"AdvRestartCleaning", "AdvPreAutoOnCharger", "CleanFromChargerJudgment",
+                                 "ForceDelay", "EscapeCoat", "Back2cm", "PreprocessDealsBeforeCleaning"})
+            robot.tree(tree).succeeds();
+        robot.tree("RecursiveAutoMode_FollowGong").runs();
+        robot.leaf("NeedInitialAutoMode").succeeds();
+        robot.leaf("SlamCleanComplete").succeedsAfter(10);
+        robot.powerOn();
+    }
+
+    /// A clean begins while this task is open; the supervisor has begun to close that.
+    void beginWith(const char* stage)
+    {
+        robot.forget();
+        robot.set("task_state", stage);
+        robot.enterMode("AutoCleanMode");
+        robot.tickUntil("SlamCleanComplete", {}, 300);
+    }
+
+    SupervisedRobot robot;
+};
+
+TEST_F(EndOfTask, HoldsTheNextOneUpUntilItIsClosed)
+{
+    beginWith("zone_cleaning");
+    EXPECT_TRUE(robot.has("RobotModeSwitchLock"));
+    EXPECT_FALSE(robot.has("AdvCleanCompleteStart"));
+    robot.tick(8);
+    EXPECT_TRUE(robot.notAsked("AdvRestartCleaning"));
+    robot.tick(5);
+    EXPECT_TRUE(robot.asked("GenerateCleaningLog", {{"clean_mode", "AutoCleanMode"}}));
+    EXPECT_TRUE(robot.asked("AdvRestartCleaning"));
+    EXPECT_FALSE(robot.has("AdvCleanCompleteEnd"));
+    EXPECT_EQ(robot.key("task_state"), "cleaning");
+}
+
+TEST_F(EndOfTask, IsSeenToThoughTheModeThatAskedForItIsLeft)
+{
+    beginWith("zone_cleaning");
+    robot.enterMode("StandbyMode");
+    robot.tick(10);
+    EXPECT_TRUE(robot.asked("GenerateCleaningLog"));
+    EXPECT_TRUE(robot.asked("SaveReuseInfo"));
+    EXPECT_EQ(robot.key("task_state"), "init");
+    EXPECT_TRUE(robot.has("AdvCleanCompleteEnd")) << "nobody has taken it";
+    EXPECT_TRUE(robot.notAsked("AdvRestartCleaning"));
+
+    // The next one that is closed is not taken for done by what was left.
+    beginWith("area_cleaning");
+    EXPECT_FALSE(robot.has("AdvCleanCompleteEnd"));
+    EXPECT_TRUE(robot.notAsked("AdvRestartCleaning"));
+    robot.tick(15);
+    EXPECT_TRUE(robot.asked("AdvRestartCleaning"));
+}
+
+TEST_F(EndOfTask, ThatWasASearchForTheDockMakesNoLogOfAClean)
+{
+    robot.set("generate_points", 1);
+    robot.set("SFC_trapped", "");
+    beginWith("search_charge");
+    EXPECT_EQ(robot.key("task_state"), "init");
+    EXPECT_EQ(robot.key("MockCleaningLog"), "true");
+    EXPECT_FALSE(robot.has("generate_points"));
+    EXPECT_FALSE(robot.has("SFC_trapped"));
+    robot.tick(15);
+    EXPECT_FALSE(robot.has("MockCleaningLog"));
+    EXPECT_TRUE(robot.asked("AdvRestartCleaning"));
+}
+
+}  // namespace
+}  // namespace vemra::test

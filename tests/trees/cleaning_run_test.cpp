@@ -1,0 +1,304 @@
+#include "cleaning_task.h"
+
+namespace vemra::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// --- power and cloth ----------------------------------------------------------------------------
+
+class CleaningRun : public CleaningTask
+{
+protected:
+    /// Under way, with this much dirt in a cloth that is washed by the area.
+    void wipe(const CleaningModeNames& mode = kHome)
+    {
+        robot.set("use_mop", true);
+        robot.set("wash_mop_mode", 10);
+        ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "cleaning"));
+    }
+};
+
+TEST_F(CleaningRun, IsBrokenOffAtSixteenPercentAndGoesOnFromWhereItWas)
+{
+    for (const CleaningModeNames& mode : kCleaningModes) {
+        const std::string prefix = mode.prefix;
+        robot.battery = 17;
+        robot.set("current_coord", 8);
+        ASSERT_TRUE(enter(mode, "init"));
+        robot.tick(5);
+        EXPECT_THAT(robot.requests(), IsEmpty()) << "at 17 percent";
+        robot.battery = 16;
+        awaitRequest(5);
+        EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
+        EXPECT_TRUE(robot.halted(mode.coverage));
+        EXPECT_EQ(robot.key("task_state"), prefix + "lowpower");
+        EXPECT_EQ(robot.key("mode_dirty_record"), prefix + "lowpower");
+        EXPECT_EQ(music().back(), "48");
+        EXPECT_EQ(robot.has("lowpower_coord_save"), prefix == "area_" || prefix == "point_") << prefix;
+        robot.erase("lowpower_coord_save");
+
+        robot.battery = 80;
+        ASSERT_TRUE(enter(mode, prefix + "lowpower"));
+        EXPECT_EQ(closedAndBegun(), "");
+        EXPECT_EQ(robot.key("task_state"), prefix + "cleaning");
+    }
+    EXPECT_FALSE(robot.has("clean_task_end"));
+    robot.leaf("DoesRobotBreakPointEnable").succeeds();
+    ASSERT_TRUE(enter(kHome, "cleaning"));
+    robot.battery = 16;
+    awaitRequest(5);
+    EXPECT_EQ(music().back(), "14");
+    EXPECT_TRUE(robot.has("breakpoint_wash"));
+    EXPECT_EQ(robot.key("clean_task_end"), "true");
+}
+
+TEST_F(CleaningRun, GoesHomeWithAClothThatIsMoreThanFullOfDirt)
+{
+    wipe();
+    robot.set("mop_dirty", 100.0);
+    robot.tick(5);
+    EXPECT_THAT(robot.requests(), IsEmpty());
+    robot.set("current_motion_type", "Gong");
+    robot.set("current_pose", 8);
+    robot.set("mop_dirty", 101.0);
+    awaitRequest(5);
+    EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
+    EXPECT_EQ(robot.key("task_state"), "lowpower");
+    EXPECT_EQ(robot.key("mop_is_dirty"), "true");
+    EXPECT_EQ(robot.key("clean_task_end"), "true");
+    EXPECT_THAT(music(), ElementsAre("58"));
+    EXPECT_EQ(robot.key("wash_mop_break_point"), "8");
+    EXPECT_EQ(robot.key("wash_mop_break_deg"), "45");
+
+    // Back from the wash it drives to where it was, and takes the line up.
+    robot.set("mop_dirty", 0.0);
+    ASSERT_TRUE(enter(kHome, "lowpower"));
+    EXPECT_TRUE(robot.inOrder({{"NavigateProcWithHistoryMapNoneStop", {}},
+                               {"Rotate", {{"angle_deg", "45"}, {"false_relative_true_absolute", "true"}}},
+                               {kHome.coverage, {}}}));
+    EXPECT_FALSE(robot.has("wash_mop_break_point"));
+    EXPECT_FALSE(robot.has("wash_mop_break_deg"));
+}
+
+TEST_F(CleaningRun, OffItsLinesKeepsNoHeadingAndAnOlderBreakPointStays)
+{
+    wipe();
+    robot.set("current_motion_type", "Charge");
+    robot.set("wash_mop_break_deg", 30.0);
+    robot.set("mop_dirty", 101.0);
+    awaitRequest(5);
+    EXPECT_FALSE(robot.has("wash_mop_break_deg"));
+    EXPECT_EQ(robot.key("wash_mop_break_point"), "7");
+
+    robot.set("current_pose", 8);
+    robot.set("mop_dirty", 0.0);
+    robot.tree("NavigateProcWithHistoryMapNoneStop").runs();
+    robot.mode = kHome.mode;
+    robot.start(kHome.tree);
+    robot.tickUntil("NavigateProcWithHistoryMapNoneStop");
+    robot.set("mop_dirty", 101.0);
+    robot.forgetRequests();
+    awaitRequest(5);
+    EXPECT_EQ(robot.key("wash_mop_break_point"), "7");
+
+    // A break point that is out of reach: the planner begins a line where the robot stands.
+    robot.tree("NavigateProcWithHistoryMapNoneStop").fails();
+    robot.set("mop_dirty", 0.0);
+    robot.set("gong_motion_type", "x");
+    ASSERT_TRUE(enter(kHome, "lowpower"));
+    EXPECT_FALSE(robot.has("gong_motion_type"));
+    EXPECT_FALSE(robot.has("wash_mop_break_point"));
+}
+
+TEST_F(CleaningRun, KeepsABreakPointOnlyWhereTheClothIsWashedUnderWay)
+{
+    struct Row
+    {
+        const CleaningModeNames& mode;
+        int wash_mode;
+        int on_map;  // reuse_cleaning: 1 is a map of rooms
+        bool kept;
+    };
+    for (const Row& row : {Row{kHome, 10, 1, true}, Row{kHome, 0, 1, false}, Row{kHome, 0, 4, true},
+                           Row{kRooms, 0, 4, false}, Row{kZones, 10, 1, true}}) {
+        robot.erase("wash_mop_break_point");
+        robot.set("mop_dirty", 0.0);
+        wipe(row.mode);
+        robot.set("wash_mop_mode", row.wash_mode);
+        robot.set("reuse_cleaning", row.on_map);
+        robot.set("mop_dirty", 101.0);
+        awaitRequest(5);
+        EXPECT_EQ(robot.has("wash_mop_break_point"), row.kept)
+            << row.mode.tree << ' ' << row.wash_mode << ' ' << row.on_map;
+    }
+}
+
+// --- one home, two passes -----------------------------------------------------------------------
+
+TEST_F(CleaningRun, OfTenMinutesOrLessIsDoneTwice)
+{
+    struct Row
+    {
+        int seconds;
+        bool second_already;
+        int passes;
+    };
+    robot.leaf("PresetBlackboard").writes("clean_time_for_app", 0);
+    for (const Row& row : {Row{600, false, 2}, Row{601, false, 1}, Row{100, true, 1}}) {
+        robot.erase("second_time_cleaning");
+        if (row.second_already)
+            robot.set("second_time_cleaning", "");
+        robot.set("follow_wall_frames_consumption", 7000);
+        robot.tree(kHome.coverage).decides([&row](const Moment& now) {
+            now.set("clean_time_for_app", row.seconds);
+            return SUCCESS;
+        });
+        enter(kHome, "cleaning");
+        EXPECT_TRUE(robot.started(row.passes, kHome.coverage)) << row.seconds;
+        EXPECT_EQ(robot.key("clean_time_for_app"), std::to_string(row.seconds));
+        EXPECT_EQ(bool(robot.asked("ResetMap")), row.passes == 2);
+        EXPECT_EQ(robot.key("follow_wall_frames_consumption"), row.passes == 2 ? "1000" : "7000");
+        EXPECT_FALSE(robot.has("reset_map_remain_submap"));
+        EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
+    }
+}
+
+// --- the end ------------------------------------------------------------------------------------
+
+TEST_F(CleaningRun, ThatIsDoneGoesHomeWithMusicUnlessASelectionWasNotAllReached)
+{
+    robot.set("second_time_cleaning", "");
+    for (const CleaningModeNames& mode : kCleaningModes) {
+        robot.tree(mode.coverage).succeedsAfter(3);
+        robot.set("cleanmode_restore", "true");
+        ASSERT_TRUE(enter(mode, "init"));
+        awaitRequest();
+        EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
+        EXPECT_EQ(robot.key("task_state"), "completing");
+        EXPECT_TRUE(robot.has("clean_complete"));
+        EXPECT_EQ(music().back(), "12");
+        robot.tick();
+        EXPECT_TRUE(robot.asked("RestoreCleanMode"));
+        EXPECT_FALSE(robot.has("cleanmode_restore"));
+    }
+    robot.tree(kRooms.coverage).succeedsAfter(3);
+    ASSERT_TRUE(enter(kRooms, "init"));
+    robot.set("prompt_zone_not_reached", "true");
+    awaitRequest();
+    EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
+    EXPECT_THAT(music(), ElementsAre("56"));
+    EXPECT_TRUE(robot.has("have_trapped_type"));
+}
+
+TEST_F(CleaningRun, ThatGivesUpReportsATrapOnceAndGoesHomeWithItsTaskOpen)
+{
+    for (const CleaningModeNames& mode : kCleaningModes) {
+        for (const auto& [shut_in, told, other] : {std::tuple{true, "close_door_trapped", "automode_trapped"},
+                                                   {false, "automode_trapped", "close_door_trapped"}}) {
+            robot.erase(told);
+            robot.erase(other);
+            robot.tree(mode.coverage).failsAfter(3);
+            robot.leaf("AreaCheck").decides([shut_in = shut_in](const Moment&) {
+                return shut_in ? SUCCESS : FAILURE;
+            });
+            ASSERT_TRUE(enter(mode, "init"));
+            awaitRequest();
+            EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
+            EXPECT_TRUE(robot.has(told)) << mode.tree;
+            EXPECT_FALSE(robot.has(other)) << mode.tree;
+            EXPECT_TRUE(robot.has("have_trapped_type"));
+            EXPECT_EQ(robot.key("task_state"), std::string(mode.prefix) + "cleaning");
+            EXPECT_THAT(music(), testing::SizeIs(1)) << "none but that of the start";
+        }
+    }
+    // What is known to shut the robot in is not told again.
+    robot.erase("automode_trapped");
+    ASSERT_TRUE(enter(kHome, "init"));
+    robot.set("have_trapped_type", "");
+    awaitRequest();
+    EXPECT_FALSE(robot.has("automode_trapped"));
+}
+
+TEST_F(CleaningRun, AfterAnErrorBeginsAnewWhereLittleWasCleaned)
+{
+    robot.leaf("CleanAreaTooSmall").succeeds();
+    for (const CleaningModeNames& mode : kCleaningModes) {
+        robot.set("restart_cleaning_from_err_mode", "");
+        ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "cleaning"));
+        EXPECT_TRUE(robot.asked("ResetMap")) << mode.tree;
+        EXPECT_FALSE(robot.has("restart_cleaning_from_err_mode"));
+        ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "cleaning"));
+        EXPECT_TRUE(robot.notAsked("ResetMap"));
+    }
+}
+
+// --- the spot -----------------------------------------------------------------------------------
+
+class Spot : public testing::Test
+{
+protected:
+    Spot() : robot({"PartCleanModeIndex"})
+    {
+        robot.obeys_requests = false;
+        robot.mode = "PartCleanMode";
+        robot.set("task_state", "init");
+        robot.set("current_coord", 7);
+        for (const char* tree :
+             {"AdvCleanComplete", "AdvRestartCleaning", "AdvPreAutoOnCharger", "ForceDelay",
+              "PreprocessDealsBeforeCleaning", "EscapeCoat", "Back2cm", "OtherModePreset"})
+            robot.tree(tree).succeeds();
+        robot.tree("NeighborCleaningMode").succeedsAfter(10);
+    }
+
+    NodeStatus clean()
+    {
+        robot.forgetRequests();
+        robot.start("PartCleanModeIndex");
+        return robot.finish(800);
+    }
+
+    SupervisedRobot robot;
+};
+
+TEST_F(Spot, IsCleanedWhereTheRobotStandsAndItStaysThere)
+{
+    robot.set("start_from_charger", "true");
+    clean();
+    EXPECT_TRUE(robot.inOrder({{"AdvRestartCleaning", {}},
+                               {"Rotate", {{"angle_deg", "180"}}},
+                               {"NeighborCleaningMode", {}},
+                               {"AdvCleanComplete", {}}}));
+    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
+    EXPECT_THAT(robot.music(), ElementsAre("8", "12"));
+    EXPECT_EQ(robot.key("disable_reuse_reloc_once"), "true");
+    EXPECT_EQ(robot.key("start_from_charger"), "false");
+    EXPECT_EQ(robot.key("task_state"), "completing");
+}
+
+TEST_F(Spot, ThatShutsTheRobotInIsReported)
+{
+    robot.tree("NeighborCleaningMode").fails();
+    clean();
+    EXPECT_TRUE(robot.has("automode_trapped"));
+    EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
+    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
+}
+
+TEST_F(Spot, IsLeftBelowFifteenPercentForGood)
+{
+    robot.tree("NeighborCleaningMode").runs();
+    robot.battery = 15;
+    robot.start("PartCleanModeIndex");
+    robot.tickUntil("NeighborCleaningMode");
+    robot.battery = 14;
+    robot.tick(3);
+    EXPECT_TRUE(robot.halted("NeighborCleaningMode"));
+    EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
+    EXPECT_EQ(robot.key("task_state"), "part_lowpower");
+    EXPECT_EQ(robot.music().back(), "48");
+}
+
+}  // namespace
+}  // namespace vemra::test

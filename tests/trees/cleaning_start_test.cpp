@@ -1,0 +1,374 @@
+#include <gmock/gmock.h>
+
+#include "support/supervised_robot.h"
+
+namespace vemra::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// --- off the dock -------------------------------------------------------------------------------
+
+/// Backs off the dock; places are millimetres on a line, and the robot has come so far.
+class Detach : public testing::Test
+{
+protected:
+    Detach()
+    {
+        robot.pointsOnALine();
+        robot.set("current_yaw_deg", 90.0);
+        robot.set("current_odom", 0);
+        robot.leaf("DetachNode").runs();
+        robot.leaf("NotTrapped").succeeds();
+        robot.leaf("IfOnAPlane").succeeds();
+        robot.tree("Escape").succeeds();
+    }
+
+    void leaveDock()
+    {
+        robot.start("PreAutoOnCharger");
+        robot.tickUntil("DetachNode");
+    }
+
+    ScriptedRobot robot;
+};
+
+TEST_F(Detach, EndsHalfAMetreOff)
+{
+    leaveDock();
+    robot.set("current_odom", -499);
+    robot.tick(3);
+    EXPECT_TRUE(robot.askedNow("DetachNode", {{"back_speed", "-160"}}));
+    robot.set("current_odom", -500);
+    EXPECT_EQ(robot.finish(5), SUCCESS);
+    EXPECT_TRUE(robot.halted("DetachNode"));
+    EXPECT_TRUE(robot.has("infrared_calibration_finished"));
+    EXPECT_EQ(robot.key("back_origin_yaw"), "90");
+    EXPECT_TRUE(robot.notAsked("Rotate"));
+}
+
+TEST_F(Detach, ThatGetsNowhereEndsAfterFifteenSecondsAndTheTaskGoesOn)
+{
+    leaveDock();
+    EXPECT_EQ(robot.finish(900), SUCCESS);
+    EXPECT_EQ(robot.framesOf("DetachNode", {{"back_speed", "-160"}}), 750);
+    EXPECT_TRUE(robot.has("infrared_calibration_finished"));
+}
+
+TEST_F(Detach, CalibratesTheReceiversBetweenAQuarterAndHalfAMetre)
+{
+    for (const auto& [mm, calibrates] : {std::pair{-250, false}, {-251, true}, {-499, true}, {-500, false}}) {
+        robot.erase("need_infrared_calibration");
+        robot.set("current_odom", 0);
+        leaveDock();
+        robot.set("current_odom", mm);
+        robot.tick();
+        EXPECT_EQ(robot.has("need_infrared_calibration"), calibrates) << mm;
+    }
+}
+
+TEST_F(Detach, ARobotThatLeansBacksOnUntilItIsLevelOrIsKnownToLean)
+{
+    // Degrees in hundredths, as the robot stands; it is level after so many further frames.
+    struct Row
+    {
+        int level_after;
+        bool leans;
+    };
+    for (const Row& row : {Row{40, false}, Row{120, false}, Row{145, false}, Row{1000, true}}) {
+        robot.erase("robot_leans_charger");
+        robot.leaf("IfOnAPlane").decides([this, &row](const Moment&) {
+            return robot.framesOf("DetachNode", {{"back_speed", "-80"}}) >= row.level_after ? SUCCESS
+                                                                                            : FAILURE;
+        });
+        robot.set("current_odom", 0);
+        leaveDock();
+        robot.set("current_odom", -500);
+        EXPECT_EQ(robot.finish(400), SUCCESS);
+        EXPECT_EQ(robot.has("robot_leans_charger"), row.leans) << row.level_after;
+    }
+}
+
+TEST_F(Detach, AHeadingThatTheEscapeTurnedIsTakenUpAgain)
+{
+    robot.leaf("NotTrapped").fails();
+    robot.set("detach_origin_yaw", 10);
+    leaveDock();
+    robot.set("current_odom", -500);
+    EXPECT_EQ(robot.finish(5), SUCCESS);
+    EXPECT_TRUE(robot.asked("Rotate", {{"angle_deg", "90"}, {"false_relative_true_absolute", "true"}}));
+    EXPECT_TRUE(robot.asked("ModifyYaw"));
+}
+
+/// Where a task begins.
+class LeaveDock : public testing::Test
+{
+protected:
+    LeaveDock()
+    {
+        for (const char* tree : {"EscapeCoat", "PreAutoOnCharger"})
+            robot.tree(tree).succeeds();
+        robot.set("current_odom", 3);
+        robot.set("current_pose", 4);
+        robot.set("robot_moved", "false");
+        robot.leaf("GoBackwards").runs();
+    }
+
+    std::optional<std::string> startFromCharger(const std::string& stage)
+    {
+        robot.set("task_state", stage);
+        robot.start("AdvPreAutoOnCharger");
+        EXPECT_EQ(robot.finish(400), SUCCESS);
+        return robot.key("start_from_charger");
+    }
+
+    ScriptedRobot robot;
+};
+
+TEST_F(LeaveDock, OnItTheStoredMapIsOfferedAndTheOdometryNoted)
+{
+    robot.leaf("GotCharger").succeeds();
+    EXPECT_EQ(startFromCharger("init"), "true");
+    EXPECT_TRUE(robot.inOrder(
+        {{"UpdateReuseAppMap", {{"mode", "on_charger"}}}, {"SlamPrestart", {}}, {"PreAutoOnCharger", {}}}));
+    EXPECT_EQ(robot.key("odom_pos_before"), "3");
+    EXPECT_FALSE(robot.has("on_charger_pose")) << "no map is stored";
+    EXPECT_TRUE(robot.has("clean_start_vw_check"));
+
+    robot.leaf("IsReuseInfoExist").succeeds();
+    robot.leaf("GotCharger").fails();
+    robot.set("just_on_charger", "");
+    EXPECT_EQ(startFromCharger("cleaning"), "true");
+    EXPECT_EQ(robot.key("on_charger_pose"), "4");
+    EXPECT_EQ(robot.key("reuse_from_charger"), "false");
+    EXPECT_TRUE(robot.notAsked("UpdateReuseAppMap"));
+}
+
+TEST_F(LeaveDock, OffItItsPoseIsKeptWhereNobodyMovedTheRobotSince)
+{
+    struct Row
+    {
+        const char* noted;  // record_charge_pose_start
+        bool fake;          // from_charge_fake_flag
+        const char* moved;
+        const char* stage;
+        const char* kept;
+    };
+    for (const bool near : {false, true})
+        for (const Row& row :
+             {Row{"true", false, "false", "init", "true"}, Row{"true", false, "false", "cleaning", "false"},
+              Row{"false", true, "false", "cleaning", "true"}, Row{"true", true, "true", "init", "false"},
+              Row{"false", false, "false", "init", "false"}}) {
+            robot.leaf("DoesRobotGetChargerSigCheck").decides([near](const Moment&) {
+                return near ? SUCCESS : FAILURE;
+            });
+            robot.set("record_charge_pose_start", row.noted);
+            robot.erase("from_charge_fake_flag");
+            if (row.fake)
+                robot.set("from_charge_fake_flag", "");
+            robot.set("robot_moved", row.moved);
+            EXPECT_EQ(startFromCharger(row.stage), row.kept) << row.stage << ' ' << row.fake << row.moved;
+            EXPECT_EQ(robot.framesOf("GoBackwards"), near ? 300 : 0);
+            EXPECT_EQ(robot.key("rotate_target_angle"), "0");
+            EXPECT_TRUE(robot.notAsked("PreAutoOnCharger"));
+        }
+}
+
+TEST_F(LeaveDock, MovedWhileItWaitedForChargeItMustFindItsPlace)
+{
+    for (const auto& [stage, moved] : {std::pair{"area_lowpower", true}, {"cleaning", false}}) {
+        robot.set("moved_during_lowpower", "");
+        robot.erase("moved_during_pause");
+        startFromCharger(stage);
+        EXPECT_FALSE(robot.has("moved_during_lowpower"));
+        EXPECT_EQ(robot.has("moved_during_pause"), moved) << stage;
+        EXPECT_EQ(robot.has("moved_flag_for_calc_charger"), moved);
+    }
+}
+
+TEST(DockPose, IsReckonedFromTheDriveOffOrForgotten)
+{
+    ScriptedRobot robot;
+    robot.set("current_odom", 3);
+    robot.set("start_from_charger", "true");
+    robot.set("start_from_charger_pose", 5);
+    robot.start("CalcChargerPositionOrNot");
+    EXPECT_EQ(robot.finish(3), SUCCESS);
+    EXPECT_TRUE(robot.asked("CalcChargerPosition", {{"out_charger_position", "charger_position"}}));
+    EXPECT_EQ(robot.key("odom_pos_after"), "3");
+
+    robot.set("OdomAfterCopied", "true");
+    robot.set("current_odom", 9);
+    robot.start("CalcChargerPositionOrNot");
+    robot.finish(3);
+    EXPECT_EQ(robot.key("odom_pos_after"), "3") << "noted before";
+    EXPECT_FALSE(robot.has("OdomAfterCopied"));
+
+    robot.set("moved_flag_for_calc_charger", "");
+    robot.start("CalcChargerPositionOrNot");
+    robot.finish(3);
+    EXPECT_TRUE(robot.notAsked("CalcChargerPosition"));
+    EXPECT_FALSE(robot.has("start_from_charger_pose"));
+
+    robot.set("start_from_charger_pose", 5);
+    robot.set("start_from_charger", "false");
+    robot.start("CalcChargerPositionOrNot");
+    robot.finish(3);
+    EXPECT_FALSE(robot.has("start_from_charger_pose"));
+}
+
+// --- the cloth ----------------------------------------------------------------------------------
+
+/// A task with a cloth, about to begin.
+class ClothAtStart : public testing::Test
+{
+protected:
+    ClothAtStart()
+    {
+        robot.obeys_requests = false;
+        robot.mode = "AutoCleanMode";
+        robot.set("use_mop", true);
+        robot.set("start_from_charger", "false");
+        robot.set("task_state", "precleaning");
+        robot.set("marker_signal_type", "None");
+        robot.leaf("NotTrapped").succeeds();
+        robot.tree("Escape").succeeds();
+        robot.tree("AdvCleanComplete").succeeds();
+        robot.tree("GoChargingFullRoundTurn").succeeds();
+    }
+
+    std::vector<std::string> judge()
+    {
+        robot.set("robot_indock", "true");
+        robot.erase("need_back_station");
+        robot.forgetRequests();
+        robot.start("CleanFromChargerJudgment");
+        EXPECT_NE(robot.finish(300), RUNNING);
+        EXPECT_FALSE(robot.has("robot_indock"));
+        EXPECT_EQ(robot.has("need_back_station"),
+                  robot.requests() == std::vector<std::string>{"BackHomeMode"});
+        return robot.requests();
+    }
+
+    SupervisedRobot robot;
+};
+
+TEST_F(ClothAtStart, WithoutOneNothingIsAsked)
+{
+    robot.set("start_from_charger_pose", 5);
+    robot.set("use_mop", false);
+    EXPECT_THAT(judge(), IsEmpty());
+    robot.erase("use_mop");
+    EXPECT_THAT(judge(), IsEmpty());
+}
+
+TEST_F(ClothAtStart, GoesToTheStationFirstWhereItKnowsTheWayOrHearsTheDock)
+{
+    robot.set("reuse_cleaning", 1);
+    EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
+    EXPECT_EQ(robot.key("task_state"), "precleaning");
+    robot.set("reuse_cleaning", 0);
+    robot.set("start_from_charger_pose", 5);
+    EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
+    EXPECT_TRUE(robot.notAsked("GoChargingFullRoundTurn"));
+
+    robot.erase("start_from_charger_pose");
+    robot.leaf("SignalTypeMatch").fails();
+    EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
+    EXPECT_TRUE(robot.asked("GoChargingFullRoundTurn"));
+}
+
+TEST_F(ClothAtStart, ThatHearsNoDockDoesNotBegin)
+{
+    robot.leaf("SignalTypeMatch").succeeds();
+    for (const bool turned : {true, false}) {
+        robot.erase("PushInfoApp");
+        robot.tree("GoChargingFullRoundTurn").decides([turned](const Moment&) {
+            return turned ? SUCCESS : FAILURE;
+        });
+        EXPECT_THAT(judge(), ElementsAre("StandbyMode"));
+        EXPECT_TRUE(robot.has("PushInfoApp"));
+        EXPECT_EQ(robot.music().back(), "112");
+    }
+    // Who began it from standby wants it here.
+    robot.set("robot_standby_flag", "");
+    EXPECT_THAT(judge(), IsEmpty());
+    EXPECT_FALSE(robot.has("robot_standby_flag"));
+}
+
+TEST_F(ClothAtStart, ASelectionThatIsNowToBeMoppedKeepsItsInputForAfterTheVisit)
+{
+    struct Row
+    {
+        const char* stage;
+        const char* input;
+        const char* flag;
+    };
+    for (const Row& row : {Row{"area_cleaning", "Areas_Clean_Set_List_Ping", nullptr},
+                           Row{"zone_cleaning", "Draw_Area_Set_Ping", "reset_zone_cleaning"},
+                           Row{"point_cleaning", "Select_Point_Set_Ping", "reset_point_cleaning"}}) {
+        robot.set("task_state", row.stage);
+        robot.set("changed_mop_mode", "1");
+        robot.set(std::string(row.input) + "_bak", "kept");
+        EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
+        EXPECT_EQ(robot.key("task_state"), "precleaning") << row.stage;
+        EXPECT_EQ(robot.key(row.input), "kept");
+        EXPECT_FALSE(robot.has(std::string(row.input) + "_bak"));
+        EXPECT_TRUE(row.flag == nullptr || robot.has(row.flag));
+    }
+    robot.set("task_state", "lowpower");
+    EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
+    EXPECT_EQ(robot.key("task_state"), "lowpower");
+    robot.set("changed_mop_mode", "0");
+    EXPECT_THAT(judge(), IsEmpty());
+}
+
+TEST_F(ClothAtStart, OnTheDockAChangeToMoppingClosesTheTask)
+{
+    robot.set("start_from_charger", "true");
+    EXPECT_THAT(judge(), IsEmpty());
+    robot.set("need_back_mode_changed", "");
+    EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
+    EXPECT_TRUE(robot.asked("AdvCleanComplete"));
+    EXPECT_FALSE(robot.has("need_back_mode_changed"));
+}
+
+TEST(Cloth, TheStatusFollowsHowItIsUsed)
+{
+    ScriptedRobot robot;
+    robot.set("robot_status", "before");
+    robot.start("WashModeJudge");
+    robot.tick();
+    EXPECT_EQ(robot.key("robot_status"), "before");
+    for (const auto& [mode, status] : {std::pair{"0", "clean_sweep"},
+                                       {"1", "clean_mop"},
+                                       {"2", "clean_sweep_mop"},
+                                       {"7", "clean_sweep_mop"}}) {
+        robot.set("robot_mop_mode", mode);
+        robot.tick();
+        EXPECT_EQ(robot.key("robot_status"), status) << mode;
+    }
+    EXPECT_TRUE(robot.said("mop mode error..."));
+}
+
+TEST(Cloth, OnACarpetTheWaterIsShutOffAndTheFanTurnedUp)
+{
+    ScriptedRobot robot;
+    robot.set("water_box", "");
+    robot.start("auto_cleanmode_set");
+    EXPECT_EQ(robot.tick(), SUCCESS);
+    EXPECT_FALSE(robot.has("close_water_box")) << "nobody looks out for carpet";
+    robot.leaf("DoesRobotCheckCarpet").succeeds();
+    robot.tick();
+    EXPECT_TRUE(robot.has("close_water_box"));
+    EXPECT_TRUE(robot.notAsked("RobotMotorPressPlusSet"));
+    robot.leaf("DoesRobotCarpetPressEnable").succeeds();
+    robot.erase("water_box");
+    robot.tick();
+    EXPECT_FALSE(robot.has("close_water_box"));
+    EXPECT_TRUE(robot.asked("RobotMotorPressPlusSet"));
+}
+
+}  // namespace
+}  // namespace vemra::test

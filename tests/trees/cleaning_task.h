@@ -1,0 +1,118 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "support/supervised_robot.h"
+
+namespace vemra::test {
+
+struct CleaningModeNames
+{
+    const char* tree;
+    const char* mode;
+    const char* prefix;    ///< of its stages under task_state
+    const char* coverage;  ///< the tree that does the work
+};
+
+constexpr CleaningModeNames kHome{"AutoModeIndex", "AutoCleanMode", "", "RecursiveAutoMode_FollowGong"};
+constexpr CleaningModeNames kRooms{"AreaSelectModeIndex", "SelectAreaCleanMode", "area_",
+                                   "CleanSelectedAreas"};
+constexpr CleaningModeNames kZones{"DrawAreaModeIndex", "DrawAreaCleanMode", "zone_", "CleanSelectedAreas"};
+constexpr CleaningModeNames kPoint{"PointSelectModeIndex", "SelectPointCleanMode", "point_",
+                                   "CleanSelectedAreas"};
+constexpr CleaningModeNames kCleaningModes[] = {kHome, kRooms, kZones, kPoint};
+
+/// The four modes that clean by a map, with what they enter replaced: the maps, the way off the dock, the
+/// coverage. The robot stands where it stood, its SLAM goes on.
+class CleaningTask : public testing::Test
+{
+protected:
+    CleaningTask() : robot({kHome.tree, kRooms.tree, kZones.tree, kPoint.tree})
+    {
+        robot.obeys_requests = false;
+        for (const char* key : {"current_pose", "current_coord", "current_odom", "gridmap_limit"})
+            robot.set(key, 7);
+        robot.set("current_yaw_deg", 45.0);
+        robot.set("start_from_charger", "false");
+        robot.set("moved_during_pause", "false");
+        robot.set("segment_map", 1);
+        robot.set("clean_time_for_app", 0);
+        for (const char* leaf :
+             {"NeedInitialAutoMode", "SlamIsResumable", "IsPointInRectangle", "IsReuseInfoExist"})
+            robot.leaf(leaf).succeeds();
+        // At exactly so much a battery is not above it.
+        robot.leaf("RobotPowerGetHigherThan").decides([this](const Moment& now) {
+            return robot.battery > std::stoi(now.port("capability")) ? SUCCESS : FAILURE;
+        });
+        for (const char* tree :
+             {"AdvCleanComplete", "SearchChargeEnding", "AdvRestartCleaning", "RestartCleaning",
+              "ReuseRestartCleaning", "AdvPreAutoOnCharger", "CleanFromChargerJudgment",
+              "PreprocessDealsBeforeCleaning", "EscapeCoat", "Back2cm", "ActiveRelocalize_LdsInteractive",
+              "NavigateProcWithHistoryMapNoneStop"})
+            robot.tree(tree).succeeds();
+        robot.tree("ForceDelay").succeedsAfter(2);
+        for (const char* coverage : {kHome.coverage, kRooms.coverage})
+            robot.tree(coverage).runs();
+    }
+
+    /// Enters the mode with the task in this stage and ticks until floor is cleaned, another mode is asked
+    /// for, or the tree ends. True where floor is cleaned.
+    bool enter(const CleaningModeNames& mode, const std::string& stage)
+    {
+        robot.mode = mode.mode;
+        robot.set("task_state", stage);
+        robot.forgetRequests();
+        music_before_ = robot.music().size();
+        robot.start(mode.tree);
+        for (int i = 0; i < 400; ++i) {
+            const NodeStatus result = robot.tick();
+            if (robot.askedNow(mode.coverage))
+                return true;
+            if (result != RUNNING || !robot.requests().empty())
+                return false;
+        }
+        ADD_FAILURE() << mode.tree << " from " << stage << " stands still:\n" << robot.transcript().print();
+        return false;
+    }
+
+    /// Ticks until another mode is asked for.
+    void awaitRequest(int at_most = 700)
+    {
+        for (int i = 0; i < at_most && robot.requests().empty(); ++i)
+            robot.tick();
+        EXPECT_FALSE(robot.requests().empty()) << robot.transcript().print();
+    }
+
+    /// What was played since the entry.
+    [[nodiscard]] std::vector<std::string> music() const
+    {
+        return {robot.music().begin() + static_cast<std::ptrdiff_t>(music_before_), robot.music().end()};
+    }
+
+    /// What closed tasks and began maps since the entry, in order: S and C a task closed, as a search and as
+    /// a clean, A a map chosen, N a new map, R the stored one.
+    [[nodiscard]] std::string closedAndBegun() const
+    {
+        std::string letters;
+        for (const Asking& asking : robot.transcript().askings())
+            for (const auto& [tree, letter] : {std::pair{"SearchChargeEnding", 'S'},
+                                               {"AdvCleanComplete", 'C'},
+                                               {"AdvRestartCleaning", 'A'},
+                                               {"RestartCleaning", 'N'},
+                                               {"ReuseRestartCleaning", 'R'}})
+                if (asking.who == tree)
+                    letters += letter;
+        return letters;
+    }
+
+    SupervisedRobot robot;
+
+private:
+    std::size_t music_before_ = 0;
+};
+
+}  // namespace vemra::test
