@@ -22,14 +22,18 @@ Hearing hear(const DockField& field, const Home& visible, const PoseMm& at, Chan
         const double axis = at.yaw.value + view.axis_deg;
         const PointMm place = at.at + kRobotRadiusMm * direction({axis});
         Heard& best = hearing[i];
-        for (const DockField::Ray& ray : field.raysAt(place, visible)) {
-            const PointMm to = ray.from - place;
+        for (std::size_t way = 0; way < field.ways(); ++way) {
+            const auto ray = field.rayBy(way, place, visible);
+            if (!ray) {
+                continue;
+            }
+            const PointMm to = ray->from - place;
             const double bearing = degreesOfRadians(std::atan2(to.y, to.x)).value;
             const double off = std::abs(wrapped({bearing - axis}).value);
-            const double way_m = std::max(ray.way_mm / 1e3, kNearestM);
+            const double way_m = std::max(ray->way_mm / 1e3, kNearestM);
             const double strength = std::cos(radians({off})) / (way_m * way_m);
             if (off <= view.half_deg && strength > best.strength) {
-                best = {ray.signal, strength};
+                best = {ray->signal, strength};
             }
         }
         if (best.signal == DockSignal::None) {

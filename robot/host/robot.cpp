@@ -251,12 +251,13 @@ void Robot::showMode()
 void Robot::showKeys()
 {
     for (WatchedKey& watched : keys_) {
-        std::string text;
-        blackboard_->get(watched.key, text);
+        std::string scratch;
+        const BT::Any* value = blackboard_->getAny(watched.key);
+        const std::string_view text = value != nullptr ? value->view(scratch) : std::string_view{};
         if (text == watched.text)
             continue;
-        record(watched.kind, text, {{"from", watched.text}});
-        watched.text = std::move(text);
+        const std::string before = std::exchange(watched.text, std::string(text));
+        record(watched.kind, watched.text, {{"from", before}});
     }
 }
 

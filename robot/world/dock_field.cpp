@@ -111,25 +111,37 @@ DockSignal DockField::sentTowards(PointMm place) const
     return config_.exchanged ? exchanged(signal) : signal;
 }
 
+std::optional<DockField::Ray> DockField::rayBy(std::size_t way, PointMm place, const Home& visible) const
+{
+    const auto carried = [](DockSignal signal, PointMm from, double mm, double carries) {
+        return signal != DockSignal::None && mm <= carries * rangeMm(signal)
+                   ? std::optional(Ray{signal, from, mm})
+                   : std::nullopt;
+    };
+    if (way == 0) {
+        const double mm = distance(place, face_.at);
+        if (mm > rangeMm(DockSignal::Middle) || !inSight(place, face_.at, kFaceDepthMm, visible)) {
+            return std::nullopt;
+        }
+        return carried(sentTowards(place), face_.at, mm, 1);
+    }
+    // The light's way, folded open at the mirror, is straight.
+    const Mirror& mirror = config_.mirrors[way - 1];
+    const PointMm image = mirrored(place, mirror);
+    const auto at = hit(face_.at, image, mirror);
+    if (!at || !inSight(place, *at, kFaceDepthMm, visible) ||
+        !inSight(*at, face_.at, kFaceDepthMm, visible)) {
+        return std::nullopt;
+    }
+    return carried(sentTowards(image), *at, distance(image, face_.at), kMirrorCarries);
+}
+
 std::vector<DockField::Ray> DockField::raysAt(PointMm place, const Home& visible) const
 {
     std::vector<Ray> rays;
-    const auto add = [&rays](DockSignal signal, PointMm from, double way, double carries) {
-        if (signal != DockSignal::None && way <= carries * rangeMm(signal)) {
-            rays.push_back({signal, from, way});
-        }
-    };
-    if (distance(place, face_.at) <= rangeMm(DockSignal::Middle) &&
-        inSight(place, face_.at, kFaceDepthMm, visible)) {
-        add(sentTowards(place), face_.at, distance(place, face_.at), 1);
-    }
-    for (const Mirror& mirror : config_.mirrors) {
-        // The light's way, folded open at the mirror, is straight.
-        const PointMm image = mirrored(place, mirror);
-        const auto at = hit(face_.at, image, mirror);
-        if (at && inSight(place, *at, kFaceDepthMm, visible) &&
-            inSight(*at, face_.at, kFaceDepthMm, visible)) {
-            add(sentTowards(image), *at, distance(image, face_.at), kMirrorCarries);
+    for (std::size_t way = 0; way < ways(); ++way) {
+        if (const auto ray = rayBy(way, place, visible)) {
+            rays.push_back(*ray);
         }
     }
     return rays;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -55,7 +56,11 @@ public:
         PointMm from;       ///< where the light seems to come from: the emitter, or a place on a mirror
         double way_mm = 0;  ///< of the whole way
     };
-    /// All ways of the light to a place; the direct one is the first.
+    /// The ways that the light may take to any place: the direct one, and one over each mirror.
+    [[nodiscard]] std::size_t ways() const { return 1 + config_.mirrors.size(); }
+    /// The light that comes to a place by one of these; the direct one is way 0.
+    [[nodiscard]] std::optional<Ray> rayBy(std::size_t way, PointMm place, const Home& visible) const;
+    /// All that comes to a place; the direct one is the first.
     [[nodiscard]] std::vector<Ray> raysAt(PointMm place, const Home& visible) const;
 
     /// The near field: within 700 mm before the dock's face, in sight of it.

@@ -28,30 +28,31 @@ bool readBoth(const Port* first, T& a, const Port* second, T& b)
 
 NodeStatus SetBlackboardNode::tick()
 {
-    Any* slot = key_.resolve(*this);
-    if (value_ == nullptr) [[unlikely]]
-        value_ = findPort("value");
-    if (slot == nullptr || value_ == nullptr) [[unlikely]]
-        return NodeStatus::FAILURE;
-    if (value_->form() != PortForm::Literal)
-        return writeOther(*slot);
-    slot->setText(value_->raw());
-    return NodeStatus::SUCCESS;
+    // Most write the text that is there already.
+    const Any* slot = key_.known(*this);
+    if (slot != nullptr && value_ != nullptr && value_->form() == PortForm::Literal && slot->isText() &&
+        detail::sameText(slot->text(), value_->raw())) [[likely]]
+        return NodeStatus::SUCCESS;
+    return write();
 }
 
-NodeStatus SetBlackboardNode::writeOther(Any& slot) const
+NodeStatus SetBlackboardNode::write()
 {
+    Any* slot = key_.resolve(*this);
+    value_ = findPort("value");
+    if (slot == nullptr || value_ == nullptr)
+        return NodeStatus::FAILURE;
     if (const Any* referred = value_->reference()) {
         if (referred->empty())
             return NodeStatus::FAILURE;
-        slot.assign(*referred);
+        slot->assign(*referred);
         return NodeStatus::SUCCESS;
     }
     std::string scratch;
     std::string_view text;
     if (!value_->view(text, scratch))
         return NodeStatus::FAILURE;
-    slot.setText(text);
+    slot->setText(text);
     return NodeStatus::SUCCESS;
 }
 
@@ -118,8 +119,11 @@ NodeStatus StackBlackboardNode::tick()
 
 void StackBlackboardNode::halt()
 {
-    if (kept_of_ != nullptr)
+    if (kept_of_ != nullptr) {
         kept_of_->assign(kept_);
+        if (blackboard()->hasHostStore())
+            blackboard()->handOn(*kept_of_);
+    }
     kept_of_ = nullptr;
     setStatus(NodeStatus::IDLE);
 }
@@ -134,7 +138,8 @@ NodeStatus StringMatchNode::tick()
     std::string scratch_b;
     std::string_view text_a;
     std::string_view text_b;
-    return passed(a->view(text_a, scratch_a) && b->view(text_b, scratch_b) && text_a == text_b);
+    return passed(a->view(text_a, scratch_a) && b->view(text_b, scratch_b) &&
+                  detail::sameText(text_a, text_b));
 }
 
 NodeStatus BoolMatchNode::tick()

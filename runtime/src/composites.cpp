@@ -13,21 +13,25 @@
 
 namespace BT {
 
-namespace {
+ControlNode::ControlNode(const std::string& name, const NodeParameters& parameters)
+    : TreeNode(name, parameters)
+{
+    setLiveBelowAfterEnd(true);
+}
 
-/// A truth port of a control node that is on unless it says otherwise.
-bool onUnlessOff(const TreeNode& node, std::string_view port)
+bool ControlNode::OnPort::read(const TreeNode& node, std::string_view port)
 {
     bool value = true;
     return node.getParam(port, value) ? value : true;
 }
 
-}  // namespace
-
-ControlNode::ControlNode(const std::string& name, const NodeParameters& parameters)
-    : TreeNode(name, parameters)
+void ControlNode::OnPort::look(const TreeNode& node, std::string_view port)
 {
-    setLiveBelowAfterEnd(true);
+    const Port* found = node.findPort(port);
+    if (found != nullptr && found->form() != PortForm::Literal)
+        says_ = Says::OtherThings;
+    else
+        says_ = read(node, port) ? Says::On : Says::Off;
 }
 
 void ControlNode::addChild(TreeNode* child)
@@ -56,6 +60,15 @@ void ControlNode::haltRunningBehind(std::size_t place)
             haltNode(*children_nodes_[i]);
 }
 
+NodeStatus ControlNode::endEarly(NodeStatus result)
+{
+    for (TreeNode* child : children_nodes_)
+        if (!child->isHalted())
+            child->bringToIdle(true);
+    setLiveBelowAfterEnd(false);
+    return result;
+}
+
 NodeStatus SequenceNode::tick()
 {
     return tickInTurn(NodeStatus::SUCCESS);
@@ -73,16 +86,17 @@ StarNode::StarNode(const std::string& name, bool reset_on_failure)
 StarNode::StarNode(const std::string& name, const NodeParameters& parameters) : ControlNode(name, parameters)
 {}
 
-bool StarNode::resetsOnFailure() const
+bool StarNode::resetsOnFailure()
 {
-    return reset_on_failure_ && onUnlessOff(*this, "reset_on_failure");
+    return reset_on_failure_ && reset_port_.isOn(*this, "reset_on_failure");
 }
 
 NodeStatus StarNode::run(NodeStatus go_on)
 {
     setStatus(NodeStatus::RUNNING);
     while (place_ < children_nodes_.size()) {
-        const NodeStatus result = children_nodes_[place_]->visit();
+        TreeNode& child = *children_nodes_[place_];
+        const NodeStatus result = child.visit(child.status(), go_on);
         if (result == go_on) {
             ++place_;
             continue;
@@ -92,7 +106,7 @@ NodeStatus StarNode::run(NodeStatus go_on)
         const bool keep = result == NodeStatus::FAILURE && !resetsOnFailure();
         if (!keep)
             place_ = 0;
-        end(result);
+        endEarly(result);
         setLiveBelowAfterEnd(keep);  // so that a halt comes by
         return result;
     }
@@ -117,7 +131,7 @@ NodeStatus IfThenElseNode::tick()
         return NodeStatus::RUNNING;
     TreeNode& selected = *children_nodes_[condition == NodeStatus::SUCCESS ? 1 : 2];
     TreeNode& other = *children_nodes_[condition == NodeStatus::SUCCESS ? 2 : 1];
-    if (other.status() != NodeStatus::IDLE && onUnlessOff(*this, "halt_on_switch"))
+    if (other.status() != NodeStatus::IDLE && halt_port_.isOn(*this, "halt_on_switch"))
         haltNode(other);
     const NodeStatus result = selected.visit();
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
@@ -139,7 +153,7 @@ NodeStatus IfThenElseStarNode::tick()
     const NodeStatus result = children_nodes_[turn_]->visit();
     if (result != NodeStatus::SUCCESS && result != NodeStatus::FAILURE)
         return NodeStatus::RUNNING;
-    const bool keep = result == NodeStatus::FAILURE && !onUnlessOff(*this, "reset_on_failure");
+    const bool keep = result == NodeStatus::FAILURE && !reset_port_.isOn(*this, "reset_on_failure");
     if (!keep)
         turn_ = 0;
     end(result);
@@ -210,7 +224,7 @@ void PostProcessNode::halt()
     if (main_child_ran && children_nodes_.size() == 2) {
         haltNode(*children_nodes_[0]);
         main_result_ = NodeStatus::FAILURE;  // a final child that throws is not ticked by the next halt
-        if (onUnlessOff(*this, "tick_on_halt"))
+        if (tick_port_.isOn(*this, "tick_on_halt"))
             children_nodes_[1]->visit();
     }
     main_result_ = NodeStatus::IDLE;

@@ -165,12 +165,11 @@ bool Port::toText(std::string& out) const
     return true;
 }
 
-bool Port::view(std::string_view& out, std::string& scratch) const
+bool Port::viewOther(std::string_view& out, std::string& scratch) const
 {
     switch (form_) {
         case PortForm::Literal:
-            out = raw();
-            return true;
+            return false;  // is its own view
         case PortForm::Reference:
             if (slot_->empty())
                 return false;

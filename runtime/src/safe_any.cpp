@@ -127,7 +127,7 @@ void Any::takeText(std::string_view value)
     text_.assign(value);
 }
 
-void Any::setObject(std::shared_ptr<const HolderBase> object)
+void Any::setObject(std::shared_ptr<HolderBase> object)
 {
     kind_ = Kind::Object;
     object_ = std::move(object);

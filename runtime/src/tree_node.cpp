@@ -1,6 +1,7 @@
 #include "behaviortree_cpp/tree_node.h"
 
 #include <algorithm>
+#include <optional>
 #include <thread>
 #include <unordered_map>
 
@@ -10,7 +11,7 @@ struct TreeNode::Extras
 {
     std::vector<std::weak_ptr<StatusChangeCallback>> listeners;
     std::unique_ptr<NodeParameters> parameters;
-    std::vector<std::pair<std::string_view, Any>> snapshot;
+    std::optional<std::vector<std::pair<std::string_view, Any>>> snapshot;
     std::unordered_map<const Port*, std::string> texts;
     std::shared_ptr<const std::string> registration_name;
 };
@@ -31,7 +32,33 @@ TreeNode::Extras& TreeNode::extras() const
 NodeStatus TreeNode::executeTick()
 {
     prepareTick();
-    return tickPlainly();
+    return isOnHostStore() ? tickOnHostStore() : tickPlainly();
+}
+
+NodeStatus TreeNode::tickOnHostStore()
+{
+    for (const Port& port : ports())
+        fetchPort(port.name());
+    const Blackboard::Ptr board = blackboard_;
+    auto of_nodes_above = board->beginTick();
+    NodeStatus result = NodeStatus::IDLE;
+    try {
+        result = tickPlainly();
+    } catch (...) {
+        board->endTick(std::move(of_nodes_above));
+        throw;
+    }
+    board->endTick(std::move(of_nodes_above));
+    return result;
+}
+
+const Port* TreeNode::fetchPort(std::string_view key) const
+{
+    const Port* port = findPort(key);
+    if (port != nullptr && port->form() != PortForm::Literal)
+        for (const std::string& name : referencedKeys(port->raw()))
+            blackboard_->fetch(name);
+    return port;
 }
 
 void TreeNode::keepInReach()
@@ -82,6 +109,8 @@ void TreeNode::setBlackboard(const Blackboard::Ptr& blackboard)
 {
     blackboard_ = blackboard;
     findWatchers();
+    findWayOfVisits();
+    reads_aside_ = isOnHostStore() || hasSnapshot();
     if (blackboard_ == nullptr)
         return;
     for (Port& port : ports_.all())
@@ -188,14 +217,20 @@ void TreeNode::notifyTick(NodeStatus result) const
 
 void TreeNode::takePortSnapshot()
 {
-    Extras& kept = extras();
-    kept.snapshot.clear();
+    auto& kept = extras().snapshot.emplace();
     for (const Port& port : ports()) {
         Any value;
+        if (isOnHostStore())
+            fetchPort(port.name());
         if (port.toAny(value))
-            kept.snapshot.emplace_back(port.name(), std::move(value));
+            kept.emplace_back(port.name(), std::move(value));
     }
-    has_snapshot_ = true;
+    reads_aside_ = true;
+}
+
+bool TreeNode::hasSnapshot() const
+{
+    return extras_ != nullptr && extras_->snapshot;
 }
 
 bool TreeNode::keepText(const Port& port, const char*& out) const
@@ -213,7 +248,7 @@ bool TreeNode::keepText(const Port& port, const char*& out) const
 
 const Any* TreeNode::snapshotValue(std::string_view key) const
 {
-    for (const auto& [name, value] : extras_->snapshot)
+    for (const auto& [name, value] : *extras_->snapshot)
         if (name == key)
             return &value;
     return nullptr;
@@ -237,6 +272,14 @@ Any* KeyPort::lookUp(const TreeNode& node, Use use)
     if (named.empty())
         return nullptr;
     Blackboard& blackboard = *node.blackboard();
+    if (blackboard.hasHostStore()) {
+        slot_ = nullptr;
+        owner_ = nullptr;
+        blackboard.fetch(named);
+        if (use == Use::Write)
+            blackboard.handOnAfterTick(named);
+        return &blackboard.slot(named);
+    }
     if (literal) {
         slot_ = &blackboard.slot(named);
         owner_ = &blackboard;
@@ -259,7 +302,7 @@ bool KeyPort::erase(const TreeNode& node)
         const std::string_view named = key(node, literal, scratch);
         if (named.empty())
             return false;
-        if (!literal) {
+        if (!literal || node.blackboard()->hasHostStore()) {
             node.blackboard()->erase(named);
             return true;
         }

@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 
+#include "runtime/host_store.h"
 #include "runtime/scripted_tree.h"
 
 namespace vemra::test {
@@ -115,9 +116,15 @@ TEST(Blackboard, AKeyExistsFromItsFirstWriteToItsErasure)
     EXPECT_EQ(board->getAny("flag"), nullptr);
 }
 
-class BuiltInLeaves : public testing::Test
+class BuiltInLeaves : public testing::TestWithParam<Keeps>
 {
 protected:
+    BuiltInLeaves()
+    {
+        t.blackboard = board;
+        board->setClock(t.clock);
+    }
+
     /// A fresh node of that kind, ticked once.
     char run(const std::string& id, const BT::NodeParameters& ports)
     {
@@ -132,10 +139,13 @@ protected:
     }
 
     ScriptedTree t;
-    BT::Blackboard::Ptr board = t.blackboard;
+    BT::Blackboard::Ptr board = makeBlackboard(GetParam());
 };
 
-TEST_F(BuiltInLeaves, SetCopyAndErase)
+INSTANTIATE_TEST_SUITE_P(OnABlackboardThatKeepsValues, BuiltInLeaves,
+                         testing::Values(Keeps::Itself, Keeps::InAHostsStore));
+
+TEST_P(BuiltInLeaves, SetCopyAndErase)
 {
     EXPECT_EQ(run("SetBlackboard", {{"key", "flag"}, {"value", ""}}), 'S');
     EXPECT_EQ(run("BlackboardContains", {{"key", "flag"}}), 'S');
@@ -154,7 +164,7 @@ TEST_F(BuiltInLeaves, SetCopyAndErase)
     EXPECT_EQ(board->get<Pose>("copy"), (Pose{1, 2}));
 }
 
-TEST_F(BuiltInLeaves, SetWithTypeWritesAllOrNothing)
+TEST_P(BuiltInLeaves, SetWithTypeWritesAllOrNothing)
 {
     const auto set = [this](const char* type, const char* value) {
         return run("SetBlackboardWithType", {{"key", "k"}, {"type", type}, {"value", value}});
@@ -172,7 +182,7 @@ TEST_F(BuiltInLeaves, SetWithTypeWritesAllOrNothing)
     EXPECT_EQ(text("k"), "false");
 }
 
-TEST_F(BuiltInLeaves, Compare)
+TEST_P(BuiltInLeaves, Compare)
 {
     board->set("n", 5);
     board->set("state", "init");
@@ -199,7 +209,7 @@ TEST_F(BuiltInLeaves, Compare)
         EXPECT_EQ(run(id, ports), result) << id << testing::PrintToString(ports);
 }
 
-TEST_F(BuiltInLeaves, Calculate)
+TEST_P(BuiltInLeaves, Calculate)
 {
     board->set("n", 5);
     EXPECT_EQ(run("IntAdd", {{"int_a", "${n}"}, {"int_b", "1"}, {"out_sum", "n"}}), 'S');
@@ -225,7 +235,7 @@ TEST_F(BuiltInLeaves, Calculate)
     EXPECT_EQ(modulus("1", "0", "0"), 'F');
 }
 
-TEST_F(BuiltInLeaves, DelayCountsTicksAndForgetsThemOnAHalt)
+TEST_P(BuiltInLeaves, DelayCountsTicksAndForgetsThemOnAHalt)
 {
     t.plant(leaf("Delay", {{"ticks", "2"}}));
     EXPECT_EQ(t.ticks(4), "R, R, S, R");
@@ -238,7 +248,7 @@ TEST_F(BuiltInLeaves, DelayCountsTicksAndForgetsThemOnAHalt)
     EXPECT_EQ(t.ticks(3), "R, R a, R a");
 }
 
-TEST_F(BuiltInLeaves, StackBlackboardPutsTheKeyBack)
+TEST_P(BuiltInLeaves, StackBlackboardPutsTheKeyBack)
 {
     const auto scope = [this] {
         t.plant(node("DoWhile",
@@ -258,7 +268,7 @@ TEST_F(BuiltInLeaves, StackBlackboardPutsTheKeyBack)
     EXPECT_EQ(run("StackBlackboard", {{"key", ""}}), 'F');
 }
 
-TEST_F(BuiltInLeaves, TimersCountFromTheirFirstTick)
+TEST_P(BuiltInLeaves, TimersCountFromTheirFirstTick)
 {
     board->set("frames", "10");
     t.plant(node("DoWhile",

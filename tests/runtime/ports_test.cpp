@@ -3,12 +3,13 @@
 #include <optional>
 #include <string>
 
+#include "runtime/host_store.h"
 #include "runtime/scripted_tree.h"
 
 namespace vemra::test {
 namespace {
 
-class Ports : public testing::Test
+class Ports : public testing::TestWithParam<Keeps>
 {
 protected:
     Ports()
@@ -30,10 +31,13 @@ protected:
     }
 
     BT::BehaviorTreeFactory factory;
-    BT::Blackboard::Ptr board = BT::Blackboard::create<BT::BlackboardLocal>();
+    BT::Blackboard::Ptr board = makeBlackboard(GetParam());
 };
 
-TEST_F(Ports, ReadAsWhatTheyStandFor)
+INSTANTIATE_TEST_SUITE_P(OnABlackboardThatKeepsValues, Ports,
+                         testing::Values(Keeps::Itself, Keeps::InAHostsStore));
+
+TEST_P(Ports, ReadAsWhatTheyStandFor)
 {
     constexpr auto kNone = std::nullopt;
     const struct
@@ -105,7 +109,7 @@ TEST_F(Ports, ReadAsWhatTheyStandFor)
     EXPECT_EQ(probe("x")->getParam<std::string>("w"), std::nullopt);
 }
 
-TEST_F(Ports, KeepToTheRangeOfWhatIsAskedFor)
+TEST_P(Ports, KeepToTheRangeOfWhatIsAskedFor)
 {
     EXPECT_EQ(probe("-1")->getParam<unsigned>("v"), std::nullopt);
     EXPECT_EQ(probe("300")->getParam<std::uint8_t>("v"), std::nullopt);
@@ -115,7 +119,7 @@ TEST_F(Ports, KeepToTheRangeOfWhatIsAskedFor)
     EXPECT_EQ(probe("1e400")->getParam<double>("v"), std::nullopt);
 }
 
-TEST_F(Ports, FollowTheBlackboardAndAChangeOfType)
+TEST_P(Ports, FollowTheBlackboardAndAChangeOfType)
 {
     const auto node = probe("${i} + 1");
     board->set("i", 0.5);
@@ -128,7 +132,7 @@ TEST_F(Ports, FollowTheBlackboardAndAChangeOfType)
     EXPECT_EQ(node->getParam<int>("v"), 2);
 }
 
-TEST_F(Ports, AFormulaThatNestsTooDeepIsText)
+TEST_P(Ports, AFormulaThatNestsTooDeepIsText)
 {
     std::string deep = "${i}";
     for (int i = 0; i < 5000; ++i)
@@ -137,7 +141,7 @@ TEST_F(Ports, AFormulaThatNestsTooDeepIsText)
     EXPECT_EQ(probe("((${i}))")->getParam<int>("v"), 7);
 }
 
-TEST_F(Ports, AKeyMayBeNamedByAKey)
+TEST_P(Ports, AKeyMayBeNamedByAKey)
 {
     const auto run = [this](const char* id, const BT::NodeParameters& ports) {
         return factory.instantiateTreeNode(id, id, ports, board)->executeTick();

@@ -22,14 +22,31 @@ inline std::string textOf(const BT::TreeNode& node, std::string_view port, const
     return node.getParam(port, text) ? text : otherwise;
 }
 
-/// Whether the text of a port as it is now, empty where there is none, is `wanted`; nothing is copied for the
-/// question.
+/// The text of a port as it is now, empty where there is none. Nothing is copied where the port or the key it
+/// refers to hold a text; then it is good until they change.
+class PortText
+{
+public:
+    PortText(const BT::TreeNode& node, std::string_view port)
+    {
+        const BT::Port* found = node.findPort(port);
+        if (found == nullptr || !found->view(text_, scratch_))
+            text_ = {};
+    }
+    PortText(const PortText&) = delete;
+    PortText& operator=(const PortText&) = delete;
+
+    [[nodiscard]] std::string_view view() const { return text_; }
+
+private:
+    std::string scratch_;
+    std::string_view text_;
+};
+
+/// Whether the text of a port as it is now, empty where there is none, is `wanted`.
 inline bool isText(const BT::TreeNode& node, std::string_view port, std::string_view wanted)
 {
-    std::string scratch;
-    std::string_view text;
-    const BT::Port* found = node.findPort(port);
-    return (found != nullptr && found->view(text, scratch) ? text : std::string_view{}) == wanted;
+    return PortText(node, port).view() == wanted;
 }
 
 /// An action over many ticks made of functions: one for each tick, one for a halt while it runs.

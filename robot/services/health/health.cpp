@@ -67,10 +67,10 @@ void HealthService::install(leaf::LeafHost& host)
 {
     host.condition("IsRobotHealthy", [this](BT::TreeNode&) { return passed(parts_.state.errors.empty()); });
     host.condition("DoesHappenThisErr", [this](BT::TreeNode& node) {
-        return passed(parts_.state.errors.contains(bareCode(textOf(node, "ErrCode"))));
+        return passed(parts_.state.errors.contains(bareCode(PortText(node, "ErrCode").view())));
     });
     host.condition("DoesHappenThisWarning", [this](BT::TreeNode& node) {
-        return passed(warnings_.contains(bareCode(textOf(node, "ErrCode"))));
+        return passed(warnings_.contains(bareCode(PortText(node, "ErrCode").view())));
     });
     // The contacts touch, and no current flows.
     host.condition("DoesGetRobotChargeWarnning",

@@ -57,6 +57,37 @@ constexpr std::array<Entry, 16> kEntries{{{"NeedToEnterPowerOffMode", Mode::Powe
                                           {"NeedToEnterStandbyMode", Mode::Standby},
                                           {"NeedToEnterRobotSelfTestMode", Mode::SelfTest}}};
 
+/// `RobotModeAdjugement`: is the mode the one that the port names? What a literal names is looked up once.
+class IsModeCondition final : public BT::ConditionNode
+{
+public:
+    IsModeCondition(const std::string& name, const BT::NodeParameters& ports, const ModeSwitch& modes)
+        : ConditionNode(name, ports), modes_(modes)
+    {}
+
+private:
+    static constexpr const char* kPort = "DoesRobotModeExcute";
+
+    void onInit() override
+    {
+        const BT::Port* port = findPort(kPort);
+        is_literal_ = port == nullptr || port->form() == BT::PortForm::Literal;
+        if (port != nullptr && is_literal_)
+            named_ = modeFromText(port->raw());
+    }
+    BT::NodeStatus tick() override
+    {
+        const Mode now = modes_.current();
+        if (now == Mode::None)
+            return BT::NodeStatus::FAILURE;
+        return passed(is_literal_ ? named_ == now : isText(*this, kPort, toText(now)));
+    }
+
+    const ModeSwitch& modes_;
+    bool is_literal_ = false;
+    std::optional<Mode> named_;
+};
+
 }  // namespace
 
 void ModeService::update()
@@ -113,8 +144,8 @@ void ModeService::installDispatch(leaf::LeafHost& host)
                                              return std::exchange(told_changes_, changes) != changes;
                                          },
                                          [] { return true; }, [] {}}));
-    host.condition("RobotModeAdjugement", [this](BT::TreeNode& node) {
-        return passed(current() != Mode::None && isText(node, "DoesRobotModeExcute", toText(current())));
+    host.builder("RobotModeAdjugement", [this](const std::string& name, const BT::NodeParameters& ports) {
+        return BT::makeNode<IsModeCondition>(name, ports, parts_.state.modes);
     });
     for (const Entry& entry : kEntries)
         host.condition(entry.leaf,

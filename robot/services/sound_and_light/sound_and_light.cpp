@@ -84,7 +84,7 @@ void SoundAndLightService::install(leaf::LeafHost& host)
 void SoundAndLightService::installLights(leaf::LeafHost& host)
 {
     host.action("Led_Mode_Set", [this](BT::TreeNode& node) {
-        light_ = textOf(node, "LedMode");
+        light_ = PortText(node, "LedMode").view();
         showLight();
         return BT::NodeStatus::SUCCESS;
     });
@@ -103,10 +103,10 @@ void SoundAndLightService::installLights(leaf::LeafHost& host)
         return passed(dimmed() || (woken_in_ && *woken_in_ == parts_.state.frame));
     });
     host.action("SetDustLight", [this](BT::TreeNode& node) {
-        const std::string mode = textOf(node, "StaLedMode");
-        if (mode != station_light_)
-            parts_.report("station_light", mode, {});
-        station_light_ = mode;
+        if (!isText(node, "StaLedMode", station_light_)) {
+            station_light_ = PortText(node, "StaLedMode").view();
+            parts_.report("station_light", station_light_, {});
+        }
         return BT::NodeStatus::SUCCESS;
     });
 }

@@ -234,10 +234,10 @@ void StationService::installStates(leaf::LeafHost& host)
     host.action("CheckBaroCali", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
     host.condition("IsStationNormal", [this](BT::TreeNode&) { return passed(normal()); });
     host.condition("DoesHappenStationErr", [this](BT::TreeNode& node) {
-        return passed(heard_.errors.contains(bareCode(textOf(node, "ErrCode"))));
+        return passed(heard_.errors.contains(bareCode(PortText(node, "ErrCode").view())));
     });
     host.condition("DoesHappenStationWarning", [this](BT::TreeNode& node) {
-        return passed(heard_.warnings.contains(bareCode(textOf(node, "ErrCode"))));
+        return passed(heard_.warnings.contains(bareCode(PortText(node, "ErrCode").view())));
     });
     host.condition("IsInfraredConnect", [this](BT::TreeNode&) { return passed(linked()); });
     host.condition("NeedSaveStationInfo",
@@ -246,13 +246,13 @@ void StationService::installStates(leaf::LeafHost& host)
 
     // This station neither washes nor shines; what it is told it keeps.
     host.action("SetWashStatus", [this](BT::TreeNode& node) {
-        wash_state_ = textOf(node, "wash_state");
+        wash_state_ = PortText(node, "wash_state").view();
         return BT::NodeStatus::SUCCESS;
     });
     host.condition("DoesWashStatus",
                    [this](BT::TreeNode& node) { return passed(isText(node, "wash_state", wash_state_)); });
     host.action("SetUvLightStatus", [this](BT::TreeNode& node) {
-        uv_state_ = textOf(node, "uv_contrl_status");
+        uv_state_ = PortText(node, "uv_contrl_status").view();
         return BT::NodeStatus::SUCCESS;
     });
     host.condition("DoesUvLightStatus", [this](BT::TreeNode& node) {

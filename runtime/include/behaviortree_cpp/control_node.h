@@ -34,13 +34,14 @@ protected:
         setStatus(NodeStatus::RUNNING);
         for (TreeNode* const& place : children_nodes_) {
             TreeNode& child = *place;
-            if (child.status() == go_on && child.countsAsAction())
+            const NodeStatus before = child.status();
+            if (before == go_on && child.countsAsAction()) [[unlikely]]
                 continue;
-            const NodeStatus result = child.visit();
+            const NodeStatus result = child.visit(before, go_on);
             if (result == go_on)
                 continue;
             if (result == NodeStatus::SUCCESS || result == NodeStatus::FAILURE)
-                return end(result);
+                return endEarly(result);
             haltRunningBehind(static_cast<std::size_t>(&place - children_nodes_.data()));
             return NodeStatus::RUNNING;
         }
@@ -54,6 +55,33 @@ protected:
         setLiveBelowAfterEnd(false);
         return result;
     }
+    /// The same where many of the children may be IDLE already.
+    NodeStatus endEarly(NodeStatus result);
+
+    /// A truth port that is on unless it says otherwise. What a literal says is looked at once.
+    class OnPort
+    {
+    public:
+        [[nodiscard]] bool isOn(const TreeNode& node, std::string_view port)
+        {
+            if (says_ == Says::NotLookedAt) [[unlikely]]
+                look(node, port);
+            return says_ == Says::OtherThings ? read(node, port) : says_ == Says::On;
+        }
+
+    private:
+        enum class Says : std::uint8_t
+        {
+            NotLookedAt,
+            On,
+            Off,
+            OtherThings  ///< as the blackboard stands
+        };
+        void look(const TreeNode& node, std::string_view port);
+        [[nodiscard]] static bool read(const TreeNode& node, std::string_view port);
+
+        Says says_ = Says::NotLookedAt;
+    };
 
     std::vector<TreeNode*> children_nodes_;
 };

@@ -160,7 +160,18 @@ public:
     /// False only for a reference to a key that is not there.
     [[nodiscard]] bool toText(std::string& out) const;
     /// As toText without a copy where none is needed: the view is into the port, the slot or `scratch`.
-    [[nodiscard]] bool view(std::string_view& out, std::string& scratch) const;
+    [[nodiscard]] bool view(std::string_view& out, std::string& scratch) const
+    {
+        if (form_ == PortForm::Literal) {
+            out = raw();
+            return true;
+        }
+        if (form_ == PortForm::Reference && slot_->isText()) {
+            out = slot_->text();
+            return true;
+        }
+        return viewOther(out, scratch);
+    }
     /// The value itself: what a reference refers to, the number of a formula, else the text.
     [[nodiscard]] bool toAny(Any& out) const;
     /// The slot of a reference, else nullptr.
@@ -187,6 +198,7 @@ private:
     void readLiteral();
     void dropFormula();
     [[nodiscard]] bool toIntegerOtherwise(std::int64_t& out) const;
+    [[nodiscard]] bool viewOther(std::string_view& out, std::string& scratch) const;
 
     std::uint64_t name_head_;  ///< all of most names
     const char* text_;

@@ -48,13 +48,16 @@ public:
     virtual NodeStatus executeTick();
     /// The same for the node above, which ticks its children in every frame: one virtual call instead of two
     /// where the class has no executeTick() of its own.
-    [[gnu::always_inline]] NodeStatus visit()
+    [[gnu::always_inline]] NodeStatus visit() { return visit(status(), NodeStatus::SUCCESS); }
+    /// By who has looked at the node's status just now, and looks first whether the result is the one that
+    /// is expected.
+    [[gnu::always_inline]] NodeStatus visit(NodeStatus status, NodeStatus expected)
     {
-        if (!ticks_plainly_ || !initialized_) [[unlikely]]
+        if (!is_plainly_visited_) [[unlikely]]
             return executeTick();
-        if (status() > NodeStatus::RUNNING)
+        if (status > NodeStatus::RUNNING) [[unlikely]]
             setStatus(NodeStatus::IDLE);
-        return tickPlainly();
+        return tickPlainly(expected);
     }
     /// Stops the node: it and all below come back to IDLE.
     virtual void halt() = 0;
@@ -151,10 +154,15 @@ public:
     void initialize()
     {
         initialized_ = true;
+        findWayOfVisits();
         onInit();
     }
     /// Whether executeTick() is that of this class, so that visit() need not call it.
-    void setTicksPlainly(bool plain) { ticks_plainly_ = plain; }
+    void setTicksPlainly(bool plain)
+    {
+        ticks_plainly_ = plain;
+        findWayOfVisits();
+    }
 
 protected:
     virtual NodeStatus tick() = 0;
@@ -193,8 +201,12 @@ private:
     [[nodiscard]] bool isWatched() const { return *watched_; }
     /// Looks anew at whose flag says so: the node's own where it has listeners, else its blackboard's.
     void findWatchers();
+    [[nodiscard]] bool isOnHostStore() const { return blackboard_ != nullptr && blackboard_->hasHostStore(); }
+    void findWayOfVisits() { is_plainly_visited_ = ticks_plainly_ && initialized_ && !isOnHostStore(); }
+    /// The tick of a node whose blackboard stands before a store of the host's.
+    NodeStatus tickOnHostStore();
     /// A tick of a node that is set up and was not left ended.
-    [[gnu::always_inline]] NodeStatus tickPlainly()
+    [[gnu::always_inline]] NodeStatus tickPlainly(NodeStatus expected = NodeStatus::SUCCESS)
     {
         NodeStatus result = NodeStatus::IDLE;
         try {
@@ -206,6 +218,8 @@ private:
         if (isWatched()) [[unlikely]]
             return tellTick(result);
         status_.store(result, std::memory_order_relaxed);
+        if (result == expected) [[likely]]
+            return result;
         if (result == NodeStatus::RUNNING && must_end_) [[unlikely]]
             refuseRunning();
         return result;
@@ -234,18 +248,23 @@ private:
     std::atomic<NodeStatus> status_ = NodeStatus::IDLE;
     bool at_end_ = false;
     bool has_listeners_ = false;
-    bool registered_ : 1 = false;
     bool initialized_ : 1 = false;
     bool counts_as_action_ : 1 = false;
     bool live_below_after_end_ : 1 = false;
-    bool has_snapshot_ : 1 = false;
+    bool reads_aside_ : 1 = false;  ///< a snapshot, or what a store of the host's keeps
+    bool is_plainly_visited_ : 1 = false;
     bool ticks_plainly_ : 1 = false;
     bool must_end_ : 1 = false;
+    bool registered_ : 1 = false;
 
     [[noreturn]] void refuseBlackboard() const;
     /// The port as a C string, kept until it is read again.
     bool keepText(const Port& port, const char*& out) const;
+    /// The value of a port that was kept for a tick on another thread.
     [[nodiscard]] const Any* snapshotValue(std::string_view key) const;
+    [[nodiscard]] bool hasSnapshot() const;
+    /// As findPort, with the keys that the port refers to brought up to date.
+    const Port* fetchPort(std::string_view key) const;
 };
 
 /// Brings a node and all below it to IDLE; does nothing to one that is IDLE. `at_end`: not for a halt, but
@@ -297,11 +316,11 @@ bool readPort(const Port& port, T& out)
 template <class T>
 inline bool TreeNode::getParam(std::string_view key, T& out) const
 {
-    if (has_snapshot_) [[unlikely]] {
+    if (reads_aside_ && hasSnapshot()) [[unlikely]] {
         const Any* value = snapshotValue(key);
         return value != nullptr && value->tryCast(out);
     }
-    const Port* port = findPort(key);
+    const Port* port = reads_aside_ ? fetchPort(key) : findPort(key);
     if constexpr (std::is_same_v<T, const char*>)
         return port != nullptr && keepText(*port, out);
     else
@@ -315,9 +334,9 @@ public:
     explicit constexpr PortRef(const char* name) : name_(name) {}
 
     /// nullptr when the node has no such port.
-    [[nodiscard]] const Port* of(const TreeNode& node)
+    [[gnu::always_inline]] [[nodiscard]] const Port* of(const TreeNode& node)
     {
-        if (port_ == nullptr)
+        if (port_ == nullptr) [[unlikely]]
             port_ = node.findPort(name_);
         return port_;
     }
@@ -337,21 +356,26 @@ public:
     /// The slot named, or nullptr when the port is missing, empty or unreadable.
     [[nodiscard]] Any* resolve(const TreeNode& node)
     {
-        if (slot_ != nullptr && owner_ == node.blackboard().get())
+        if (owner_ == node.blackboard().get()) [[likely]]
             return slot_;
         return lookUp(node, Use::Write);
+    }
+    /// The slot where it was looked up before, for good; else nullptr.
+    [[nodiscard]] Any* known(const TreeNode& node) const
+    {
+        return owner_ == node.blackboard().get() ? slot_ : nullptr;
     }
     /// For reading: nullptr also for some keys that are not there, none of which is made.
     [[nodiscard]] const Any* find(const TreeNode& node)
     {
-        if (slot_ != nullptr && owner_ == node.blackboard().get())
+        if (owner_ == node.blackboard().get()) [[likely]]
             return slot_;
         return lookUp(node, Use::Read);
     }
     /// As resolve(), but good as long as the blackboard.
     [[nodiscard]] Any* keep(const TreeNode& node)
     {
-        if (slot_ != nullptr && owner_ == node.blackboard().get())
+        if (owner_ == node.blackboard().get()) [[likely]]
             return slot_;
         return lookUp(node, Use::Keep);
     }
@@ -371,7 +395,7 @@ private:
 
     const char* port_name_;
     Any* slot_ = nullptr;
-    const Blackboard* owner_ = nullptr;
+    const Blackboard* owner_ = nullptr;  ///< of the slot
 };
 
 }  // namespace BT

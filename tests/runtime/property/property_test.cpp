@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "behaviortree_cpp/decorators/subtree_condition_node.h"
+#include "runtime/host_store.h"
 #include "runtime/property/interpreter.h"
 #include "runtime/property/random_tree.h"
 
@@ -65,7 +66,11 @@ TEST_F(Properties, TreesDoTickByTickWhatTheContractsSay)
         RandomTree random;
         const Sketch sketch = random.grow();
         RC_LOG() << toText(sketch) << '\n';
-        ScriptedTree real(sketch);
+        ScriptedTree real;
+        real.blackboard =
+            makeBlackboard(*rc::gen::element(Keeps::Itself, Keeps::Itself, Keeps::InAHostsStore));
+        real.blackboard->setClock(real.clock);
+        real.plant(sketch);
         Interpreter wanted(sketch);
         real.blackboard->set("flag", wanted.flag);
 

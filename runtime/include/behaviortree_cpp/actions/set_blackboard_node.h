@@ -20,7 +20,8 @@ protected:
     NodeStatus tick() override;
 
 private:
-    NodeStatus writeOther(Any& slot) const;
+    /// The tick where the key is not known yet, or not to what it holds already.
+    [[gnu::noinline]] NodeStatus write();
 
     KeyPort key_{"key"};
     const Port* value_ = nullptr;  ///< looked for once

@@ -16,6 +16,7 @@ namespace BT {
 
 class TreeNode;
 class TreePools;
+class HostStore;
 class KeyPort;
 
 /// Sees each status change of every node that works on a blackboard, nodes of trees entered later included.
@@ -28,11 +29,30 @@ public:
     virtual void onTick(const TreeNode& /*node*/, NodeStatus /*result*/) {}
 };
 
+/// A store of the host's own, in which a blackboard then keeps its values:
+/// `Blackboard::create<MyStore>(...)`.
+class BlackboardImpl
+{
+public:
+    virtual ~BlackboardImpl() = default;
+    /// The value, or nullptr when the key does not exist; good until the store is next changed.
+    [[nodiscard]] virtual const Any* get(const std::string& key) const = 0;
+    virtual void set(const std::string& key, const Any& value) = 0;
+    [[nodiscard]] virtual bool contains(const std::string& key) const = 0;
+    /// Takes the key away. A store that leaves this as it is gets an empty value, by which a key does not
+    /// exist either.
+    virtual void erase(const std::string& key) { set(key, Any()); }
+};
+
 /// The one store that trees and leaf services share, by key. A key exists from its first write to its
 /// erasure and may change the type of its value. A slot that was asked for stays where it is for the life of
 /// the blackboard, so that a node looks its keys up by name once; any other goes with its key. Not locked:
 /// all ticks and all writes happen on one thread (an AsyncActionNode reads its ports through a copy made on
 /// that thread).
+///
+/// With a store of the host's behind it (BlackboardImpl) every read asks the store and every write goes to
+/// it; a slot is then a copy, brought up to date for the nodes that use it and handed on after their tick.
+/// Such nodes are ticked more slowly, all others pay nothing for it.
 class Blackboard
 {
 public:
@@ -40,14 +60,20 @@ public:
     using Slot = Any;  ///< empty while the key does not exist
 
     Blackboard() : clock_(std::make_shared<SteadyClock>()) {}
+    explicit Blackboard(std::unique_ptr<BlackboardImpl> store);
     Blackboard(const Blackboard&) = delete;
     Blackboard& operator=(const Blackboard&) = delete;
 
     template <class Impl, class... Args>
     static Ptr create(Args&&... args)
     {
-        static_assert(std::is_base_of_v<Blackboard, Impl>, "a blackboard derives from BT::Blackboard");
-        return std::make_shared<Impl>(std::forward<Args>(args)...);
+        if constexpr (std::is_base_of_v<BlackboardImpl, Impl>)
+            return std::make_shared<Blackboard>(std::make_unique<Impl>(std::forward<Args>(args)...));
+        else {
+            static_assert(std::is_base_of_v<Blackboard, Impl>,
+                          "a store derives from BT::BlackboardImpl, a blackboard from BT::Blackboard");
+            return std::make_shared<Impl>(std::forward<Args>(args)...);
+        }
     }
     static Ptr create() { return std::make_shared<Blackboard>(); }
 
@@ -73,9 +99,11 @@ public:
     void set(std::string_view key, const T& value)
     {
         entry(key).value.set(value);
+        if (host_store_ != nullptr) [[unlikely]]
+            handOn(key);
     }
 
-    [[nodiscard]] bool contains(std::string_view key) const { return getAny(key) != nullptr; }
+    [[nodiscard]] bool contains(std::string_view key) const;
     /// The value, or nullptr when the key does not exist; good until the key is erased.
     [[nodiscard]] const Any* getAny(std::string_view key) const;
     /// Takes the key away; true when it was there.
@@ -87,7 +115,7 @@ public:
         found.is_kept = true;
         return found.value;
     }
-    /// The keys that exist, sorted.
+    /// The keys that exist, sorted; with a store of the host's, those that came by here.
     [[nodiscard]] std::vector<std::string> keys() const;
 
     void setClock(std::shared_ptr<const Clock> clock) { clock_ = std::move(clock); }
@@ -105,6 +133,19 @@ public:
 
     /// For nodes that enter trees.
     [[nodiscard]] TreePools& treePools();
+
+    // For nodes, where the host has a store of its own.
+    [[nodiscard]] bool hasHostStore() const { return host_store_ != nullptr; }
+    /// Brings the slot of `key` up to date.
+    void fetch(std::string_view key);
+    /// Gives the store what was written to the slot.
+    void handOn(std::string_view key);
+    void handOn(const Slot& slot);
+    /// What a node writes to the slot of `key` in its tick is to be handed on once that is over.
+    void handOnAfterTick(std::string_view key);
+    /// Puts aside the keys that nodes above are to hand on, while a node is ticked.
+    [[nodiscard]] std::vector<std::string> beginTick();
+    void endTick(std::vector<std::string> keys_of_nodes_above);
 
 private:
     friend class KeyPort;
@@ -129,6 +170,7 @@ private:
     StatusObserver* observer_ = nullptr;
     bool is_observed_ = false;
     std::shared_ptr<TreePools> tree_pools_;
+    std::shared_ptr<HostStore> host_store_;  ///< none but where the host has its own
 };
 
 }  // namespace BT

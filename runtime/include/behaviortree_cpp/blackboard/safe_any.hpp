@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -36,7 +37,7 @@ void appendNumber(std::string& text, double number);
 /// A value on the blackboard: nothing, an integer (int64, or uint64 above its range), a real number (double),
 /// a truth value, a text, or an object of any copyable type, pointers included. Converts between the first
 /// four and text; an object comes back as the type it was stored as. Keeps the buffer of its text over
-/// changes, so that a value that changes in every tick takes no memory.
+/// changes, and writes an object over in place, so that a value that changes in every tick takes no memory.
 class Any
 {
 public:
@@ -59,7 +60,9 @@ public:
     template <class T>
     void set(const T& value)
     {
-        if constexpr (std::is_same_v<T, bool>)
+        if constexpr (std::is_same_v<T, Any>)
+            assign(value);
+        else if constexpr (std::is_same_v<T, bool>)
             setBoolean(value);
         else if constexpr (std::is_unsigned_v<T> && sizeof(T) == sizeof(std::uint64_t))
             setUnsigned(value);
@@ -71,7 +74,7 @@ public:
         } else if constexpr (std::is_convertible_v<const T&, std::string_view>)
             setText(std::string_view(value));
         else
-            setObject(std::make_shared<const Holder<T>>(value));
+            takeObject(value);
     }
 
     void setInteger(std::int64_t value)
@@ -158,7 +161,7 @@ private:
     {
         virtual ~HolderBase() = default;
         [[nodiscard]] virtual const std::type_info& type() const = 0;
-        [[nodiscard]] virtual const void* address() const = 0;
+        [[nodiscard]] virtual void* address() = 0;
         virtual void print(std::string& out) const = 0;
     };
 
@@ -167,7 +170,7 @@ private:
     {
         explicit Holder(const T& v) : value(v) {}
         [[nodiscard]] const std::type_info& type() const override { return typeid(T); }
-        [[nodiscard]] const void* address() const override { return &value; }
+        [[nodiscard]] void* address() override { return &value; }
         void print(std::string& out) const override
         {
             if constexpr (requires(std::ostream & stream, const T& v) { stream << v; }) {
@@ -190,7 +193,19 @@ private:
         kind_ = kind;
     }
     void takeText(std::string_view value);
-    void setObject(std::shared_ptr<const HolderBase> object);
+    template <class T>
+    void takeObject(const T& value)
+    {
+        if constexpr (std::is_copy_assignable_v<T>)
+            if (kind_ == Kind::Object && object_.use_count() == 1 && object_->type() == typeid(T)) {
+                // Whoever held it too has read what it wanted.
+                std::atomic_thread_fence(std::memory_order_acquire);
+                *static_cast<T*>(object_->address()) = value;
+                return;
+            }
+        setObject(std::make_shared<Holder<T>>(value));
+    }
+    void setObject(std::shared_ptr<HolderBase> object);
 
     union Number {
         std::int64_t integer;
@@ -199,7 +214,7 @@ private:
 
     Number number_{0};
     std::string text_;
-    std::shared_ptr<const HolderBase> object_;
+    std::shared_ptr<HolderBase> object_;
     Kind kind_ = Kind::Empty;
     bool is_single_ = false;  ///< a real number that was stored as a float, and reads as one in texts
 };

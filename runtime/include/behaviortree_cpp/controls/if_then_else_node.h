@@ -19,6 +19,9 @@ public:
 
 protected:
     NodeStatus tick() override;
+
+private:
+    OnPort halt_port_;
 };
 
 /// The remembering choice: the condition may take many ticks; once it is decided, the selected branch runs
@@ -41,6 +44,7 @@ protected:
 private:
     /// Index of the child whose turn it is: the condition, or the branch chosen.
     std::size_t turn_ = 0;
+    OnPort reset_port_;
 };
 
 }  // namespace BT

@@ -25,6 +25,7 @@ protected:
 private:
     /// IDLE while the main child runs, then its result.
     NodeStatus main_result_ = NodeStatus::IDLE;
+    OnPort tick_port_;
 };
 
 }  // namespace BT

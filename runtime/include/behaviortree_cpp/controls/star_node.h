@@ -17,11 +17,12 @@ protected:
     /// Runs the children on from the kept place for as long as they give `go_on`.
     NodeStatus run(NodeStatus go_on);
     /// Port `reset_on_failure`; true when it is missing or unreadable.
-    [[nodiscard]] bool resetsOnFailure() const;
+    [[nodiscard]] bool resetsOnFailure();
 
 private:
     std::size_t place_ = 0;
     bool reset_on_failure_ = true;
+    OnPort reset_port_;
 };
 
 }  // namespace BT
