@@ -1,6 +1,7 @@
 #include "robot/planning/contour.h"
 
 #include <array>
+#include <optional>
 
 namespace vemra::robot {
 namespace {
@@ -34,7 +35,9 @@ std::vector<CellIndex> contourWithEdgeOnLeft(const PlanningMap& plan, CellIndex 
     std::vector<CellIndex> contour{from};
     // The edge lies a quarter turn to the left of where it heads.
     int heading = (indexOf(towards) + kDirections - 2) % kDirections;
-    const std::size_t most = plan.window().cells();
+    std::optional<int> first;
+    // Each cell is passed once from each side at most.
+    const std::size_t most = kDirections * plan.window().cells();
     while (contour.size() < most) {
         const CellIndex at = contour.back();
         int turned = 0;
@@ -46,10 +49,16 @@ std::vector<CellIndex> contourWithEdgeOnLeft(const PlanningMap& plan, CellIndex 
                 break;
             }
         }
-        const CellIndex next = stepped(at, heading);
-        if (turned == kDirections || next == from) {
+        if (turned == kDirections) {
             break;
         }
+        // Round: where the ground is one cell wide the beginning is passed on the way back, too.
+        if (contour.size() > 1 && at == from && heading == first) {
+            contour.pop_back();
+            break;
+        }
+        first = first.value_or(heading);
+        const CellIndex next = stepped(at, heading);
         contour.push_back(next);
         if (!goes_on(next)) {
             break;
