@@ -56,6 +56,16 @@ std::optional<CellIndex> ChainLeaves::untracedNear(CellIndex cell) const
     return nearest;
 }
 
+// What may be run at from a place: the trees turn down what lies on enclosed floor.
+std::optional<CellIndex> ChainLeaves::blockFrom(const SearchGround& ground, CellIndex stand)
+{
+    const auto block = untracedNear(stand);
+    return block && ground_.offers().isOpen("block", centreOf(*block)) &&
+                   !ground_.isEnclosed(ground.plan, centreOf(stand))
+               ? block
+               : std::nullopt;
+}
+
 // A wall is followed with the wall on the right. Begun anywhere, all of it that lies behind would be left; so
 // it is followed from where the traced wall before it ends. None: nothing of it is traced, so that it may
 // begin anywhere.
@@ -96,17 +106,17 @@ std::optional<GridPath> ChainLeaves::nearestBlock(const SearchGround& ground)
             (ground.region && !contains(*ground.region, centreOf(cell)))) {
             return false;
         }
-        block = untracedNear(cell);
-        return block && ground_.offers().isOpen("block", centreOf(*block)) &&
-               !ground_.isEnclosed(ground.plan, centreOf(cell));
+        block = blockFrom(ground, cell);
+        return block.has_value();
     });
     if (!way || !block || !takeWay(ground, *way, ground_.offers())) {
         return std::nullopt;
     }
     if (const auto begin = whereFollowingBegins(ground, way->cells.back(), *block)) {
-        if (auto there = findPath(ground.costs, ground.from, *begin)) {
+        const auto first = blockFrom(ground, *begin);
+        if (auto there = first ? findPath(ground.costs, ground.from, *begin) : std::nullopt) {
             way = std::move(there);
-            block = untracedNear(*begin);
+            block = first;
         }
     }
     block_ = centreOf(*block);

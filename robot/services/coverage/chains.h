@@ -29,6 +29,7 @@ private:
     BT::NodeStatus metLineAgain(const BT::TreeNode& node);
     [[nodiscard]] bool goesOn(const TracedWalls::Chain& chain) const;
     [[nodiscard]] std::optional<CellIndex> untracedNear(CellIndex cell) const;
+    [[nodiscard]] std::optional<CellIndex> blockFrom(const SearchGround& ground, CellIndex stand);
     [[nodiscard]] std::optional<CellIndex> whereFollowingBegins(const SearchGround& ground, CellIndex stand,
                                                                 CellIndex block) const;
 
