@@ -34,12 +34,15 @@
 #include "robot/host/sample_files.h"
 #include "robot/world/map_file.h"
 #include "robot/world/random_home.h"
+#include "robot/world/reach.h"
 
 namespace vemra::app {
 namespace {
 
 constexpr double kLeastAwayMm = 600;
 constexpr double kAsideDeg = 55;
+constexpr double kOffWallsMm = 300;
+constexpr int kTries = 10000;
 
 struct BatchOptions
 {
@@ -49,6 +52,7 @@ struct BatchOptions
     std::optional<std::filesystem::path> home;
     std::string tree;
     double within_m = 2.5;
+    bool anywhere = false;
     std::uint64_t seed = 1;
     unsigned jobs = 2;
     std::optional<std::filesystem::path> out;
@@ -75,7 +79,6 @@ Cases homeCases(const BatchOptions& options)
 robot::PoseMm poseBefore(const robot::Home& home, const robot::Dock& dock, double within_mm,
                          robot::Chance& chance)
 {
-    constexpr int kTries = 10000;
     for (int i = 0; i < kTries; ++i) {
         const double away = kLeastAwayMm + chance.uniform() * (within_mm - kLeastAwayMm);
         const robot::Degrees bearing{dock.face.yaw.value + (2 * chance.uniform() - 1) * kAsideDeg};
@@ -86,6 +89,24 @@ robot::PoseMm poseBefore(const robot::Home& home, const robot::Dock& dock, doubl
             return {{std::round(at.x), std::round(at.y)}, {std::round(chance.uniform() * 360 - 180)}};
     }
     throw UserError("there is no free place before the dock within --within");
+}
+
+// A place from which the robot can drive to the dock.
+robot::PoseMm poseAnywhere(const robot::Home& home, const robot::Reach& reach, const robot::Dock& dock,
+                           robot::Chance& chance)
+{
+    const robot::PointMm low = home.origin();
+    const robot::PointMm size = home.farCorner() - low;
+    const robot::PointMm out =
+        dock.face.at + (robot::kRobotRadiusMm + kOffWallsMm) * robot::direction(dock.face.yaw);
+    const int floor = reach.regionOf(home.cellOf(out));
+    for (int i = 0; i < kTries; ++i) {
+        const robot::PointMm at{std::round(low.x + chance.uniform() * size.x),
+                                std::round(low.y + chance.uniform() * size.y)};
+        if (home.isDiscFree(at, kOffWallsMm) && reach.regionOf(home.cellOf(at)) == floor)
+            return {at, {std::round(chance.uniform() * 360 - 180)}};
+    }
+    throw UserError("there is no free place 300 mm off the walls from which the dock can be reached");
 }
 
 Cases poseCases(const BatchOptions& options)
@@ -99,9 +120,12 @@ Cases poseCases(const BatchOptions& options)
                              : scenario.tree.empty() ? "SearchForCharger_lds"
                                                      : scenario.tree;
     TreeLibrary(options.plugin).expect(tree);
+    const robot::Reach reach(home.home, robot::kRobotRadiusMm);
     return [=](std::uint64_t seed) {
         robot::Chance chance(seed);
-        const robot::PoseMm pose = poseBefore(home.home, dock, 1e3 * options.within_m, chance);
+        const robot::PoseMm pose = options.anywhere
+                                       ? poseAnywhere(home.home, reach, dock, chance)
+                                       : poseBefore(home.home, dock, 1e3 * options.within_m, chance);
         robot::Scenario own = scenario;
         own.start.on_dock = false;
         own.start.pose = pose;
@@ -281,7 +305,9 @@ void addBatchCommand(CLI::App& program, int& exit_code)
     command->add_option("--homes", options->homes, "Clean so many furnished homes that are made from seeds")
         ->check(wholeNumber(1, 1'000'000))
         ->type_name("N");
-    command->add_option("--poses", options->poses, "Search for the dock from so many places before it")
+    command
+        ->add_option("--poses", options->poses,
+                     "Search for the dock from so many places, before it unless told otherwise")
         ->check(wholeNumber(1, 1'000'000))
         ->type_name("N");
     command
@@ -290,9 +316,15 @@ void addBatchCommand(CLI::App& program, int& exit_code)
         ->type_name("FILE");
     command->add_option("--home", options->home, "With --poses: another home")->type_name("FILE");
     command->add_option("--tree", options->tree, "With --poses: another tree")->type_name("TREE");
-    command->add_option("--within", options->within_m, "With --poses: metres from the dock's face, at most")
-        ->check(CLI::Range(0.7, 10.0))
-        ->capture_default_str();
+    CLI::Option* within =
+        command
+            ->add_option("--within", options->within_m, "With --poses: metres from the dock's face, at most")
+            ->check(CLI::Range(0.7, 10.0))
+            ->capture_default_str();
+    command
+        ->add_flag("--anywhere", options->anywhere,
+                   "With --poses: anywhere in the home, 300 mm off its walls, not in sight of the dock alone")
+        ->excludes(within);
     command->add_option("--seed", options->seed, "Seed of the first run; the next has the next")
         ->check(wholeNumber(0))
         ->type_name("N")

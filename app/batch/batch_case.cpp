@@ -22,6 +22,8 @@ constexpr std::uint64_t kUpFrames = 50;
 constexpr std::uint64_t kGivenUpFrames = 500;
 constexpr double kTimesIdeal = 4;
 constexpr double kBesidesS = 300;
+/// A contact in passing is none.
+constexpr std::uint64_t kHoldsFrames = 50;
 // The limits of a search.
 constexpr int kTurns = 5;
 constexpr int kWalks = 5;
@@ -146,6 +148,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
     bool left_dock = !one.cleans;
     std::uint64_t stands_by_frames = 0;
     std::optional<std::uint64_t> heard;
+    std::uint64_t touches_frames = 0;
     while (robot.frame() < limit) {
         if (robot.over()) {
             ended = "off";
@@ -158,8 +161,10 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
             heard = robot.frame();
         left_dock = left_dock || (robot.frame() > kUpFrames && !state.contacts.touching());
         const robot::Mode mode = state.modes.current();
+        touches_frames = left_dock && state.contacts.touching() ? touches_frames + 1 : 0;
         // What follows a clean on the dock belongs to it: the robot may yet go on.
-        if (left_dock && state.contacts.touching() && (!one.cleans || mode == robot::Mode::Charging)) {
+        if (one.cleans ? touches_frames > 0 && mode == robot::Mode::Charging
+                       : touches_frames >= kHoldsFrames) {
             ended = "docked";
             break;
         }
@@ -175,12 +180,14 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
         if (one.cleans && robot.frame() % kLookEvery == 0)
             stall.look(robot, leaves);
     }
+    // A search is over when the contacts first touched.
+    const std::uint64_t frames = robot.frame() - (one.cleans || ended != "docked" ? 0 : kHoldsFrames - 1);
     const nlohmann::ordered_json report = robot.report();
     nlohmann::ordered_json line{{"seed", one.seed},
                                 {"good", ended == "docked"},
                                 {"ended", ended},
-                                {"frames", robot.frame()},
-                                {"time_s", tenths(static_cast<double>(robot.frame()) / kFramesPerSecond)}};
+                                {"frames", frames},
+                                {"time_s", tenths(static_cast<double>(frames) / kFramesPerSecond)}};
     line.update(one.about);
     if (!one.cleans) {
         line["attempts"] = report.at("docking_attempts");
@@ -188,7 +195,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
             line["why"] = whyInVain(robot, ended, heard.has_value());
     }
     if (heard && !one.cleans)
-        line["after_hearing_s"] = tenths(static_cast<double>(robot.frame() - *heard) / kFramesPerSecond);
+        line["after_hearing_s"] = tenths(static_cast<double>(frames - *heard) / kFramesPerSecond);
     if (one.cleans) {
         line["coverage"] = report.at("coverage");
         line["reachable_m2"] = report.at("reachable_m2");

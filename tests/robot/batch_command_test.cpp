@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -13,7 +14,6 @@ using test::ProgramResult;
 using test::runVemra;
 using testing::Ge;
 using testing::HasSubstr;
-using testing::Le;
 
 struct Runs
 {
@@ -68,13 +68,25 @@ TEST(BatchCommand, EachSearchDocksFromMostPlacesBeforeItsDock)
     EXPECT_THAT(back.good, Ge(11)) << back.result.out << back.result.err;
 }
 
-TEST(BatchCommand, ADockWithItsEmittersExchangedIsHardlyFound)
+TEST(BatchCommand, ADockWithItsEmittersExchangedIsNotDockedAt)
 {
     const Folder folder;
     const Runs right = batch({"--poses", "12", "--scenario", searchWith(folder, "exchanged: false")});
     const Runs wrong = batch({"--poses", "12", "--scenario", searchWith(folder, "exchanged: true")});
     EXPECT_THAT(right.good, Ge(11)) << right.result.out;
-    EXPECT_THAT(wrong.good, Le(8)) << wrong.result.out;
+    EXPECT_EQ(wrong.good, 0) << wrong.result.out;
+}
+
+TEST(BatchCommand, TheWayHomeBeginsAnywhereInTheHome)
+{
+    const Runs runs =
+        batch({"--poses", "6", "--anywhere", "--scenario", sample("home_over_a_known_map.yaml")});
+    EXPECT_EQ(runs.good, 6) << runs.result.out << runs.result.err;
+    double farthest_mm = 0;
+    for (const auto& line : runs.lines)
+        farthest_mm = std::max(farthest_mm, line.at("away_mm").get<double>());
+    EXPECT_THAT(farthest_mm, Ge(3000)) << runs.result.out;
+    EXPECT_THAT(batch({"--poses", "1", "--anywhere", "--within", "2"}).result.err, HasSubstr("--within"));
 }
 
 TEST(BatchCommand, GivesTheSameRunsWhoeverPlaysThemAndTellsHowToPlayThemAgain)

@@ -9,6 +9,7 @@
 #include "robot/grid_sketch.h"
 #include "robot/planning/cleaning_lines.h"
 #include "robot/planning/planner.h"
+#include "robot/services/coverage/charge_need.h"
 #include "robot/services/coverage/offers.h"
 #include "robot/world/distances.h"
 #include "robot/world/dock.h"
@@ -52,6 +53,24 @@ TEST(SweptFloor, CountsWhatBrushAndSideBrushTouch)
     const double before = floor.areaM2();
     floor.follow({{3500, 2500}, {0}}, true);
     EXPECT_THAT(floor.areaM2() - before, Lt(0.05)) << "it was carried";
+}
+
+TEST(ChargeNeed, IsWhatTheFloorThatIsLeftTakesByWhatItTookBefore)
+{
+    ChargeNeed need;
+    EXPECT_EQ(need.forFloor(1), 40) << "the least";
+    const int unknown = need.forFloor(40);
+    // 20 percent for 10 square metres, a charge, and 10 percent for 5 more.
+    need.follow(80, 0);
+    need.follow(60, 10);
+    EXPECT_EQ(need.forFloor(20), 64);
+    need.follow(90, 10);
+    need.follow(80, 15);
+    EXPECT_EQ(need.forFloor(20), 64);
+    EXPECT_EQ(need.forFloor(100), 100);
+    // The next task shows anew what it takes.
+    need.follow(80, 0);
+    EXPECT_EQ(need.forFloor(40), unknown);
 }
 
 TEST(SweptFloor, ReachesWhatTheSideBrushGetsTo)

@@ -162,6 +162,28 @@ TEST(DockSignals, AreTold)
     EXPECT_FALSE(rig.passes("ConsistentlyLostDockSignal"));
 }
 
+// So the image in a mirror looks, and a dock that was put together the wrong way round.
+TEST(DockSignals, ADockThatIsHeardCrosswiseIsNotBelieved)
+{
+    DockRig rig({before(450, 0), {-90}}, {.exchanged = true, .dropouts = 0, .mirrors = {}});
+    rig.frames(20);
+    EXPECT_TRUE(rig.hears("MiddleLeft", "CentralRight"));
+    EXPECT_TRUE(rig.hears("MiddleRight", "CentralLeft"));
+    rig.frames(15);
+    EXPECT_TRUE(rig.hears("Any", "None"));
+    // It listens again once it was quiet.
+    rig.body.carryTo({before(450, 0), {90}});
+    rig.frames(120);
+    rig.body.carryTo({before(450, 0), {-90}});
+    rig.frames(5);
+    EXPECT_TRUE(rig.hears("MiddleLeft", "Any"));
+
+    DockRig right({before(450, 0), {-90}});
+    right.frames(200);
+    EXPECT_TRUE(right.hears("MiddleLeft", "CentralLeft"));
+    EXPECT_TRUE(right.hears("MiddleRight", "CentralRight"));
+}
+
 TEST(DockSignals, AMarkingTurnFindsTheDockFromAnyHeading)
 {
     for (const double yaw : {-90.0, -60.0, 0.0, 135.0}) {

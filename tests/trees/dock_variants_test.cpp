@@ -71,6 +71,47 @@ protected:
     }
 };
 
+TEST_F(BackwardsSearch, BacksInAsItStandsWhenItMeasuredNothingAndGoesOffWithoutContact)
+{
+    robot.leaf("FindChargerIcp").runs();
+    robot.start("SearchForCharger_CleanDock");
+    robot.tickUntil("DockFinal7001", {}, 200);
+    EXPECT_NEAR(robot.framesOf("FindChargerIcp"), 50, 1);
+    EXPECT_TRUE(robot.notAsked("Rotate", {{"angular_velocity_deg_s", "30"}}));
+    // Without contact the time is over in 17 s, and the robot goes 40 cm off.
+    robot.tickUntil("OpenCloseMove", {{"left_mm_s", "100"}}, 1000);
+    EXPECT_NEAR(robot.framesOf("DockFinal7001"), 850, 1);
+    EXPECT_TRUE(robot.said("tolvar df"));
+    robot.tickUntil("GoChargingFullRoundTurn", {}, 400);
+    EXPECT_TRUE(robot.said("tolvar go 40"));
+    EXPECT_FALSE(robot.has("dock_final_back"));
+}
+
+TEST_F(BackwardsSearch, ThreeBumpsDuringTheTurnAtTheDockEndTheApproach)
+{
+    int backs = 0;
+    robot.leaf("Rotate").where("angle_deg", "180").decides([this, &backs](const Moment&) {
+        if (backs == 3)
+            return SUCCESS;
+        bump = "left";
+        return RUNNING;
+    });
+    robot.tree("Back2cm").decides([this, &backs](const Moment& now) {
+        ++backs;
+        bump.clear();
+        now.set("bump_dir", "None");
+        return SUCCESS;
+    });
+    robot.start("SearchForCharger_CleanDock");
+    robot.tickUntil("OpenCloseMove", {{"left_mm_s", "50"}}, 200);
+    EXPECT_EQ(backs, 3);
+    EXPECT_TRUE(robot.said("tq bumped too much"));
+    EXPECT_TRUE(robot.notAsked("DockFinal7001"));
+    robot.tickUntil("GoChargingFullRoundTurn", {}, 300);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "50"}}), 100);
+    EXPECT_FALSE(robot.has("bumped_when_rotate"));
+}
+
 TEST_F(BackwardsSearch, CorrectsByWhatItMeasured)
 {
     robot.leaf("FindChargerIcp").decides([](const Moment& now) {

@@ -50,7 +50,7 @@ Node follow_true_source()
         IsGotReflectedSignal{"turn_angle_after_reflect"}, key::got_reflected_sig_flag.erase(),
         key::ignore_dock_filed_flag.flag(), ForceSuccess(Frameout(25, GoBackwards{})),
         key::turn_to_charger_angle.set_typed("${turn_angle_after_reflect}/2"),
-        set_turn_dir_and_angle("SetTurnDirAndAngle"),
+        set_turn_dir_and_angle("SetTurnDirAndAngle"), Named("TryTurnToDock", guarded(turn_relative())),
         Named("TryTurnToDockWithSignalCheck",
               guarded(
                   Named("BreakAfterGotField",

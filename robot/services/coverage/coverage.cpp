@@ -11,11 +11,6 @@
 namespace vemra::robot {
 namespace {
 
-// Percent of the battery: to get about, for a square metre, and what a task waits for at least.
-constexpr double kLeastCharge = 20;
-constexpr double kChargePerM2 = 0.8;
-constexpr double kResumeFrom = 40;
-constexpr double kFullCharge = 100;
 // A place at the edge of the unknown is worth going to when so much lies behind it.
 constexpr int kUnseenWithin = 6;
 constexpr int kUnseenCells = 40;
@@ -63,6 +58,7 @@ void CoverageService::update()
     if (map.cleaned().follow(map.pose(), sweeps)) {
         ground_.offers().changed(map.pose().at);
     }
+    charge_need_.follow(parts_.state.battery_percent, map.cleaned().areaM2());
 }
 
 bool CoverageService::take(const Happening& what)
@@ -112,15 +108,12 @@ std::optional<GridPath> CoverageService::intoRegion(const SearchGround& ground)
     });
 }
 
-// A task that broke off for want of power waits for what the floor that is left will take, and the way there.
 int CoverageService::chargeForTheRest()
 {
     const RobotMap& map = ground_.map();
     constexpr double kCellM2 = Home::kCellMm * Home::kCellMm / 1e6;
     const double known_m2 = static_cast<double>(map.occupancy().freeCells()) * kCellM2;
-    const double left_m2 = std::max(0.0, known_m2 - map.cleaned().areaM2());
-    return static_cast<int>(
-        std::lround(std::clamp(kLeastCharge + kChargePerM2 * left_m2, kResumeFrom, kFullCharge)));
+    return charge_need_.forFloor(std::max(0.0, known_m2 - map.cleaned().areaM2()));
 }
 
 void CoverageService::install(leaf::LeafHost& host)

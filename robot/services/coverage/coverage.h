@@ -2,6 +2,7 @@
 
 #include "robot/services/core/service.h"
 #include "robot/services/coverage/chains.h"
+#include "robot/services/coverage/charge_need.h"
 #include "robot/services/coverage/ground.h"
 #include "robot/services/coverage/lines.h"
 #include "robot/services/coverage/rooms.h"
@@ -36,6 +37,7 @@ private:
     SubregionLeaves subregions_;
     ChainLeaves chains_;
     RoomLeaves rooms_;
+    ChargeNeed charge_need_;
 };
 
 }  // namespace vemra::robot

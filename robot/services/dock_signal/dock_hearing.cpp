@@ -18,6 +18,8 @@ constexpr std::uint64_t kFreshFrames = 150;
 constexpr double kSmoothing = 0.2;
 /// Beyond this the place was taken for somewhere else: the robot was carried, or heard a mirror.
 constexpr double kElsewhereMm = 600;
+constexpr int kImageFrames = 25;
+constexpr std::uint64_t kForgetFrames = 100;
 
 void count(std::uint64_t& frames, bool now)
 {
@@ -29,6 +31,21 @@ void count(std::uint64_t& frames, bool now)
 std::string_view toText(DockSignal signal)
 {
     return kSignals[static_cast<std::size_t>(signal)];
+}
+
+void DockHearing::judgeOrder(const Hearing& hearing)
+{
+    const DockSignal left = hearing[static_cast<std::size_t>(Receiver::MiddleLeft)].signal;
+    const DockSignal right = hearing[static_cast<std::size_t>(Receiver::MiddleRight)].signal;
+    quiet_frames_ = left == DockSignal::None && right == DockSignal::None ? quiet_frames_ + 1 : 0;
+    if (left != DockSignal::None && right != DockSignal::None && left != right) {
+        // The row of the sectors is the order of the enumeration.
+        crosswise_frames_ = std::clamp(crosswise_frames_ + (left > right ? 1 : -1), 0, kImageFrames);
+    }
+    if (quiet_frames_ >= kForgetFrames)
+        crosswise_frames_ = 0;
+    if (crosswise_frames_ == kImageFrames || crosswise_frames_ == 0)
+        image_ = crosswise_frames_ != 0;
 }
 
 void DockHearing::hold(const Hearing& hearing)
@@ -55,7 +72,8 @@ void DockHearing::yieldToFront(Receiver side, Receiver front)
 
 void DockHearing::update(const Body& body, bool docked)
 {
-    hold(body.dockHearing());
+    judgeOrder(body.dockHearing());
+    hold(image_ ? Hearing{} : body.dockHearing());
     yieldToFront(Receiver::Left, Receiver::MiddleLeft);
     yieldToFront(Receiver::Right, Receiver::MiddleRight);
     const DockSignal left = at(Receiver::MiddleLeft);

@@ -22,6 +22,10 @@ namespace vemra::robot {
 
 /// What the robot makes of its receivers: the signals without their dropouts, how long ago something was
 /// heard, and where the dock stands by that.
+///
+/// The left front receiver hears further left in the row of sectors than the right one. What is heard
+/// crosswise for half a second is the image of a dock in a mirror: nothing of it is believed until the front
+/// receivers have been silent for two seconds, or hear the sectors in their order again.
 class DockHearing
 {
 public:
@@ -73,6 +77,9 @@ public:
         looks_by_wall_ = true;
     }
 
+    /// What it hears is an image of the dock, and counts for nothing.
+    [[nodiscard]] bool isImage() const { return image_; }
+
 private:
     static constexpr int kHoldFrames = 6;
     struct Held
@@ -87,12 +94,16 @@ private:
         return held_[static_cast<std::size_t>(receiver)];
     }
     void hold(const Hearing& hearing);
+    void judgeOrder(const Hearing& hearing);
     /// Where views overlap, what the front receiver hears is ahead, not at the side: else a robot that turns
     /// to what it hears at its side would have arrived before it began.
     void yieldToFront(Receiver side, Receiver front);
     void locate(const PoseMm& odometry);
 
     std::array<Held, kReceivers> held_;
+    int crosswise_frames_ = 0;  ///< less those in which the sectors were heard in their order
+    std::uint64_t quiet_frames_ = 0;
+    bool image_ = false;
     std::uint64_t silent_frames_ = kNever;
     std::uint64_t front_silent_frames_ = kNever;
     std::uint64_t off_middle_frames_ = kNever;

@@ -134,11 +134,13 @@ BT::NodeStatus DockSignalService::mark(bool begins)
     return BT::NodeStatus::RUNNING;
 }
 
-// A drive that begins in silence has its time too.
+// A drive that begins in silence has its time too, from when it has turned to where it goes.
 bool DockSignalService::stillLost()
 {
     const std::uint64_t now = parts_.state.frame;
-    if (now > lost_asked_ + 1 || lost_asked_ == 0) {
+    const WheelSpeeds wheels = parts_.body.commanded();
+    const bool turns = wheels.left != 0 && std::abs(wheels.left + wheels.right) < 1;
+    if (now > lost_asked_ + 1 || lost_asked_ == 0 || turns) {
         lost_begun_ = now;
     }
     lost_asked_ = now;

@@ -43,7 +43,8 @@ void DockSignalService::installReflections(leaf::LeafHost& host)
     host.condition("IsGotReflectedSignal", [this](BT::TreeNode& node) {
         const std::string key = textOf(node, "target_angle");
         const bool bumped = ever_bumped_ && parts_.state.frame - bumped_frame_ <= kBumpFrames;
-        if (key.empty() || !bumped || !hearing_.frontHears() || parts_.body.nearDock()) {
+        const bool heard = hearing_.frontHears() || hearing_.isImage();
+        if (key.empty() || !bumped || !heard || parts_.body.nearDock()) {
             return BT::NodeStatus::FAILURE;
         }
         node.blackboard()->set(key, turnToSource());
