@@ -110,6 +110,32 @@ TEST_F(FlatTest, AGapThatIsTooNarrowByTheMapIsTriedWhereThereIsNoOtherWay)
     EXPECT_EQ(robot.text("tmp_cross_trial_bridge_token"), "true") << "by a trial bridge";
 }
 
+TEST_F(FlatTest, AGapAsWideAsTheBodyIsPassedAgainAndAgain)
+{
+    robot.knowHome();
+    robot.world.putDown(kDoorToHall);
+    const BoxMm gap{{5000, 2040}, {5100, 2400}};  // 360 mm of the door to the kitchen, the only way
+    robot.world.putDown({{5000, 1500}, {5100, gap.low.y}});
+    constexpr PointMm kKitchen{5700, 1200};
+    for (int times = 0; times < 3; ++times) {
+        EXPECT_TRUE(goTo(kKitchen, "Target")) << "there, after " << times;
+        EXPECT_LT(robot.away(kKitchen), kArrivedMm);
+        EXPECT_TRUE(goTo(kLivingRoom.at, "Target")) << "back, after " << times;
+        EXPECT_LT(robot.away(kLivingRoom.at), kArrivedMm);
+    }
+    int passed = 0;
+    const auto& track = robot.body.track();
+    for (std::size_t i = 1; i < track.size(); ++i) {
+        const PointMm a = track[i - 1].pose.at;
+        const PointMm b = track[i].pose.at;
+        if ((a.x < 5050) != (b.x < 5050)) {
+            ++passed;
+            EXPECT_TRUE(b.y > gap.low.y && b.y < gap.high.y) << "at y " << b.y;
+        }
+    }
+    EXPECT_GE(passed, 6);
+}
+
 TEST_F(FlatTest, ItLeavesAVirtualWallThatItStandsIn)
 {
     robot.knowHome();
