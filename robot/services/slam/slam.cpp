@@ -18,6 +18,10 @@ constexpr double kFrameS = kFrameMs / 1000.0;
 constexpr std::uint64_t kFirstScanFrames = 10;
 /// Standing still, or turning without getting round: then it looks from where it is.
 constexpr std::uint64_t kLongTurnFrames = 1500;
+/// A tree of the dialogue answers in the next frames; one that does not knows no dialogue.
+constexpr std::uint64_t kNoAnswerFrames = 100;
+constexpr std::uint64_t kLookInPassingFrames = 100;
+constexpr std::uint64_t kAloneFrames = 6000;
 
 }  // namespace
 
@@ -55,6 +59,11 @@ void SlamService::steer()
             break;
         case Stage::Told:
             keys.set("rotate_reloc_finish", "");
+            if (parts_.state.frame - begun_ >= kNoAnswerFrames)
+                enter(Stage::Alone);
+            break;
+        case Stage::Alone:
+            lookInPassing();
             break;
         case Stage::Walking:
             // Reached or not, the tree reports.
@@ -71,6 +80,24 @@ void SlamService::steer()
         case Stage::Found:
         case Stage::GaveUp:
             break;
+    }
+}
+
+void SlamService::giveUp()
+{
+    parts_.report("custom", "SLAM does not know the place", {{"what", "slam"}, {"localised", false}});
+    enter(Stage::GaveUp);
+}
+
+void SlamService::lookInPassing()
+{
+    const std::uint64_t now = parts_.state.frame;
+    if (now - begun_ >= kAloneFrames) {
+        giveUp();
+    } else if (now - looked_ >= kLookInPassingFrames) {
+        looked_ = now;
+        if (search_.look())
+            believe();
     }
 }
 
@@ -113,7 +140,7 @@ void SlamService::offerPoint()
         crossing_done_ = true;
         keys.set("static_exp", "");
     } else {
-        enter(Stage::GaveUp);
+        giveUp();
         return;
     }
     enter(Stage::Walking);
@@ -129,7 +156,7 @@ void SlamService::reached(const std::string& what)
         if (search_.pose()) {
             believe();
         } else {
-            enter(Stage::GaveUp);
+            giveUp();
         }
     }
 }
@@ -193,7 +220,7 @@ void SlamService::install(leaf::LeafHost& host)
             map_.bringBack();
             return BT::NodeStatus::SUCCESS;
         }
-        if (stage_ == Stage::Told) {
+        if (stage_ == Stage::Told || stage_ == Stage::Alone) {
             map_.setAside();
             // The first scan of the new map comes with the next frame.
             enter(Stage::Again);

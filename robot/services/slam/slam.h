@@ -36,6 +36,7 @@ private:
         Off,
         FirstTurn,  ///< the robot turns on the spot and looks around
         Told,       ///< the turn is enough; the tree says that it begins
+        Alone,      ///< the tree says nothing: it walks a way of its own, and SLAM looks in passing
         Walking,    ///< to a place to look from
         Looking,    ///< it has got there and turns
         Again,      ///< not recognised, and there are places left
@@ -50,6 +51,8 @@ private:
     void stop();
     void steer();
     void lookOnce();
+    void lookInPassing();
+    void giveUp();
     void offerPoint();
     void reached(const std::string& what);
     void believe();
@@ -65,6 +68,7 @@ private:
     Stage stage_ = Stage::Off;
     double turned_deg_ = 0;       ///< since the stage began
     std::uint64_t begun_ = 0;     ///< frame in which the stage began
+    std::uint64_t looked_ = 0;    ///< frame of the last look in passing
     bool crossing_done_ = false;  ///< the short way to and fro, where there was no place to go to
 };
 
