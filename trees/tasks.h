@@ -21,7 +21,7 @@ struct Task
     [[nodiscard]] Node open() const { return key::task_state.is_any({cleaning, lowpower, lowpower_pause}); }
     [[nodiscard]] Node starting() const
     {
-        return SequenceStar(key::task_state.is("precleaning"), key::task_type.is(type));
+        return Sequence(key::task_state.is("precleaning"), key::task_type.is(type));
     }
     [[nodiscard]] Node open_or_starting() const
     {

@@ -22,7 +22,7 @@ Node unless_silent(Node music)
 // On the way home to a wash the music is another.
 Node by_purpose_of_way_home(const char* for_wash, const char* otherwise)
 {
-    return IfThenElseStar(SequenceStar(key::hand_wash_flag.present(), DoesTuobuInstall{}), queue(for_wash),
+    return IfThenElseStar(Sequence(key::hand_wash_flag.present(), DoesTuobuInstall{}), queue(for_wash),
                           queue(otherwise));
 }
 

@@ -5,8 +5,8 @@ namespace {
 // A schedule that comes when the rooms are nearly done goes on with them.
 Node scheduled_start()
 {
-    return SequenceStar(IfThenElseStar(SequenceStar(key::task_state.is("completing"),
-                                                    key::last_clean_mode.is("SelectAreaCleanMode")),
+    return SequenceStar(IfThenElseStar(Sequence(key::task_state.is("completing"),
+                                                key::last_clean_mode.is("SelectAreaCleanMode")),
                                        SequenceStar(SaySomething{"Areaselect order in completing process"},
                                                     key::task_state.set("area_cleaning")),
                                        SaySomething{"Areaselect normal  order process"}),
@@ -39,7 +39,7 @@ Node clean_rooms()
 TREE(AreaSelectModeIndex)
 {
     return IfThenElseStar(
-        SequenceStar(IsReuseInfoExist{}, key::segment_map.present()),
+        Sequence(IsReuseInfoExist{}, key::segment_map.present()),
         cleaning_task(
             {.states = {"area_cleaning", "area_lowpower", "area_lowpower_pause"},
              .task_type = "AreaClean",
@@ -58,10 +58,10 @@ TREE(AreaSelectModeIndex)
              .closed_search_states = states({"search_charge"}),
              .mark_reloc = row(key::select_area_reloc_flag.set("true")),
              .no_restart_message = "no need restart  area",
-             .other_task = row(
-                 states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
-                         "cleaning", "lowpower", "point_cleaning", "point_lowpower"}),
-                 SequenceStar(key::task_state.is("precleaning"), last_mode_was_not("SelectAreaCleanMode"))),
+             .other_task =
+                 row(states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
+                             "cleaning", "lowpower", "point_cleaning", "point_lowpower"}),
+                     Sequence(key::task_state.is("precleaning"), last_mode_was_not("SelectAreaCleanMode"))),
              .give_up_old_task = clean_the_home_instead(),
 
              .companions = row(go_home_when_called("clean_area")),

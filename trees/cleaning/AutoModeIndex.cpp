@@ -7,7 +7,7 @@ namespace {
 
 Node scheduled_music()
 {
-    return IfThenElseStar(SequenceStar(switched_off(), DoesTuobuInstall{}),
+    return IfThenElseStar(Sequence(switched_off(), DoesTuobuInstall{}),
                           SequenceStar(SaySomething{"set breakpoint here."}, key::breakpoint_wash.set("true"),
                                        IfThenElseStar(key::app_mop_mode.is_true(), play(130), play(129))),
                           play(9));
@@ -74,13 +74,13 @@ Nodes turn_start_pose()
 // On a map without rooms the cloth is washed by the clock.
 Node wash_by_the_clock()
 {
-    return SequenceStar(key::reuse_cleaning.present(), on_map_with_rooms("false"));
+    return Sequence(key::reuse_cleaning.present(), on_map_with_rooms("false"));
 }
 
 Node wash_condition()
 {
-    return SequenceStar(uses_mop(), key::wash_mop_mode.present(),
-                        FallbackStar(BoolMatch{"${wash_mop_mode} > 0", "true"}, wash_by_the_clock()));
+    return Sequence(uses_mop(), key::wash_mop_mode.present(),
+                    FallbackStar(BoolMatch{"${wash_mop_mode} > 0", "true"}, wash_by_the_clock()));
 }
 
 Node account_washes()
@@ -89,7 +89,7 @@ Node account_washes()
         return AlwaysSuccess{.area_reset = reset, .ticks = "999999999", .run_once = "0"};
     };
     return IfThenElseStar(
-        SequenceStar(uses_mop(), key::wash_mop_mode.present()),
+        Sequence(uses_mop(), key::wash_mop_mode.present()),
         Fallback(Sequence(BoolMatch{"${wash_mop_mode} > 0", "true"}, area("${wash_mop_mode}")),
                  Sequence(key::reuse_cleaning.present(), on_map_with_rooms("false"), area("5"))),
         Delay{999999999});
@@ -189,10 +189,9 @@ TREE(AutoModeIndex)
          .closed_search_states = states({"search_charge", "map_cleaning"}),
          .mark_reloc = row(key::auto_mode_reloc_flag.set("true")),
          .no_restart_message = "no need restart",
-         .other_task =
-             row(states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
-                         "area_cleaning", "area_lowpower", "point_cleaning", "point_lowpower"}),
-                 SequenceStar(key::task_state.is("precleaning"), last_mode_was_not("AutoCleanMode"))),
+         .other_task = row(states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
+                                   "area_cleaning", "area_lowpower", "point_cleaning", "point_lowpower"}),
+                           Sequence(key::task_state.is("precleaning"), last_mode_was_not("AutoCleanMode"))),
          .give_up_old_task = give_up_old_task(),
 
          .turn_start_pose = turn_start_pose(),

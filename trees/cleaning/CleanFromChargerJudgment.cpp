@@ -82,10 +82,10 @@ Node begin_anew_with_mop()
 TREE(CleanFromChargerJudgment)
 {
     return IfThenElseStar(
-        SequenceStar(key::use_mop.present(), uses_mop()),
+        Sequence(key::use_mop.present(), uses_mop()),
         SequenceStar(
-            choose({{SequenceStar(key::start_from_charger.is("false"),
-                                  key::task_state.is_any({"init", "precleaning"})),
+            choose({{Sequence(key::start_from_charger.is("false"),
+                              key::task_state.is_any({"init", "precleaning"})),
                      begin_away_from_dock()},
                     {SequenceStar(key::start_from_charger.is("false"), mop_was_asked_for("changed_mop_mode")),
                      go_on_with_mop()},

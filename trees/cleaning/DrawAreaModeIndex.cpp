@@ -37,7 +37,7 @@ TREE(DrawAreaModeIndex)
              row(states({"completing", "charge", "part_cleaning", "cleaning", "lowpower", "area_cleaning",
                          "area_lowpower", "point_cleaning", "point_lowpower"}),
                  key::reset_zone_cleaning.present(),
-                 SequenceStar(key::task_state.is("precleaning"), Inverter(key::task_type.is("ZoneClean")))),
+                 Sequence(key::task_state.is("precleaning"), Inverter(key::task_type.is("ZoneClean")))),
          .give_up_old_task = clean_the_home_instead(),
 
          .companions = row(go_home_when_called("clean_draw")),

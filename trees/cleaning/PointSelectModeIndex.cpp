@@ -36,7 +36,7 @@ TREE(PointSelectModeIndex)
              row(states({"completing", "charge", "part_cleaning", "zone_cleaning", "zone_lowpower",
                          "area_cleaning", "area_lowpower", "cleaning", "lowpower"}),
                  key::reset_point_cleaning.present(),
-                 SequenceStar(key::task_state.is("precleaning"), last_mode_was_not("SelectPointCleanMode"))),
+                 Sequence(key::task_state.is("precleaning"), last_mode_was_not("SelectPointCleanMode"))),
          .give_up_old_task = clean_the_home_instead(),
 
          .companions = row(go_home_when_called("clean_point")),

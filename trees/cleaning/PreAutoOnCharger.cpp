@@ -8,7 +8,7 @@ Node watch_for_calibration()
 {
     return SubTree("${infrared_calibration}",
                    SequenceStar(PointToPointDist{"a_b_dist", "${current_odom}", "${back_origin_pose}"},
-                                when(SequenceStar(key::a_b_dist.above(250), key::a_b_dist.below(500)),
+                                when(Sequence(key::a_b_dist.above(250), key::a_b_dist.below(500)),
                                      key::need_infrared_calibration.set("true"))));
 }
 

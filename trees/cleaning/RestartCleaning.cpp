@@ -5,8 +5,8 @@ namespace {
 Node turned_more_than_half()
 {
     return RetryUntilSuccesful(
-        -1, SequenceStar(BoolMatch{"${start_yaw} != ${current_yaw_deg}", "true"},
-                         BoolMatch{"${current_odom_yaw_deg} - ${start_odom_yaw} > 180", "true"}));
+        -1, Sequence(BoolMatch{"${start_yaw} != ${current_yaw_deg}", "true"},
+                     BoolMatch{"${current_odom_yaw_deg} - ${start_odom_yaw} > 180", "true"}));
 }
 
 // The robot looks around before the map begins. The turn ends by odometry; the motion is only its drive.

@@ -4,11 +4,11 @@ namespace {
 
 Node wash_is_due()
 {
-    return SequenceStar(DoesRobotGetCharger{},
-                        FallbackStar(key::need_back_station.present(), key::breakpoint_wash_flag.present(),
-                                     key::breakpoint_wash.present(), key::task_state.is("init"),
-                                     key::task_state.is("precleaning")),
-                        DoesTuobuInstall{});
+    return Sequence(DoesRobotGetCharger{},
+                    FallbackStar(key::need_back_station.present(), key::breakpoint_wash_flag.present(),
+                                 key::breakpoint_wash.present(), key::task_state.is("init"),
+                                 key::task_state.is("precleaning")),
+                    DoesTuobuInstall{});
 }
 
 Node wash()
@@ -35,8 +35,8 @@ Node wash()
 Node no_wash()
 {
     return SequenceStar(erase(key::breakpoint_wash_flag, key::breakpoint_wash),
-                        when(SequenceStar(DoesTuobuInstall{}, key::need_to_standby.present(),
-                                          key::task_state.is_any({"init", "precleaning"})),
+                        when(Sequence(DoesTuobuInstall{}, key::need_to_standby.present(),
+                                      key::task_state.is_any({"init", "precleaning"})),
                              go_to_standby()),
                         key::need_to_standby.erase());
 }

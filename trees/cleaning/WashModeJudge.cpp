@@ -4,7 +4,7 @@ namespace {
 
 Node status_of(const char* mop_mode, const char* status)
 {
-    return SequenceStar(key::robot_mop_mode.is(mop_mode), key::robot_status.set(status));
+    return Sequence(key::robot_mop_mode.is(mop_mode), key::robot_status.set(status));
 }
 
 }  // namespace

@@ -53,7 +53,7 @@ Node is_new_task(const CleaningMode& mode)
 {
     return FallbackStar(
         key::task_state.is("init"),
-        SequenceStar(key::no_restart_flag.absent(), key::task_state.is("precleaning")),
+        Sequence(key::no_restart_flag.absent(), key::task_state.is("precleaning")),
         SequenceStar(any_of(mode.closed_search_states), SubtreeCondition{"SearchChargeEnding"}));
 }
 
@@ -61,7 +61,7 @@ Node begin_new_task(const CleaningMode& mode)
 {
     return SequenceStar(
         mode.mark_reloc,
-        IfThenElse(SequenceStar(key::task_state.is("precleaning"), key::no_restart_flag.present()),
+        IfThenElse(Sequence(key::task_state.is("precleaning"), key::no_restart_flag.present()),
                    SaySomething{mode.no_restart_message},
                    SequenceStar(SubtreeCondition{"AdvRestartCleaning"}, key::no_restart_flag.set("true"),
                                 key::task_type.set(mode.task_type))),
@@ -79,7 +79,7 @@ Node take_over(const CleaningMode& mode)
 
 Node nothing_has_moved()
 {
-    return SequenceStar(key::moved_during_pause.is("false"), SlamIsResumable{});
+    return Sequence(key::moved_during_pause.is("false"), SlamIsResumable{});
 }
 
 Node find_place_again()
@@ -104,7 +104,7 @@ Node restart_or_resume(const CleaningMode& mode)
 
 Node stand_by_when_lost()
 {
-    return when(SequenceStar(switched_on(), key::need_to_standby.present()),
+    return when(Sequence(switched_on(), key::need_to_standby.present()),
                 SaySomething{"reloc failed change mode to standby2..."}, Delay{50},
                 key::need_to_standby.erase(), queue(112), key::task_state.set("init"),
                 ForceFailure(go_to_standby()));
@@ -153,7 +153,7 @@ Node turn_first(const CleaningMode& mode)
 Node keep_break_point(const CleaningMode& mode)
 {
     return when(
-        SequenceStar(key::wash_mop_break_point.absent(), mode.wash_condition),
+        Sequence(key::wash_mop_break_point.absent(), mode.wash_condition),
         SaySomething{"set wash_mop_break_point"},
         DoWhile(TraceLogger{}, SequenceStar(key::current_pose.copy_to(key::wash_mop_break_point), Delay{1})),
         IfThenElseStar(key::current_motion_type.is("Gong"),
@@ -166,7 +166,7 @@ Node can_go_on(const CleaningMode& mode)
 {
     return SequenceStar(
         RobotPowerGetHigherThan{"16"},
-        when(SequenceStar(uses_mop(), key::mop_dirty.present(), key::mop_dirty.above(100)),
+        when(Sequence(uses_mop(), key::mop_dirty.present(), key::mop_dirty.above(100)),
              ForceFailure(SequenceStar(key::mop_is_dirty.set("true"), keep_break_point(mode)))));
 }
 
@@ -210,10 +210,10 @@ Node interrupt(const CleaningMode& mode)
     return SequenceStar(
         key::task_state.set(mode.states.lowpower), mode.at_low_power,
         key::mode_dirty_record.set(mode.dirty_record),
-        Fallback(SequenceStar(key::mop_is_dirty.present(), SaySomething{"clean task end 2..."},
-                              key::clean_task_end.set("true")),
-                 SequenceStar(DoesRobotBreakPointEnable{}, key::breakpoint_wash.flag(),
-                              key::clean_task_end.set("true"), SaySomething{"clean task end 0..."}, play(14)),
+        Fallback(Sequence(key::mop_is_dirty.present(), SaySomething{"clean task end 2..."},
+                          key::clean_task_end.set("true")),
+                 Sequence(DoesRobotBreakPointEnable{}, key::breakpoint_wash.flag(),
+                          key::clean_task_end.set("true"), SaySomething{"clean task end 0..."}, play(14)),
                  play(48)),
         go_home());
 }

@@ -77,7 +77,7 @@ inline Nodes states(std::initializer_list<const char*> texts)
 /// The mode of the last clean was another one.
 inline Node last_mode_was_not(const char* mode)
 {
-    return SequenceStar(key::last_clean_mode.present(), Inverter(key::last_clean_mode.is(mode)));
+    return Sequence(key::last_clean_mode.present(), Inverter(key::last_clean_mode.is(mode)));
 }
 
 /// The user's settings are put back after a scheduled clean.
@@ -100,7 +100,7 @@ inline Node report_trap()
 /// Which map of rooms a task with an order of rooms uses.
 inline Node choose_map_of_rooms()
 {
-    return IfThenElseStar(SequenceStar(key::is_ordering_task.holds("true"), key::order_map.present()),
+    return IfThenElseStar(Sequence(key::is_ordering_task.holds("true"), key::order_map.present()),
                           key::segment_map_info.set("order_map"), key::segment_map_info.set("segment_map"));
 }
 

@@ -24,7 +24,7 @@ inline Node go_home_when_called(const char* continue_work)
 
 inline Node wash_by_area()
 {
-    return SequenceStar(uses_mop(), key::wash_mop_mode.present(), BoolMatch{"${wash_mop_mode} > 0", "true"});
+    return Sequence(uses_mop(), key::wash_mop_mode.present(), BoolMatch{"${wash_mop_mode} > 0", "true"});
 }
 
 inline Node account_washes_by_area()

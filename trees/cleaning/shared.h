@@ -44,7 +44,7 @@ inline Node set_mop_gear_if_any()
 /// The heading drifted while the robot stood on its dock.
 inline Node note_drift_on_dock()
 {
-    return when(SequenceStar(key::start_from_charger.is_true(), DoesInitialIMUPoseDriftEnable{}),
+    return when(Sequence(key::start_from_charger.is_true(), DoesInitialIMUPoseDriftEnable{}),
                 key::IMUInitDriftEvent.flag());
 }
 

@@ -14,8 +14,8 @@ Node find_open_floor()
 
 Node has_way()
 {
-    return FallbackStar(SequenceStar(points_within("50", "${navi_target_point}", "${search_target_point}"),
-                                     key::navigation_path_segments.present()),
+    return FallbackStar(Sequence(points_within("50", "${navi_target_point}", "${search_target_point}"),
+                                 key::navigation_path_segments.present()),
                         search_map("TargetCollision", "${navi_target_point}"),
                         search_map("TargetCollision", "${search_target_point}"));
 }

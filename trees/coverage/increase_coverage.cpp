@@ -37,7 +37,7 @@ Node get_there()
 
 Node at_wall()
 {
-    return SequenceStar(NotTrapped{}, bumped());
+    return Sequence(NotTrapped{}, bumped());
 }
 
 Node drive_straight_to_block(const WallPass& pass)

@@ -45,11 +45,11 @@ Node bump_check_tof()
         Sequence(
             CalcSwitchLineFollowWallDirection{.is_rotate = "${gong_vertically}", .middle_of_line = "false"},
             FallbackStar(line_shorter_than("3"), foot_is_far(),
-                         SequenceStar(key::follow_wall_dir.holds("true"),
-                                      FallbackStar(ended_by("SideBrushPointcloud"), ended_by("right"),
-                                                   ended_by("LaserTofPointcloudRight"))),
-                         SequenceStar(key::follow_wall_dir.holds("false"),
-                                      FallbackStar(ended_by("left"), ended_by("LaserTofPointcloudLeft"))),
+                         Sequence(key::follow_wall_dir.holds("true"),
+                                  FallbackStar(ended_by("SideBrushPointcloud"), ended_by("right"),
+                                               ended_by("LaserTofPointcloudRight"))),
+                         Sequence(key::follow_wall_dir.holds("false"),
+                                  FallbackStar(ended_by("left"), ended_by("LaserTofPointcloudLeft"))),
                          ended_at_dock_or_edge())));
 }
 
@@ -65,8 +65,8 @@ Node change_line(const LinesFirst& planner)
 Node last_line_is_near()
 {
     return FallbackStar(key::current_line_finish_point.absent(),
-                        SequenceStar(start_within("1000", "${current_pose}"),
-                                     start_within("1000", "${current_line_finish_point}")));
+                        Sequence(start_within("1000", "${current_pose}"),
+                                 start_within("1000", "${current_line_finish_point}")));
 }
 
 Node navigate_to_start(const LinesFirst& planner)
@@ -103,7 +103,7 @@ Node clean_the_line()
                 key::finish_point.copy_to(key::current_finish_point), SetFixOrientation{"${finish_point}"},
                 ForceSuccess(SubtreeCondition{"FixOrientation.xml"}),
                 key::current_coord.copy_to(key::current_line_finish_point),
-                when(SequenceStar(NotTrapped{}, bumped()), key::bump_dir.copy_to(key::bump_dir_save)),
+                when(Sequence(NotTrapped{}, bumped()), key::bump_dir.copy_to(key::bump_dir_save)),
                 SubtreeCondition{"IMUCalib"})));
 }
 
@@ -153,7 +153,7 @@ Node navigate_and_follow_wall(const char* search_mode, const Node& otherwise)
                                                       key::start_point.copy_to(key::navi_target_point),
                                                       search_part(search_mode, "${navi_target_point}"),
                                                       SubtreeCondition{"NavigateProc.xml"},
-                                                      Inverter(SequenceStar(NotTrapped{}, bumped()))),
+                                                      Inverter(Sequence(NotTrapped{}, bumped()))),
                                          otherwise)));
 }
 

@@ -40,7 +40,7 @@ Node way_back();
 /// A zigzag is in hand.
 inline Node zigzag_is_on()
 {
-    return SequenceStar(key::gong_motion_type.present(), key::gong_motion_type.holds("true"));
+    return Sequence(key::gong_motion_type.present(), key::gong_motion_type.holds("true"));
 }
 
 inline Node set_bool(const char* key, const char* value)

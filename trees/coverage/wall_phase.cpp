@@ -6,8 +6,7 @@ namespace {
 
 Node at_unmarked_border()
 {
-    return SequenceStar(Inverter(FarFromVirtualBound{"${current_subregion}"}),
-                        Inverter(OnMarkedVirtualBound{}));
+    return Sequence(Inverter(FarFromVirtualBound{"${current_subregion}"}), Inverter(OnMarkedVirtualBound{}));
 }
 
 // The border of the part is traced like a wall.
@@ -85,7 +84,7 @@ Node find_block_outside()
 Node find_block()
 {
     return IfThenElseStar(
-        SequenceStar(key::need_search_block.absent(), in_traced_area("${current_coord}")),
+        Sequence(key::need_search_block.absent(), in_traced_area("${current_coord}")),
         SequenceStar(key::cross_trial_bridge_success.is_true(),
                      DoWhile(TmpProcSpecialBridge{"${crossed_navigation_bridge}"}, search_part("Block"))),
         find_block_outside());
@@ -131,10 +130,10 @@ Node touch_block()
 
 Node reach_goal()
 {
-    return IfThenElseStar(SequenceStar(at_unmarked_border(),
-                                       Inverter(IsPointInRectangle{.point = "${awesome_search_block}",
-                                                                   .rectangle = "${current_subregion}"}),
-                                       Inverter(bumped())),
+    return IfThenElseStar(Sequence(at_unmarked_border(),
+                                   Inverter(IsPointInRectangle{.point = "${awesome_search_block}",
+                                                               .rectangle = "${current_subregion}"}),
+                                   Inverter(bumped())),
                           bump_into_border(), touch_block());
 }
 

@@ -31,8 +31,8 @@ Node station_button()
         SequenceStar(FallbackStar(key::station_button_value.is("shortpush"), key::hand_wash_flag.present(),
                                   key::need_back_station.present()),
                      DoesTuobuInstall{}, Inverter(FallbackStar(low_power(), low_power_pause())));
-    const auto called_off = SequenceStar(key::station_button_value.is("longpush"), DoesTuobuInstall{},
-                                         key::stop_wash_back_lopp_flag.present());
+    const auto called_off = Sequence(key::station_button_value.is("longpush"), DoesTuobuInstall{},
+                                     key::stop_wash_back_lopp_flag.present());
     return SequenceStar(
         key::StationNotNormal.set("false"),
         choose({{asked_home, SequenceStar(play(148), break_off_for_wash())},
@@ -50,10 +50,10 @@ Node show_way_home()
         SequenceStar(
             IfThenElseStar(in_fast_mapping(), SaySomething{"fastmode complete backhome,no need led set"},
                            Led_Mode_Set{"BUTTON_LED_Backhome_Normal"}),
-            IfThenElseStar(
-                SequenceStar(FallbackStar(key::mop_is_dirty.present(), key::hand_wash_flag.present()),
-                             DoesTuobuInstall{}),
-                key::robot_status.set("clean_back_wash"), key::robot_status.set("clean_back_done"))));
+            IfThenElseStar(Sequence(FallbackStar(key::mop_is_dirty.present(), key::hand_wash_flag.present()),
+                                    DoesTuobuInstall{}),
+                           key::robot_status.set("clean_back_wash"),
+                           key::robot_status.set("clean_back_done"))));
 }
 
 Node stands_at_dock()

@@ -5,8 +5,8 @@ namespace {
 
 Node not_exploring()
 {
-    return SequenceStar(IsReuseInfoExist{}, key::reuse_cleaning.present(),
-                        BoolMatch{"${reuse_cleaning}!=0", "true"});
+    return Sequence(IsReuseInfoExist{}, key::reuse_cleaning.present(),
+                    BoolMatch{"${reuse_cleaning}!=0", "true"});
 }
 
 constexpr BreakKey exploring_passes{key::vslam_explore_break};
@@ -27,7 +27,7 @@ Node explore()
 // A limit of time that is switched off.
 Node give_up_in_time()
 {
-    return when(SequenceStar(BoolMatch{"false", "true"}, Inverter(budget_is_left())),
+    return when(Sequence(BoolMatch{"false", "true"}, Inverter(budget_is_left())),
                 ForceFailure(SubtreeCondition{"BackToOrigin"}));
 }
 

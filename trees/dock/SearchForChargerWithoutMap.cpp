@@ -19,7 +19,7 @@ Node track()
 Node surround_charger()
 {
     return Named("InDockFieldButLoseMiddle",
-                 when(SequenceStar(Inverter(front_hears("Middle")), InDockField{}),
+                 when(Sequence(Inverter(front_hears("Middle")), InDockField{}),
                       Named("SurroundCharger",
                             SequenceStar(find_best_direction(), SaySomething{"tq : need surround charger"},
                                          update_charger_direction(), surround_field_find_middle()))));

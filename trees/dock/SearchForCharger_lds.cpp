@@ -8,8 +8,8 @@ namespace {
 Node leave_field()
 {
     return when(
-        SequenceStar(key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
-                     key::dock_out_field.present()),
+        Sequence(key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
+                 key::dock_out_field.present()),
         turn_away_and(without_sensor(
             "DockField", FallbackStar(Sequence(no_bump(), IfThenElseStar(BoolMatch{"true", "true"},
                                                                          drive_for("75", "100", "100"),

@@ -5,8 +5,8 @@ namespace {
 
 Node leave_field()
 {
-    return IfThenElseStar(SequenceStar(key::marker_in_dock_field.holds("true"),
-                                       key::first_time_search.present(), key::dock_out_field.present()),
+    return IfThenElseStar(Sequence(key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
+                                   key::dock_out_field.present()),
                           turn_away_and(FallbackStar(drive_unless_bumped("125", "120", "120"),
                                                      SubtreeCondition{"Back2cm.xml"})),
                           AlwaysSuccess{});

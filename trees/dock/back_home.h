@@ -57,7 +57,7 @@ inline Node change_task(std::initializer_list<StateChange> changes)
 /// The robot washes its cloth on this way home.
 inline Node goes_home_to_wash()
 {
-    return SequenceStar(key::hand_wash_flag.present(), DoesTuobuInstall{});
+    return Sequence(key::hand_wash_flag.present(), DoesTuobuInstall{});
 }
 
 inline Node in_fast_mapping()

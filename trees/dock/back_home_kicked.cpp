@@ -117,9 +117,9 @@ Node kicked_branch()
         trace("kicked back home"), key::kicked.set("false"), key::moved_during_pause.set("false"), Stop{},
         Loop(15, SetCleanSystem{.Brush = "1", .Fan = "0", .Pump = "0", .SideBrush = "0"}), SetLastRobotMode{},
 
-        IfThenElseStar(FallbackStar(task_is("init"),
-                                    SequenceStar(task_is("precleaning"), key::need_back_station.absent())),
-                       begin_search_task(), find_place_for_open_task()),
+        IfThenElseStar(
+            FallbackStar(task_is("init"), Sequence(task_is("precleaning"), key::need_back_station.absent())),
+            begin_search_task(), find_place_for_open_task()),
         SlamStart{}, leave_faulty_contact(),
 
         SetCleanSystem{.Brush = "0", .Fan = "0", .Pump = "0", .SideBrush = "35"},

@@ -8,9 +8,10 @@ namespace {
 
 Node goes_home_for_good()
 {
-    return FallbackStar(task_is("search_charge"), task_is("charge"),
-                        SequenceStar(task_is("completing"), key::LastRobotMode.is_any({"1", "12"})),
-                        low_power_pause());
+    return FallbackStar(
+        task_is("search_charge"), task_is("charge"),
+        Sequence(task_is("completing"), key::LastRobotMode.present(), key::LastRobotMode.is_any({"1", "12"})),
+        low_power_pause());
 }
 
 Node announce()
@@ -18,9 +19,9 @@ Node announce()
     return IfThenElseStar(
         in_fast_mapping(), SaySomething{"fastmode backhome, go on mapbuild"},
         Fallback(key::hand_wash_flag.present(), key::need_back_station.present(),
-                 SequenceStar(switched_off(), key::station_button_value.is("longpush"), play(13)),
-                 SequenceStar(switched_off(), DoesTuobuInstall{}, low_power_pause(), play(139)),
-                 SequenceStar(goes_home_for_good(), play(65)),
+                 Sequence(switched_off(), key::station_button_value.is("longpush"), play(13)),
+                 Sequence(switched_off(), DoesTuobuInstall{}, low_power_pause(), play(139)),
+                 Sequence(goes_home_for_good(), play(65)),
                  FallbackStar(key::mop_is_dirty.present(), low_power()), play(13)));
 }
 
@@ -30,9 +31,9 @@ Node no_task_and_no_place()
 {
     return FallbackStar(
         task_is("init"), task_is("part_cleaning"),
-        SequenceStar(task_is("precleaning"),
-                     Inverter(SequenceStar(Inverter(SlamIsResumable{}), key::need_back_station.present()))),
-        SequenceStar(switched_off(), task_is("precleaning"), key::need_back_station.present()));
+        Sequence(task_is("precleaning"),
+                 Inverter(Sequence(Inverter(SlamIsResumable{}), key::need_back_station.present()))),
+        Sequence(switched_off(), task_is("precleaning"), key::need_back_station.present()));
 }
 
 Node begin_search_task()
@@ -48,7 +49,7 @@ Node begin_search_task()
 
 Node trust_place()
 {
-    return SequenceStar(key::moved_during_pause.is("false"), SlamIsResumable{});
+    return Sequence(key::moved_during_pause.is("false"), SlamIsResumable{});
 }
 
 Node lost()
@@ -117,7 +118,7 @@ Node end_running_task()
 
 Node quiet_system_of_country()
 {
-    return IfThenElseStar(SequenceStar(switched_off(), key::country.is("CN")),
+    return IfThenElseStar(Sequence(switched_off(), key::country.is("CN")),
                           SetCleanSystem{.Brush = "60", .Fan = "50", .Pump = "0", .SideBrush = "35"},
                           quiet_cleaning_system());
 }

@@ -75,9 +75,8 @@ Node give_up_cycle()
 // The name of the key stands where its value should: that test never passes.
 Node left_field_twice()
 {
-    return SequenceStar(
-        key::docking_try_times.above(2),
-        FallbackStar(BoolMatch{"last_back_out_of_field", "true"}, key::back_out_of_field_times.above(1)));
+    return Sequence(key::docking_try_times.above(2), FallbackStar(BoolMatch{"last_back_out_of_field", "true"},
+                                                                  key::back_out_of_field_times.above(1)));
 }
 
 }  // namespace

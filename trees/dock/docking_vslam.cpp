@@ -136,7 +136,7 @@ Node surround_or_other_way(const Side& side, const Side& other)
 Node note_direction()
 {
     const auto on_side = [](const Side& side) {
-        return SequenceStar(beyond_line(side), Inverter(hears(side.near_receiver, "Middle")));
+        return Sequence(beyond_line(side), Inverter(hears(side.near_receiver, "Middle")));
     };
     return choose(
         {{on_side(left_side), kDirection.set("Left")}, {on_side(right_side), kDirection.set("Right")}},

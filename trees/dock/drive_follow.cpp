@@ -71,7 +71,7 @@ Node count_return()
 {
     return SequenceStar(
         FallbackStar(key::back_init_bump_cnt.present(), key::back_init_bump_cnt.set(0)),
-        IfThenElseStar(SequenceStar(key::back_init_bump_cnt.present(), key::back_init_bump_cnt.above(5)),
+        IfThenElseStar(Sequence(key::back_init_bump_cnt.present(), key::back_init_bump_cnt.above(5)),
                        SequenceStar(key::back_init_bump_cnt.erase(), break_drive()),
                        key::back_init_bump_cnt.plus(1)));
 }

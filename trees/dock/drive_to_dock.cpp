@@ -172,9 +172,8 @@ Node back_off(const Node& still_touching, const char* frames)
 
 Node mark_place_of_bump()
 {
-    return IfThenElseStar(
-        SequenceStar(key::initial_bump_pose.present(), within("150", "${initial_bump_pose}")),
-        key::ignore_middle_dock.flag(), key::ignore_middle_dock.erase());
+    return IfThenElseStar(Sequence(key::initial_bump_pose.present(), within("150", "${initial_bump_pose}")),
+                          key::ignore_middle_dock.flag(), key::ignore_middle_dock.erase());
 }
 
 Node swing(const Arc& arc, const Sense& sense, Node (*heard)(const Sense&))

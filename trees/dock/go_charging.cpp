@@ -37,7 +37,7 @@ Nodes begin_run()
 {
     return row(
         key::origin_point.default_from(key::current_coord), key::have_trapped_type.erase(),
-        when(SequenceStar(PromptInVirtualWall{}, key::SFC_trapped.absent(), key::have_trapped_type.absent()),
+        when(Sequence(PromptInVirtualWall{}, key::SFC_trapped.absent(), key::have_trapped_type.absent()),
              key::polygon_vw_trapped.flag(), key::have_trapped_type.flag(), Delay{50}));
 }
 

@@ -114,9 +114,8 @@ Nodes steps_7002(const Side&)
 Node beside_line()
 {
     return choose(
-        {{FallbackStar(
-              SequenceStar(Fallback(hears(ml, "Left"), hears(ml, "CentralLeft")), hears(mr, "Middle")),
-              both("Middle", "None")),
+        {{FallbackStar(Sequence(Fallback(hears(ml, "Left"), hears(ml, "CentralLeft")), hears(mr, "Middle")),
+                       both("Middle", "None")),
           side_step(left_side)},
          {FallbackStar(Sequence(hears(ml, "Middle"), Fallback(hears(mr, "CentralRight"), hears(mr, "Right"))),
                        both("None", "Middle")),

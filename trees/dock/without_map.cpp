@@ -102,10 +102,10 @@ Node update_charger_direction()
 
 Node any_bumper_bumped()
 {
-    return SubTree("IsAnyBumperBumped", SequenceStar(SensorCheckBumped{"bump_dir"},
-                                                     FallbackStar(BumpdirMatch{"${bump_dir}", "left"},
-                                                                  BumpdirMatch{"${bump_dir}", "middle"},
-                                                                  BumpdirMatch{"${bump_dir}", "right"})));
+    return SubTree("IsAnyBumperBumped", Sequence(SensorCheckBumped{"bump_dir"},
+                                                 FallbackStar(BumpdirMatch{"${bump_dir}", "left"},
+                                                              BumpdirMatch{"${bump_dir}", "middle"},
+                                                              BumpdirMatch{"${bump_dir}", "right"})));
 }
 
 // --- the best heading ---------------------------------------------------------------------------

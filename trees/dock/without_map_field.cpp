@@ -83,14 +83,13 @@ Node surround_field_find_middle()
                                       SequenceStar(key::charger_direction.is("left"), in_area_12()));
     return SubTree(
         "SurroundFieldFindMiddle",
-        SequenceStar(
-            key::find_middle_flag.set("false"),
-            ForceSuccess(BB_Precondition(
-                key::find_middle_flag,
-                RetryUntilSuccesful(
-                    30, FallbackStar(SequenceStar(middle(), InDockField{}),
-                                     SequenceStar(both("CentralLeft", "CentralRight"), InDockField{}),
-                                     by_side, bumped_while_surround()))))));
+        SequenceStar(key::find_middle_flag.set("false"),
+                     ForceSuccess(BB_Precondition(
+                         key::find_middle_flag,
+                         RetryUntilSuccesful(
+                             30, FallbackStar(Sequence(middle(), InDockField{}),
+                                              Sequence(both("CentralLeft", "CentralRight"), InDockField{}),
+                                              by_side, bumped_while_surround()))))));
 }
 
 }  // namespace vemra::trees

@@ -44,7 +44,7 @@ Node close_review()
 
 Node is_away(int mm)
 {
-    return SequenceStar(
+    return Sequence(
         PointToPointDist{
             .dist_mm = "move_dist", .point_mm_a = "${mark_pose}", .point_mm_b = "${current_pose}"},
         key::move_dist.above(mm));

@@ -27,7 +27,7 @@ Nodes prepare_entry()
 
 Node was_completing()
 {
-    return SequenceStar(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode"));
+    return Sequence(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode"));
 }
 
 Node start_music()
@@ -62,7 +62,7 @@ Node resume()
 {
     return optionally(
         FallbackStar(
-            SequenceStar(key::moved_during_pause.is("false"), SlamIsResumable{}),
+            Sequence(key::moved_during_pause.is("false"), SlamIsResumable{}),
             SequenceStar(queue(30), SubtreeCondition{"ForceDelay"},
                          SubtreeCondition{"ActiveRelocalize_LdsInteractive.xml"},
                          IsPointInRectangle{.point = "${current_coord}", .rectangle = "${gridmap_limit}"},

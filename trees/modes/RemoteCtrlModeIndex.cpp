@@ -15,7 +15,7 @@ Node slam_is(const char* state)
 Node play_once()
 {
     return when(
-        SequenceStar(key::OloWIFICMD_RemoteCtrl_audio.present(), key::OloWIFICMD_RemoteCtrl_audio.is_true()),
+        Sequence(key::OloWIFICMD_RemoteCtrl_audio.present(), key::OloWIFICMD_RemoteCtrl_audio.is_true()),
         play(62), key::OloWIFICMD_RemoteCtrl_audio.erase());
 }
 

@@ -31,7 +31,7 @@ Node show_state()
         SequenceStar(
             Led_Mode_Set{"BUTTON_LED_Standby"},
             IfThenElseStar(
-                SequenceStar(key::dry_procssing.present(), Inverter(DoesRobotGetCharger{}), switched_off()),
+                Sequence(key::dry_procssing.present(), Inverter(DoesRobotGetCharger{}), switched_off()),
                 key::robot_status.set("clean_UV_open"), key::robot_status.set("clean_nontask"))));
 }
 
@@ -57,7 +57,8 @@ TREE(StandbyModeIndex)
              key::Load_After_Complete.erase()),
 
         SetLastRobotMode{}, RobotTimer_s_Init{},
-        optionally(switched_off(), key::LastRobotMode.is("13"), key::virtual_start_from_charger.flag()),
+        optionally(switched_off(), key::LastRobotMode.present(), key::LastRobotMode.is("13"),
+                   key::virtual_start_from_charger.flag()),
 
         // On a test stand the robot cleans over and over again.
         IfThenElseStar(key::Life_Test.is_true(), ChangeRobotModeTo{.IsAimMode_Auto = "true"},

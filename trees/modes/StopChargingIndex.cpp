@@ -31,7 +31,7 @@ Node decide_on_paused_task()
                                   back_to("zone_lowpower_pause", "zone_lowpower"),
                                   back_to("area_lowpower_pause", "area_lowpower"),
                                   back_to("point_lowpower_pause", "point_lowpower"))),
-        key::LastRobotMode.is("14"),
+        Sequence(key::LastRobotMode.present(), key::LastRobotMode.is("14")),
         SequenceStar(
             key::moved_during_pause.is_true(),
             close_task(SequenceStar(SaySomething{"StopChargingIndex.xml wifi 0"},
@@ -54,7 +54,7 @@ Node resume_check()
             SaySomething{"StopChargingIndex.xml wifi 2"}, key::stop_charging_flag.set(1),
             SubtreeCondition{"AdvCleanComplete"}, key::task_state.set("init"), key::task_type.set("Idle"),
             ChargingReloc{},
-            IfThenElseStar(SequenceStar(switched_off(), DoesTuobuInstall{}),
+            IfThenElseStar(Sequence(switched_off(), DoesTuobuInstall{}),
                            SaySomething{"lowpower but not break point, tuobu install so wash and dry"},
                            SaySomething{"lowpower but not break point,end task."})),
         task_waits_for_charge(),
@@ -64,7 +64,7 @@ Node resume_check()
 
         dust_box_is_in(), IfThenElse(switched_off(), IsStationNormal{}, AlwaysSuccess{}),
 
-        FallbackStar(SequenceStar(IsRobotInAnnoyMode{}, key::mop_is_dirty.absent()),
+        FallbackStar(Sequence(IsRobotInAnnoyMode{}, key::mop_is_dirty.absent()),
                      complain_of_missing_dust_box(), ForceFailure(key::ElecCalculate.set("false")),
                      ForceFailure(key::mop_dirty.set_typed(0)),
                      take_up_charged_task(ChangeRobotModeTo{.IsAimMode_Auto = "true"})));
@@ -192,7 +192,7 @@ TREE(StopChargingIndex)
         light_by_charge("BUTTON_LED_Charging_NoTask_Workable", "BUTTON_LED_Charging_NoTask_UnWorkable"),
 
         // What became of the task.
-        when(SequenceStar(Inverter(DoesTuobuInstall{}), key::task_state.is("precleaning")),
+        when(Sequence(Inverter(DoesTuobuInstall{}), key::task_state.is("precleaning")),
              key::task_state.set("init"), key::task_type.set("Idle")),
         when(key::task_state.is("search_charge"), SaySomething{"StopChargingIndex.xml wifi -1"},
              SubtreeCondition{"SearchChargeEnding"}),

@@ -63,7 +63,7 @@ Node after_failure()
 {
     return SequenceStar(
         key::bridges_crossing.erase(), key::bump_dir.set("None"),
-        ForceFailure(FallbackStar(SequenceStar(key::navigation_bridge_type.present(), bridge_is("TMP")),
+        ForceFailure(FallbackStar(Sequence(key::navigation_bridge_type.present(), bridge_is("TMP")),
                                   key::step_bridge_invalid.present(), CutdownBridges{})));
 }
 

@@ -37,14 +37,14 @@ Node to_near_end()
         FallbackStar(near(key::bridge_from_point, 150),
                      SequenceStar(aim_at(key::bridge_from_point), SetMapDrawMode{.draw_mode = "None"},
                                   run_straight())),
-        SequenceStar(key::tmp_cross_trial_bridge_token.present(), near(key::bridge_from_point, 220)));
+        Sequence(key::tmp_cross_trial_bridge_token.present(), near(key::bridge_from_point, 220)));
 }
 
 Node to_far_end()
 {
     return FallbackStar(
         near(key::bridge_to_point, 100),
-        Fallback(SequenceStar(bridge_is("HISTORY"), InCurrentArea{}), SubtreeCondition{"NavigateTree"}));
+        Fallback(Sequence(bridge_is("HISTORY"), InCurrentArea{}), SubtreeCondition{"NavigateTree"}));
 }
 
 // A trial begins with a straight run, and nothing hangs on how it ends.

@@ -16,8 +16,7 @@ Nodes drive_traced_on_request(int below_cells)
 {
     const Node drive = Sequence(drive_along_path());
     const Node traced = DoWhile(key::trace_token.set("DwaLocalPlanner"), drive);
-    const Node is_short =
-        SequenceStar(key::path_length_grid.present(), key::path_length_grid.below(below_cells));
+    const Node is_short = Sequence(key::path_length_grid.present(), key::path_length_grid.below(below_cells));
     return row(IfThenElseStar(
         key::gong_navi_token.present(),
         SequenceStar(key::gong_navi_token.erase(), IfThenElseStar(is_short, traced, drive)), drive));
@@ -36,8 +35,8 @@ Node guarded_run(const Nodes& drive)
 // as near, since the bridge is only tried.
 Node walk_vector(const Nodes& drive)
 {
-    const Node trial_bridge_is_next = SequenceStar(key::trial_bridge_next_to_this_vector.present(),
-                                                   key::trial_bridge_next_to_this_vector.is_true());
+    const Node trial_bridge_is_next = Sequence(key::trial_bridge_next_to_this_vector.present(),
+                                               key::trial_bridge_next_to_this_vector.is_true());
     return FallbackStar(guarded_run(drive), ForceFailure(SubtreeCondition{"Back2cm.xml"}),
                         IfThenElseStar(trial_bridge_is_next, near(key::navi_path_target, 220),
                                        near(key::navi_path_target, 110)));

@@ -102,13 +102,12 @@ Node wait_for_verdict()
         "wait for 8",
         IfThenElse(
             key::ready_exp_again.present(), done("8", "tolvar rcv 8", row(key::ready_exp_again.erase())),
-            Named(
-                "wait for 7",
-                IfThenElse(SequenceStar(key::exp_reloc_result.present(), verdict_is("false")),
-                           done("7", "tolvar rcv 7 out", {}),
-                           Named("wait for 6",
-                                 IfThenElse(SequenceStar(key::exp_reloc_result.present(), verdict_is("true")),
-                                            done("6", "tolvar rcv 6 out", {}), Loop(-1, Stop{})))))));
+            Named("wait for 7",
+                  IfThenElse(Sequence(key::exp_reloc_result.present(), verdict_is("false")),
+                             done("7", "tolvar rcv 7 out", {}),
+                             Named("wait for 6",
+                                   IfThenElse(Sequence(key::exp_reloc_result.present(), verdict_is("true")),
+                                              done("6", "tolvar rcv 6 out", {}), Loop(-1, Stop{})))))));
 }
 
 Nodes renew_way_back()

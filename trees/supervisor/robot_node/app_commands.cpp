@@ -19,7 +19,7 @@ Node command_is(const char* mode)
 // Too low for a task, the robot only says so.
 Node unless_too_low(Node start)
 {
-    return IfThenElseStar(too_low_to_start(), play(20), std::move(start));
+    return IfThenElse(too_low_to_start(), play(20), std::move(start));
 }
 
 // --- cleaning the home, or rooms of it ------------------------------------------------------------
@@ -77,8 +77,8 @@ Node cleaning_command(const Cleaning& cleaning)
     const Node no_order_may_disturb = in_any_mode("RemoteCtrlMode", "WIFISetMode", "OtaModeMode",
                                                   "FctModeMode", "PowerOffMode", "FactoryMode");
     const auto end_order = [](const Node& then, const Node& without_order) {
-        return IfThenElseStar(key::OrderAutoClean.present(), SequenceStar(key::OrderAutoClean.erase(), then),
-                              without_order);
+        return IfThenElse(key::OrderAutoClean.present(), SequenceStar(key::OrderAutoClean.erase(), then),
+                          without_order);
     };
     return SubTree(cleaning.name,
                    choose({{too_low_to_start(), end_order(play(25), play(20))},
@@ -127,9 +127,9 @@ Node app_running_mode()
 // A pause is announced when there is something to pause, a wash included where the station has one.
 Node app_pause()
 {
-    return SequenceStar(IfThenElseStar(app_running_mode(), play(11),
-                                       optionally(switched_off(), DoesRobotGetCharger{}, wash_or_dry_runs(),
-                                                  interrupt_wash(), play(11))),
+    return SequenceStar(IfThenElse(app_running_mode(), play(11),
+                                   optionally(switched_off(), DoesRobotGetCharger{}, wash_or_dry_runs(),
+                                              interrupt_wash(), play(11))),
                         ChangeRobotModeTo{.IsAimMode_Pause = "true"});
 }
 
@@ -166,14 +166,14 @@ Node not_on_way_to_wash()
 // The command is the station button's: the child lock bars it, or was changed by it.
 Node app_command()
 {
-    return choose({{Sequence(key::StationButtonClickStatus.present(), child_lock_is_on()),
-                    SequenceStar(key::StationButtonClickStatus.erase(),
-                                 when(key::StationWashOpChildLock.present(),
-                                      key::StationWashOpChildLock.erase(), play(116)))},
-                   {key::StationWashOpChildLock.present(),
-                    SequenceStar(key::StationWashOpChildLock.erase(), play(117))}},
-                  SequenceStar(revert_charge_music(), not_on_way_to_wash(), app_mode_switch(),
-                               key::HealthDelay.set("true")));
+    return keep_choosing({{Sequence(key::StationButtonClickStatus.present(), child_lock_is_on()),
+                           SequenceStar(key::StationButtonClickStatus.erase(),
+                                        when(key::StationWashOpChildLock.present(),
+                                             key::StationWashOpChildLock.erase(), play(116)))},
+                          {key::StationWashOpChildLock.present(),
+                           SequenceStar(key::StationWashOpChildLock.erase(), play(117))}},
+                         SequenceStar(revert_charge_music(), not_on_way_to_wash(), app_mode_switch(),
+                                      key::HealthDelay.set("true")));
 }
 
 }  // namespace
@@ -198,10 +198,10 @@ Node dual_clean_mode_select()
         choose({{key::start_clean_method_app.present(), key::start_clean_method_app.set(3)},
                 {key::start_clean_method_key.present(), key::start_clean_method_key.set(1)}});
 
-    const Node map_open = FallbackStar(
-        key::task_state.is("map_cleaning"),
-        SequenceStar(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode")),
-        SequenceStar(key::task_state.is("precleaning"), key::task_type.is("MapClean")));
+    const Node map_open =
+        FallbackStar(key::task_state.is("map_cleaning"),
+                     Sequence(key::task_state.is("completing"), key::last_clean_mode.is("FastMapBuildMode")),
+                     Sequence(key::task_state.is("precleaning"), key::task_type.is("MapClean")));
 
     const auto resumed = [](const Task& task) { return Case{task.open_or_starting(), task.take_up}; };
     return SubTree("DualCleanModeSelect",

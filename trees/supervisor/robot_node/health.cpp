@@ -17,7 +17,7 @@ Node error(const std::string& code)
 
 Node tell(const Node& fault, const char* number)
 {
-    return SequenceStar(fault, play(number));
+    return Sequence(fault, play(number));
 }
 
 // The robot cannot get to where it has to clean. A product without these melodies has a common one.
@@ -43,7 +43,7 @@ Node error_music()
     return SubTree(
         "ErrorMusic",
         Fallback(
-            SequenceStar(IsError_Drop{}, key::robot_status.set("clean_drop"), play(41)),
+            Sequence(IsError_Drop{}, key::robot_status.set("clean_drop"), play(41)),
             tell(error("MOP_CHECK"), "111"), tell(IsError_Cliff{}, "39"), tell(error("I_LDS_ERROR"), "71"),
             tell(error("I_LDS_BUMPER"), "72"), tell(error("I_FAN_SPEED"), "42"),
             tell(error("CHARGE_FAULT"), "50"), tell(error("BATTERY_FAULT"), "51"), tell(IsError_Box{}, "34"),

@@ -18,9 +18,9 @@ Node pause()
 // A key under the child lock: at rest it does nothing but tell so; under way it still stops the robot.
 Node key_under_child_lock()
 {
-    return IfThenElseStar(in_any_mode("PauseAndStopMode", "ChargingMode", "OtaModeMode", "SleepMode",
-                                      "StandbyMode", "ErrRepotMode"),
-                          play(118), SequenceStar(ChangeRobotModeTo{.IsAimMode_Pause = "true"}, queue(11)));
+    return IfThenElse(in_any_mode("PauseAndStopMode", "ChargingMode", "OtaModeMode", "SleepMode",
+                                  "StandbyMode", "ErrRepotMode"),
+                      play(118), SequenceStar(ChangeRobotModeTo{.IsAimMode_Pause = "true"}, queue(11)));
 }
 
 // Two of the key values leave a sleeping robot asleep. Any other wakes it, and is used up by that.
@@ -33,23 +33,23 @@ Node wake_up()
 // A wash station at work: its wash can be interrupted, or steered as with the station's own button.
 Node key_during_wash()
 {
-    return SequenceStar(switched_off(), DoesRobotGetCharger{}, wash_or_dry_runs(),
-                        choose({{DoesKeyValueIs{"1"}, SequenceStar(interrupt_wash(), play(11))},
-                                {DoesKeyValueIs{"6"}, key::station_button_value.set("longpush")}},
-                               key::station_button_value.set("shortpush")));
+    return Sequence(switched_off(), DoesRobotGetCharger{}, wash_or_dry_runs(),
+                    choose({{DoesKeyValueIs{"1"}, SequenceStar(interrupt_wash(), play(11))},
+                            {DoesKeyValueIs{"6"}, key::station_button_value.set("longpush")}},
+                           key::station_button_value.set("shortpush")));
 }
 
 // Paused on the way to a wash, the start key sends the robot on to the station.
 Node key_on_way_to_wash()
 {
-    return SequenceStar(paused_on_way_to_wash(), Is_Key1_Click{},
-                        ChangeRobotModeTo{.IsAimMode_BackHome = "true"});
+    return Sequence(paused_on_way_to_wash(), Is_Key1_Click{},
+                    ChangeRobotModeTo{.IsAimMode_BackHome = "true"});
 }
 
 // What a key does, unless the child lock is on. The robot stands still first.
 Node unlocked(Node steps)
 {
-    return IfThenElseStar(child_lock_is_on(), key_under_child_lock(), SequenceStar(Stop{}, std::move(steps)));
+    return IfThenElse(child_lock_is_on(), key_under_child_lock(), SequenceStar(Stop{}, std::move(steps)));
 }
 
 // Power off, which takes a robot that stands still and is off the charger.
@@ -101,23 +101,21 @@ Node key2_click()
 {
     const Node end_part_clean = SequenceStar(SaySomething{"force finish partclean task"}, play(11),
                                              ChangeRobotModeTo{.IsAimMode_Standby = "true"});
-    return SubTree(
-        "Key2_SingleClick_Index",
-        SequenceStar(
-            Is_Key2_Click{},
-            unlocked(choose({{DoesRobotGetCharger{}, IfThenElseStar(switched_off(), play(157), play(18))},
-                             {in_any_mode(kTaskModes, "BackHomeMode", "SleepMode"),
-                              IfThenElseStar(in_mode("PartCleanMode"), end_part_clean, pause())}},
-                            go_home()))));
+    return SubTree("Key2_SingleClick_Index",
+                   SequenceStar(Is_Key2_Click{},
+                                unlocked(choose(
+                                    {{DoesRobotGetCharger{}, IfThenElse(switched_off(), play(157), play(18))},
+                                     {in_any_mode(kTaskModes, "BackHomeMode", "SleepMode"),
+                                      IfThenElseStar(in_mode("PartCleanMode"), end_part_clean, pause())}},
+                                    go_home()))));
 }
 
 // Wi-Fi set-up, which a task that is under way does not give way to.
 Node wifi_key_click()
 {
-    return SubTree(
-        "SetKey_Click_Process_Index",
-        Sequence(Is_SetWIFIKey_Click{}, IfThenElseStar(in_any_mode("BackHomeMode", kCleaningModes),
-                                                       EraseKeyValue{}, SetWIFIKey_Click_Process{})));
+    return SubTree("SetKey_Click_Process_Index",
+                   Sequence(Is_SetWIFIKey_Click{}, IfThenElse(in_any_mode("BackHomeMode", kCleaningModes),
+                                                              EraseKeyValue{}, SetWIFIKey_Click_Process{})));
 }
 
 Node reset_key_long_press()
@@ -142,9 +140,8 @@ Node key2_long_press()
         SequenceStar(
             when(Sequence(DoesKeyValueIs{"6"}, child_lock_is_on()), ForceFailure(key_under_child_lock())),
             when(DoesKeyValueIs{"12"}, child_lock_is_on()), Is_Key2_LongPressed{},
-            IfThenElseStar(child_lock_is_on(),
-                           SequenceStar(key::RobotChildLockStatus.set_typed(0), play(117)),
-                           SequenceStar(Stop{}, clean_on_the_spot))));
+            IfThenElse(child_lock_is_on(), SequenceStar(key::RobotChildLockStatus.set_typed(0), play(117)),
+                       SequenceStar(Stop{}, clean_on_the_spot))));
 }
 
 }  // namespace
@@ -159,7 +156,7 @@ Node key_process()
                  ForceFailure(SequenceStar(key::AutoMappingClean.take())), ForceFailure(RobotAnnoyLedON{}),
 
                  in_any_mode("OtaModeMode", "SelfTestMode"),
-                 SequenceStar(in_mode("FactoryFuncTest"), ChangeRobotModeTo{.IsAimMode_Standby = "true"}),
+                 Sequence(in_mode("FactoryFuncTest"), ChangeRobotModeTo{.IsAimMode_Standby = "true"}),
                  wake_up(), key_during_wash(), key_on_way_to_wash(),
 
                  key1_long_press(), key1_click(), key2_click(), wifi_key_click(), reset_key_long_press(),

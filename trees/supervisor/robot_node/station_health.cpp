@@ -9,33 +9,32 @@ namespace {
 
 Node tell(const char* fault, const Node& melody)
 {
-    return SequenceStar(station_error(fault), melody);
+    return Sequence(station_error(fault), melody);
 }
 
 Node tell(const char* fault, const char* robot_status, int music)
 {
-    return SequenceStar(station_error(fault), SaySomething{robot_status}, key::robot_status.set(robot_status),
-                        play(music));
+    return Sequence(station_error(fault), SaySomething{robot_status}, key::robot_status.set(robot_status),
+                    play(music));
 }
 
 // The first fault that holds is told, and no other.
 Node station_error_audio()
 {
-    return SubTree(
-        "StationErrorAudio",
-        Fallback(tell("DUST_LOCK", queue(154)), tell("DUST_BLOCK", play(102)),
-                 tell("DUST_BAG", IfThenElse(switched_off(), play(97), play(101))),
-                 tell("DUST_CAP", IfThenElse(switched_off(), play(99), play(101))),
-                 SequenceStar(DoesHappenStationWarning{"OLO_HEALTH_STATUS_TYPE_DUST_FULL"}, play(102)),
-                 tell("CLEAN_WATERTANK_NOTINSTALLED", "clean_no_rinsing", 91),
-                 tell("DIRT_WATERTANK_NOTINSTALLED", "clean_no_sewage", 109),
-                 tell("CLEAN_WATERTANK_NOWATER", "clean_no_purge", 93),
-                 tell("DIRT_WATERTANK_FULL", "clean_purge_full", 109),
-                 tell("DIRT_WATER_BLOCKING", "clean_purge_full", 109),
-                 tell("DIRT_WATER_PUMP", "clean_purge_full", 109),
-                 tell("WASHDISH_NOTINSTALLED", "clean_purge_full", 104),
-                 SequenceStar(station_error("WASHDISH_WATERLEVE"), key::robot_status.set("clean_purge_full"),
-                              play(108))));
+    return SubTree("StationErrorAudio",
+                   Fallback(tell("DUST_LOCK", queue(154)), tell("DUST_BLOCK", play(102)),
+                            tell("DUST_BAG", IfThenElse(switched_off(), play(97), play(101))),
+                            tell("DUST_CAP", IfThenElse(switched_off(), play(99), play(101))),
+                            Sequence(DoesHappenStationWarning{"OLO_HEALTH_STATUS_TYPE_DUST_FULL"}, play(102)),
+                            tell("CLEAN_WATERTANK_NOTINSTALLED", "clean_no_rinsing", 91),
+                            tell("DIRT_WATERTANK_NOTINSTALLED", "clean_no_sewage", 109),
+                            tell("CLEAN_WATERTANK_NOWATER", "clean_no_purge", 93),
+                            tell("DIRT_WATERTANK_FULL", "clean_purge_full", 109),
+                            tell("DIRT_WATER_BLOCKING", "clean_purge_full", 109),
+                            tell("DIRT_WATER_PUMP", "clean_purge_full", 109),
+                            tell("WASHDISH_NOTINSTALLED", "clean_purge_full", 104),
+                            Sequence(station_error("WASHDISH_WATERLEVE"),
+                                     key::robot_status.set("clean_purge_full"), play(108))));
 }
 
 // --- the dust station ---------------------------------------------------------------------------
