@@ -71,8 +71,11 @@ TEST(Run, TellsWhichLeavesHaveNobodyBehindThem)
     EXPECT_EQ(report["frames"], 3000);
     EXPECT_EQ(report["mode"], "ChargingMode");  // it came home from half a metre away
     EXPECT_FALSE(report["leaves_without_service"].contains("ChangeRobotModeTo"));
-    EXPECT_TRUE(report["leaves_without_service"].contains("TraceLogger"));
     EXPECT_THAT(run.bytes(), HasSubstr("\n{\"report\":{"));
+
+    RobotRun by_hand(RobotRun::scenario("on_dock: false", {"at: 5s, app: remote"}));
+    by_hand.play();
+    EXPECT_TRUE(by_hand.robot->report()["leaves_without_service"].contains("RemoteCtrlModeDeal"));
 }
 
 // One line of the scenario, held against a minute on the dock: charging from frame 20 on, music 47 in frame
