@@ -65,8 +65,11 @@ void printSummary(std::ostream& out, const Lines& lines)
     for (const auto& line : worst) {
         const double figure = line.contains("coverage") ? 100 * line.at("coverage").get<double>()
                                                         : line.at("time_s").get<double>();
-        out << fmt::format("  {:>6.1f} {:2} {:11} {}\n", figure, line.contains("coverage") ? "%" : "s",
-                           line.at("ended").get<std::string>(), line.at("replay").get<std::string>());
+        out << fmt::format("  {:>6.1f} {:2} {:11} ", figure, line.contains("coverage") ? "%" : "s",
+                           line.at("ended").get<std::string>());
+        if (const auto attempts = line.find("attempts"); attempts != line.end())
+            out << fmt::format("{:>2} final approaches  ", attempts->get<int>());
+        out << line.at("replay").get<std::string>() << '\n';
     }
 }
 

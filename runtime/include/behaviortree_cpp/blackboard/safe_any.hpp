@@ -64,7 +64,7 @@ public:
             assign(value);
         else if constexpr (std::is_same_v<T, bool>)
             setBoolean(value);
-        else if constexpr (std::is_unsigned_v<T> && sizeof(T) == sizeof(std::uint64_t))
+        else if constexpr (std::is_same_v<T, unsigned long> || std::is_same_v<T, unsigned long long>)
             setUnsigned(value);
         else if constexpr (std::is_integral_v<T>)
             setInteger(static_cast<std::int64_t>(value));
