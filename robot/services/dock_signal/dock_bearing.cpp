@@ -9,61 +9,79 @@ namespace vemra::robot {
 namespace {
 
 constexpr int kRounds = 6;
+constexpr double kCloseEnough = 1e-7;
 constexpr double kLeastCos = 0.05;
 constexpr double kMostStep = 0.4;
 constexpr double kMostBearing = 1.3;  // radians
 
-struct Logs
+/// The logarithm of a receiver's strength and how it changes with the bearing of the emitter from the centre
+/// and with the logarithm of its distance.
+struct LogStrength
 {
-    double left = 0;
-    double right = 0;
+    double value = 0;
+    double by_bearing = 0;
+    double by_log_away = 0;
 };
 
-// The logarithm of a receiver's strength for an emitter at (bearing, distance) from the centre.
-double logStrength(double axis_deg, double bearing, double away_m)
+// A receiver sits on the casing and looks outwards along its axis.
+class ReceiverModel
 {
-    const double radius_m = kRobotRadiusMm / 1e3;
-    const double axis = radians({axis_deg});
-    const double x = away_m * std::cos(bearing) - radius_m * std::cos(axis);
-    const double y = away_m * std::sin(bearing) - radius_m * std::sin(axis);
-    const double way2 = std::max(x * x + y * y, 1e-4);
-    return std::log(std::max(std::cos(std::atan2(y, x) - axis), kLeastCos)) - std::log(way2);
-}
+public:
+    explicit ReceiverModel(double axis_deg)
+        : cos_(std::cos(radians({axis_deg}))), sin_(std::sin(radians({axis_deg})))
+    {}
 
-Logs logStrengths(double bearing, double log_away)
-{
-    const double away = std::exp(log_away);
-    return {logStrength(kReceiverViews[1].axis_deg, bearing, away),
-            logStrength(kReceiverViews[2].axis_deg, bearing, away)};
-}
+    // The strength is the cosine of the angle off the axis over the square of the way. (emitter: metres from
+    // the centre.)
+    [[nodiscard]] LogStrength hears(PointMm emitter) const
+    {
+        constexpr double kRadiusM = kRobotRadiusMm / 1e3;
+        const double x = emitter.x - kRadiusM * cos_;
+        const double y = emitter.y - kRadiusM * sin_;
+        const double way2 = std::max(x * x + y * y, 1e-4);
+        const double along = x * cos_ + y * sin_;
+        const bool aside = along < kLeastCos * std::sqrt(way2);
+        // Far off its axis a receiver is taken to hear a twentieth, whatever the angle.
+        const double x_slope = aside ? -2 * x / way2 : cos_ / along - 3 * x / way2;
+        const double y_slope = aside ? -2 * y / way2 : sin_ / along - 3 * y / way2;
+        return {aside ? std::log(kLeastCos / way2) : std::log(along / (way2 * std::sqrt(way2))),
+                y_slope * emitter.x - x_slope * emitter.y, x_slope * emitter.x + y_slope * emitter.y};
+    }
+
+private:
+    double cos_;
+    double sin_;
+};
 
 }  // namespace
 
 DockBearing dockBearing(double left_strength, double right_strength)
 {
-    const double axis = radians({kReceiverViews[1].axis_deg});
+    const ReceiverModel left_model(kReceiverViews[1].axis_deg);
+    const ReceiverModel right_model(kReceiverViews[2].axis_deg);
     const double balance = (left_strength - right_strength) / (left_strength + right_strength);
-    const Logs heard{std::log(left_strength), std::log(right_strength)};
-    double bearing = std::atan(balance / std::tan(axis));
+    const double left_heard = std::log(left_strength);
+    const double right_heard = std::log(right_strength);
+    double bearing = std::atan(balance / std::tan(radians({kReceiverViews[1].axis_deg})));
     double log_away = std::log(1 / std::sqrt((left_strength + right_strength) / 2) + kRobotRadiusMm / 1e3);
     for (int round = 0; round < kRounds; ++round) {
-        const double h = 1e-4;
-        const Logs now = logStrengths(bearing, log_away);
-        const Logs turned = logStrengths(bearing + h, log_away);
-        const Logs further = logStrengths(bearing, log_away + h);
-        const double a = (turned.left - now.left) / h;
-        const double b = (further.left - now.left) / h;
-        const double c = (turned.right - now.right) / h;
-        const double d = (further.right - now.right) / h;
-        const double determinant = a * d - b * c;
+        const double away = std::exp(log_away);
+        const PointMm emitter{away * std::cos(bearing), away * std::sin(bearing)};
+        const LogStrength left = left_model.hears(emitter);
+        const LogStrength right = right_model.hears(emitter);
+        const double determinant = left.by_bearing * right.by_log_away - left.by_log_away * right.by_bearing;
         if (std::abs(determinant) < 1e-9) {
             break;
         }
-        const double left = heard.left - now.left;
-        const double right = heard.right - now.right;
-        bearing += std::clamp((d * left - b * right) / determinant, -kMostStep, kMostStep);
-        log_away += std::clamp((a * right - c * left) / determinant, -kMostStep, kMostStep);
-        bearing = std::clamp(bearing, -kMostBearing, kMostBearing);
+        const double left_off = left_heard - left.value;
+        const double right_off = right_heard - right.value;
+        const double turn = (right.by_log_away * left_off - left.by_log_away * right_off) / determinant;
+        const double further = (left.by_bearing * right_off - right.by_bearing * left_off) / determinant;
+        bearing = std::clamp(bearing + std::clamp(turn, -kMostStep, kMostStep), -kMostBearing, kMostBearing);
+        log_away += std::clamp(further, -kMostStep, kMostStep);
+        if (std::abs(turn) < kCloseEnough && std::abs(further) < kCloseEnough) {
+            break;
+        }
     }
     return {degreesOfRadians(bearing).value, 1e3 * std::exp(log_away)};
 }
