@@ -1,0 +1,355 @@
+#include <string>
+#include <vector>
+
+#include "support/scripted_robot.h"
+
+namespace vemra::test {
+namespace {
+
+/// A part of the floor with nothing to do in it: no chain, no block, no line. Points are numbers.
+class PartOfTheFloor : public testing::Test
+{
+protected:
+    PartOfTheFloor()
+    {
+        robot.pointsOnALine();
+        for (const char* point : {"current_pose", "current_coord", "navi_target_point"})
+            robot.set(point, 0);
+        robot.set("current_subregion", "part");
+        robot.set("chain_layer_id", 0);
+        robot.set("map_mask", 0);
+        for (const char* passes :
+             {"InCurrentSubregion", "FarFromVirtualBound", "MarkChainCheckOverlap", "NotTrapped"})
+            robot.leaf(passes).succeeds();
+        robot.leaf("AwesomeSearch").fails();
+        robot.leaf("PlanNextLine").fails();
+        robot.leaf("Bumped").decides(
+            [](const Moment& now) { return now.port("bump_dir") == "None" ? FAILURE : SUCCESS; });
+        robot.leaf("BumpdirMatch").decides([](const Moment& now) {
+            return now.port("para_a") == now.port("para_b") ? SUCCESS : FAILURE;
+        });
+        for (const char* motion : {"Back2cm", "Escape", "FixOrientation", "NaviOnePointProc",
+                                   "NavigateFollowWall", "FollowWallProc"})
+            robot.tree(motion).succeeds();
+        robot.tree("NavigateProc").decides([this](const Moment&) {
+            drives_for.push_back(robot.key("trace_token").value_or(""));
+            return SUCCESS;
+        });
+        robot.leaf("LineDestructor").fills("out_point_0", 1000).fills("out_point_1", 3000);
+    }
+
+    Answer& search(const std::string& mode) { return robot.leaf("AwesomeSearch").where("search_mode", mode); }
+
+    /// So many lines, which the drive to their start reaches.
+    void lines(int count)
+    {
+        robot.leaf("PlanNextLine").decides([left = count](const Moment&) mutable {
+            return left-- > 0 ? SUCCESS : FAILURE;
+        });
+        search("TargetGong").succeeds();
+    }
+
+    /// The drive along a line meets something.
+    void meetOnLine(const std::string& side)
+    {
+        robot.tree("FixOrientation").decides([side, this](const Moment& now) {
+            if (now.tick_of_run < 3)
+                return RUNNING;
+            robot.set("bump_dir", side);
+            return FAILURE;
+        });
+    }
+
+    NodeStatus clean()
+    {
+        robot.start("PlanInSubregion_FollowGong");
+        return robot.finish(500);
+    }
+
+    ScriptedRobot robot;
+    std::vector<std::string> drives_for;  ///< what the track was told at each drive
+};
+
+TEST_F(PartOfTheFloor, WithNothingToDoIsClosedAfterALookFromEachPhase)
+{
+    EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
+    EXPECT_TRUE(robot.started(2, "Back2cm"));
+    EXPECT_TRUE(robot.started(2, "AwesomeSearch", {{"search_mode", "Chain"}}));
+    EXPECT_TRUE(robot.started(2, "AwesomeSearch", {{"search_mode", "Block"}}));
+    EXPECT_TRUE(robot.started(1, "PlanNextLine"));
+    for (const char* motion : {"NaviOnePointProc", "NavigateFollowWall", "FollowWallProc", "FixOrientation"})
+        EXPECT_TRUE(robot.notAsked(motion));
+    EXPECT_TRUE(drives_for.empty());
+    for (const char* phase : {"gong_motion_type", "followwall_motion_type", "need_search_block"})
+        EXPECT_FALSE(robot.has(phase)) << phase;
+}
+
+TEST_F(PartOfTheFloor, AHaltKeepsThePhaseAndNotTheSearchForBlocks)
+{
+    lines(5);
+    robot.tree("FixOrientation").runs();
+    robot.start("PlanInSubregion_FollowGong");
+    robot.tickUntil("FixOrientation");
+    robot.set("need_search_block", "");
+    robot.halt();
+    EXPECT_FALSE(robot.has("need_search_block"));
+    robot.start("PlanInSubregion_FollowGong");
+    robot.tickUntil("FixOrientation");
+    EXPECT_TRUE(robot.notAsked("AwesomeSearch", {{"search_mode", "Chain"}})) << "on with the lines at once";
+}
+
+TEST_F(PartOfTheFloor, AThingOnALineIsTracedFromAFreshChain)
+{
+    lines(2);
+    meetOnLine("middle");
+    robot.set("current_chain_id", 7);
+    robot.leaf("GongNeedFollowWall").inTurn({SUCCESS, FAILURE});
+    robot.tree("FollowWallProc").succeedsAfter(5);
+    EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
+    EXPECT_TRUE(robot.inOrder({{"FixOrientation", {}},
+                               {"GongNeedFollowWall", {}},
+                               {"Back2cm", {}},
+                               {"MarkChainCheckOverlap", {{"chain_id", "0"}, {"follow_wall_right", "true"}}},
+                               {"FollowWallProc", {}},
+                               {"PlanNextLine", {}}}));
+    EXPECT_EQ(robot.key("finished_gong_follow_wall"), "true");
+}
+
+TEST_F(PartOfTheFloor, AThingTracedBeforeIsPassedToAFreshLine)
+{
+    lines(2);
+    meetOnLine("left");
+    EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
+    EXPECT_TRUE(robot.inOrder({{"FixOrientation", {}},
+                               {"GongNeedFollowWall", {}},
+                               {"PlanNextLine", {}},
+                               {"LineDestructor", {}},
+                               {"NavigateFollowWall", {}}}));
+    EXPECT_EQ(robot.key("navi_followwall_mode"), "TargetCollision");
+    EXPECT_TRUE(robot.notAsked("FollowWallProc"));
+    EXPECT_TRUE(robot.started(1, "FixOrientation")) << "the fresh line was given up for the way past";
+}
+
+TEST_F(PartOfTheFloor, TheFieldOfTheDockIsNeitherTracedNorPassed)
+{
+    for (const char* side : {"left_dock", "middle_dock", "right_dock"}) {
+        lines(2);
+        meetOnLine(side);
+        robot.leaf("GongNeedFollowWall").succeeds();
+        EXPECT_EQ(clean(), SUCCESS) << side;
+        EXPECT_TRUE(robot.started(2, "FixOrientation")) << side;
+        EXPECT_TRUE(robot.notAsked("GongNeedFollowWall")) << side;
+        EXPECT_TRUE(robot.notAsked("FollowWallProc")) << side;
+        EXPECT_TRUE(robot.notAsked("NavigateFollowWall")) << side;
+    }
+}
+
+TEST_F(PartOfTheFloor, ALineWithoutLengthIsVisitedInTheMiddle)
+{
+    lines(1);
+    robot.leaf("IsLineTooShort").where("threshold_grid", "0").succeeds();
+    EXPECT_EQ(clean(), SUCCESS);
+    EXPECT_TRUE(
+        robot.inOrder({{"GetMidPointOfLine", {}}, {"AwesomeSearch", {{"search_mode", "TargetGong"}}}}));
+    EXPECT_EQ(drives_for.size(), 1U);
+    EXPECT_TRUE(robot.notAsked("FixOrientation"));
+}
+
+TEST_F(PartOfTheFloor, OnlyAHalfTurnBesideTheStartOfTheLineIsMadeAsAnArc)
+{
+    struct Row
+    {
+        double turn_angle;
+        int foot_mm_from_start;
+        std::string drive;  // "arc", or what the track is told of the drive
+    };
+    const std::vector<Row> rows = {
+        {180, 0, "arc"},
+        {176, 0, "arc"},
+        {-176, 0, "arc"},
+        {184, 0, "arc"},
+        {180, 99, "arc"},
+        {180, -99, "arc"},
+        {175, 0, "AfterFootNavi"},
+        {-175, 0, "AfterFootNavi"},
+        {185, 0, "AfterFootNavi"},
+        {90, 0, "AfterFootNavi"},
+        {180, 101, "AfterFootNavi"},
+        {180, -499, "AfterFootNavi"},
+        {180, 501, ""},
+    };
+    robot.leaf("IsPointCloseToLine").where("threshold_grid", "3").succeeds();
+    for (const Row& row : rows) {
+        const std::string what =
+            std::to_string(row.turn_angle) + " degrees, foot at " + std::to_string(row.foot_mm_from_start);
+        lines(1);
+        robot.leaf("CalcFootOfPerpendicularThroughPoint").fills("out_point", 1000 + row.foot_mm_from_start);
+        robot.leaf("CalcSwitchLineTurnParam").fills("out_angle", row.turn_angle).fills("out_radius", 75);
+        robot.erase("trace_token");
+        drives_for.clear();
+        EXPECT_EQ(clean(), SUCCESS) << what;
+        EXPECT_TRUE(robot.started(row.drive == "arc" ? 1 : 0, "TurnAround")) << what;
+        if (row.drive != "arc")
+            EXPECT_EQ(drives_for, std::vector<std::string>{row.drive}) << what;
+        else
+            EXPECT_TRUE(drives_for.empty()) << what;
+        EXPECT_TRUE(robot.started(1, "FixOrientation")) << what;
+    }
+}
+
+TEST_F(PartOfTheFloor, AnArcThatTouchesSomethingGivesWayToADrive)
+{
+    lines(1);
+    robot.leaf("IsPointCloseToLine").where("threshold_grid", "3").succeeds();
+    robot.leaf("CalcFootOfPerpendicularThroughPoint").fills("out_point", 1000);
+    robot.leaf("CalcSwitchLineTurnParam").fills("out_angle", 180.0).fills("out_radius", 75);
+    robot.leaf("TurnAround").runs();
+    robot.leaf("CheckClifBump").inTurn({FAILURE, FAILURE, SUCCESS, FAILURE});
+    EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
+    EXPECT_TRUE(robot.halted("TurnAround"));
+    EXPECT_EQ(drives_for, std::vector<std::string>{"SwitchLineNavi"});
+    EXPECT_TRUE(robot.started(1, "FixOrientation"));
+}
+
+TEST_F(PartOfTheFloor, BlocksWithinTheTracedAreaAreSkippedAndAnEmptyOneClosesItsChain)
+{
+    for (const bool touches : {false, true}) {
+        // Two blocks: one within what was traced, and one outside of it.
+        search("Block").decides([n = 0, this](const Moment&) mutable {
+            robot.set("navi_target_point", 100);
+            robot.set("chain_region_check_point", n == 0 ? 7 : 8);
+            return n++ < 2 ? SUCCESS : FAILURE;
+        });
+        robot.leaf("IsPointInRegionArea").where("src_point", "7").succeeds();
+        robot.tree("NaviOnePointProc").decides([touches, this](const Moment&) {
+            robot.set("bump_dir", touches ? "middle" : "None");
+            return touches ? FAILURE : SUCCESS;
+        });
+        EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
+        EXPECT_TRUE(robot.said("Block搜索结果在区域链内，无需前往！"));
+        EXPECT_TRUE(robot.started(1, "ExtendBlockPoint"));
+        EXPECT_TRUE(robot.started(touches ? 0 : 1, "CloseChain"));
+        EXPECT_EQ(robot.framesOf("FollowWallProc") > 0, touches);
+        EXPECT_FALSE(robot.has("chain_block_fail"));
+    }
+}
+
+TEST_F(PartOfTheFloor, TheBorderIsTracedUnlessAChainWaits)
+{
+    robot.leaf("FarFromVirtualBound").fails();
+    EXPECT_EQ(clean(), SUCCESS);
+    EXPECT_TRUE(robot.asked("SensorTriggerBump", {{"sensor", "SubregionBorder"}}));
+    robot.leaf("HasOpenChain").succeeds();
+    EXPECT_EQ(clean(), SUCCESS);
+    EXPECT_TRUE(robot.notAsked("SensorTriggerBump"));
+}
+
+TEST_F(PartOfTheFloor, WhenNoGoalIsEverReachedItCloses)
+{
+    const auto offers = [](int count) {
+        return [left = count](const Moment&) mutable { return left-- > 0 ? SUCCESS : FAILURE; };
+    };
+    robot.set("navi_target_point", 1000);
+    search("Chain").decides(offers(3));
+    search("Block").decides(offers(3));
+    lines(4);
+    for (const char* motion : {"NavigateProc", "NavigateFollowWall", "NaviOnePointProc", "FollowWallProc",
+                               "FixOrientation", "Back2cm"})
+        robot.tree(motion).failsAfter(2);
+    robot.leaf("Bumped").fails();
+    robot.tree("Back2cm").succeedsAfter(2);
+    EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
+    EXPECT_TRUE(robot.started(0, "FixOrientation"));
+    EXPECT_FALSE(robot.has("need_search_block"));
+}
+
+TEST_F(PartOfTheFloor, TheWayBackIsTriedThriceAndGivenUpWithoutAGoal)
+{
+    robot.leaf("InCurrentSubregion").fails();
+    EXPECT_EQ(clean(), FAILURE);
+    EXPECT_TRUE(robot.started(1, "AwesomeSearch", {{"search_mode", "Region"}}));
+    search("Region").succeeds();
+    robot.tree("NavigateProc").fails();
+    robot.tree("NavigateFollowWall").fails();
+    EXPECT_EQ(clean(), FAILURE);
+    EXPECT_TRUE(robot.started(3, "AwesomeSearch", {{"search_mode", "Region"}}));
+    EXPECT_TRUE(robot.started(3, "NavigateFollowWall"));
+    EXPECT_FALSE(robot.has("return_to_region_abort"));
+}
+
+// --- the pass along the walls ---------------------------------------------------------------------
+
+class WallPass : public testing::Test
+{
+protected:
+    WallPass()
+    {
+        robot.pointsOnALine();
+        for (const char* point : {"current_pose", "current_coord", "navi_target_point"})
+            robot.set(point, 0);
+        robot.leaf("GridmapLimitCheck").succeeds();
+        robot.leaf("NotTrapped").succeeds();
+        robot.leaf("IsPointOutOfAllChainRegion").succeeds();
+        robot.leaf("Bumped").succeeds();
+        robot.leaf("MarkChainCheckOverlap").succeeds();
+        robot.leaf("AwesomeSearch").fails();
+        robot.leaf("CalcFollowWallFrameOut").fills("out_key", 1000);
+        for (const char* motion : {"EscapeCoat", "Back2cm", "NavigateProc", "NaviOnePointProc",
+                                   "NavigateFollowWall", "FollowWallProc"})
+            robot.tree(motion).succeeds();
+    }
+    ScriptedRobot robot;
+};
+
+TEST_F(WallPass, GoesRoundNoBlockAfterFortyMinutesUnlessWithinARoom)
+{
+    struct Row
+    {
+        int seconds;
+        bool in_room;
+        bool inner;
+    };
+    for (const Row& row : {Row{2400, false, true}, Row{2401, false, false}, Row{2401, true, true}}) {
+        for (const char* pass : {"IncreaseCoverage_mod", "IncreaseCoverage"}) {
+            robot.set("clean_time_for_app", row.seconds);
+            if (row.in_room)
+                robot.set("skip_followwall_timeout_check", "true");
+            robot.start(pass);
+            EXPECT_EQ(robot.finish(50), SUCCESS) << pass;
+            EXPECT_TRUE(robot.started(row.inner ? 1 : 0, "AwesomeSearch", {{"search_mode", "Block"}}))
+                << pass << ' ' << row.seconds;
+            EXPECT_EQ(bool{robot.said("清扫时间大于40分钟，不做内沿边")}, !row.inner) << pass;
+            robot.erase("skip_followwall_timeout_check");
+        }
+    }
+}
+
+TEST_F(WallPass, ASpentBudgetEndsThePieceAndTheStage)
+{
+    robot.leaf("CalcFollowWallFrameOut").fills("out_key", 40);
+    robot.leaf("AwesomeSearch").where("search_mode", "Chain").succeeds();
+    robot.tree("FollowWallProc").runs();
+    robot.start("IncreaseCoverage_mod");
+    EXPECT_EQ(robot.finish(100), SUCCESS) << robot.transcript().print();
+    EXPECT_TRUE(robot.halted("FollowWallProc"));
+    EXPECT_THAT(robot.framesOf("FollowWallProc"), testing::AllOf(testing::Gt(30), testing::Le(41)));
+    EXPECT_TRUE(robot.started(1, "AwesomeSearch", {{"search_mode", "Chain"}}));
+    EXPECT_TRUE(robot.said("总时间超时（外沿边）"));
+}
+
+TEST_F(WallPass, ABlockFollowedBeforeIsPassed)
+{
+    for (const bool followed : {true, false}) {
+        robot.leaf("AwesomeSearch").where("search_mode", "Block").inTurn({SUCCESS, FAILURE});
+        robot.leaf("InFollowWallMarkMap").decides([followed](const Moment&) {
+            return followed ? SUCCESS : FAILURE;
+        });
+        robot.start("IncreaseCoverage_mod");
+        EXPECT_EQ(robot.finish(100), SUCCESS);
+        EXPECT_TRUE(robot.started(followed ? 1 : 0, "NavigateFollowWall"));
+        EXPECT_TRUE(robot.started(followed ? 0 : 1, "FollowWallProc"));
+    }
+}
+
+}  // namespace
+}  // namespace vemra::test
