@@ -283,7 +283,18 @@ TEST_F(Spot, ThatShutsTheRobotInIsReported)
     clean();
     EXPECT_TRUE(robot.has("automode_trapped"));
     EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
+    EXPECT_TRUE(robot.notAsked("RobotMopGearSet"));
     EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
+
+    // In a small place it is a door that closed.
+    robot.erase("automode_trapped");
+    robot.erase("have_trapped_type");
+    robot.leaf("AreaCheck").succeeds();
+    robot.set("mop_mode", "x");
+    clean();
+    EXPECT_TRUE(robot.has("close_door_trapped"));
+    EXPECT_FALSE(robot.has("automode_trapped"));
+    EXPECT_TRUE(robot.asked("RobotMopGearSet", {{"value", "34"}}));
 }
 
 TEST_F(Spot, IsLeftBelowFifteenPercentForGood)

@@ -311,11 +311,13 @@ TEST_F(ClothAtStart, ASelectionThatIsNowToBeMoppedKeepsItsInputForAfterTheVisit)
         robot.set("task_state", row.stage);
         robot.set("changed_mop_mode", "1");
         robot.set(std::string(row.input) + "_bak", "kept");
+        if (row.flag != nullptr)
+            robot.set(std::string(row.flag) + "_bak", "kept too");
         EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
         EXPECT_EQ(robot.key("task_state"), "precleaning") << row.stage;
         EXPECT_EQ(robot.key(row.input), "kept");
         EXPECT_FALSE(robot.has(std::string(row.input) + "_bak"));
-        EXPECT_TRUE(row.flag == nullptr || robot.has(row.flag));
+        EXPECT_TRUE(row.flag == nullptr || robot.key(row.flag) == "kept too") << row.stage;
     }
     robot.set("task_state", "lowpower");
     EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
