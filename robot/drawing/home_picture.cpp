@@ -44,7 +44,58 @@ constexpr std::array<const char*, 6> kFieldNames{"",       "Left",         "Cent
 constexpr double kRim = 24;
 constexpr double kHead = 34;
 constexpr double kFoot = 30;
+constexpr double kFootRow = 18;
+constexpr double kLeastWidth = 600;
 constexpr double kLongSide = 1000;
+
+struct LegendKey
+{
+    Colour colour;
+    const char* text;
+};
+
+// What the picture shows, and nothing else.
+std::vector<LegendKey> legendOf(const HomeMarks& marks)
+{
+    std::vector<LegendKey> keys;
+    if (std::any_of(marks.field.begin(), marks.field.end(),
+                    [](const auto& floor) { return !floor.empty(); })) {
+        for (std::size_t i = 1; i < kField.size(); ++i) {
+            keys.push_back({kField[i], kFieldNames[i]});
+        }
+    } else {
+        keys.push_back({kSolid, "walls and furniture"});
+        keys.push_back({kUnknown, "unknown"});
+    }
+    if (!marks.walls.lines.empty() || !marks.walls.areas.empty()) {
+        keys.push_back({kForbidden, "virtual walls"});
+    }
+    if (marks.dock) {
+        keys.push_back({kDock, "dock"});
+    }
+    if (marks.robot) {
+        keys.push_back({kRobot, "robot"});
+    }
+    for (std::size_t phase = 0; phase < kPhases.size(); ++phase) {
+        if (std::any_of(marks.track.begin(), marks.track.end(), [phase](const TrackStretch& stretch) {
+                return static_cast<std::size_t>(stretch.phase) == phase && stretch.points.size() > 1;
+            })) {
+            keys.push_back({kPhases.at(phase).colour, kPhases.at(phase).name});
+        }
+    }
+    if (!marks.missed.empty()) {
+        keys.push_back({kMissed, "not swept"});
+    }
+    if (std::any_of(marks.track.begin(), marks.track.end(),
+                    [](const TrackStretch& stretch) { return stretch.put_down_here; })) {
+        keys.push_back({kCarried, "carried"});
+    }
+    if (!marks.starts.empty()) {
+        keys.push_back({kDock, "docked from here"});
+        keys.push_back({kForbidden, "did not"});
+    }
+    return keys;
+}
 
 class HomeDrawing
 {
@@ -70,7 +121,31 @@ public:
         starts();
         dock();
         robot();
-        foot(height);
+        foot(width, kHead + home_.rows() * Home::kCellMm * scale_);
+    }
+
+    // A row that is full goes on in the next. Gives the rows' number, for whoever measures.
+    int foot(double width, double top)
+    {
+        double base = top + kFoot / 2 + 4;
+        const double metre = 1e3 * scale_;
+        pen_.box(kRim, base - 6, metre, 4, kInk);
+        pen_.text(kRim + metre + 8, base, "1 m", 12, kInk);
+        const double left = kRim + metre + 60;
+        double at = left;
+        int rows = 1;
+        for (const LegendKey& key : legendOf(marks_)) {
+            const double wide = 15 + pen_.textWidth(key.text, 12);
+            if (at > left && at + wide > width - kRim) {
+                at = left;
+                base += kFootRow;
+                ++rows;
+            }
+            pen_.box(at, base - 9, 10, 10, key.colour);
+            pen_.text(at + 15, base, key.text, 12, kFaint);
+            at += wide + 20;
+        }
+        return rows;
     }
 
 private:
@@ -256,59 +331,6 @@ private:
         pen_.disc(x(pose.at), y(pose.at), std::max(radius * 0.16, 1.5), kPaper);
     }
 
-    void foot(double height)
-    {
-        const double base = height - kFoot / 2 + 4;
-        const double metre = 1e3 * scale_;
-        pen_.box(kRim, base - 6, metre, 4, kInk);
-        pen_.text(kRim + metre + 8, base, "1 m", 12, kInk);
-        double at = kRim + metre + 60;
-        const bool field = std::any_of(marks_.field.begin(), marks_.field.end(),
-                                       [](const auto& floor) { return !floor.empty(); });
-        if (field) {
-            for (std::size_t i = 1; i < kField.size(); ++i) {
-                at = key(at, base, kField[i], kFieldNames[i]);
-            }
-        } else {
-            at = key(at, base, kSolid, "walls and furniture");
-            at = key(at, base, kUnknown, "unknown");
-        }
-        if (!marks_.walls.lines.empty() || !marks_.walls.areas.empty()) {
-            at = key(at, base, kForbidden, "virtual walls");
-        }
-        if (marks_.dock) {
-            at = key(at, base, kDock, "dock");
-        }
-        if (marks_.robot) {
-            at = key(at, base, kRobot, "robot");
-        }
-        for (std::size_t phase = 0; phase < kPhases.size(); ++phase) {
-            if (std::any_of(marks_.track.begin(), marks_.track.end(), [phase](const TrackStretch& stretch) {
-                    return static_cast<std::size_t>(stretch.phase) == phase && stretch.points.size() > 1;
-                })) {
-                at = key(at, base, kPhases.at(phase).colour, kPhases.at(phase).name);
-            }
-        }
-        if (!marks_.missed.empty()) {
-            at = key(at, base, kMissed, "not swept");
-        }
-        if (std::any_of(marks_.track.begin(), marks_.track.end(),
-                        [](const TrackStretch& stretch) { return stretch.put_down_here; })) {
-            at = key(at, base, kCarried, "carried");
-        }
-        if (!marks_.starts.empty()) {
-            at = key(at, base, kDock, "docked from here");
-            key(at, base, kForbidden, "did not");
-        }
-    }
-
-    double key(double at, double base, Colour fill, const char* text)
-    {
-        pen_.box(at, base - 9, 10, 10, fill);
-        pen_.text(at + 15, base, text, 12, kFaint);
-        return at + 15 + pen_.textWidth(text, 12) + 20;
-    }
-
     const Home& home_;
     const HomeMarks& marks_;
     Pen pen_;
@@ -338,9 +360,14 @@ Picture homePicture(const Home& home, HomeMarks marks)
     const double high = home.rows() * Home::kCellMm;
     const double scale = kLongSide / std::max(wide, high);
     Picture picture;
-    // The foot has its own least width: a narrow home is not to cut it off.
-    picture.width = std::ceil(std::max(wide * scale, 1000.0) + 2 * kRim);
-    picture.height = std::ceil(high * scale + kHead + kFoot);
+    picture.width = std::ceil(std::max(wide * scale, kLeastWidth) + 2 * kRim);
+    // Text widths decide how many rows the legend takes.
+    cairo_surface_t* const nowhere = cairo_recording_surface_create(CAIRO_CONTENT_COLOR, nullptr);
+    cairo_t* const measure = cairo_create(nowhere);
+    const int rows = HomeDrawing(home, marks, measure, scale).foot(picture.width, 0);
+    cairo_destroy(measure);
+    cairo_surface_destroy(nowhere);
+    picture.height = std::ceil(high * scale + kHead + kFoot + (rows - 1) * kFootRow);
     picture.draw = [&home, marks = std::move(marks), scale, w = picture.width, h = picture.height](
                        cairo_t* context) { HomeDrawing(home, marks, context, scale).draw(w, h); };
     return picture;
