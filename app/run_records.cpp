@@ -1,6 +1,7 @@
 #include "app/run_records.h"
 
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
 

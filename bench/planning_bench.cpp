@@ -62,6 +62,40 @@ void searchInVain(benchmark::State& state)
 }
 BENCHMARK(searchInVain);
 
+// A floor of 2,000 m2 with pillars, and a shut room in its far corner.
+Grid<CellState> hall()
+{
+    constexpr int kColumns = 1000;
+    constexpr int kRows = 800;
+    constexpr CellIndex kRoom{900, 700};
+    Grid<CellState> cells({{0, 0}, {kColumns, kRows}}, CellState::Free, CellState::Unknown);
+    for (int row = 0; row < kRows; ++row) {
+        for (int column = 0; column < kColumns; ++column) {
+            const bool rim = column == 0 || row == 0 || column == kColumns - 1 || row == kRows - 1;
+            const bool pillar = column % 100 < 4 && row % 100 < 4;
+            const bool shut =
+                (column == kRoom.column && row >= kRoom.row) || (row == kRoom.row && column >= kRoom.column);
+            if (rim || pillar || shut)
+                cells.set({column, row}, CellState::Occupied);
+        }
+    }
+    return cells;
+}
+
+// The same on the big floor, obstacles and costs included: what a robot pays once for a goal that it cannot
+// get to, and again only when something has changed.
+void searchInVainInAHall(benchmark::State& state)
+{
+    const Grid<CellState> cells = hall();
+    const CellIndex from = cellAt({2500, 2500});
+    while (state.KeepRunning()) {
+        const PlanningMap map = makePlanningMap(cells, {});
+        const CostGrid costs = costsFor(map, from, {});
+        benchmark::DoNotOptimize(findWay(map, costs, from, {47500, 37500}, 300));
+    }
+}
+BENCHMARK(searchInVainInAHall);
+
 }  // namespace
 
 BENCHMARK_MAIN();

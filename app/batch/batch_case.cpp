@@ -120,7 +120,10 @@ double tenths(double value)
 
 nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path& plugin)
 {
-    robot::LogKeeper traps([](robot::LogKind kind) { return kind == robot::LogKind::Escape; });
+    robot::LogKeeper traps([](const robot::Event& event) {
+        return std::holds_alternative<robot::event::EscapeBegins>(event) ||
+               std::holds_alternative<robot::event::EscapeEnds>(event);
+    });
     std::unique_ptr<Robot> made;
     {
         const std::lock_guard<std::mutex> lock(loading());

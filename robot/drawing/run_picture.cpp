@@ -114,52 +114,31 @@ struct Run
 private:
     void take(const LogEntry& entry)
     {
-        switch (entry.kind) {
-            case LogKind::Mode:
-                bands[0].change(entry.frame, entry.text);
-                break;
-            case LogKind::TaskState:
-                bands[1].change(entry.frame, entry.text);
-                break;
-            case LogKind::Light:
-                bands[2].change(entry.frame, entry.text);
-                break;
-            case LogKind::StationLight:
-                bands[3].change(entry.frame, entry.text);
-                break;
-            case LogKind::User:
-                marks[0].marks.push_back({entry.frame, entry.text});
-                break;
-            case LogKind::Error:
-                marks[1].marks.push_back({entry.frame, entry.text});
-                break;
-            case LogKind::Music:
-                marks[2].marks.push_back({entry.frame, entry.text});
-                break;
-            case LogKind::Body:
-                takeBody(entry);
-                break;
-            default:
-                break;
-        }
-    }
-
-    void takeBody(const LogEntry& entry)
-    {
-        if (!entry.fields.is_object()) {
-            return;
-        }
-        if (const auto found = entry.fields.find("battery");
-            found != entry.fields.end() && found->is_number()) {
-            battery.emplace_back(entry.frame, std::clamp(found->get<double>(), 0.0, 100.0));
-        }
-        if (const auto found = entry.fields.find("on_dock");
-            found != entry.fields.end() && found->is_boolean()) {
-            bands[4].change(entry.frame, found->get<bool>() ? "on the dock" : "off");
-        }
-        if (entry.fields.contains("docking_attempt")) {
-            marks[3].marks.push_back({entry.frame, "approach"});
-        }
+        using namespace event;
+        const auto band = [&](std::size_t row) { bands[row].change(entry.frame, toText(entry.event)); };
+        const auto mark = [&](std::size_t row) {
+            marks[row].marks.push_back({entry.frame, toText(entry.event)});
+        };
+        const auto level = [&](int percent) {
+            battery.emplace_back(entry.frame, std::clamp<double>(percent, 0, 100));
+        };
+        std::visit(
+            Cases{[&](const ModeChange&) { band(0); },
+                  [&](const KeyChange& e) {
+                      if (e.key == KeyChange::Key::TaskState)
+                          band(1);
+                  },
+                  [&](const Light&) { band(2); }, [&](const StationLight&) { band(3); },
+                  [&](const DockContact& e) { bands[4].change(entry.frame, e.on ? "on the dock" : "off"); },
+                  [&](const UserAct&) { mark(0); }, [&](const HealthCode&) { mark(1); },
+                  [&](const EscapeError&) { mark(1); }, [&](const StationCode&) { mark(1); },
+                  [&](const Music&) { mark(2); },
+                  [&](const Approach&) {
+                      marks[3].marks.push_back({entry.frame, "approach"});
+                  },
+                  [&](const BatteryLevel& e) { level(e.percent); }, [&](const BatteryEmpty&) { level(0); },
+                  [&](const ChargeBegins& e) { level(e.percent); }, [](const auto& /*e*/) {}},
+            entry.event);
     }
 };
 
@@ -349,21 +328,15 @@ private:
 
 }  // namespace
 
-bool isDrawn(LogKind kind)
+bool isDrawn(const Event& event)
 {
-    switch (kind) {
-        case LogKind::Mode:
-        case LogKind::TaskState:
-        case LogKind::Light:
-        case LogKind::StationLight:
-        case LogKind::User:
-        case LogKind::Error:
-        case LogKind::Music:
-        case LogKind::Body:
-            return true;
-        default:
-            return false;
-    }
+    using namespace event;
+    return std::visit(Cases{[](const KeyChange& e) { return e.key == KeyChange::Key::TaskState; },
+                            [](const Message&) { return false; }, [](const LevelMessage&) { return false; },
+                            [](const Motion&) { return false; }, [](const EscapeBegins&) { return false; },
+                            [](const EscapeEnds&) { return false; }, [](const Unmet&) { return false; },
+                            [](const Note&) { return false; }, [](const auto& /*e*/) { return true; }},
+                      event);
 }
 
 Picture runPicture(const std::vector<LogEntry>& entries, std::uint64_t frames, std::string title)

@@ -14,6 +14,6 @@ namespace vemra::robot {
 /// as a curve. Of other kinds than isDrawn nothing is to be seen.
 Picture runPicture(const std::vector<LogEntry>& entries, std::uint64_t frames, std::string title);
 
-[[nodiscard]] bool isDrawn(LogKind kind);
+[[nodiscard]] bool isDrawn(const Event& event);
 
 }  // namespace vemra::robot

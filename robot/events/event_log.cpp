@@ -1,58 +1,38 @@
 #include "robot/events/event_log.h"
 
-#include <array>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace vemra::robot {
 namespace {
 
-constexpr std::array<const char*, 14> kKinds{"mode",          "task_state", "robot_status", "light", "music",
-                                             "station_light", "message",    "user",         "body",  "error",
-                                             "motion",        "escape",     "expectation",  "custom"};
+void check(const event::Note& note)
+{
+    for (const auto& [name, value] : note.fields)
+        for (const char* own : {"frame", "ms", "event", "text", "what"})
+            if (name == own)
+                throw std::logic_error("a log entry has its own field " + name);
+}
 
 }  // namespace
 
-const char* toText(LogKind kind)
+void EventLog::record(std::uint64_t frame, Event event)
 {
-    return kKinds.at(static_cast<std::size_t>(kind));
-}
-
-std::optional<LogKind> logKindOfText(std::string_view text)
-{
-    for (std::size_t i = 0; i < kKinds.size(); ++i) {
-        if (text == kKinds[i]) {
-            return static_cast<LogKind>(i);
-        }
-    }
-    return std::nullopt;
-}
-
-void EventLog::record(std::uint64_t frame, LogKind kind, std::string text, nlohmann::ordered_json fields)
-{
-    if (frame < last_frame_) {
+    if (frame < last_frame_)
         throw std::logic_error("the event log went back in time");
-    }
-    if (!fields.is_null() && !fields.is_object()) {
-        throw std::logic_error("the fields of a log entry are an object");
-    }
-    for (const char* own : {"frame", "ms", "event", "text"}) {
-        if (fields.contains(own)) {
-            throw std::logic_error(std::string("a log entry has its own field ") + own);
-        }
-    }
+    if (const auto* note = std::get_if<event::Note>(&event))
+        check(*note);
     last_frame_ = frame;
-    const LogEntry entry{frame, kind, std::move(text), std::move(fields)};
-    for (LogSink* sink : sinks_) {
+    const LogEntry entry{frame, std::move(event)};
+    for (LogSink* sink : sinks_)
         sink->take(entry);
-    }
 }
 
 void EventLog::finish(const nlohmann::ordered_json& report)
 {
-    for (LogSink* sink : sinks_) {
+    for (LogSink* sink : sinks_)
         sink->finish(report);
-    }
 }
 
 }  // namespace vemra::robot

@@ -2,44 +2,18 @@
 
 #include <cstdint>
 #include <functional>
-#include <nlohmann/json.hpp>
-#include <optional>
-#include <string>
-#include <string_view>
+#include <nlohmann/json_fwd.hpp>
 #include <utility>
 #include <vector>
 
+#include "robot/events/event.h"
+
 namespace vemra::robot {
-
-enum class LogKind : std::uint8_t
-{
-    Mode,
-    TaskState,
-    RobotStatus,
-    Light,
-    Music,
-    StationLight,
-    Message,
-    User,  ///< what the scenario does
-    Body,  ///< on or off the dock ("on_dock"), a final approach to it ("docking_attempt"), the battery in
-           ///< percent ("battery"), a charge that begins ("charge")
-    Error,
-    Motion,       ///< what the robot is about to do ("account": the key that is accounted to)
-    Escape,       ///< the robot gets stuck, free, or stays stuck ("kind")
-    Expectation,  ///< what the scenario expects has not come true ("line" in its file)
-    Custom
-};
-
-/// "mode", "task_state", "robot_status", ...
-const char* toText(LogKind kind);
-std::optional<LogKind> logKindOfText(std::string_view text);
 
 struct LogEntry
 {
     std::uint64_t frame = 0;
-    LogKind kind = LogKind::Custom;
-    std::string text;
-    nlohmann::ordered_json fields;  ///< an object, or null
+    Event event;
 };
 
 /// Somebody who follows a run.
@@ -60,9 +34,9 @@ public:
     /// The sink gets all later entries; it must outlive the log.
     void addSink(LogSink& sink) { sinks_.push_back(&sink); }
 
-    /// Frames never go back. Fields must not be named frame, ms, event or text. Throws std::logic_error
-    /// otherwise.
-    void record(std::uint64_t frame, LogKind kind, std::string text, nlohmann::ordered_json fields = {});
+    /// Frames never go back. Fields of a note must not be named frame, ms, event, text or what. Throws
+    /// std::logic_error otherwise.
+    void record(std::uint64_t frame, Event event);
     void finish(const nlohmann::ordered_json& report);
 
 private:
@@ -74,11 +48,11 @@ private:
 class LogKeeper final : public LogSink
 {
 public:
-    explicit LogKeeper(std::function<bool(LogKind)> wanted) : wanted_(std::move(wanted)) {}
+    explicit LogKeeper(std::function<bool(const Event&)> wanted) : wanted_(std::move(wanted)) {}
 
     void take(const LogEntry& entry) override
     {
-        if (wanted_(entry.kind))
+        if (wanted_(entry.event))
             entries_.push_back(entry);
     }
     void finish(const nlohmann::ordered_json& /*report*/) override {}
@@ -86,7 +60,7 @@ public:
     const std::vector<LogEntry>& entries() const { return entries_; }
 
 private:
-    std::function<bool(LogKind)> wanted_;
+    std::function<bool(const Event&)> wanted_;
     std::vector<LogEntry> entries_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <ostream>
 
 #include "robot/events/event_log.h"

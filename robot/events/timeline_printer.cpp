@@ -3,38 +3,34 @@
 #include <fmt/format.h>
 #include <unistd.h>
 #include <algorithm>
-
-#include <cmath>
+#include <array>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <utility>
 
 #include "robot/base/clock.h"
 
 namespace vemra::robot {
 namespace {
 
-const char* colourOf(LogKind kind)
+const char* colourOf(std::string_view kind)
 {
-    switch (kind) {
-        case LogKind::Mode:
-            return "\033[1;34m";
-        case LogKind::TaskState:
-        case LogKind::RobotStatus:
-            return "\033[36m";
-        case LogKind::User:
-            return "\033[1;32m";
-        case LogKind::Error:
-        case LogKind::Expectation:
-            return "\033[1;31m";
-        case LogKind::Light:
-        case LogKind::StationLight:
-            return "\033[33m";
-        case LogKind::Music:
-            return "\033[35m";
-        case LogKind::Message:
-            return "\033[2m";
-        default:
-            return "";
-    }
+    constexpr std::array<std::pair<std::string_view, const char*>, 10> kColours{{
+        {"mode", "\033[1;34m"},
+        {"task_state", "\033[36m"},
+        {"robot_status", "\033[36m"},
+        {"user", "\033[1;32m"},
+        {"error", "\033[1;31m"},
+        {"expectation", "\033[1;31m"},
+        {"light", "\033[33m"},
+        {"station_light", "\033[33m"},
+        {"music", "\033[35m"},
+        {"message", "\033[2m"},
+    }};
+    for (const auto& [of, colour] : kColours)
+        if (of == kind)
+            return colour;
+    return "";
 }
 
 // A message is one line, whatever is in it.
@@ -49,33 +45,24 @@ std::string oneLine(const std::string& text)
     return line;
 }
 
-std::optional<double> batteryOf(const LogEntry& entry)
-{
-    if (entry.kind == LogKind::Body && entry.fields.is_object() && entry.fields.contains("battery") &&
-        entry.fields["battery"].is_number()) {
-        return entry.fields["battery"].get<double>();
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 void TimelinePrinter::take(const LogEntry& entry)
 {
-    if (const auto battery = batteryOf(entry)) {
-        if (told_battery_ && std::abs(*battery - *told_battery_) < 10) {
+    if (const auto* battery = std::get_if<event::BatteryLevel>(&entry.event)) {
+        if (told_battery_ && std::abs(battery->percent - *told_battery_) < 10)
             return;
-        }
-        told_battery_ = battery;
+        told_battery_ = battery->percent;
     }
-    if (pending_ && pending_->kind == entry.kind && pending_->text == entry.text &&
+    Line line{entry.frame, kindOf(entry.event), toText(entry.event)};
+    if (pending_ && pending_->kind == line.kind && pending_->text == line.text &&
         entry.frame <= last_frame_ + 1) {
         ++times_;
         last_frame_ = entry.frame;
         return;
     }
     print();
-    pending_ = entry;
+    pending_ = std::move(line);
     last_frame_ = entry.frame;
     times_ = 1;
 }
@@ -149,7 +136,7 @@ void TimelinePrinter::print()
     }
     const char* colour = colour_ ? colourOf(pending_->kind) : "";
     out_ << fmt::format("{:>8}  {:>11}  {}{:<13}  {}{}{}\n", pending_->frame, timeOfFrame(pending_->frame),
-                        colour, toText(pending_->kind), oneLine(pending_->text),
+                        colour, pending_->kind, oneLine(pending_->text),
                         times_ > 1 ? fmt::format("  x{}", times_) : "", *colour != '\0' ? "\033[0m" : "");
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "robot/events/event_log.h"
 
@@ -26,6 +28,13 @@ public:
     void finish(const nlohmann::ordered_json& report) override;
 
 private:
+    struct Line
+    {
+        std::uint64_t frame;
+        std::string_view kind;
+        std::string text;
+    };
+
     void print();
     /// What the run came to, of the fields of the robot's report.
     void summarise(const nlohmann::ordered_json& report);
@@ -34,10 +43,10 @@ private:
     std::ostream& out_;
     bool colour_;
     bool headed_ = false;
-    std::optional<LogEntry> pending_;  ///< may be said again
-    std::uint64_t last_frame_ = 0;     ///< in which it was said last
+    std::optional<Line> pending_;   ///< may be said again
+    std::uint64_t last_frame_ = 0;  ///< in which it was said last
     int times_ = 0;
-    std::optional<double> told_battery_;
+    std::optional<int> told_battery_;
 };
 
 /// h:mm:ss.mmm from the start of the run.

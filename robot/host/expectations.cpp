@@ -50,21 +50,25 @@ void Expectations::begin(std::uint64_t frame)
 
 void Expectations::take(const LogEntry& entry)
 {
-    if (entry.kind == LogKind::Light)
-        light_ = entry.text;
-    else if (entry.kind == LogKind::StationLight)
-        station_light_ = entry.text;
-    else if (entry.kind == LogKind::Expectation)
+    if (const auto* light = std::get_if<event::Light>(&entry.event))
+        light_ = light->shown;
+    else if (const auto* station = std::get_if<event::StationLight>(&entry.event))
+        station_light_ = station->shown;
+    else if (std::holds_alternative<event::Unmet>(entry.event))
         return;
+    if (active_.empty())
+        return;
+    const std::string text = toText(entry.event);
+    const bool is_message = std::holds_alternative<event::Message>(entry.event) ||
+                            std::holds_alternative<event::LevelMessage>(entry.event);
     for (Active& active : active_) {
         const ExpectedEvents& events = active.what->events;
-        if (entry.kind == LogKind::Mode)
-            active.modes.push_back(entry.text);
-        if (entry.kind == LogKind::Music)
-            active.music.push_back(entry.text);
-        const bool said = events.message && entry.kind == LogKind::Message &&
-                          entry.text.find(*events.message) != std::string::npos;
-        const bool told = events.told && entry.text.find(*events.told) != std::string::npos;
+        if (std::holds_alternative<event::ModeChange>(entry.event))
+            active.modes.push_back(text);
+        if (std::holds_alternative<event::Music>(entry.event))
+            active.music.push_back(text);
+        const bool said = events.message && is_message && text.find(*events.message) != std::string::npos;
+        const bool told = events.told && text.find(*events.told) != std::string::npos;
         active.told += said || told ? 1 : 0;
     }
 }

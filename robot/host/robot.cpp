@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 
@@ -93,7 +94,8 @@ Robot::Robot(RobotSetup setup)
       observers_(std::make_unique<Observers>()),
       blackboard_(BT::Blackboard::create()),
       knowledge_(body_),
-      keys_{{"task_state", LogKind::TaskState, {}}, {"robot_status", LogKind::RobotStatus, {}}},
+      keys_{{"task_state", event::KeyChange::Key::TaskState, {}},
+            {"robot_status", event::KeyChange::Key::RobotStatus, {}}},
       swept_(world_.solid()),
       first_place_(body_.truePose().at),
       expectations_(setup_.scenario.expectations)
@@ -110,9 +112,9 @@ Robot::Robot(RobotSetup setup)
         throw InputError("--tree", 0, fmt::format("there is no tree \"{}\"", setup_.tree));
     watchUnwritten(factory_, [this](const std::string& tree) {
         if (++unwritten_met_[tree] == 1)
-            record(LogKind::Custom,
-                   fmt::format("tree {} is not written: it fails wherever it is entered", tree),
-                   {{"what", "not_written"}, {"tree", tree}});
+            record(event::Note{fmt::format("tree {} is not written: it fails wherever it is entered", tree),
+                               "not_written",
+                               {{"tree", tree}}});
     });
 
     if (setup_.scenario.start.map.known) {
@@ -124,13 +126,7 @@ Robot::Robot(RobotSetup setup)
     if (setup_.scenario.start.lost)
         knowledge_.localisation.lose();
 
-    const Report report = [this](const std::string& kind, const std::string& text,
-                                 nlohmann::ordered_json fields) {
-        const std::optional<LogKind> known = logKindOfText(kind);
-        if (!known)
-            throw std::logic_error("a service reports an event of an unknown kind: " + kind);
-        record(*known, text, std::move(fields));
-    };
+    const Report report = [this](Event event) { record(std::move(event)); };
     services_ =
         setup_.services({*blackboard_, report, chance_, state_, body_}, knowledge_, setup_.scenario.start);
     leaf::LeafHost host(factory_);
@@ -168,9 +164,9 @@ Robot::~Robot()
     tree_ = {};
 }
 
-void Robot::record(LogKind kind, const std::string& text, nlohmann::ordered_json fields)
+void Robot::record(Event event)
 {
-    log_.record(state_.frame, kind, text, std::move(fields));
+    log_.record(state_.frame, std::move(event));
 }
 
 bool Robot::isDocked() const
@@ -223,12 +219,12 @@ void Robot::takeAway(const std::string& thing)
 
 void Robot::happen(const ScenarioEvent& event)
 {
-    record(LogKind::User, event.text);
+    record(event::UserAct{event.text});
     bool taken = moveBody(event.what) || changeHome(event.what);
     for (const auto& service : services_)
         taken |= service->take(event.what);
     if (!taken)
-        record(LogKind::Custom, event.text + ": nothing on this robot feels it");
+        record(event::Note{event.text + ": nothing on this robot feels it"});
 }
 
 void Robot::beginFrame()
@@ -244,7 +240,7 @@ void Robot::showMode()
 {
     const Mode now = state_.modes.current();
     if (now != shown_mode_)
-        record(LogKind::Mode, toText(now), {{"from", toText(shown_mode_)}, {"to", toText(now)}});
+        record(event::ModeChange{shown_mode_, now});
     shown_mode_ = now;
 }
 
@@ -252,12 +248,12 @@ void Robot::showKeys()
 {
     for (WatchedKey& watched : keys_) {
         std::string scratch;
-        const BT::Any* value = blackboard_->getAny(watched.key);
+        const BT::Any* value = blackboard_->getAny(watched.name);
         const std::string_view text = value != nullptr ? value->view(scratch) : std::string_view{};
         if (text == watched.text)
             continue;
         const std::string before = std::exchange(watched.text, std::string(text));
-        record(watched.kind, watched.text, {{"from", before}});
+        record(event::KeyChange{watched.key, before, watched.text});
     }
 }
 
@@ -310,7 +306,7 @@ Moment Robot::moment() const
 void Robot::showUnmet(std::vector<Unmet> unmet)
 {
     for (Unmet& one : unmet) {
-        record(LogKind::Expectation, one.text, {{"line", one.line}});
+        record(event::Unmet{one.text, one.line});
         unmet_.push_back(std::move(one));
     }
 }
@@ -341,10 +337,10 @@ void Robot::showResult(BT::NodeStatus result, const std::string& reason)
     if (result == shown_result_)
         return;
     shown_result_ = result;
-    record(LogKind::Custom,
-           fmt::format("tree {} ends: {}{}{}", setup_.tree, BT::toStr(result), reason.empty() ? "" : ", by ",
-                       reason),
-           {{"what", "tree"}, {"result", BT::toStr(result)}});
+    record(event::Note{fmt::format("tree {} ends: {}{}{}", setup_.tree, BT::toStr(result),
+                                   reason.empty() ? "" : ", by ", reason),
+                       "tree",
+                       {{"result", BT::toStr(result)}}});
 }
 
 }  // namespace vemra::robot

@@ -103,12 +103,12 @@ private:
     /// A key of the blackboard that is shown on the time line.
     struct WatchedKey
     {
-        const char* key;
-        LogKind kind;
+        const char* name;
+        event::KeyChange::Key key;
         std::string text;
     };
 
-    void record(LogKind kind, const std::string& text, nlohmann::ordered_json fields = {});
+    void record(Event event);
     void happen(const ScenarioEvent& event);
     bool moveBody(const Happening& what);
     bool changeHome(const Happening& what);

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "robot/base/clock.h"
 #include "robot/host/robot.h"

@@ -38,14 +38,13 @@ void RunFigures::frame(const Body& body, bool brushes_on, double swept_m2)
 
 void RunFigures::take(const LogEntry& entry)
 {
-    if (entry.kind == LogKind::Escape) {
-        escapes_ += entry.fields.value("free", false) ? 1 : 0;
-    }
-    if (entry.kind == LogKind::Body && entry.frame > 0) {
-        docking_attempts_ += entry.fields.contains("docking_attempt") ? 1 : 0;
-        docked_ += entry.fields.value("on_dock", false) ? 1 : 0;
-        charges_ += entry.fields.contains("charge") ? 1 : 0;
-    }
+    const bool begun = entry.frame > 0;
+    std::visit(
+        Cases{[this](const event::EscapeEnds& e) { escapes_ += e.free ? 1 : 0; },
+              [&](const event::Approach&) { docking_attempts_ += begun ? 1 : 0; },
+              [&](const event::DockContact& e) { docked_ += begun && e.on ? 1 : 0; },
+              [&](const event::ChargeBegins&) { charges_ += begun ? 1 : 0; }, [](const auto& /*e*/) {}},
+        entry.event);
 }
 
 }  // namespace vemra::robot

@@ -120,13 +120,12 @@ TEST(RunPicture, ShowsTheRunTheSameEachTimeAndSurvivesOddOnes)
     EventLog log;
     LogKeeper kept(isDrawn);
     log.addSink(kept);
-    log.record(0, LogKind::Mode, "ChargingMode");
-    log.record(0, LogKind::Body, "on", {{"on_dock", true}});
-    log.record(0, LogKind::Body, "battery", {{"battery", 120}});
-    log.record(10, LogKind::Body, "odd", {{"battery", "full"}});
+    log.record(0, event::ModeChange{Mode::None, Mode::Charging});
+    log.record(0, event::DockContact{true});
+    log.record(0, event::BatteryLevel{120});
     for (std::uint64_t i = 0; i < 200; ++i) {
-        log.record(20 + i, LogKind::Mode, "mode number " + std::to_string(i));
-        log.record(20 + i, LogKind::User, "something that takes its room");
+        log.record(20 + i, event::StationLight{"light number " + std::to_string(i)});
+        log.record(20 + i, event::UserAct{"something that takes its room"});
     }
     writeSvg(folder / "a.svg", runPicture(kept.entries(), 100, "a"));
     writePng(folder / "a.png", runPicture(kept.entries(), 100, "a"));

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <stdexcept>
 
@@ -15,14 +16,17 @@ using testing::Not;
 
 void shortRun(EventLog& log)
 {
-    log.record(0, LogKind::Body, "battery 80 %", {{"battery", 80}});
-    log.record(9, LogKind::Mode, "ChargingMode", {{"from", ""}, {"to", "ChargingMode"}});
+    log.record(0, event::BatteryLevel{80});
+    log.record(9, event::ModeChange{Mode::None, Mode::Charging});
     for (std::uint64_t frame = 10; frame < 13; ++frame) {
-        log.record(frame, LogKind::Message, "charging");
+        log.record(frame, event::Message{"charging"});
     }
-    log.record(14, LogKind::Message, "two\nlines \"quoted\" \xff");
-    log.record(20, LogKind::Body, "battery 79 %", {{"battery", 79}});
-    log.record(180001, LogKind::Body, "battery 70 %", {{"battery", 70}});
+    log.record(14, event::Message{"two\nlines \"quoted\" \xff"});
+    log.record(20, event::BatteryLevel{79});
+    log.record(21, event::ChargeBegins{1, 79});
+    log.record(22, event::StationCode{"DUST_BOX", true, true});
+    log.record(23, event::Note{"map cleared", "map", {{"cleared", true}}});
+    log.record(180001, event::BatteryLevel{70});
     log.finish({{"frames", 180002}});
 }
 
@@ -44,6 +48,12 @@ TEST(JsonLines, BytesAreFixedAndNothingIsFolded)
         "{\"frame\":14,\"ms\":280,\"event\":\"message\",\"text\":\"two\\nlines \\\"quoted\\\" "
         "\xEF\xBF\xBD\"}\n"
         "{\"frame\":20,\"ms\":400,\"event\":\"body\",\"text\":\"battery 79 %\",\"battery\":79}\n"
+        "{\"frame\":21,\"ms\":420,\"event\":\"body\",\"text\":\"charges from 79 "
+        "%\",\"charge\":1,\"battery\":79}\n"
+        "{\"frame\":22,\"ms\":440,\"event\":\"error\",\"text\":\"station: warning DUST_BOX raised\",\"code\":"
+        "\"DUST_BOX\",\"raised\":true}\n"
+        "{\"frame\":23,\"ms\":460,\"event\":\"custom\",\"text\":\"map "
+        "cleared\",\"what\":\"map\",\"cleared\":true}\n"
         "{\"frame\":180001,\"ms\":3600020,\"event\":\"body\",\"text\":\"battery 70 %\",\"battery\":70}\n"
         "{\"report\":{\"frames\":180002}}\n");
 }
@@ -61,6 +71,9 @@ TEST(TimelinePrinter, FoldsWhatIsSaidFrameAfterFrameAndSkipsSingleBatteryPercent
               "       9  0:00:00.180  mode           ChargingMode\n"
               "      10  0:00:00.200  message        charging  x3\n"
               "      14  0:00:00.280  message        two lines \"quoted\" \xff\n"
+              "      21  0:00:00.420  body           charges from 79 %\n"
+              "      22  0:00:00.440  error          station: warning DUST_BOX raised\n"
+              "      23  0:00:00.460  custom         map cleared\n"
               "  180001  1:00:00.020  body           battery 70 %\n"
               "\n180002 frames, 1:00:00.040\n");
 }
@@ -71,7 +84,8 @@ TEST(TimelinePrinter, HasColoursOfItsOwnAloneAndEndsWithWhatTheRunCameTo)
     TimelinePrinter printer(out, TimelinePrinter::Colour::On);
     EventLog log;
     log.addSink(printer);
-    log.record(0, LogKind::Mode, "a \033[31m trick");
+    log.record(0, event::ModeChange{Mode::None, Mode::Sleep});
+    log.record(1, event::Message{"a \033[31m trick"});
     log.finish({{"frames", 1},
                 {"mode", "SleepMode"},
                 {"battery", 7.6},
@@ -87,12 +101,11 @@ TEST(TimelinePrinter, HasColoursOfItsOwnAloneAndEndsWithWhatTheRunCameTo)
 TEST(EventLog, RefusesTimeGoingBackAndFieldsThatHideItsOwn)
 {
     EventLog log;
-    LogKeeper kept([](LogKind) { return true; });
+    LogKeeper kept([](const Event&) { return true; });
     log.addSink(kept);
-    log.record(5, LogKind::Custom, "a");
-    EXPECT_THROW(log.record(4, LogKind::Custom, "b"), std::logic_error);
-    EXPECT_THROW(log.record(5, LogKind::Custom, "b", {{"frame", 1}}), std::logic_error);
-    EXPECT_THROW(log.record(5, LogKind::Custom, "b", 3), std::logic_error);
+    log.record(5, event::Note{"a"});
+    EXPECT_THROW(log.record(4, event::Note{"b"}), std::logic_error);
+    EXPECT_THROW(log.record(5, event::Note{"b", "", {{"frame", std::int64_t{1}}}}), std::logic_error);
     EXPECT_EQ(kept.entries().size(), 1U);
 }
 

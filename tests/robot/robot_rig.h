@@ -103,11 +103,8 @@ public:
     Chance chance{1};
     std::vector<std::string> log;
     BT::Blackboard::Ptr blackboard = BT::Blackboard::create();
-    RobotParts parts{*blackboard,
-                     [this](const std::string&, const std::string& what, const nlohmann::ordered_json&) {
-                         log.push_back(what);
-                     },
-                     chance, state, body};
+    RobotParts parts{*blackboard, [this](const Event& event) { log.push_back(toText(event)); }, chance, state,
+                     body};
     BT::BehaviorTreeFactory factory;
     BT::Tree tree;
     int frames_run = 0;

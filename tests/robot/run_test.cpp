@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "robot/robot_run.h"
 

@@ -1,8 +1,7 @@
 #include "robot/services/cleaning/cleaning_log.h"
 
-#include <fmt/format.h>
-
 #include <cmath>
+#include <utility>
 
 #include "robot/base/clock.h"
 #include "robot/services/core/leaf_functions.h"
@@ -35,23 +34,12 @@ void CleaningLogService::generate(const std::string& mode)
     keys.get("task_state", stage);
     int seconds = 0;
     keys.get("clean_time_for_app", seconds);
-    nlohmann::ordered_json ways = nlohmann::ordered_json::object();
-    for (const auto& [reason, way_mm] : traced_mm_)
-        ways[reason.empty() ? "other" : reason] = std::round(way_mm) / 1e3;
-    traced_mm_.clear();
+    std::map<std::string, double> ways = std::exchange(traced_mm_, {});
     if (unwanted || keys.contains("MockCleaningLog"))
         return;
     const bool done = stage == "completing";
     const double area_m2 = map_.cleaned().areaM2();
-    parts_.report("custom",
-                  fmt::format("cleaning log: {}, {} s, {:.1f} m2, {}", mode, seconds, area_m2,
-                              done ? "done" : "broken off"),
-                  {{"what", "cleaning_log"},
-                   {"mode", mode},
-                   {"seconds", seconds},
-                   {"area_m2", area_m2},
-                   {"done", done},
-                   {"way_m", ways}});
+    parts_.report(event::CleaningLog{mode, seconds, area_m2, done, std::move(ways)});
 }
 
 void CleaningLogService::install(leaf::LeafHost& host)

@@ -25,7 +25,7 @@ private:
 
     RobotParts parts_;
     const RobotMap& map_;
-    std::map<std::string, double, std::less<>> traced_mm_;  ///< by reason
+    std::map<std::string, double> traced_mm_;  ///< by reason
     std::string reason_;
     std::uint64_t traced_in_ = 0;  ///< frame
 };

@@ -31,14 +31,13 @@ void CleaningSystemService::setPowers(const Powers& powers, bool wipes_alone)
     if (powers == powers_)
         return;
     powers_ = powers;
-    parts_.report("custom",
-                  fmt::format("cleaning system: Brush {} Fan {} Pump {} SideBrush {}", powers.brush,
-                              powers.fan, powers.pump, powers.side_brush),
-                  {{"what", "clean_system"},
-                   {"Brush", powers.brush},
-                   {"Fan", powers.fan},
-                   {"Pump", powers.pump},
-                   {"SideBrush", powers.side_brush}});
+    parts_.report(event::Note{fmt::format("cleaning system: Brush {} Fan {} Pump {} SideBrush {}",
+                                          powers.brush, powers.fan, powers.pump, powers.side_brush),
+                              "clean_system",
+                              {{"Brush", std::int64_t{powers.brush}},
+                               {"Fan", std::int64_t{powers.fan}},
+                               {"Pump", std::int64_t{powers.pump}},
+                               {"SideBrush", std::int64_t{powers.side_brush}}}});
 }
 
 bool CleaningSystemService::wipesAlone() const
@@ -109,8 +108,9 @@ void CleaningSystemService::install(leaf::LeafHost& host)
             return BT::NodeStatus::SUCCESS;
         infrared_ = {cliff, front};
         const auto word = [](bool on) { return on ? "on" : "off"; };
-        parts_.report("custom", std::string("infrared: cliff ") + word(cliff) + ", front " + word(front),
-                      {{"what", "infrared"}, {"cliff", cliff}, {"front", front}});
+        parts_.report(event::Note{std::string("infrared: cliff ") + word(cliff) + ", front " + word(front),
+                                  "infrared",
+                                  {{"cliff", cliff}, {"front", front}}});
         return BT::NodeStatus::SUCCESS;
     });
     // What a task changed of it is set anew by the next one.

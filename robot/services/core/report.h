@@ -1,14 +1,12 @@
 #pragma once
 
 #include <functional>
-#include <nlohmann/json.hpp>
-#include <string>
+
+#include "robot/events/event.h"
 
 namespace vemra::robot {
 
-/// How a service tells the run's event log what happened: the kind of event, its text, and what else a
-/// machine may want to know.
-using Report =
-    std::function<void(const std::string& kind, const std::string& text, nlohmann::ordered_json fields)>;
+/// How a service tells the run's event log what happened.
+using Report = std::function<void(Event)>;
 
 }  // namespace vemra::robot

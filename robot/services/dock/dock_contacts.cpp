@@ -8,9 +8,9 @@ void DockContactService::update()
 {
     const DockContacts& contacts = parts_.state.contacts;
     if (contacts.justTouched() || (contacts.touching() && parts_.state.frame == 0))
-        parts_.report("body", "on the dock", {{"on_dock", true}});
+        parts_.report(event::DockContact{true});
     if (contacts.justLost())
-        parts_.report("body", "off the dock", {{"on_dock", false}});
+        parts_.report(event::DockContact{false});
 }
 
 void DockContactService::install(leaf::LeafHost& host)

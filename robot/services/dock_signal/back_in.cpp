@@ -51,7 +51,7 @@ void DockSignalService::installBackIn(leaf::LeafHost& host)
                      return measureDock(node.status() != BT::NodeStatus::RUNNING);
                  }));
     host.action("FoundChargerCmd", [this](BT::TreeNode&) {
-        parts_.report("motion", "the dock is found: the robot turns its back to it", {});
+        parts_.report(event::Motion{"the dock is found: the robot turns its back to it", {}});
         return BT::NodeStatus::SUCCESS;
     });
     host.action("CleandockChargerYaw", [this](BT::TreeNode& node) {

@@ -35,7 +35,7 @@ void DockSignalService::update()
 {
     hearing_.update(parts_.body, parts_.state.contacts.touching());
     for (; told_approaches_ < approaches_.begun; ++told_approaches_)
-        parts_.report("body", "final approach to the dock", {{"docking_attempt", told_approaches_ + 1}});
+        parts_.report(event::Approach{told_approaches_ + 1});
     heard_frames_ = hearing_.hearsAny() ? heard_frames_ + 1 : 0;
     if (parts_.state.contacts.touching()) {
         mute_at_.clear();

@@ -198,20 +198,17 @@ void EscapeService::began(EscapeKind kind)
     if (begun_.size() > kRemembered) {
         begun_.pop_front();
     }
-    const EscapeName& name = nameOf(kind);
-    parts_.report("escape", "escape: " + std::string(name.about), {{"kind", name.word}});
+    parts_.report(event::EscapeBegins{kind});
 }
 
 void EscapeService::ended(EscapeKind kind, bool free, bool in_air)
 {
-    const EscapeName& name = nameOf(kind);
     int& failed = failed_[static_cast<std::size_t>(kind)];
     failed = free ? 0 : failed + 1;
     if (free) {
         trouble(kind) = 0;
     }
-    parts_.report("escape", std::string(free ? "free" : "still stuck") + ": " + std::string(name.about),
-                  {{"kind", name.word}, {"free", free}});
+    parts_.report(event::EscapeEnds{kind, free});
     if (failed >= kMostTries || in_air) {
         raiseError(kind);
     }
@@ -222,7 +219,7 @@ void EscapeService::raiseError(EscapeKind kind)
     const std::string code(nameOf(kind).error);
     error_[static_cast<std::size_t>(kind)] = true;
     if (parts_.state.errors.insert(code).second) {
-        parts_.report("error", code + " raised", {{"code", code}, {"raised", true}});
+        parts_.report(event::EscapeError{code, true});
     }
 }
 
@@ -240,7 +237,7 @@ void EscapeService::clearErrors()
             return other.error == code && error_[static_cast<std::size_t>(other.kind)];
         });
         if (!another && parts_.state.errors.erase(code) > 0) {
-            parts_.report("error", code + " cleared", {{"code", code}, {"raised", false}});
+            parts_.report(event::EscapeError{code, false});
         }
     }
 }

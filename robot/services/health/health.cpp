@@ -43,8 +43,7 @@ void HealthService::put(Codes& codes, const std::string& code, bool raised, bool
 {
     if (raised ? !codes.insert(code).second : codes.erase(code) == 0)
         return;
-    parts_.report("error", (warning ? "warning " : "") + code + (raised ? " raised" : " cleared"),
-                  {{"code", code}, {"warning", warning}, {"raised", raised}});
+    parts_.report(event::HealthCode{code, raised, warning});
 }
 
 bool HealthService::take(const Happening& what)

@@ -91,7 +91,7 @@ void MapService::showRooms()
         told += fmt::format("{}{} at {:.1f}, {:.1f} m ({:.1f} m2)", told.empty() ? "" : "; ", room.number,
                             room.middle.x / 1e3, room.middle.y / 1e3,
                             static_cast<double>(room.cells) * kCellMm * kCellMm / 1e6);
-    parts_.report("custom", "rooms of the stored map: " + told, {{"what", "rooms"}});
+    parts_.report(event::Note{"rooms of the stored map: " + told, "rooms"});
 }
 
 void MapService::presetKeys()
@@ -117,7 +117,7 @@ void MapService::cleanComplete()
     if (clear)
         forget();
     store_.slam_holds = false;
-    parts_.report("custom", clear ? "map cleared" : "map closed", {{"what", "map"}, {"cleared", clear}});
+    parts_.report(event::Note{clear ? "map cleared" : "map closed", "map", {{"cleared", clear}}});
 }
 
 bool MapService::takesOrder(Mode order) const

@@ -38,7 +38,7 @@ void StepLeaves::install(leaf::LeafHost& host)
     host.action("OpenAStep", [this](BT::TreeNode&) {
         const bool opened = map_.steps().openNearest(map_.pose().at);
         if (opened) {
-            parts_.report("custom", "a step in the floor may be climbed from now on", {{"what", "step"}});
+            parts_.report(event::Note{"a step in the floor may be climbed from now on", "step"});
         }
         return passed(opened);
     });

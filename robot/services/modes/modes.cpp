@@ -95,7 +95,7 @@ void ModeService::update()
     frames_of_update_ = current() == Mode::Ota ? frames_of_update_ + 1 : 0;
     if (frames_of_update_ != kFramesOfUpdate)
         return;
-    parts_.report("custom", "firmware updated", {{"what", "update"}});
+    parts_.report(event::Note{"firmware updated", "update"});
     parts_.state.modes.request(Mode::Standby);
 }
 
@@ -171,7 +171,7 @@ void ModeService::installDispatch(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.action("ThrowErrMSG", [this](BT::TreeNode& node) {
-        parts_.report("message", textOf(node, "Message"), {{"level", "err"}});
+        parts_.report(event::LevelMessage{textOf(node, "Message"), "err"});
         return BT::NodeStatus::SUCCESS;
     });
 }
@@ -184,7 +184,7 @@ void ModeService::installDeals(leaf::LeafHost& host)
         host.builder(leaf, rest);
     host.builder("PowerOffModeDeal", RunningAction::builder([this](BT::TreeNode&) {
                      if (!std::exchange(parts_.state.powered_off, true))
-                         parts_.report("user", "powered off", {});
+                         parts_.report(event::UserAct{"powered off"});
                      return BT::NodeStatus::RUNNING;
                  }));
 }

@@ -105,7 +105,7 @@ void MotionService::installAccounts(leaf::LeafHost& host)
         std::string before;
         if (!parts_.blackboard.get(account, before) || before != what) {
             parts_.blackboard.set(account, what);
-            parts_.report("motion", what, {{"account", account}});
+            parts_.report(event::Motion{what, account});
         }
         return BT::NodeStatus::SUCCESS;
     });

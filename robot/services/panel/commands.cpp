@@ -103,7 +103,7 @@ void CommandService::installKeys(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.action("ResetKey_LongPress_Process", [this](BT::TreeNode&) {
-        parts_.report("custom", "settings reset", {{"what", "reset"}});
+        parts_.report(event::Note{"settings reset", "reset"});
         return BT::NodeStatus::SUCCESS;
     });
 }
@@ -163,8 +163,8 @@ void CommandService::installApp(leaf::LeafHost& host)
     host.condition("DoesAlreadyGetWIFIRes", [this](BT::TreeNode&) {
         const auto answer = std::exchange(wifi_joined_, std::nullopt);
         if (answer)
-            parts_.report("custom", *answer ? "Wi-Fi joined" : "Wi-Fi refused",
-                          {{"what", "wifi"}, {"joined", *answer}});
+            parts_.report(
+                event::Note{*answer ? "Wi-Fi joined" : "Wi-Fi refused", "wifi", {{"joined", *answer}}});
         return passed(answer.has_value());
     });
     // The app of this robot reads the event log.

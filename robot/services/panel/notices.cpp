@@ -29,7 +29,7 @@ void NoticeService::update()
 {
     for (const Notice& notice : kNotices)
         if (parts_.blackboard.erase(notice.key))
-            parts_.report("custom", notice.text, {{"what", "notice"}, {"key", notice.key}});
+            parts_.report(event::Note{notice.text, "notice", {{"key", std::string(notice.key)}}});
     if (parts_.blackboard.erase("infrared_calibration_finished"))
         tellCalibration();
 }
@@ -41,8 +41,9 @@ void NoticeService::tellCalibration()
     double way_mm = 0;
     parts_.blackboard.get("a_b_dist", way_mm);
     if (parts_.blackboard.get("need_infrared_calibration", needed) && needed == "true")
-        parts_.report("custom", fmt::format("receivers calibrated over {:.0f} mm", way_mm),
-                      {{"what", "infrared_calibration"}, {"way_mm", way_mm}});
+        parts_.report(event::Note{fmt::format("receivers calibrated over {:.0f} mm", way_mm),
+                                  "infrared_calibration",
+                                  {{"way_mm", way_mm}}});
     parts_.blackboard.erase("need_infrared_calibration");
 }
 

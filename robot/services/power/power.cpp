@@ -54,7 +54,7 @@ void PowerService::update()
     if (percent() <= 0 && !parts_.state.powered_off) {
         parts_.body.stop();
         parts_.state.powered_off = true;
-        parts_.report("body", "the battery is empty: the robot is off", {{"battery", 0}});
+        parts_.report(event::BatteryEmpty{});
     }
 }
 
@@ -78,8 +78,7 @@ void PowerService::tellCharge()
     if (came_frames_ == kChargesAfterFrames && percent() < kFull) {
         ++charges_;
         const int whole = static_cast<int>(std::lround(percent()));
-        parts_.report("body", "charges from " + std::to_string(whole) + " %",
-                      {{"charge", charges_}, {"battery", whole}});
+        parts_.report(event::ChargeBegins{charges_, whole});
     }
 }
 
@@ -90,7 +89,7 @@ void PowerService::tell()
     if (told_tenth_ == whole / 10)
         return;
     told_tenth_ = whole / 10;
-    parts_.report("body", "battery " + std::to_string(whole) + " %", {{"battery", whole}});
+    parts_.report(event::BatteryLevel{whole});
 }
 
 void PowerService::install(leaf::LeafHost& host)

@@ -54,8 +54,9 @@ BT::NodeStatus SelfTestService::test(const Part& part, const BT::TreeNode& node)
     const bool good = part.code.empty() || !parts_.state.errors.contains(part.code);
     if (good)
         passed_.insert(part.test);
-    parts_.report("custom", std::string(part.test) + (good ? " passed" : " failed"),
-                  {{"what", "self_test"}, {"leaf", part.test}, {"passed", good}});
+    parts_.report(event::Note{std::string(part.test) + (good ? " passed" : " failed"),
+                              "self_test",
+                              {{"leaf", std::string(part.test)}, {"passed", good}}});
     return passed(good);
 }
 
@@ -81,7 +82,8 @@ void SelfTestService::installSteps(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     const auto over = [this](BT::TreeNode&) {
-        parts_.report("custom", "self-test over", {{"what", "self_test"}, {"parts_passed", passed_.size()}});
+        parts_.report(event::Note{
+            "self-test over", "self_test", {{"parts_passed", static_cast<std::int64_t>(passed_.size())}}});
         begun_ = false;
         return BT::NodeStatus::SUCCESS;
     };

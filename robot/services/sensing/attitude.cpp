@@ -38,8 +38,9 @@ void AttitudeService::keep(const std::string& moment)
     parts_.blackboard.set(moment, std::vector<double>{attitude.roll, attitude.pitch, attitude.yaw});
     const double span = std::max(roll_.width(), pitch_.width());
     if (moment == kAfterTurn && span > kLevelDeg)
-        parts_.report("custom", fmt::format("out of level by {:.0f} degrees over the first turn", span),
-                      {{"what", "level"}, {"degrees", span}});
+        parts_.report(event::Note{fmt::format("out of level by {:.0f} degrees over the first turn", span),
+                                  "level",
+                                  {{"degrees", span}}});
 }
 
 void AttitudeService::tellDrift()
@@ -49,8 +50,8 @@ void AttitudeService::tellDrift()
     if (before == kept_.end() || after == kept_.end())
         return;
     const double drift = wrapped({after->second.yaw - before->second.yaw}).value;
-    parts_.report("custom", fmt::format("heading drifted by {:.1f} degrees off the dock", drift),
-                  {{"what", "drift"}, {"degrees", drift}});
+    parts_.report(event::Note{
+        fmt::format("heading drifted by {:.1f} degrees off the dock", drift), "drift", {{"degrees", drift}}});
 }
 
 void AttitudeService::update()

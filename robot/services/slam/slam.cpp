@@ -41,7 +41,7 @@ void SlamService::update()
     }
     const bool knows = localisation_.localised();
     if (knows != knew_ && !knows) {
-        parts_.report("custom", "SLAM has lost the place", {{"what", "slam"}, {"localised", false}});
+        parts_.report(event::Note{"SLAM has lost the place", "slam", {{"localised", false}}});
     }
     knew_ = knows;
     turned_deg_ += std::abs(parts_.body.turnRate()) * kFrameS;
@@ -85,7 +85,7 @@ void SlamService::steer()
 
 void SlamService::giveUp()
 {
-    parts_.report("custom", "SLAM does not know the place", {{"what", "slam"}, {"localised", false}});
+    parts_.report(event::Note{"SLAM does not know the place", "slam", {{"localised", false}}});
     enter(Stage::GaveUp);
 }
 
@@ -166,9 +166,10 @@ void SlamService::believe()
     const PoseMm pose = *search_.pose();
     map_.bringBack();
     localisation_.believe(pose);
-    parts_.report("custom",
-                  fmt::format("SLAM knows the place: {:.2f}, {:.2f} m", pose.at.x / 1e3, pose.at.y / 1e3),
-                  {{"what", "slam"}, {"localised", true}});
+    parts_.report(
+        event::Note{fmt::format("SLAM knows the place: {:.2f}, {:.2f} m", pose.at.x / 1e3, pose.at.y / 1e3),
+                    "slam",
+                    {{"localised", true}}});
     enter(Stage::Found);
 }
 

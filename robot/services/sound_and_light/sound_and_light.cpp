@@ -30,8 +30,7 @@ void SoundAndLightService::play(const MusicRequest& request)
     if (request.number == 0)
         return;
     busy_until_ms_ = now + kMusicMs;
-    parts_.report("music", std::to_string(request.number),
-                  {{"number", request.number}, {"interrupt", request.interrupt}});
+    parts_.report(event::Music{request.number, request.interrupt});
 }
 
 bool SoundAndLightService::dimmed() const
@@ -47,7 +46,7 @@ void SoundAndLightService::showLight()
     if (seen == shown_)
         return;
     shown_ = seen;
-    parts_.report("light", seen, {});
+    parts_.report(event::Light{seen});
 }
 
 void SoundAndLightService::install(leaf::LeafHost& host)
@@ -71,11 +70,11 @@ void SoundAndLightService::install(leaf::LeafHost& host)
         return BT::NodeStatus::SUCCESS;
     });
     host.action("SaySomething", [this](BT::TreeNode& node) {
-        parts_.report("message", textOf(node, "message"), {});
+        parts_.report(event::Message{textOf(node, "message")});
         return BT::NodeStatus::SUCCESS;
     });
     host.action("Log", [this](BT::TreeNode& node) {
-        parts_.report("message", textOf(node, "message"), {{"level", textOf(node, "level")}});
+        parts_.report(event::LevelMessage{textOf(node, "message"), textOf(node, "level")});
         return BT::NodeStatus::SUCCESS;
     });
     installLights(host);
@@ -105,7 +104,7 @@ void SoundAndLightService::installLights(leaf::LeafHost& host)
     host.action("SetDustLight", [this](BT::TreeNode& node) {
         if (!isText(node, "StaLedMode", station_light_)) {
             station_light_ = PortText(node, "StaLedMode").view();
-            parts_.report("station_light", station_light_, {});
+            parts_.report(event::StationLight{station_light_});
         }
         return BT::NodeStatus::SUCCESS;
     });

@@ -135,20 +135,16 @@ void StationService::hear()
     Faults now = faults();
     if (now == heard_)
         return;
-    const auto tell = [this](const Codes& before, const Codes& after, const char* kind) {
-        for (const std::string& code : after) {
+    const auto tell = [this](const Codes& before, const Codes& after, bool warning) {
+        for (const std::string& code : after)
             if (!before.contains(code))
-                parts_.report("error", std::string(kind) + code + " raised",
-                              {{"code", code}, {"raised", true}});
-        }
-        for (const std::string& code : before) {
+                parts_.report(event::StationCode{code, true, warning});
+        for (const std::string& code : before)
             if (!after.contains(code))
-                parts_.report("error", std::string(kind) + code + " cleared",
-                              {{"code", code}, {"raised", false}});
-        }
+                parts_.report(event::StationCode{code, false, warning});
     };
-    tell(heard_.errors, now.errors, "station: ");
-    tell(heard_.warnings, now.warnings, "station: warning ");
+    tell(heard_.errors, now.errors, false);
+    tell(heard_.warnings, now.warnings, true);
     heard_ = std::move(now);
     news_ = true;
 }
@@ -164,8 +160,8 @@ void StationService::stopFan(const char* why)
     if (!std::exchange(fan_, false))
         return;
     error_ms_ = 0;
-    parts_.report("custom", std::string("emptying stops: ") + why,
-                  {{"what", "emptying"}, {"running", false}, {"left_ms", left_ms_}});
+    parts_.report(event::Note{
+        std::string("emptying stops: ") + why, "emptying", {{"running", false}, {"left_ms", left_ms_}}});
 }
 
 void StationService::order(const std::string& status, std::int64_t time_ms)
@@ -180,8 +176,7 @@ void StationService::order(const std::string& status, std::int64_t time_ms)
         error_ms_ = 0;
         going_on_ = status == "DUST_CONTINUE";
         fan_ = true;
-        parts_.report("custom", "emptying runs",
-                      {{"what", "emptying"}, {"running", true}, {"left_ms", left_ms_}});
+        parts_.report(event::Note{"emptying runs", "emptying", {{"running", true}, {"left_ms", left_ms_}}});
     }
 }
 

@@ -164,8 +164,10 @@ void NavigationSearch::tellIfOutside(PointMm target)
     told_outside_ = target;
     std::ostringstream at;
     at << target;
-    parts_.report("custom", "no way to " + at.str() + ": the goal lies beyond the map seen so far",
-                  {{"what", "search"}, {"goal_mm", {std::lround(target.x), std::lround(target.y)}}});
+    parts_.report(
+        event::Note{"no way to " + at.str() + ": the goal lies beyond the map seen so far",
+                    "search",
+                    {{"goal_mm", std::vector<std::int64_t>{std::lround(target.x), std::lround(target.y)}}}});
 }
 
 std::optional<NavigationSearch::Found> NavigationSearch::answer(const Request& request)
