@@ -27,6 +27,7 @@
 #include "robot/services/slam/slam.h"
 #include "robot/services/sound_and_light/sound_and_light.h"
 #include "robot/services/station/station.h"
+#include "robot/services/wall_following/wall_following.h"
 
 namespace vemra::robot {
 
@@ -53,6 +54,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     const StepLeaves& steps = navigation->steps();
     add(std::make_unique<CoverageService>(parts, knowledge.map, knowledge.store, knowledge.switches,
                                           navigation->search()));
+    add(std::make_unique<WallFollowing>(parts, navigation->view(), navigation->search()));
     add(std::move(navigation));
     add(std::make_unique<NoticeService>(parts));
     add(std::make_unique<PowerService>(parts, start));

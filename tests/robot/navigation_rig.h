@@ -8,6 +8,7 @@
 #include "robot/services/motion/motion.h"
 #include "robot/services/navigation/navigation.h"
 #include "robot/services/sensing/sensing.h"
+#include "robot/services/wall_following/wall_following.h"
 #include "robot/world/map_file.h"
 
 namespace vemra::robot {
@@ -64,9 +65,13 @@ public:
     SensingService sensing{parts, localisation, switches, map.virtualWalls()};
     EscapeService escape{parts, sensing};
     NavigationService navigation{parts, map, switches};
+    WallFollowing wall_following{parts, navigation.view(), navigation.search()};
 
 private:
-    std::vector<Service*> services() override { return {&motion, &sensing, &escape, &navigation}; }
+    std::vector<Service*> services() override
+    {
+        return {&motion, &sensing, &escape, &navigation, &wall_following};
+    }
 };
 
 }  // namespace vemra::robot

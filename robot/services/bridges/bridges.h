@@ -6,8 +6,8 @@
 
 #include "robot/belief/robot_map.h"
 #include "robot/belief/sensor_switches.h"
+#include "robot/services/blackboard/navigation_plan.h"
 #include "robot/services/core/service.h"
-#include "robot/services/navigation/drive/navigation_plan.h"
 
 namespace vemra::robot {
 

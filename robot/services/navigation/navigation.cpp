@@ -20,8 +20,7 @@ NavigationService::NavigationService(const RobotParts& parts, RobotMap& map, con
       bridges_(parts, map_, switches),
       search_(parts, map_, switches, bridges_.book()),
       explore_(parts, map_, switches),
-      random_points_(parts, map_, switches),
-      wall_following_(parts, view_, search_)
+      random_points_(parts, map_, switches)
 {}
 
 void NavigationService::update()
@@ -41,7 +40,6 @@ void NavigationService::install(leaf::LeafHost& host)
     search_.install(host);
     explore_.install(host);
     random_points_.install(host);
-    wall_following_.install(host);
     installPointLeaves(host);
     installRandomPoint(host);
     Body& body = parts_.body;

@@ -9,12 +9,11 @@
 #include "robot/services/navigation/explore/random_points.h"
 #include "robot/services/navigation/goals/trajectory.h"
 #include "robot/services/navigation/search/navigation_search.h"
-#include "robot/services/wall_following/wall_following.h"
 
 namespace vemra::robot {
 
-/// All that finds and drives ways on the robot's map, and fills it: searches, bridges, the track, drives,
-/// walls that are followed. The map and the switches must outlive it.
+/// All that finds and drives ways on the robot's map, and fills it: searches, bridges, the track, drives. The
+/// map and the switches must outlive it.
 class NavigationService final : public Service
 {
 public:
@@ -25,6 +24,8 @@ public:
 
     /// Here other services settle how a search mode picks its goal.
     [[nodiscard]] NavigationSearch& search() { return search_; }
+    /// What a drive of another service needs to see.
+    [[nodiscard]] const DriveView& view() const { return view_; }
     /// Where borders that count as walls are felt.
     [[nodiscard]] const BorderLeaves& borders() const { return borders_; }
     [[nodiscard]] const StepLeaves& steps() const { return steps_; }
@@ -44,7 +45,6 @@ private:
     NavigationSearch search_;
     ExploreLeaves explore_;
     RandomPoints random_points_;
-    WallFollowing wall_following_;
 };
 
 }  // namespace vemra::robot

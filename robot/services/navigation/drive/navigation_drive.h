@@ -3,8 +3,8 @@
 #include "robot/belief/robot_map.h"
 #include "robot/belief/sensor_switches.h"
 #include "robot/planning/arcs.h"
+#include "robot/services/blackboard/navigation_plan.h"
 #include "robot/services/core/motion_action.h"
-#include "robot/services/navigation/drive/navigation_plan.h"
 
 namespace vemra::robot {
 

@@ -1,4 +1,4 @@
-#include "robot/services/navigation/drive/navigation_plan.h"
+#include "robot/services/blackboard/navigation_plan.h"
 
 #include <array>
 #include <stdexcept>
