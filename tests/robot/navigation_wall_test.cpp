@@ -100,7 +100,30 @@ TEST_F(WallTest, ThroughObstacleNavigationGetsBehindAWall)
     EXPECT_EQ(robot.text("follow_wall_dir"), "false");
 }
 
-// The part covers the room's left half, free floor goes on beyond it.
+// Where floor is open to the edge of the map, with what it passes on its other side no wall to be circled
+// towards.
+TEST_F(WallTest, FollowingGetsOnInEveryMinuteWhereFloorIsOpen)
+{
+    constexpr int kMinute = 3000;
+    std::vector<std::string> open = roomWithBlock();
+    fill(open, {60, 20}, {81, 61}, '.');
+    for (const char* right : {"true", "false"}) {
+        NavigationRig other{sketch(open), {{600, 300}, {0}}};
+        other.blackboard->set("follow_wall_dir", right);
+        other.enter("FollowWallProc");
+        for (int minute = 0; minute < 4; ++minute) {
+            BoxMm span{other.at(), other.at()};
+            for (int i = 0; i < kMinute; ++i) {
+                ASSERT_EQ(other.frame(), NodeStatus::RUNNING);
+                span = {{std::min(span.low.x, other.at().x), std::min(span.low.y, other.at().y)},
+                        {std::max(span.high.x, other.at().x), std::max(span.high.y, other.at().y)}};
+            }
+            EXPECT_GT(std::max(span.high.x - span.low.x, span.high.y - span.low.y), 600)
+                << "on its right: " << right << ", minute " << minute << ", at " << other.at();
+        }
+    }
+}
+
 TEST_F(WallTest, CollisionsAtOnePlaceAreTooManyAtLastAndElsewhereAreNot)
 {
     int times = 0;

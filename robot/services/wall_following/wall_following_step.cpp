@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "robot/base/clock.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/maps/grid_maps.h"
+#include "robot/world/dock.h"
 
 namespace vemra::robot {
 namespace {
@@ -26,6 +28,18 @@ constexpr int kLostFrames = 200;
 // A loop has this many points of the track at least (about 3 m), and ends this near to where it was.
 constexpr std::size_t kLoopPoints = 60;
 constexpr int kSamePlaceCells = 3;
+
+// What the robot passes on its other side is not the wall that it follows: taken for it, it is circled
+// towards for ever.
+bool isAtWall(const PoseMm& pose, std::span<const PointMm> obstacles, Side wall)
+{
+    const double to_left = wall == Side::Left ? 1 : -1;
+    const PointMm side{-std::sin(radians(pose.yaw)) * to_left, std::cos(radians(pose.yaw)) * to_left};
+    return std::any_of(obstacles.begin(), obstacles.end(), [&](PointMm p) {
+        const PointMm way = p - pose.at;
+        return way.x * side.x + way.y * side.y >= 0 && distance(p, pose.at) < kRobotRadiusMm + kAtWallMm;
+    });
+}
 
 }  // namespace
 
@@ -70,7 +84,7 @@ BT::NodeStatus FollowStepAction::advance()
         turn_away_deg_ = 0;
     }
     const std::vector<PointMm> obstacles = obstaclesAround(view_.map, view_.switches, kSeeAroundMm);
-    frames_without_wall_ = clearanceTo(obstacles, pose.at) < kAtWallMm ? 0 : frames_without_wall_ + 1;
+    frames_without_wall_ = isAtWall(pose, obstacles, manner.wall) ? 0 : frames_without_wall_ + 1;
     if (frames_without_wall_ >= kLostFrames) {
         manner.most_towards_deg_s = 0;
     }
