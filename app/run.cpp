@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "app/interrupt.h"
+#include "app/keyboard/keyboard.h"
 #include "app/near_names.h"
 #include "app/progress.h"
 #include "app/run_records.h"
@@ -39,7 +40,7 @@ constexpr std::uint64_t kMostFrames = 1'500'000'000'000;
 struct RunOptions
 {
     std::optional<std::filesystem::path> home;
-    std::filesystem::path scenario;
+    std::optional<std::filesystem::path> scenario;
     std::filesystem::path plugin;
     std::string dock;
     std::optional<std::string> tree;
@@ -52,6 +53,7 @@ struct RunOptions
     std::string watch;
     bool json = false;
     bool field = false;
+    bool keyboard = false;
 };
 
 /// The dock of the run; where the map names none, the user hears where it was put.
@@ -124,13 +126,20 @@ int verdict(const Robot& robot, const std::string& scenario)
     return robot.unmet().empty() ? kDone : kNotAsExpected;
 }
 
-/// What is printed while the run goes on; nothing beside a watch, which prints of itself.
+/// Without a word of the user's: the clean of a home, or a robot that waits for keys.
+std::filesystem::path scenarioOf(const RunOptions& options)
+{
+    return options.scenario.value_or(
+        robot::sampleFile(options.keyboard ? "scenarios/by_keyboard.yaml" : "scenarios/whole_home.yaml"));
+}
+
+/// What is printed while the run goes on; nothing beside a watch or a map, which print of themselves.
 std::unique_ptr<robot::LogSink> printerOf(const RunOptions& options)
 {
     using robot::TimelinePrinter;
     if (options.json)
         return std::make_unique<robot::JsonLines>(std::cout);
-    if (!options.watch.empty())
+    if (!options.watch.empty() || options.keyboard)
         return nullptr;
     return std::make_unique<TimelinePrinter>(
         std::cout, robot::isColourTerminal(1) ? TimelinePrinter::Colour::On : TimelinePrinter::Colour::Off);
@@ -146,7 +155,7 @@ std::unique_ptr<TreeWatch> watchOf(const RunOptions& options)
 
 int run(const RunOptions& options)
 {
-    robot::Scenario scenario = robot::readScenario(options.scenario);
+    robot::Scenario scenario = robot::readScenario(scenarioOf(options));
     const std::string scenario_file = scenario.file;
     putAt(scenario.start, options.pose);
     const robot::HomeFile home = robot::readHome(homeOf(options, scenario));
@@ -183,20 +192,27 @@ int run(const RunOptions& options)
         robot.addObserver(counter);
     if (watch)
         robot.addObserver(*watch);
-    robot.addSink(progress);
+    if (!options.keyboard)
+        robot.addSink(progress);
     if (shown)
         robot.addSink(*shown);
 
     const Interrupt interrupt;
+    auto keyboard = options.keyboard ? std::make_unique<Keyboard>() : nullptr;
     const auto begun = std::chrono::steady_clock::now();
-    while (robot.frame() < frames && !robot.over() && !interrupt.waits()) {
+    while (robot.frame() < frames && !robot.over() && !interrupt.waits() &&
+           !(keyboard && keyboard->isToEnd())) {
+        if (keyboard)
+            keyboard->frame(robot);
         robot.step();
         if (records)
             records->frame(robot);
         if (watch)
             watch->frame(robot.frame() - 1);
-        progress.tell(robot.frame());
+        if (!keyboard)
+            progress.tell(robot.frame());
     }
+    keyboard.reset();
     robot.finish();
     if (records)
         records->write(robot, title, options.field,
@@ -214,7 +230,6 @@ int run(const RunOptions& options)
 void addRunCommand(CLI::App& program, int& exit_code)
 {
     auto options = std::make_shared<RunOptions>();
-    options->scenario = robot::sampleFile("scenarios/whole_home.yaml");
     options->plugin = ownTreeLibrary();
 
     CLI::App* command = program.add_subcommand("run", "Play a scenario in a home and print its time line");
@@ -225,7 +240,7 @@ void addRunCommand(CLI::App& program, int& exit_code)
         ->type_name("FILE");
     command
         ->add_option("--scenario", options->scenario,
-                     "What happens when; without it the robot cleans the whole home")
+                     "What happens when; without it the robot cleans the whole home, or waits for keys")
         ->type_name("FILE");
     command->add_option("--dock", options->dock, "Where the dock stands, in metres and degrees")
         ->type_name("X,Y,DEG");
@@ -261,8 +276,12 @@ void addRunCommand(CLI::App& program, int& exit_code)
                                    "that changes, instead "
                                    "of the time line")
                       ->type_name("TREE[:LINE]");
-    command->add_flag("--json", options->json, "Print one JSON object a line, the report last")
-        ->excludes(watch);
+    auto* json = command->add_flag("--json", options->json, "Print one JSON object a line, the report last")
+                     ->excludes(watch);
+    command
+        ->add_flag("--keyboard", options->keyboard,
+                   "Drive the robot by the keys of the terminal, and show what it knows around it")
+        ->excludes(watch, json);
     command->add_option("--plugin", options->plugin, "Library of trees, instead of the program's own")
         ->type_name("FILE");
     command->callback([options, &exit_code] { exit_code = run(*options); });

@@ -22,6 +22,7 @@
 #include "app/batch/batch_picture.h"
 #include "app/batch/batch_summary.h"
 #include "app/batch/home_case.h"
+#include "app/batch/lost_case.h"
 #include "app/batch/shrink.h"
 #include "app/interrupt.h"
 #include "app/trees/tree_library.h"
@@ -48,6 +49,7 @@ struct BatchOptions
 {
     std::uint64_t homes = 0;
     std::uint64_t poses = 0;
+    std::uint64_t lost = 0;
     std::filesystem::path scenario;
     std::optional<std::filesystem::path> home;
     std::string tree;
@@ -147,6 +149,13 @@ Cases poseCases(const BatchOptions& options)
     };
 }
 
+Cases lostCases(const BatchOptions& options)
+{
+    const std::filesystem::path file =
+        std::filesystem::weakly_canonical(options.home.value_or(robot::sampleFile("homes/flat/flat.yaml")));
+    return [home = robot::readHome(file), file](std::uint64_t seed) { return caseOfLost(home, file, seed); };
+}
+
 class Batch
 {
 public:
@@ -179,7 +188,9 @@ private:
     void one(std::uint64_t number)
     {
         try {
-            nlohmann::ordered_json line = runCase(cases_(options_.seed + number), options_.plugin);
+            const BatchCase wanted = cases_(options_.seed + number);
+            nlohmann::ordered_json line =
+                options_.lost > 0 ? runLost(wanted, options_.plugin) : runCase(wanted, options_.plugin);
             const std::lock_guard<std::mutex> lock(mutex_);
             good_ += line.at("good").get<bool>() ? 1 : 0;
             lines_[number] = std::move(line);
@@ -213,13 +224,15 @@ int batch(const BatchOptions& options)
 {
     if (options.shrink)
         return shrink(*options.shrink, options.keep, options.plugin);
-    if ((options.homes > 0) == (options.poses > 0))
-        throw UserError("expected --homes N, --poses N or --shrink SEED");
-    const bool cleans = options.homes > 0;
-    if (cleans && options.picture)
-        throw UserError("--picture goes with --poses");
-    const Cases cases = cleans ? homeCases(options) : poseCases(options);
-    const auto lines = Batch(options, cases, cleans ? options.homes : options.poses).play();
+    const std::uint64_t runs = options.homes + options.poses + options.lost;
+    if (runs == 0 || runs != std::max({options.homes, options.poses, options.lost}))
+        throw UserError("expected --homes N, --poses N, --lost N or --shrink SEED");
+    if (options.homes > 0 && options.picture)
+        throw UserError("--picture goes with --poses or --lost");
+    const Cases cases = options.homes > 0  ? homeCases(options)
+                        : options.lost > 0 ? lostCases(options)
+                                           : poseCases(options);
+    const auto lines = Batch(options, cases, runs).play();
     if (options.out) {
         std::string text;
         for (const auto& line : lines)
@@ -311,10 +324,15 @@ void addBatchCommand(CLI::App& program, int& exit_code)
         ->check(wholeNumber(1, 1'000'000))
         ->type_name("N");
     command
+        ->add_option("--lost", options->lost,
+                     "Let so many robots that know the home, and not where they stand, find their place")
+        ->check(wholeNumber(1, 1'000'000))
+        ->type_name("N");
+    command
         ->add_option("--scenario", options->scenario,
                      "With --poses: home, tree, dock and length of the searches")
         ->type_name("FILE");
-    command->add_option("--home", options->home, "With --poses: another home")->type_name("FILE");
+    command->add_option("--home", options->home, "With --poses or --lost: another home")->type_name("FILE");
     command->add_option("--tree", options->tree, "With --poses: another tree")->type_name("TREE");
     CLI::Option* within =
         command
@@ -338,8 +356,10 @@ void addBatchCommand(CLI::App& program, int& exit_code)
                      "With --homes or --shrink: folder for the homes, to play them again")
         ->type_name("DIR");
     command
-        ->add_option("--picture", options->picture,
-                     "With --poses: picture (PNG) of where the dock is heard and which runs docked")
+        ->add_option(
+            "--picture", options->picture,
+            "With --poses or --lost: picture (PNG) of where the runs began, and which came out well; "
+            "with --poses of where the dock is heard, too")
         ->type_name("FILE");
     command
         ->add_option("--shrink", options->shrink,

@@ -118,24 +118,26 @@ double tenths(double value)
 
 }  // namespace
 
+std::unique_ptr<Robot> makeRobot(const BatchCase& one, const std::filesystem::path& plugin)
+{
+    const std::lock_guard<std::mutex> lock(loading());
+    return std::make_unique<Robot>(robot::RobotSetup{
+        .load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTreeLibrary(factory, plugin); },
+        .home = one.home,
+        .dock = one.dock,
+        .cliffs = one.cliffs,
+        .scenario = one.scenario,
+        .seed = one.seed,
+        .tree = one.tree});
+}
+
 nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path& plugin)
 {
     robot::LogKeeper traps([](const robot::Event& event) {
         return std::holds_alternative<robot::event::EscapeBegins>(event) ||
                std::holds_alternative<robot::event::EscapeEnds>(event);
     });
-    std::unique_ptr<Robot> made;
-    {
-        const std::lock_guard<std::mutex> lock(loading());
-        made = std::make_unique<Robot>(robot::RobotSetup{
-            .load_trees = [&](BT::BehaviorTreeFactory& factory) { loadTreeLibrary(factory, plugin); },
-            .home = one.home,
-            .dock = one.dock,
-            .cliffs = one.cliffs,
-            .scenario = one.scenario,
-            .seed = one.seed,
-            .tree = one.tree});
-    }
+    const std::unique_ptr<Robot> made = makeRobot(one, plugin);
     Robot& robot = *made;
     robot.addSink(traps);
     std::uint64_t limit = one.scenario.frames;

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "robot/host/robot.h"
 #include "robot/scenario/scenario.h"
 #include "robot/world/dock.h"
 #include "robot/world/home.h"
@@ -26,6 +28,9 @@ struct BatchCase
     bool cleans = false;  ///< it is over when the clean is, not at the first contact with the dock
     nlohmann::ordered_json about;
 };
+
+/// The robot of a run, before its first frame. Several may be made at a time.
+std::unique_ptr<robot::Robot> makeRobot(const BatchCase& one, const std::filesystem::path& plugin);
 
 /// What came of it, one JSON line of a batch.
 ///

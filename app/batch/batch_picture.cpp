@@ -19,7 +19,11 @@ void writeBatchPicture(const std::filesystem::path& file, const BatchCase& like,
 {
     robot::HomeMarks marks;
     marks.dock = like.dock;
-    marks.field = robot::fieldFloor(robot::fieldAtStart(like.dock, like.scenario.start.dock), like.home);
+    const bool lost = like.scenario.start.lost;
+    if (lost)
+        marks.good_start = "found its place";
+    else
+        marks.field = robot::fieldFloor(robot::fieldAtStart(like.dock, like.scenario.start.dock), like.home);
     for (const auto& line : lines) {
         const auto pose = line.at("pose").get<std::vector<double>>();
         marks.starts.push_back(
@@ -27,7 +31,8 @@ void writeBatchPicture(const std::filesystem::path& file, const BatchCase& like,
     }
     const auto good = std::count_if(marks.starts.begin(), marks.starts.end(),
                                     [](const robot::StartMark& start) { return start.good; });
-    marks.title = fmt::format("{}: {} of {} docked", like.tree, good, marks.starts.size());
+    marks.title =
+        fmt::format("{}: {} of {} {}", like.tree, good, marks.starts.size(), lost ? "found" : "docked");
     robot::writePng(file, robot::homePicture(like.home, std::move(marks)), kPixelsAPoint);
 }
 

@@ -30,7 +30,7 @@ Localisation::Localisation(const Body& body, const Config& config) : body_(body)
 PoseMm Localisation::onMap() const
 {
     const PoseMm& truth = body_.truePose();
-    return {rotated(truth.at, turned_) + shifted_, {truth.yaw.value + turned_.value}};
+    return {ofWorld(truth.at), {truth.yaw.value + turned_.value}};
 }
 
 PoseMm Localisation::pose() const
@@ -87,6 +87,11 @@ void Localisation::believe(const PoseMm& pose)
     } else {
         restart(pose);
     }
+}
+
+PointMm Localisation::ofWorld(PointMm in_world) const
+{
+    return rotated(in_world, turned_) + shifted_;
 }
 
 PointMm Localisation::inWorld(PointMm on_map) const

@@ -40,6 +40,8 @@ public:
 
     /// A place of the map in the frame of the world: for pictures and figures, not for services.
     [[nodiscard]] PointMm inWorld(PointMm on_map) const;
+    /// And back.
+    [[nodiscard]] PointMm ofWorld(PointMm in_world) const;
 
 private:
     [[nodiscard]] PoseMm onMap() const;

@@ -91,7 +91,7 @@ void Body::step(double seconds)
     const double turned = pose_.yaw.value - yaw_before;
     const PointMm ahead = direction({yaw_before + turned / 2});
     flow_speed_ = (moved.x * ahead.x + moved.y * ahead.y) / seconds;
-    turn_rate_ = turned / seconds;
+    turn_rate_ = turned / seconds + gyro_drift_;
     run_mm_ += moved_mm;
     jam_mm_ = std::max(0.0, jam_mm_ - moved_mm);
     tilt_mm_ = std::max(0.0, tilt_mm_ - wheel_mm);
@@ -102,7 +102,8 @@ void Body::step(double seconds)
     // Dead reckoning: the wheels give the way, the gyro the turn.
     const double way_mm = (way.left + way.right) / 2 * odometry_scale_ *
                           (1 + config_.odometry_noise * odometry_chance_.gaussian());
-    const double gyro = turned * (1 + config_.gyro_noise * odometry_chance_.gaussian());
+    const double gyro =
+        turned * (1 + config_.gyro_noise * odometry_chance_.gaussian()) + gyro_drift_ * seconds;
     odometry_.at = odometry_.at + way_mm * direction({odometry_.yaw.value + gyro / 2});
     odometry_.yaw.value += gyro;
 

@@ -89,6 +89,8 @@ public:
     /// The wheels' way and the gyro's turn summed up, from the pose that the robot was put at first. Blind to
     /// slip and to being carried.
     [[nodiscard]] const PoseMm& odometry() const { return odometry_; }
+    /// What the gyro tells now is no turn; to be asked for where the robot stands still.
+    void zeroGyro() { gyro_drift_ = 0; }
     /// Moves the frame of the odometry, so that it now says `pose`.
     void setOdometry(const PoseMm& pose) { odometry_ = pose; }
     [[nodiscard]] const Sides& bumper() const { return bumper_; }
@@ -115,6 +117,9 @@ public:
     /// The line laser close over the floor: from the front of the casing to the nearest thing ahead, low ones
     /// too; nothing beyond 150 mm gives no value.
     [[nodiscard]] std::optional<double> nearAhead() const;
+
+    [[nodiscard]] const LaserConfig& laser() const { return config_.laser; }
+    [[nodiscard]] double trackMm() const { return config_.track_mm; }
 
     /// What the four receivers hear of the dock's infrared in this step.
     [[nodiscard]] const Hearing& dockHearing() const { return dock_hearing_; }
@@ -149,6 +154,8 @@ public:
     void setSlip(double share) { slip_ = share; }
     /// Something holds the robot: it stays where it is until its wheels have worked for so many mm.
     void holdFast(double wheel_mm) { grip_mm_ = wheel_mm; }
+    /// The gyro's zero has wandered: it tells so much too much, until it is zeroed.
+    void setGyroDrift(double deg_s) { gyro_drift_ = deg_s; }
     /// The robot stands on something: tilted until it has run or turned its wheels so far.
     void tilt(double degrees, double wheel_mm);
     /// The bumper stays in where it is pressed until the robot has moved so far.
@@ -199,6 +206,7 @@ private:
     bool near_dock_ = false;
     double flow_speed_ = 0;
     double turn_rate_ = 0;
+    double gyro_drift_ = 0;
     double since_moved_s_ = 1e9;
     double slip_ = 0;
     double grip_mm_ = 0;

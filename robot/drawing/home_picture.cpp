@@ -91,7 +91,7 @@ std::vector<LegendKey> legendOf(const HomeMarks& marks)
         keys.push_back({kCarried, "carried"});
     }
     if (!marks.starts.empty()) {
-        keys.push_back({kDock, "docked from here"});
+        keys.push_back({kDock, marks.good_start.c_str()});
         keys.push_back({kForbidden, "did not"});
     }
     return keys;

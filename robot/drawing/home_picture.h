@@ -54,6 +54,7 @@ struct HomeMarks
     double missed_mm = 10;
     FieldFloor field = {};  ///< where the dock is heard
     std::vector<StartMark> starts = {};
+    std::string good_start = "docked from here";  ///< what a start that came out well is called
 };
 
 /// The home from above, y up, with a bar of one metre. Keeps home by reference: it must outlive the picture.

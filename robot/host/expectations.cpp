@@ -110,6 +110,10 @@ std::string Expectations::missing(const ExpectedState& state, const Moment& now)
         if (const double swept = now.coverage(); swept < *state.coverage)
             differ.add(fmt::format("{:.1f} % of the floor was swept", swept));
     }
+    if (state.known && differ.text().empty()) {
+        if (const double known = now.known(); known < *state.known)
+            differ.add(fmt::format("{:.1f} % of the floor was known", known));
+    }
     if (state.floor && differ.text().empty()) {
         const double swept = now.swept_in(state.floor->box);
         if (swept < state.floor->least || swept > state.floor->most)
@@ -153,8 +157,8 @@ bool Expectations::decide(Active& active, const Moment& now, std::vector<Unmet>&
     const Expectation& what = *active.what;
     if (isState(what.state) && (!active.state_seen || what.never)) {
         // Looking at the whole floor in every frame would take longer than the run: once a second will do.
-        const bool due =
-            (!what.state.coverage && !what.state.floor) || now.frame >= what.to || now.frame % 50 == 0;
+        const bool due = (!what.state.coverage && !what.state.floor && !what.state.known) ||
+                         now.frame >= what.to || now.frame % 50 == 0;
         active.state_seen = due && missing(what.state, now).empty();
     }
     const bool counted = what.events.times || what.events.modes || what.events.music;

@@ -25,6 +25,7 @@ struct Moment
     PointMm stands_at;
     const BT::Blackboard& keys;
     std::function<double()> coverage;              ///< percent; takes its time
+    std::function<double()> known;                 ///< likewise
     std::function<double(const BoxMm&)> swept_in;  ///< percent of the floor in a box, likewise
 };
 

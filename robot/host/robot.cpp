@@ -16,6 +16,7 @@
 #include "robot/host/places.h"
 #include "robot/host/start_field.h"
 #include "robot/host/unwritten_trees.h"
+#include "robot/world/sight.h"
 
 namespace vemra::robot {
 namespace {
@@ -169,6 +170,16 @@ void Robot::record(Event event)
     log_.record(state_.frame, std::move(event));
 }
 
+double Robot::knownFloor() const
+{
+    const std::vector<PointMm> visible = floorInSight(world_, first_place_, body_.laser().range_mm);
+    const OccupancyMap& map = knowledge_.map.known();
+    const auto known = std::count_if(visible.begin(), visible.end(), [&](PointMm place) {
+        return map.at(cellAt(knowledge_.localisation.ofWorld(place))) != CellState::Unknown;
+    });
+    return visible.empty() ? 0 : static_cast<double>(known) / static_cast<double>(visible.size());
+}
+
 bool Robot::isDocked() const
 {
     return !body_.lifted() && !isAway(body_.truePose(), dockedPose(setup_.dock), kContactMm, kContactDeg);
@@ -300,6 +311,7 @@ Moment Robot::moment() const
             .stands_at = body_.truePose().at,
             .keys = *blackboard_,
             .coverage = [this] { return 100 * coverage(); },
+            .known = [this] { return 100 * knownFloor(); },
             .swept_in = [this](const BoxMm& box) { return 100 * swept_.shareOf(first_place_, box).part(); }};
 }
 

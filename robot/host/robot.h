@@ -63,6 +63,8 @@ public:
     [[nodiscard]] std::uint64_t frame() const { return state_.frame; }
     /// The robot has switched itself off; nothing happens any more.
     [[nodiscard]] bool over() const { return state_.powered_off; }
+    /// Something happens now, beside what the scenario lets happen.
+    void happen(const ScenarioEvent& event);
     /// Closes the log with the report.
     void finish();
     /// What the scenario expected and did not come true; complete when the run is finished.
@@ -80,6 +82,14 @@ public:
     [[nodiscard]] double sweptM2() const { return swept_.areaM2(); }
     /// The share of the floor within reach that was swept, 0 to 1; takes a look at the whole home.
     [[nodiscard]] double coverage() const { return swept_.shareOf(first_place_).part(); }
+    /// Of the floor that its laser can see from where it can get to, the share that is on its map, 0 to 1;
+    /// takes a look at the whole home.
+    [[nodiscard]] double knownFloor() const;
+    /// What its map says of a place of that map, told in the map's frame.
+    [[nodiscard]] CellState onItsMap(PointMm place) const
+    {
+        return knowledge_.map.occupancy().at(cellAt(place));
+    }
     /// The floor that it could have swept and did not: middles of squares, and their edge in mm. None where
     /// the run was no clean: a robot that only goes home misses nothing.
     [[nodiscard]] std::vector<PointMm> missedFloor() const
@@ -109,7 +119,6 @@ private:
     };
 
     void record(Event event);
-    void happen(const ScenarioEvent& event);
     bool moveBody(const Happening& what);
     bool changeHome(const Happening& what);
     void takeAway(const std::string& thing);

@@ -58,6 +58,9 @@ nlohmann::ordered_json Robot::report() const
             {"reachable_m2", hundredths(share.reachable_m2)},
             {"cleaned_m2", hundredths(share.cleaned_m2)},
             {"coverage", std::round(share.part() * 1e4) / 1e4},
+            {"known_floor", frames_in_mode_.contains(toText(Mode::FastMapBuild))
+                                ? nlohmann::ordered_json(std::round(knownFloor() * 1e4) / 1e4)
+                                : nlohmann::ordered_json(nullptr)},
             {"distance_m", hundredths(body_.runMm() / 1000)},
             {"time_s", hundredths(static_cast<double>(state_.frame * kFrameMs) / 1000)},
             {"ideal_time_s", std::round(share.reachable_m2 * 1e6 / kBrushWidthMm / kLineSpeedMmS)},

@@ -14,14 +14,17 @@
 #include "robot/services/health/health.h"
 #include "robot/services/maps/maps.h"
 #include "robot/services/modes/modes.h"
+#include "robot/services/modes/remote_control.h"
 #include "robot/services/motion/motion.h"
 #include "robot/services/navigation/navigation.h"
 #include "robot/services/panel/commands.h"
 #include "robot/services/panel/notices.h"
 #include "robot/services/panel/settings.h"
 #include "robot/services/power/power.h"
+#include "robot/services/self_test/factory_run.h"
 #include "robot/services/self_test/self_test.h"
 #include "robot/services/sensing/attitude.h"
+#include "robot/services/sensing/gyro_watch.h"
 #include "robot/services/sensing/sensing.h"
 #include "robot/services/sensing/sensing_review.h"
 #include "robot/services/slam/slam.h"
@@ -44,7 +47,9 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     auto dock_signal = std::make_unique<DockSignalService>(parts, knowledge.localisation);
     const DockSignalService& dock = *dock_signal;
     add(std::move(dock_signal));
+    add(std::make_unique<FactoryRun>(parts, knowledge.localisation));
     add(std::make_unique<FittingService>(parts));
+    add(std::make_unique<GyroWatch>(parts));
     add(std::make_unique<HealthService>(parts));
     add(std::make_unique<MapService>(parts, knowledge.map, knowledge.store, start));
     add(std::make_unique<ModeService>(parts));
@@ -58,6 +63,7 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::move(navigation));
     add(std::make_unique<NoticeService>(parts));
     add(std::make_unique<PowerService>(parts, start));
+    add(std::make_unique<RemoteControl>(parts));
     add(std::make_unique<ReviewService>(parts, knowledge.localisation));
     add(std::make_unique<SelfTestService>(parts));
     auto sensing = std::make_unique<SensingService>(parts, knowledge.localisation, knowledge.switches,

@@ -25,6 +25,7 @@ struct ExpectedState
     std::vector<std::pair<std::string, std::string>> keys;  ///< of the blackboard, with their texts
     std::vector<std::string> absent;                        ///< keys that are not on the blackboard
     std::optional<double> coverage;  ///< swept at least, percent of the floor that the robot can get to
+    std::optional<double> known;     ///< on its map at least, percent of the floor that its laser can see
     /// Of the floor in a box that the robot can get to so much is swept, percent.
     struct SweptBox
     {

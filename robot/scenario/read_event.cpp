@@ -2,6 +2,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cmath>
 #include <span>
 
 #include "robot/scenario/health_codes.h"
@@ -54,6 +55,21 @@ Happening readApp(const YamlFields& event)
         command.passes = static_cast<int>(event.number("passes", 1, kMostPasses));
     }
     return command;
+}
+
+Happening readDrive(const YamlFields& event, std::string_view name)
+{
+    constexpr double kFastest = 0.3;
+    constexpr double kFastestTurn = 120;
+    constexpr std::uint64_t kFramesOfAnOrder = 50;
+    const std::vector<double> speeds = event.numbers(name, 2);
+    if (std::abs(speeds[0]) > kFastest || std::abs(speeds[1]) > kFastestTurn) {
+        event.fail(name, fmt::format("metres a second ahead, at most {} to and fro, and degrees a second to "
+                                     "the left, at most {}, as in [0.2, -30]",
+                                     kFastest, kFastestTurn));
+    }
+    return DriveByHand{1e3 * speeds[0], speeds[1],
+                       event.has("for") ? framesOf(event, "for") : kFramesOfAnOrder};
 }
 
 template <bool stuck>
@@ -158,6 +174,9 @@ const std::vector<Action>& actions()
     static const std::vector<Action> all{
         {"key", {}, [](Fields e, Name n) -> Happening { return KeyPress{wordOf(e, n, kKeys)}; }},
         {"app", {"order", "areas", "passes"}, [](Fields e, Name) { return readApp(e); }},
+        {"drive", {"for"}, readDrive},
+        {"gyro_drift", {}, [](Fields e, Name n) -> Happening { return GyroDrift{e.number(n, -20, 20)}; }},
+        {"slam", {}, [](Fields e, Name n) -> Happening { return wordOf(e, n, kSlamMoods); }},
         {"battery", {}, [](Fields e, Name n) -> Happening { return SetBattery{e.number(n, 0, 100)}; }},
         {"lift", {}, [](Fields e, Name n) -> Happening { return Lift{e.flag(n)}; }},
         {"carry_to", {}, [](Fields e, Name n) -> Happening { return CarryTo{poseOf(e, n)}; }},

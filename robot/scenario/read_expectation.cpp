@@ -73,6 +73,9 @@ private:
         if (fields_.has("coverage")) {
             state.coverage = fields_.number("coverage", 0, 100);
         }
+        if (fields_.has("known")) {
+            state.known = fields_.number("known", 0, 100);
+        }
         if (fields_.has("floor") != fields_.has("swept")) {
             fields_.failAt(fields_.whole(),
                            "expected \"floor\" and \"swept\" together, as in floor: [0, 0, 2.5, 3], swept: "
@@ -136,8 +139,8 @@ private:
 
 const std::vector<std::string_view> kWhatMayBe{
     "mode",  "task_state", "robot_status", "light",    "station_light", "docked", "powered_off",
-    "error", "keys",       "absent",       "coverage", "floor",         "swept",  "place",
-    "mm",    "message",    "told",         "times",    "modes",         "music"};
+    "error", "keys",       "absent",       "coverage", "known",         "floor",  "swept",
+    "place", "mm",         "message",      "told",     "times",         "modes",  "music"};
 
 }  // namespace
 

@@ -66,6 +66,28 @@ enum class SelfTestStep : std::uint8_t
     Stop    ///< the app ends it
 };
 
+/// The app drives the robot by hand: so fast ahead and to the left, for so long; then it stands.
+struct DriveByHand
+{
+    double forward_mm_s = 0;
+    double turn_deg_s = 0;
+    std::uint64_t frames = 0;
+};
+
+/// From now on the gyro tells so much too much.
+struct GyroDrift
+{
+    double deg_s = 0;
+};
+
+/// How SLAM answers a robot that looks for its place, from now on.
+enum class SlamMood : std::uint8_t
+{
+    Normal,
+    Unsure,  ///< recognises no place
+    Silent   ///< says nothing
+};
+
 struct SetBattery
 {
     double percent = 0;
@@ -189,10 +211,10 @@ struct FittingChange
     bool installed = true;
 };
 
-using Happening =
-    std::variant<KeyPress, AppCommand, EmptyNow, AppChildLock, WifiAnswer, EnterMode, SelfTestStep,
-                 SetBattery, Lift, CarryTo, Stuck, Slip, PutDown, TakeAway, PutOnDock, TakeOffDock, Fault,
-                 SetKeys, EraseKeys, StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
+using Happening = std::variant<KeyPress, AppCommand, EmptyNow, AppChildLock, WifiAnswer, EnterMode,
+                               SelfTestStep, DriveByHand, GyroDrift, SlamMood, SetBattery, Lift, CarryTo,
+                               Stuck, Slip, PutDown, TakeAway, PutOnDock, TakeOffDock, Fault, SetKeys,
+                               EraseKeys, StationChange, ChildLock, Annoy, FindRobot, Wheels, FittingChange>;
 
 struct ScenarioEvent
 {

@@ -55,6 +55,9 @@ inline constexpr Word<Mode> kOutsideModes[] = {
 inline constexpr Word<SelfTestStep> kSelfTests[] = {
     {"board", SelfTestStep::Board}, {"app", SelfTestStep::App}, {"stop", SelfTestStep::Stop}};
 
+inline constexpr Word<SlamMood> kSlamMoods[] = {
+    {"normal", SlamMood::Normal}, {"unsure", SlamMood::Unsure}, {"silent", SlamMood::Silent}};
+
 inline constexpr Word<bool> kWifi[] = {{"joined", true}, {"refused", false}};
 
 inline constexpr Word<StationPart> kStationParts[] = {

@@ -138,7 +138,7 @@ TEST(BatchCommand, AHomeMadeFromASeedIsCleanedAndTheRobotComesHome)
 
 TEST(BatchCommand, RefusesWhatItCannotPlay)
 {
-    EXPECT_THAT(batch({}).result.err, HasSubstr("expected --homes N, --poses N or --shrink SEED"));
+    EXPECT_THAT(batch({}).result.err, HasSubstr("expected --homes N, --poses N, --lost N or --shrink SEED"));
     EXPECT_THAT(batch({"--poses", "2", "--tree", "SearchForCharge_lds"}).result.err,
                 HasSubstr("SearchForCharger_lds"));
     EXPECT_EQ(batch({"--poses", "0"}).result.exit_code, 2);

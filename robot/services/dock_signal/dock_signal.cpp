@@ -93,6 +93,8 @@ void DockSignalService::installSenses(leaf::LeafHost& host)
     host.condition("ChargerReceiverPickedUpSignal", [this](BT::TreeNode& node) {
         return passed(hearing_.hears(textOf(node, "receiver"), textOf(node, "signal")));
     });
+    host.condition("DoesGetChargerMiddleSig",
+                   [this](BT::TreeNode&) { return passed(hearing_.hears("Any", "Middle")); });
     host.condition("SignalTypeMatch", [](BT::TreeNode& node) {
         // Nothing was marked yet: that is no signal.
         return passed(textOf(node, "a_type", "None") == textOf(node, "b_type", "None"));

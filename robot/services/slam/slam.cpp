@@ -47,8 +47,18 @@ void SlamService::update()
     turned_deg_ += std::abs(parts_.body.turnRate()) * kFrameS;
 }
 
+bool SlamService::take(const Happening& what)
+{
+    const auto* mood = std::get_if<SlamMood>(&what);
+    if (mood != nullptr)
+        mood_ = *mood;
+    return mood != nullptr;
+}
+
 void SlamService::steer()
 {
+    if (mood_ == SlamMood::Silent)
+        return;
     BT::Blackboard& keys = parts_.blackboard;
     switch (stage_) {
         case Stage::FirstTurn:
@@ -83,6 +93,11 @@ void SlamService::steer()
     }
 }
 
+bool SlamService::isSure()
+{
+    return search_.look() && mood_ != SlamMood::Unsure;
+}
+
 void SlamService::giveUp()
 {
     parts_.report(event::Note{"SLAM does not know the place", "slam", {{"localised", false}}});
@@ -96,7 +111,7 @@ void SlamService::lookInPassing()
         giveUp();
     } else if (now - looked_ >= kLookInPassingFrames) {
         looked_ = now;
-        if (search_.look())
+        if (isSure())
             believe();
     }
 }
@@ -104,7 +119,7 @@ void SlamService::lookInPassing()
 void SlamService::lookOnce()
 {
     BT::Blackboard& keys = parts_.blackboard;
-    const bool sure = search_.look();
+    const bool sure = isSure();
     if (stage_ == Stage::FirstTurn) {
         if (sure) {
             believe();
@@ -153,7 +168,7 @@ void SlamService::reached(const std::string& what)
             enter(Stage::Looking);
         }
     } else if (stage_ == Stage::GoingBack) {
-        if (search_.pose()) {
+        if (search_.pose() && mood_ != SlamMood::Unsure) {
             believe();
         } else {
             giveUp();

@@ -29,6 +29,7 @@ public:
 
     void install(leaf::LeafHost& host) override;
     void update() override;
+    bool take(const Happening& what) override;
 
 private:
     enum class Stage : std::uint8_t
@@ -52,6 +53,7 @@ private:
     void steer();
     void lookOnce();
     void lookInPassing();
+    [[nodiscard]] bool isSure();
     void giveUp();
     void offerPoint();
     void reached(const std::string& what);
@@ -66,6 +68,7 @@ private:
     bool knew_ = true;               ///< where it is, as last told
     std::optional<bool> on_stored_;  ///< whether the map in use is a stored one, as last told
     Stage stage_ = Stage::Off;
+    SlamMood mood_ = SlamMood::Normal;
     double turned_deg_ = 0;       ///< since the stage began
     std::uint64_t begun_ = 0;     ///< frame in which the stage began
     std::uint64_t looked_ = 0;    ///< frame of the last look in passing

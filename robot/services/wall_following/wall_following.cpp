@@ -46,12 +46,12 @@ void WallFollowing::setSide(Side side)
     parts_.blackboard.set("follow_wall_dir", side == Side::Right ? "true" : "false");
 }
 
-FollowManner WallFollowing::manner() const
+FollowManner WallFollowing::manner(Side side) const
 {
     constexpr double kSlow = 100;
     constexpr double kPreciseGap = 8;
     FollowManner manner;
-    manner.wall = side();
+    manner.wall = side;
     if (command_.low_speed) {
         manner.forward_mm_s = kSlow;
     }
@@ -140,7 +140,17 @@ void WallFollowing::install(leaf::LeafHost& host)
     });
     host.builder("SensorConsole", [this](const std::string& name, const BT::NodeParameters& ports) {
         return std::make_unique<FollowStepAction>(name, ports, parts_.body, view_,
-                                                  [this] { return manner(); });
+                                                  [this](const BT::TreeNode&) { return manner(side()); });
+    });
+    // The side is told by number, 1 for the left; without one the wall is on the right, where the side brush
+    // is.
+    host.builder("FollowWallModeDeal", [this](const std::string& name, const BT::NodeParameters& ports) {
+        return std::make_unique<FollowStepAction>(
+            name, ports, parts_.body, view_, [this](const BT::TreeNode& node) {
+                constexpr int kLeft = 1;
+                const bool left = node.getParam<int>("FollowWallCmd").value_or(0) == kLeft;
+                return manner(left ? Side::Left : Side::Right);
+            });
     });
     host.builder("FollowWallNotLooped", [this](const std::string& name, const BT::NodeParameters& ports) {
         return std::make_unique<NotLoopedCondition>(name, ports, view_.map, parts_.state);

@@ -44,7 +44,7 @@ private:
     [[nodiscard]] std::optional<Degrees> headingToObstacle() const;
     [[nodiscard]] std::optional<Degrees> headingOfPlan() const;
     [[nodiscard]] bool collidesAgainAndAgain();
-    [[nodiscard]] FollowManner manner() const;
+    [[nodiscard]] FollowManner manner(Side side) const;
 
     RobotParts parts_;
     const DriveView& view_;

@@ -17,7 +17,7 @@ namespace vemra::robot {
 class FollowStepAction final : public MotionAction
 {
 public:
-    using Manner = std::function<FollowManner()>;
+    using Manner = std::function<FollowManner(const BT::TreeNode&)>;
 
     FollowStepAction(const std::string& name, const BT::NodeParameters& ports, Body& body,
                      const DriveView& view, Manner manner)

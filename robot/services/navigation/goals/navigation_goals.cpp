@@ -25,9 +25,10 @@ std::optional<GridPath> nearestUncovered(const SearchGround& ground)
     });
 }
 
-std::optional<GridPath> nearestFrontier(const SearchGround& ground)
+std::optional<GridPath> nearestFrontier(const SearchGround& ground, FrontierBook& book)
 {
-    return findNearest(ground.costs, ground.from, [&](CellIndex cell) {
+    book.turnTo(ground.known.resets());
+    auto way = findNearest(ground.costs, ground.from, [&](CellIndex cell) {
         if (!inRegion(ground, cell) || ground.plan.at(cell) != Ground::Open) {
             return false;
         }
@@ -38,8 +39,12 @@ std::optional<GridPath> nearestFrontier(const SearchGround& ground)
                 unknown += beside == Ground::Unknown ? 1 : 0;
             }
         }
-        return unknown >= kFrontierCells;
+        return unknown >= kFrontierCells && book.isOpen(cell);
     });
+    if (way) {
+        book.give(way->cells.back());
+    }
+    return way;
 }
 
 std::optional<GridPath> chargerOrFarthest(const SearchGround& ground)

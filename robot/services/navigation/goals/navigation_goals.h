@@ -1,5 +1,6 @@
 #pragma once
 
+#include "robot/services/navigation/goals/frontier_book.h"
 #include "robot/services/navigation/search/navigation_search.h"
 
 namespace vemra::robot {
@@ -8,8 +9,8 @@ namespace vemra::robot {
 
 /// The nearest known floor that the robot's body has not been over.
 std::optional<GridPath> nearestUncovered(const SearchGround& ground);
-/// The nearest known floor beside enough of the unknown.
-std::optional<GridPath> nearestFrontier(const SearchGround& ground);
+/// The nearest known floor beside enough of the unknown that the book still has open; it is entered there.
+std::optional<GridPath> nearestFrontier(const SearchGround& ground, FrontierBook& book);
 /// Where a charger is known to be (`charger_position`, `only_charger_in_map`, `global_charger_pose`), else
 /// the known floor that lies farthest from where the robot has been.
 std::optional<GridPath> chargerOrFarthest(const SearchGround& ground);

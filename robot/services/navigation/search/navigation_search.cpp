@@ -60,7 +60,9 @@ NavigationSearch::NavigationSearch(const RobotParts& parts, const RobotMap& map,
 {
     setGoalRule("Normal", nearestUncovered);
     setGoalRule("SlamRetry", nearestUncovered);
-    setGoalRule("Explore", nearestFrontier);
+    setGoalRule("Explore", [book = std::make_shared<FrontierBook>()](const SearchGround& ground) {
+        return nearestFrontier(ground, *book);
+    });
     setGoalRule("Charger", chargerOrFarthest);
 }
 
