@@ -44,6 +44,7 @@ void GyroWatch::update()
     if (straight_frames_ >= kMeasureFrames && std::abs(drift_deg_s_) > kMostDriftDegS && !wanted_) {
         wanted_ = true;
         done_ = false;
+        still_frames_ = 0;  // whoever makes the robot stand is to be asked first
     }
     if (wanted_ && still_frames_ >= kZeroFrames) {
         zero();
