@@ -14,7 +14,6 @@ namespace {
 
 using robot::Mode;
 using robot::Robot;
-using robot::ScenarioEvent;
 
 constexpr std::chrono::milliseconds kFrame{robot::kFrameMs};
 /// A key repeats itself after half a second at the latest.
@@ -101,9 +100,10 @@ std::string textMap(const Robot& robot, int columns, int rows)
     std::string map;
     for (int row = rows - 1; row >= 0; --row) {
         for (int column = 0; column < columns; ++column) {
-            const robot::PointMm low = pose.at + robot::PointMm{kWidth * (column - columns / 2 - 0.5),
-                                                                kHeight * (row - rows / 2 - 0.5)};
-            const bool here = column == columns / 2 && row == rows / 2;
+            const int right = column - columns / 2;
+            const int up = row - rows / 2;
+            const robot::PointMm low = pose.at + robot::PointMm{kWidth * (right - 0.5), kHeight * (up - 0.5)};
+            const bool here = right == 0 && up == 0;
             map += here ? arrowOf(pose.yaw) : charOf(robot, low, kWidth, kHeight);
         }
         map += "\033[K\r\n";
