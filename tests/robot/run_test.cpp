@@ -74,9 +74,11 @@ TEST(Run, TellsWhichLeavesHaveNobodyBehindThem)
     EXPECT_FALSE(report["leaves_without_service"].contains("ChangeRobotModeTo"));
     EXPECT_THAT(run.bytes(), HasSubstr("\n{\"report\":{"));
 
-    RobotRun by_hand(RobotRun::scenario("on_dock: false", {"at: 5s, app: remote"}));
-    by_hand.play();
-    EXPECT_TRUE(by_hand.robot->report()["leaves_without_service"].contains("RemoteCtrlModeDeal"));
+    RobotRun turning(RobotRun::scenario("on_dock: false", {}, "1s"),
+                     [](RobotSetup& setup) { setup.tree = "SwitchLineTurn"; });
+    turning.play();
+    EXPECT_TRUE(
+        turning.robot->report()["leaves_without_service"].contains("CalcSwitchLineFollowWallDirection"));
 }
 
 // One line of the scenario, held against a minute on the dock: charging from frame 20 on, music 47 in frame
