@@ -69,14 +69,18 @@ BatchCase caseOfLost(const robot::HomeFile& home, const std::filesystem::path& f
 
 nlohmann::ordered_json runLost(const BatchCase& one, const std::filesystem::path& plugin)
 {
-    robot::LogKeeper told([](robot::LogKind kind) {
-        return kind == robot::LogKind::Custom || kind == robot::LogKind::Message;
+    robot::LogKeeper told([](const robot::Event& event) {
+        return std::holds_alternative<robot::event::Note>(event) ||
+               std::holds_alternative<robot::event::Message>(event);
     });
     const std::unique_ptr<Robot> robot = makeRobot(one, plugin);
     robot->addSink(told);
     const auto count = [&told](std::string_view text) {
         return std::count_if(told.entries().begin(), told.entries().end(), [text](const auto& entry) {
-            return entry.text.find(text) != std::string::npos;
+            const auto* note = std::get_if<robot::event::Note>(&entry.event);
+            const auto* message = std::get_if<robot::event::Message>(&entry.event);
+            const std::string& said = note != nullptr ? note->text : message->text;
+            return said.find(text) != std::string::npos;
         });
     };
     bool sure = false;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "robot/services/core/leaf_functions.h"
 
@@ -71,13 +72,12 @@ std::string_view FactoryRun::failed() const
 BT::NodeStatus FactoryRun::judge()
 {
     const std::string_view failure = failed();
-    parts_.report(
-        "custom",
+    parts_.report(event::Note{
         failure.empty() ? std::string("factory run passed") : fmt::format("factory run failed: {}", failure),
-        {{"what", "factory_run"},
-         {"failed", std::string(failure)},
-         {"way_mm", std::lround(way_mm_)},
-         {"way_by_wheels_mm", std::lround(way_by_wheels_)}});
+        "factory_run",
+        {{"failed", std::string(failure)},
+         {"way_mm", std::int64_t{std::lround(way_mm_)}},
+         {"way_by_wheels_mm", std::int64_t{std::lround(way_by_wheels_)}}}});
     if (failure.empty()) {
         parts_.blackboard.erase("TestResId");
     } else {
@@ -90,7 +90,7 @@ void FactoryRun::install(leaf::LeafHost& host)
 {
     const auto note = [this](const char* what) {
         return [this, what](BT::TreeNode&) {
-            parts_.report("custom", what, {{"what", "factory_run"}});
+            parts_.report(event::Note{what, "factory_run"});
             return BT::NodeStatus::SUCCESS;
         };
     };

@@ -53,8 +53,9 @@ void GyroWatch::update()
 
 void GyroWatch::zero()
 {
-    parts_.report("custom", fmt::format("gyro zeroed: it drifted by {:.1f} degrees/s", drift_deg_s_),
-                  {{"what", "gyro"}, {"drift_deg_s", std::round(drift_deg_s_ * 10) / 10}});
+    parts_.report(event::Note{fmt::format("gyro zeroed: it drifted by {:.1f} degrees/s", drift_deg_s_),
+                              "gyro",
+                              {{"drift_deg_s", std::round(drift_deg_s_ * 10) / 10}}});
     parts_.body.zeroGyro();
     drift_deg_s_ = 0;
     straight_frames_ = 0;

@@ -58,7 +58,7 @@ bool FollowStepAction::begin()
 BT::NodeStatus FollowStepAction::advance()
 {
     const PoseMm pose = view_.map.pose();
-    FollowManner manner = manner_();
+    FollowManner manner = manner_(*this);
     const double away = manner.wall == Side::Left ? -1 : 1;
     const bool contact = body().bumper().any() || body().cliffs().any();
     if (contact && back_off_frames_ == 0) {
