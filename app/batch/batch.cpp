@@ -111,9 +111,18 @@ robot::PoseMm poseAnywhere(const robot::Home& home, const robot::Reach& reach, c
     throw UserError("there is no free place 300 mm off the walls from which the dock can be reached");
 }
 
+// The shipped one whose robot and dock the tree is made for.
+std::filesystem::path scenarioFor(std::string_view tree)
+{
+    return robot::sampleFile(tree.ends_with("_CleanDock") ? "scenarios/back_onto_the_dock.yaml"
+                                                          : "scenarios/search_for_the_dock.yaml");
+}
+
 Cases poseCases(const BatchOptions& options)
 {
-    const robot::Scenario scenario = robot::readScenario(options.scenario);
+    const std::filesystem::path played =
+        options.scenario.empty() ? scenarioFor(options.tree) : options.scenario;
+    const robot::Scenario scenario = robot::readScenario(played);
     const std::filesystem::path file = std::filesystem::weakly_canonical(options.home.value_or(
         scenario.home.empty() ? robot::sampleFile("homes/room/room.yaml") : scenario.home));
     const robot::HomeFile home = robot::readHome(file);
@@ -141,8 +150,7 @@ Cases poseCases(const BatchOptions& options)
             .tree = tree,
             .replay = fmt::format(
                 "vemra run --scenario {} --home {} --tree {} --pose {:.3f},{:.3f},{:.0f} --seed {}",
-                options.scenario.string(), file.string(), tree, pose.at.x / 1e3, pose.at.y / 1e3,
-                pose.yaw.value, seed),
+                played.string(), file.string(), tree, pose.at.x / 1e3, pose.at.y / 1e3, pose.yaw.value, seed),
             .cleans = false,
             .about = {{"pose", {pose.at.x / 1e3, pose.at.y / 1e3, pose.yaw.value}},
                       {"away_mm", std::round(robot::distance(pose.at, dock.face.at))}}};
@@ -311,7 +319,6 @@ void addPlotCommand(CLI::App& batch, int& exit_code)
 void addBatchCommand(CLI::App& program, int& exit_code)
 {
     auto options = std::make_shared<BatchOptions>();
-    options->scenario = robot::sampleFile("scenarios/search_for_the_dock.yaml");
     options->plugin = ownTreeLibrary();
     CLI::App* command =
         program.add_subcommand("batch", "Play many runs from seeds and tell how they came out");
@@ -329,8 +336,10 @@ void addBatchCommand(CLI::App& program, int& exit_code)
         ->check(wholeNumber(1, 1'000'000))
         ->type_name("N");
     command
-        ->add_option("--scenario", options->scenario,
-                     "With --poses: home, tree, dock and length of the searches")
+        ->add_option(
+            "--scenario", options->scenario,
+            "With --poses: home, tree, dock and length of the searches; without it the shipped one that "
+            "is made for the tree")
         ->type_name("FILE");
     command->add_option("--home", options->home, "With --poses or --lost: another home")->type_name("FILE");
     command->add_option("--tree", options->tree, "With --poses: another tree")->type_name("TREE");

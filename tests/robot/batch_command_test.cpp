@@ -59,13 +59,11 @@ std::string searchWith(const Folder& folder, const std::string& dock)
 
 TEST(BatchCommand, EachSearchDocksFromMostPlacesBeforeItsDock)
 {
-    for (const std::string tree :
-         {"SearchForCharger_lds", "SearchForCharger_vslam", "SearchForChargerWithoutMap"}) {
+    for (const std::string tree : {"SearchForCharger_lds", "SearchForCharger_vslam",
+                                   "SearchForChargerWithoutMap", "SearchForCharger_CleanDock"}) {
         const Runs runs = batch({"--poses", "12", "--tree", tree});
         EXPECT_THAT(runs.good, Ge(11)) << tree << '\n' << runs.result.out << runs.result.err;
     }
-    const Runs back = batch({"--poses", "12", "--scenario", sample("back_onto_the_dock.yaml")});
-    EXPECT_THAT(back.good, Ge(11)) << back.result.out << back.result.err;
 }
 
 TEST(BatchCommand, ADockWithItsEmittersExchangedIsNotDockedAt)
