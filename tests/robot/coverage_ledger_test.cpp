@@ -1,0 +1,177 @@
+// The books of the floor against plain geometry, and the search for floor against the planner of lines.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+#include "robot/base/chance.h"
+#include "robot/belief/cleaned_floor.h"
+#include "robot/coverage_rig.h"
+#include "robot/grid_sketch.h"
+#include "robot/world/swept_floor.h"
+
+namespace vemra::robot {
+namespace {
+
+using testing::AllOf;
+using testing::Ge;
+using testing::Gt;
+using testing::Le;
+
+int upTo(Chance& chance, int end)
+{
+    return static_cast<int>(chance.uniform() * end);
+}
+
+// --- what was swept ---------------------------------------------------------------------------------
+
+struct Frame
+{
+    PoseMm pose;
+    bool brushes_on;
+    bool carried;
+};
+
+// Drives, turns, slips aside and is carried about in a room of 4 m, with the brushes on most of the time.
+std::vector<Frame> randomDrive(Chance& chance)
+{
+    std::vector<Frame> frames;
+    PoseMm pose{{2000, 2000}, {chance.uniform() * 360}};
+    bool on = true;
+    const auto put = [&](PointMm at, double yaw, bool carried) {
+        pose = {{std::clamp(at.x, 500.0, 3500.0), std::clamp(at.y, 500.0, 3500.0)}, {yaw}};
+        frames.push_back({pose, on, carried});
+    };
+    put(pose.at, pose.yaw.value, true);
+    for (int stretch = 0; stretch < 12; ++stretch) {
+        on = chance.uniform() < 0.8;
+        const double mm = chance.uniform() < 0.3 ? 0 : chance.uniform() * 8;
+        const double degrees = chance.uniform() * 8 - 4;
+        const double slips_mm = chance.uniform() < 0.2 ? chance.uniform() * 6 - 3 : 0;
+        if (chance.uniform() < 0.15)
+            put({chance.uniform() * 4000, chance.uniform() * 4000}, chance.uniform() * 360, true);
+        for (int i = upTo(chance, 30); i >= 0; --i) {
+            const PointMm ahead = direction(pose.yaw);
+            put(pose.at + mm * ahead + slips_mm * PointMm{-ahead.y, ahead.x}, pose.yaw.value + degrees,
+                false);
+        }
+    }
+    return frames;
+}
+
+// How far a place is from all that brush and side brush touch: a line of 200 mm across the middle, and a disc
+// of 85 mm, 75 mm ahead and 110 mm to the right.
+double fromBrushes(PointMm place, const PoseMm& pose)
+{
+    const PointMm ahead = direction(pose.yaw);
+    const PointMm to = place - pose.at;
+    const double along = to.x * ahead.x + to.y * ahead.y;
+    const double left = to.y * ahead.x - to.x * ahead.y;
+    return std::min(std::hypot(along, std::max(0.0, std::abs(left) - 100)),
+                    std::max(0.0, std::hypot(along - 75, left + 110) - 85));
+}
+
+// The least distance of a place from what was swept on the drive; frames are looked at in ten steps.
+double fromSwept(PointMm place, const std::vector<Frame>& frames)
+{
+    double least = 1e9;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const Frame& now = frames[i];
+        if (!now.brushes_on || distance(now.pose.at, place) > 350)
+            continue;
+        const PoseMm& from = now.carried ? now.pose : frames[i - 1].pose;
+        for (int step = 1; step <= 10; ++step) {
+            const double share = step / 10.0;
+            const double turn = wrapped({now.pose.yaw.value - from.yaw.value}).value;
+            const PoseMm between{from.at + share * (now.pose.at - from.at), {from.yaw.value + share * turn}};
+            least = std::min(least, fromBrushes(place, between));
+        }
+    }
+    return least;
+}
+
+TEST(Ledgers, HoldWhatBrushAndSideBrushTouchedOnAnyDrive)
+{
+    const Home home = sketch(room(80, 80));
+    for (std::uint64_t seed = 1; seed <= 6; ++seed) {
+        SCOPED_TRACE(seed);
+        Chance chance(seed);
+        const std::vector<Frame> frames = randomDrive(chance);
+        SweptFloor swept(home);
+        CleanedFloor believed;
+        for (const Frame& frame : frames) {
+            // Nobody sweeps while it is carried, however near it is put down.
+            swept.follow(frame.pose, frame.brushes_on);
+            believed.follow(frame.pose, frame.brushes_on);
+        }
+        std::set<std::pair<int, int>> missed;
+        for (const PointMm place : swept.missed({2000, 2000}))
+            missed.emplace(std::lround(place.x), std::lround(place.y));
+        int touched = 0;
+        for (int i = 0; i < 4000; ++i) {
+            // The middle of a cell of 10 mm, and of one of 50 mm.
+            const PointMm fine{10.0 * (40 + upTo(chance, 320)) + 5, 10.0 * (40 + upTo(chance, 320)) + 5};
+            const double away = fromSwept(fine, frames);
+            const bool is_swept = !missed.contains({std::lround(fine.x), std::lround(fine.y)});
+            touched += is_swept ? 1 : 0;
+            if (away > 8 || away == 0) {
+                ASSERT_EQ(is_swept, away == 0) << fine.x << ' ' << fine.y << ", " << away << " mm away";
+            }
+            const CellIndex cell = cellAt(fine);
+            const double cell_away = fromSwept(centreOf(cell), frames);
+            if (cell_away > 36 || cell_away == 0) {
+                ASSERT_EQ(believed.sweptQuarters(cell) > 0, cell_away == 0)
+                    << centreOf(cell).x << ' ' << centreOf(cell).y << ", " << cell_away << " mm away";
+            }
+        }
+        EXPECT_THAT(touched, AllOf(Gt(50), testing::Lt(3500)));
+        EXPECT_THAT(swept.againM2(), Le(swept.areaM2()));
+    }
+}
+
+// --- searches ---------------------------------------------------------------------------------------
+
+// A room with things in it, of which some is swept: by lines, so that floor is left here and there.
+TEST(UnsweptFloor, IsFoundExactlyWhenThePlannerHasALine)
+{
+    Chance chance(3);
+    int found_some = 0;
+    int found_none = 0;
+    for (int round = 0; round < 16; ++round) {
+        SCOPED_TRACE(round);
+        std::vector<std::string> lines = room(64, 46);
+        for (int thing = 0; thing < 4; ++thing) {
+            const int column = 16 + upTo(chance, 30);
+            const int row = 4 + upTo(chance, 30);
+            fill(lines, {column, row}, {column + upTo(chance, 10), row + upTo(chance, 8)}, '#');
+        }
+        CoverageRig robot(sketch(lines), {{450, 450}, {0}});
+        robot.knowHome();
+        // One round in four leaves nothing; the others leave a stretch here and there.
+        const double left_share = round % 4 == 0 ? 0 : 0.15 * (round % 4);
+        for (double y = 50; y < 2300; y += 90) {
+            for (double x = 50; x < 3200; x += 200) {
+                const bool sweeps = chance.uniform() >= left_share;
+                for (double on = 0; on <= 200; on += 20)
+                    robot.map.cleaned().follow({{x + on, y}, {0}}, sweeps);
+            }
+        }
+        const bool found = robot.search("Normal");
+        const auto hasLine = [&](const char* from) {
+            return robot.passes(
+                "PlanNextLine",
+                {{"is_rotate", "false"}, {"region", "${gridmap_limit}"}, {"source_point", from}});
+        };
+        const bool planned = hasLine("${current_coord}") || (found && hasLine("${navi_target_point}"));
+        EXPECT_EQ(found, planned);
+        EXPECT_TRUE(left_share > 0 || !found);
+        (found ? found_some : found_none)++;
+    }
+    EXPECT_THAT(found_some, Ge(6));
+    EXPECT_THAT(found_none, Ge(4));
+}
+
+}  // namespace
+}  // namespace vemra::robot
