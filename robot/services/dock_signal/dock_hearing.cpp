@@ -91,6 +91,8 @@ void DockHearing::update(const Body& body, bool docked)
 
 void DockHearing::locate(const PoseMm& odometry)
 {
+    count(since_left_alone_, false);
+    count(since_right_alone_, false);
     const double turned = last_yaw_deg_ ? odometry.yaw.value - *last_yaw_deg_ : 0;
     last_yaw_deg_ = odometry.yaw.value;
     const Held& left = held(Receiver::MiddleLeft);
@@ -126,10 +128,12 @@ void DockHearing::locate(const PoseMm& odometry)
     if (emitter_ && since_both_ <= kFreshFrames) {
         const PointMm way = *emitter_ - odometry.at;
         bearing_deg_ = wrapped({degreesOfRadians(std::atan2(way.y, way.x)).value - odometry.yaw.value}).value;
-    } else if (left.strength > 0) {
-        bearing_deg_ = kOneFrontDeg;
-    } else if (right.strength > 0) {
-        bearing_deg_ = -kOneFrontDeg;
+    } else if (left.strength > 0 || right.strength > 0) {
+        // At the rim of a sector they hear in turn: what each hears alone lies between them.
+        const bool on_left = left.strength > 0;
+        (on_left ? since_left_alone_ : since_right_alone_) = 0;
+        const bool in_turn = (on_left ? since_right_alone_ : since_left_alone_) <= kFreshFrames;
+        bearing_deg_ = in_turn ? 0 : on_left ? kOneFrontDeg : -kOneFrontDeg;
     } else if (at(Receiver::Left) != DockSignal::None) {
         bearing_deg_ = kOneSideDeg;
     } else if (at(Receiver::Right) != DockSignal::None) {

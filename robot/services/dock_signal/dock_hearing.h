@@ -108,6 +108,8 @@ private:
     std::uint64_t front_silent_frames_ = kNever;
     std::uint64_t off_middle_frames_ = kNever;
     std::uint64_t out_of_field_frames_ = kNever;
+    std::uint64_t since_left_alone_ = kNever;
+    std::uint64_t since_right_alone_ = kNever;
     std::uint64_t since_both_ = 0;  ///< frames since both front receivers heard
     std::optional<double> bearing_deg_;
     std::optional<double> away_mm_;
