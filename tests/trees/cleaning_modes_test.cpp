@@ -78,9 +78,10 @@ TEST_F(CleaningModes, GoBackAfterAWashToWhereTheyWereAndTakeTheLineUp)
 
         robot.set("mop_dirty", 0.0);
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "lowpower"));
-        EXPECT_TRUE(robot.inOrder({{"NavigateProcWithHistoryMapNoneStop", {}},
-                                   {"Rotate", {{"angle_deg", "45"}}},
-                                   {mode.coverage, {}}}))
+        EXPECT_TRUE(
+            robot.inOrder({{"NavigateProcWithHistoryMapNoneStop", {}},
+                           {"Rotate", {{"angle_deg", "45"}, {"false_relative_true_absolute", "true"}}},
+                           {mode.coverage, {}}}))
             << mode.tree;
         EXPECT_FALSE(robot.has("wash_mop_break_point"));
         EXPECT_FALSE(robot.has("wash_mop_break_deg"));
@@ -101,6 +102,7 @@ TEST_F(CleaningModes, GoBackAfterAWashToWhereTheyWereAndTakeTheLineUp)
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "lowpower"));
         EXPECT_EQ(robot.key("navi_target_point"), "9");
         EXPECT_FALSE(robot.has("gong_motion_type")) << mode.tree;
+        EXPECT_FALSE(robot.has("wash_mop_break_point"));
         robot.tree("NavigateProcWithHistoryMapNoneStop").succeeds();
     }
 }
@@ -156,6 +158,7 @@ TEST_F(CleaningModes, OfASelectionThatWasNotAllReachedEndWithoutATune)
         ASSERT_TRUE(enter(mode, "init"));
         robot.set("prompt_zone_not_reached", "true");
         awaitRequest();
+        EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode")) << mode.tree;
         EXPECT_THAT(music(), testing::SizeIs(1)) << mode.tree << ": none but that of the start";
         EXPECT_TRUE(robot.has("have_trapped_type"));
     }

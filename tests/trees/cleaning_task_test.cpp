@@ -134,10 +134,6 @@ TEST_F(CleaningTask, TellsByMusicWhetherItBeginsOrGoesOn)
     robot.leaf("DoesRobotUsingWaterBox").succeeds();
     enter(kHome, "init");
     EXPECT_THAT(music(), ElementsAre("61"));
-    robot.set("WorkStartMusic_shield", "true");
-    enter(kHome, "init");
-    EXPECT_THAT(music(), IsEmpty());
-    EXPECT_FALSE(robot.has("WorkStartMusic_shield"));
 }
 
 TEST_F(CleaningTask, ThatAScheduleBeganClosesTheOpenTaskUnlessItIsOne)
