@@ -48,7 +48,8 @@ double tenths(double value)
 BatchCase caseOfLost(const robot::HomeFile& home, const std::filesystem::path& file, std::uint64_t seed)
 {
     robot::Chance chance(seed);
-    robot::Scenario scenario = robot::readScenario(robot::sampleFile(kScenario));
+    const std::filesystem::path played = robot::sampleFile(kScenario);
+    robot::Scenario scenario = robot::readScenario(played);
     const robot::Dock dock = robot::chooseDock(home, std::nullopt).dock;
     const robot::PoseMm pose = poseOnFloor(home.home, dock, chance);
     scenario.start.pose = pose;
@@ -60,9 +61,9 @@ BatchCase caseOfLost(const robot::HomeFile& home, const std::filesystem::path& f
             .cliffs = home.cliffs,
             .scenario = std::move(scenario),
             .tree = tree,
-            .replay =
-                fmt::format("vemra run --scenario {} --home {} --pose {:.3f},{:.3f},{:.0f} --seed {}",
-                            kScenario, file.string(), pose.at.x / 1e3, pose.at.y / 1e3, pose.yaw.value, seed),
+            .replay = fmt::format("vemra run --scenario {} --home {} --pose {:.3f},{:.3f},{:.0f} --seed {}",
+                                  played.string(), file.string(), pose.at.x / 1e3, pose.at.y / 1e3,
+                                  pose.yaw.value, seed),
             .cleans = false,
             .about = {{"pose", {pose.at.x / 1e3, pose.at.y / 1e3, pose.yaw.value}}}};
 }
