@@ -32,6 +32,12 @@ Node count_one(const char* key)
     return IntAdd{"${" + std::string(key) + "}", "1", key};
 }
 
+// Slowly on, away from the dock: forwards in a product that leaves it forwards.
+Node move_on()
+{
+    return IfThenElse(switched_off(), DetachNode{"80"}, DetachNode{"-80"});
+}
+
 // A robot that still leans on its dock by then backs on, until it is level, and counts how long it leans.
 Node judge_on_a_plane()
 {
@@ -42,12 +48,11 @@ Node judge_on_a_plane()
             SequenceStar(
                 key::Cnt.set(0),
                 Fallback(IfOnAPlane{"400"},
-                         ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
-                SaySomething{"${Cnt}"},
-                unless(key::Cnt.below(50), ForceSuccess(Frameout(100, DetachNode{"-80"}))),
+                         ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), move_on())))),
+                SaySomething{"${Cnt}"}, unless(key::Cnt.below(50), ForceSuccess(Frameout(100, move_on()))),
                 key::Cnt.above(140), key::Leans_Cnt.set(0),
                 Fallback(IfOnAPlane{"500"},
-                         ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), DetachNode{"-80"})))),
+                         ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), move_on())))),
                 SaySomething{"${Leans_Cnt}"}, key::Leans_Cnt.above(45), key::robot_leans_charger.flag())));
 }
 
