@@ -104,6 +104,15 @@ TEST_F(CleaningModes, GoBackAfterAWashToWhereTheyWereAndTakeTheLineUp)
         EXPECT_FALSE(robot.has("gong_motion_type")) << mode.tree;
         EXPECT_FALSE(robot.has("wash_mop_break_point"));
         robot.tree("NavigateProcWithHistoryMapNoneStop").succeeds();
+
+        // A turn that fails there leaves no place behind for the next wash.
+        robot.set("wash_mop_break_point", 9);
+        robot.set("wash_mop_break_deg", 30.0);
+        robot.leaf("Rotate").fails();
+        ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "lowpower"));
+        EXPECT_FALSE(robot.has("wash_mop_break_point")) << mode.tree;
+        EXPECT_FALSE(robot.has("wash_mop_break_deg")) << mode.tree;
+        robot.leaf("Rotate").succeeds();
     }
 }
 

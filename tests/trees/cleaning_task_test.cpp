@@ -3,8 +3,10 @@
 namespace vemra::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 const PortValues kHalfTurn = {{"angle_deg", "180"}};
 
@@ -281,6 +283,9 @@ TEST_F(CleaningTask, AreasThatCannotBeSetAreNotCleaned)
         EXPECT_FALSE(enter(mode, "init"));
         EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode")) << mode.tree;
         EXPECT_TRUE(robot.notAsked(mode.coverage));
+        EXPECT_EQ(robot.key("task_state"), std::string(mode.prefix) + "cleaning") << "not done";
+        EXPECT_THAT(music(), Not(Contains("12")));
+        EXPECT_FALSE(robot.has("clean_complete"));
     }
 }
 

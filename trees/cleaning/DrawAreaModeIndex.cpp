@@ -45,7 +45,8 @@ TREE(DrawAreaModeIndex)
          .first_turn = turn_once(),
          .wash_condition = wash_by_area(),
          .wash_account = account_washes_by_area(),
-         .coverage = clean_drawn(SetDrawAreaSegmentMap{}),
+         .set_area = row(SetDrawAreaSegmentMap{}),
+         .coverage = clean_drawn(),
 
          .on_success = end_selected_task(),
          .dirty_record = "zone_lowpower"});

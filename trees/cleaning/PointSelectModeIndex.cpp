@@ -44,7 +44,8 @@ TREE(PointSelectModeIndex)
          .first_turn = turn_once(),
          .wash_condition = wash_by_area(),
          .wash_account = account_washes_by_area(),
-         .coverage = clean_drawn(SequenceStar(SetPointCleaningArea{}, SetDrawAreaSegmentMap{})),
+         .set_area = row(SetPointCleaningArea{}, SetDrawAreaSegmentMap{}),
+         .coverage = clean_drawn(),
 
          .on_success = end_selected_task(),
          .dirty_record = "point_lowpower",

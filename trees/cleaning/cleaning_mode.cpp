@@ -177,10 +177,10 @@ Node return_to_break_point(const CleaningMode& mode)
         key::wash_mop_break_point.copy_to(key::navi_target_point),
         IfThenElseStar(
             SubtreeCondition{"NavigateProcWithHistoryMapNoneStop", "fales"},
-            when(key::wash_mop_break_deg.present(),
-                 Sequence(SubtreeCondition{"EscapeCoat"}, Rotate{.angle_deg = "${wash_mop_break_deg}",
-                                                                 .angular_velocity_deg_s = "60",
-                                                                 .false_relative_true_absolute = "true"})),
+            ForceSuccess(Sequence(key::wash_mop_break_deg.present(), SubtreeCondition{"EscapeCoat"},
+                                  Rotate{.angle_deg = "${wash_mop_break_deg}",
+                                         .angular_velocity_deg_s = "60",
+                                         .false_relative_true_absolute = "true"})),
             SequenceStar(erase(key::gong_motion_type, key::chain_region_mask))),
         erase(key::wash_mop_break_point, key::wash_mop_break_deg)));
 }
@@ -199,10 +199,17 @@ Node give_up(const CleaningMode& mode)
                         restore_clean_mode(), go_home());
 }
 
+Node clean(const CleaningMode& mode)
+{
+    Node work = IfThenElseStar(DoWhile(mode.wash_account, mode.coverage), succeed(mode), give_up(mode));
+    if (mode.set_area.empty())
+        return work;
+    return IfThenElseStar(steps_as_one(mode.set_area), std::move(work), go_to_standby());
+}
+
 Node run(const CleaningMode& mode)
 {
-    return Sequence(return_to_break_point(mode), key::clean_time_for_app.counts_seconds(),
-                    IfThenElseStar(DoWhile(mode.wash_account, mode.coverage), succeed(mode), give_up(mode)));
+    return Sequence(return_to_break_point(mode), key::clean_time_for_app.counts_seconds(), clean(mode));
 }
 
 Node interrupt(const CleaningMode& mode)

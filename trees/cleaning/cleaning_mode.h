@@ -51,6 +51,7 @@ struct CleaningMode
     Node first_turn;
     Node wash_condition;  ///< a task with a cloth goes home to wash it in between
     Node wash_account;
+    Nodes set_area{};  ///< what is to be cleaned; where it cannot be set the robot stands by
     Node coverage;
 
     // End.

@@ -51,13 +51,10 @@ inline Nodes end_selected_task()
         Delay{5}, go_home());
 }
 
-/// What was drawn can be set, or the robot stands by.
-inline Node clean_drawn(const Node& set_area)
+inline Node clean_drawn()
 {
-    return IfThenElseStar(set_area,
-                          SequenceStar(key::is_draw_area_cleaning.set("true"), restart_after_error(),
-                                       SubtreeCondition{"CleanSelectedAreas.xml"}),
-                          go_to_standby());
+    return SequenceStar(key::is_draw_area_cleaning.set("true"), restart_after_error(),
+                        SubtreeCondition{"CleanSelectedAreas.xml"});
 }
 
 /// Where a selected task stopped for low power.
