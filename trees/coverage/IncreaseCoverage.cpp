@@ -7,15 +7,16 @@ Node wall_piece()
 {
     return with_sensor(
         "FollowWallVirtualWallMap",
-        Sequence(
-            ActionDecorator(SubtreeCondition{"Back2cm"}), SetMapDrawMode{.draw_mode = "Default"},
-            DoWhile(key::map_mask.kept(), traced_as("FollowWallWithMarkMap"),
-                    ParallelNode(3, MarkFollowWallMap{},
-                                 FollowWallNotLooped{.out_loop_num = "follow_wall_loop_num",
-                                                     .base = "follow_trajectory",
-                                                     .trace_start_index = "${subregion_trace_start_index}"},
-                                 SequenceStar(SetMapDrawMode{.draw_mode = "Default"},
-                                              SubtreeCondition{"FollowWallProc.xml"})))));
+        Sequence(ActionDecorator(SubtreeCondition{"Back2cm"}), SetMapDrawMode{.draw_mode = "Default"},
+                 DoWhile(key::map_mask.kept(), traced_as("FollowWallWithMarkMap"),
+                         Sequence(key::map_mask.set_typed(4),
+                                  ParallelNode(3, MarkFollowWallMap{},
+                                               FollowWallNotLooped{
+                                                   .out_loop_num = "follow_wall_loop_num",
+                                                   .base = "follow_trajectory",
+                                                   .trace_start_index = "${subregion_trace_start_index}"},
+                                               SequenceStar(SetMapDrawMode{.draw_mode = "Default"},
+                                                            SubtreeCondition{"FollowWallProc.xml"}))))));
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ Node lines()
 Node walls()
 {
     return DoWhile(open_doors(),
-                   SequenceStar(ForceSuccess(all_passes_done()), account_motion("Followwall"),
+                   SequenceStar(account_motion("Followwall"),
                                 DoWhile(key::current_area_val.kept(),
                                         SequenceStar(key::gridmap_limit.copy_to(key::current_subregion),
                                                      key::current_area_val.set_typed(125),

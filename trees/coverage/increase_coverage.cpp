@@ -73,10 +73,12 @@ Node outer_stage(const WallPass& pass)
 
 // --- around the blocks --------------------------------------------------------------------------
 
+// Wherever a drive there is stopped, the robot steps back and takes what stopped it.
 Node reach_block(const WallPass& pass)
 {
-    return optionally(FallbackStar(drive_to_goal(), AlwaysSuccess{}), pass.extend,
-                      FallbackStar(drive_straight_to_block(pass), SubtreeCondition{"Back2cm"}));
+    return ForceSuccess(
+        FallbackStar(SequenceStar(drive_to_goal(), pass.extend, drive_straight_to_block(pass)),
+                     SubtreeCondition{"Back2cm"}));
 }
 
 // A wall that was followed already is passed.
@@ -89,9 +91,10 @@ Node go_round_block(const WallPass& pass)
 
 Node inner_stage(const WallPass& pass)
 {
-    const auto one_block = DoWhile(
-        count_frames(), Sequence(within_budget("总时间超时（内沿边）"), ActionDecorator(reach_block(pass)),
-                                 NotTrapped{}, bumped(), go_round_block(pass)));
+    const auto one_block =
+        DoWhile(count_frames(),
+                Sequence(within_budget("总时间超时（内沿边）"),
+                         SequenceStar(reach_block(pass), NotTrapped{}, bumped(), go_round_block(pass))));
     return ForceSuccess(FallbackStar(
         SequenceStar(key::skip_followwall_timeout_check.absent(), key::clean_time_for_app.above(2400),
                      SaySomething{"清扫时间大于40分钟，不做内沿边"}),

@@ -3,18 +3,6 @@
 
 namespace {
 
-// The walk of a fixed cross, which the dialogue has replaced.
-Node walk_fixed_cross()
-{
-    const auto leg = [](const char* offset_mm) {
-        return row(SetMapDrawMode{.draw_mode = "None"}, walk_leg(offset_mm));
-    };
-    return SequenceStar(Delay{100}, note_place("crossline_center", "crossline_original_yaw"), leg("1000;0"),
-                        leg("-1000;0"), walk_to_center(), key::current_coord.copy_to(key::crossline_center),
-                        leg("0;1000"), leg("0;-1000"), walk_to_center(),
-                        turn_to("1", "${crossline_original_yaw}"));
-}
-
 // Odometry stands in for the pose while the robot goes back to where it began. Cannot run.
 Node back_to_origin()
 {
@@ -39,7 +27,8 @@ Node settle()
 Node look_for_place()
 {
     return DoWhile(key::relocalize_start_move.kept(), walls_off(), dock_as_obstacle(),
-                   IfThenElseStar(BoolMatch{"true", "true"}, dialogue(), walk_fixed_cross()),
+                   // The walk of a fixed cross, which the dialogue has replaced, cannot run.
+                   IfThenElseStar(BoolMatch{"true", "true"}, dialogue(), SequenceStar(walk_cross())),
                    SlamActiveRelocalize{});
 }
 

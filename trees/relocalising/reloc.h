@@ -42,15 +42,26 @@ inline Nodes walk_to_center()
                ForceSuccess(SubtreeCondition{"NaviOnePointProc"}));
 }
 
+inline Nodes note_place(const char* center, const char* yaw)
+{
+    return row(BlackboardCopy{"current_coord", center}, BlackboardCopy{"current_yaw_deg", yaw});
+}
+
+/// A walk along a cross, back to where it began and turned as before. The map stays as it is.
+inline Nodes walk_cross()
+{
+    const auto draw_nothing = [] { return SetMapDrawMode{.draw_mode = "None"}; };
+    return row(Delay{100}, note_place("crossline_center", "crossline_original_yaw"), draw_nothing(),
+               walk_leg("1000;0"), draw_nothing(), walk_leg("-1000;0"), draw_nothing(), walk_to_center(),
+               key::current_coord.copy_to(key::crossline_center), draw_nothing(), walk_leg("0;1000"),
+               draw_nothing(), walk_leg("0;-1000"), draw_nothing(), walk_to_center(),
+               turn_to("1", "${crossline_original_yaw}"), Stop{});
+}
+
 /// The walk of the older forms: it ends in failure unless the place was found by then.
 inline Nodes walk_has_failed()
 {
     return row(key::relocalize_failed.set("true"), Delay{1});
-}
-
-inline Nodes note_place(const char* center, const char* yaw)
-{
-    return row(BlackboardCopy{"current_coord", center}, BlackboardCopy{"current_yaw_deg", yaw});
 }
 
 /// Looks for the place beside a walk, which ends it in failure.
