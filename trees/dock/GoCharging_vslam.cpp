@@ -16,8 +16,7 @@ Node explore()
 {
     const auto pass = SequenceStar(
         when(key::vslam_explore_times.above(10), exploring_passes.leave()), no_signal_known(),
-        SaySomething{"tolvar explore"}, account_motion("ExploreCharge"),
-        ForceSuccess(SubtreeCondition{"Explore.xml"}),
+        SaySomething{"tolvar explore"}, account_motion("ExploreCharge"), ForceSuccess(exploring()),
         ForceSuccess(SubtreeCondition{"SearchForCharger_vslam"}), key::vslam_explore_times.plus(1));
     return FallbackStar(SequenceStar(exploring_passes.key.set("false"), key::vslam_explore_times.set(0),
                                      exploring_passes.guard(Repeat(-1, pass))),
