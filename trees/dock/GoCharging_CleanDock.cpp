@@ -28,21 +28,30 @@ Node find_charger_explore()
                             row(SaySomething{"tq : dock founded while back to origin"}))));
 }
 
+Node explore_unless(Node when_not)
+{
+    return IfThenElseStar(SubTree("IfTrueNotExplore", not_exploring()), std::move(when_not),
+                          find_charger_explore());
+}
+
 Node explore()
 {
-    return IfThenElseStar(SubTree("IfTrueNotExplore", not_exploring()),
-                          Named("EnableExploreFor7004",
-                                IfThenElseStar(switched_off(), find_charger_explore(), AlwaysFailure{})),
-                          find_charger_explore());
+    return explore_unless(AlwaysFailure{});
+}
+
+// A build option lets a robot explore in any case that knows no dock at all.
+Node explore_for_unknown_dock()
+{
+    return explore_unless(Named("EnableExploreFor7004",
+                                IfThenElseStar(switched_off(), find_charger_explore(), AlwaysFailure{})));
 }
 
 // --- at a known place ---------------------------------------------------------------------------
 
 Node walk(const char* follow_mode)
 {
-    return walk_to_dock(
-        {.follow_mode = follow_mode,
-         .no_way = FallbackStar(tell_what_bars_way("0", AlwaysFailure{}), key::cant_reach_charger.flag())});
+    return walk_to_dock({.follow_mode = follow_mode,
+                         .no_way = ForceSuccess(tell_what_bars_way("0", key::cant_reach_charger.flag()))});
 }
 
 Node unless_out_of_reach()
@@ -102,7 +111,7 @@ Node select_dock()
                               return_to_origin("1"))},
                 {key::only_charger_in_map.present(),
                  FallbackStar(search_from_charger(), explore(), return_to_origin("1"))}},
-               FallbackStar(search_dock(), explore(), return_to_origin("1"))));
+               FallbackStar(search_dock(), explore_for_unknown_dock(), return_to_origin("1"))));
 }
 
 }  // namespace

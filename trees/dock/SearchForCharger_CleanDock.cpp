@@ -5,11 +5,12 @@ namespace {
 
 Node leave_field()
 {
-    return IfThenElseStar(SequenceStar(key::marker_in_dock_field.holds("true"),
-                                       key::first_time_search.present(), Inverter(charger_is_known())),
-                          turn_away_and(FallbackStar(drive_unless_bumped("125", "120", "120"),
-                                                     SubtreeCondition{"Back2cm.xml"})),
-                          AlwaysSuccess{});
+    return IfThenElseStar(
+        SequenceStar(key::marker_in_dock_field.holds("true"), key::first_time_search.present(),
+                     Inverter(charger_is_known())),
+        turn_away_and(without_sensor("DockField", FallbackStar(drive_unless_bumped("125", "120", "120"),
+                                                               SubtreeCondition{"Back2cm.xml"}))),
+        AlwaysSuccess{});
 }
 
 Node heard_in_field()
