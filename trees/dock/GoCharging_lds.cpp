@@ -7,7 +7,7 @@ Node not_exploring()
 {
     return FallbackStar(StringMatch{"SearchForCharger_lds.xml", "SearchForCharger_CleanDock.xml"},
                         key::escape_in_dock.present(),
-                        Sequence(key::task_state.is("charge"), key::task_state.is("search_charge")),
+                        SequenceStar(key::task_state.is("charge"), key::task_state.is("search_charge")),
                         SequenceStar(stored_map_without_dock("${reuse_cleaning}==1", "true")));
 }
 

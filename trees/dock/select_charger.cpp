@@ -33,14 +33,15 @@ Node walk_until_heard()
 
 Node explore_dock_field(const HistorySearch& search)
 {
-    return SubTree("ExploreDockFieldArea",
-                   SequenceStar(unless(charger_in_use(), search_map("Charger", "default", "trash"),
-                                       FindNearestInTrajectory{.out_point_grid = "${potential_charger}",
-                                                               .search_for = "slamclear",
-                                                               .start_from = "${trash}"}),
-                                charger_in_use(), BlackboardCopy{"${potential_charger}", "navi_target_point"},
-                                key::has_charger_in_map.flag(), walk_until_heard(),
-                                SubtreeCondition{search.search_tree}));
+    return SubTree(
+        "ExploreDockFieldArea",
+        SequenceStar(ForceSuccess(unless(charger_in_use(), search_map("Charger", "default", "trash"),
+                                         FindNearestInTrajectory{.out_point_grid = "${potential_charger}",
+                                                                 .search_for = "slamclear",
+                                                                 .start_from = "${trash}"})),
+                     charger_in_use(), BlackboardCopy{"${potential_charger}", "navi_target_point"},
+                     key::has_charger_in_map.flag(), walk_until_heard(),
+                     SubtreeCondition{search.search_tree}));
 }
 
 struct Place
