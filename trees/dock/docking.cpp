@@ -25,10 +25,9 @@ Node greedy_way_past_obstacle()
                         break_docking_step());
 }
 
-Nodes docking_loop(const Node& go_to_sector, const Node& final_approach)
+Nodes docking_loop(const Nodes& steps)
 {
-    return docking_cycle.scope(
-        Loop(-1, SequenceStar(go_to_sector, key::final_dock_times.set(0), final_approach)));
+    return docking_cycle.scope(Loop(-1, SequenceStar(steps)));
 }
 
 Node sector_tree(const char* name, const Nodes& rows)

@@ -52,6 +52,16 @@ inline Node hears_side(const Side& side)
         hears(side.far_receiver, side.side_signal), hears(side.far_receiver, side.central_signal));
 }
 
+/// After an arc from this side the front receivers are one sector short of the line.
+inline Node stops_short_of_line(const Side& side)
+{
+    const auto heard = [](const char* mr_signal, const char* ml_signal) {
+        return Sequence(hears(mr, mr_signal), hears(ml, ml_signal));
+    };
+    return Fallback(side.sign > 0 ? heard("CentralLeft", "Middle") : heard("Middle", "CentralRight"),
+                    heard("CentralLeft", "CentralRight"));
+}
+
 /// Stands still for some ticks, during which what stands before it in a `Fallback` is asked again. Always
 /// fails.
 inline Node hold_still(const char* ticks)
@@ -96,7 +106,7 @@ Node side_step(const Side& side);
 Node greedy_way_past_obstacle();
 
 /// Loop of the approach to the sector and the final approach, until the cycle is broken off.
-Nodes docking_loop(const Node& go_to_sector, const Node& final_approach);
+Nodes docking_loop(const Nodes& steps);
 
 /// A sector tree: the first row of the table that holds.
 Node sector_tree(const char* name, const Nodes& rows);

@@ -35,11 +35,8 @@ Node drive_arc(const Side& side)
 
 Node step_to_line(const Side& side)
 {
-    const auto heard = side.sign > 0
-                           ? Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
-                           : Fallback(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft"));
-    return optionally(heard, turn(side, -80, "120"), drive_for("60", "80", "80"), turn(side, 90, "120"),
-                      reached_sector());
+    return optionally(stops_short_of_line(side), turn(side, -80, "120"), drive_for("60", "80", "80"),
+                      turn(side, 90, "120"), reached_sector());
 }
 
 Nodes line_is_heard(const Side& side)
@@ -85,8 +82,10 @@ Node follow_wall()
 
 Node after_overturn(const Side& side)
 {
-    const auto heard = Fallback(hears(ml, side.central_signal), hears(mr, side.central_signal));
-    const auto beyond = Fallback(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
+    const auto heard = Fallback(hears(side.near_receiver, side.central_signal),
+                                hears(side.far_receiver, side.central_signal));
+    const auto beyond = Fallback(hears(side.near_receiver, side.other_central_signal),
+                                 hears(side.far_receiver, side.other_central_signal));
     return SequenceStar(key::current_yaw_deg.copy_to(key::turn_around_start),
                         IfThenElseStar(heard,
                                        Fallback(Inverter(hears(side.near_receiver, side.central_signal)),
@@ -111,10 +110,8 @@ Node wall_branch(const Side& side)
 
 Node approach_7001(const Side& side)
 {
-    return SequenceStar(only_if(side.sign > 0, SaySomething{"tolvar in"}),
-                        key::in_dock_field_lds.set("false"), key::sector_arc_times.set(0),
-                        Loop(-1, FallbackStar(Sequence(no_bump(), ForceSuccess(Repeat(-1, arc_pass(side)))),
-                                              wall_branch(side))));
+    return approach(side, only_if(side.sign > 0, SaySomething{"tolvar in"}), arc_pass(side),
+                    wall_branch(side));
 }
 
 }  // namespace
@@ -138,9 +135,9 @@ Node sector_lds_7001()
 
 Node docking_loop_clean_dock()
 {
-    return SequenceStar(docking_cycle.scope(
-        Loop(-1, SequenceStar(sector_step(), key::final_dock_times.set(0),
-                              key::ignore_all_bump_event_flag.erase(), final_approach_clean_dock()))));
+    return SequenceStar(
+        docking_loop(row(sector_step(), key::final_dock_times.set(0), key::ignore_all_bump_event_flag.erase(),
+                         final_approach_clean_dock())));
 }
 
 }  // namespace vemra::trees

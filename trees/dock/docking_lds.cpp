@@ -67,7 +67,8 @@ Node back_off_dock(const char* distance_mm, const char* frames)
 
 Node docking_loop_lds()
 {
-    return SequenceStar(docking_loop(choose_sector_tree(), final_approach()));
+    return SequenceStar(
+        docking_loop(row(choose_sector_tree(), key::final_dock_times.set(0), final_approach())));
 }
 
 }  // namespace vemra::trees

@@ -102,7 +102,7 @@ Node go_to_dock_sector()
 
 Node docking_loop_vslam()
 {
-    Nodes loop = docking_loop(go_to_dock_sector(), final_approach());
+    Nodes loop = docking_loop(row(go_to_dock_sector(), final_approach()));
     loop.insert(std::prev(loop.end()), key::dock_sector_indirect_times.set(0));
     return SequenceStar(loop);
 }

@@ -25,7 +25,8 @@ Node choose_arc_length(const Side& side, const Node& mid)
 {
     return choose(
         {{mid, key::go_sector_mid.flag()},
-         {Fallback(hears(ml, side.side_signal), hears(mr, side.side_signal)), key::go_sector_long.flag()}});
+         {Fallback(hears(side.near_receiver, side.side_signal), hears(side.far_receiver, side.side_signal)),
+          key::go_sector_long.flag()}});
 }
 
 Node drive_arc(const Side& side, const char* long_frames)
@@ -76,6 +77,17 @@ Node right_approach_in_one_arc(const Node& short_arc)
     return approach(right_side, row(guarded_turn(90, 60)), pass, wall_branch(right_side));
 }
 
+namespace {
+
+// Asked in the same order on both sides.
+Node stands_on(const Side& side)
+{
+    return Fallback(hears(ml, side.side_signal), hears(ml, side.central_signal), hears(mr, side.side_signal),
+                    hears(mr, side.central_signal));
+}
+
+}  // namespace
+
 Node sector_lds(const SectorForm& form)
 {
     const auto left_approach = approach(left_side, {},
@@ -85,8 +97,8 @@ Node sector_lds(const SectorForm& form)
                                                              .matches = form.matches}),
                                         wall_branch(left_side));
     return sector_tree(
-        form.name, row(form.head, SequenceStar(hears_side(left_side), left_approach),
-                       SequenceStar(hears_side(right_side), form.right_approach), walk_and_break_docking()));
+        form.name, row(form.head, SequenceStar(stands_on(left_side), left_approach),
+                       SequenceStar(stands_on(right_side), form.right_approach), walk_and_break_docking()));
 }
 
 // --- the live dock ------------------------------------------------------------------------------
@@ -101,9 +113,9 @@ Node mid_arc_7002(const Side& side)
 Nodes steps_7002(const Side&)
 {
     const auto silent = optionally(both("None", "None"), reached_sector());
-    const auto short_of_line = optionally(
-        Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft")), guarded_turn(-80, 120),
-        drive_for("20", "100", "100"), guarded_turn(90, 120), reached_sector());
+    const auto short_of_line =
+        optionally(stops_short_of_line(left_side), guarded_turn(-80, 120), drive_for("20", "100", "100"),
+                   guarded_turn(90, 120), reached_sector());
     const auto beyond_line =
         optionally(both("CentralRight", "CentralRight"), guarded_turn(80, 120), drive_for("60", "100", "100"),
                    guarded_turn(-90, 120), reached_sector());
@@ -153,18 +165,11 @@ Node sister_mid_arc(const Side& side)
                     hears(side.far_receiver, side.central_signal));
 }
 
-Node short_of_line(const Node& heard)
-{
-    return optionally(heard, guarded_turn(-80, 120), drive_for("60", "80", "80"), guarded_turn(90, 120),
-                      reached_sector());
-}
-
 // The turns are those of the left side on both.
 Nodes sister_steps(const Side& side)
 {
-    return row(short_of_line(
-        side.sign > 0 ? Fallback(both("Middle", "CentralLeft"), both("CentralRight", "CentralLeft"))
-                      : Fallback(both("CentralRight", "Middle"), both("CentralRight", "CentralLeft"))));
+    return row(optionally(stops_short_of_line(side), guarded_turn(-80, 120), drive_for("60", "80", "80"),
+                          guarded_turn(90, 120), reached_sector()));
 }
 
 Nodes sister_matches(const Side& side)

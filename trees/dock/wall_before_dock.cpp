@@ -93,8 +93,8 @@ Node after_overturn(const Side& side)
     const auto until_it_is_lost = Fallback(Inverter(hears(side.near_receiver, side.side_signal)),
                                            Inverter(hears(side.near_receiver, side.central_signal)),
                                            ForceFailure(turn(side, -360, "40")));
-    const auto beyond_line =
-        Fallback(hears(ml, side.other_central_signal), hears(mr, side.other_central_signal));
+    const auto beyond_line = Fallback(hears(side.near_receiver, side.other_central_signal),
+                                      hears(side.far_receiver, side.other_central_signal));
     return SequenceStar(
         key::current_yaw_deg.copy_to(key::turn_around_start),
         IfThenElseStar(hears_side(side), until_it_is_lost,

@@ -47,8 +47,9 @@ Node follow_true_source()
 {
     const auto got_field = Fallback(InDockField{}, hears(ml), hears(mr));
     return SequenceStar(
-        IsGotReflectedSignal{"turn_angle_after_reflect"}, key::got_reflected_sig_flag.erase(),
-        key::ignore_dock_filed_flag.flag(), ForceSuccess(Frameout(25, GoBackwards{})),
+        IsGotReflectedSignal{"turn_angle_after_reflect"}, SaySomething{"tq ir strong reflect"},
+        key::got_reflected_sig_flag.erase(), key::ignore_dock_filed_flag.flag(),
+        ForceSuccess(Frameout(25, GoBackwards{})),
         key::turn_to_charger_angle.set_typed("${turn_angle_after_reflect}/2"),
         set_turn_dir_and_angle("SetTurnDirAndAngle"), Named("TryTurnToDock", guarded(turn_relative())),
         Named("TryTurnToDockWithSignalCheck",

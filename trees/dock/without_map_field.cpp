@@ -13,7 +13,7 @@ Node middle()
 Node in_area_45()
 {
     return Named("InArea45",
-                 SequenceStar(SaySomething{"tq : on right"}, optionally(front_hears(), turn_by("left", "80")),
+                 SequenceStar(optionally(front_hears(), turn_by("left", "80")),
                               Fallback(hears(right, "Middle"), drive_till_bump("150", "110", "80")),
                               IfThenElseStar(hears(right, "Middle"),
                                              Named("RightGotMiddle",
@@ -44,7 +44,7 @@ Node in_area_12()
         Named("FirstStageTurnAvoidOverTurn",
               Fallback(hears(ml, "Middle"), hears(mr, "Middle"), both_hear(), turn_by("left", "40"))));
     return Named("InArea12",
-                 SequenceStar(SaySomething{"tq : on left"}, key::forward_timeout.set(100), choose_length,
+                 SequenceStar(key::forward_timeout.set(100), choose_length,
                               Fallback(hears(left, "Middle"), Sequence(InDockField{}, middle()),
                                        drive_till_bump("${forward_timeout}", "80", "110")),
                               IfThenElseStar(hears(left, "Middle"),
@@ -79,8 +79,9 @@ Node bumped_while_surround()
 
 Node surround_field_find_middle()
 {
-    const auto by_side = FallbackStar(SequenceStar(key::charger_direction.is("right"), in_area_45()),
-                                      SequenceStar(key::charger_direction.is("left"), in_area_12()));
+    const auto by_side = FallbackStar(
+        SequenceStar(key::charger_direction.is("right"), SaySomething{"tq : on right"}, in_area_45()),
+        SequenceStar(key::charger_direction.is("left"), SaySomething{"tq : on left"}, in_area_12()));
     return SubTree(
         "SurroundFieldFindMiddle",
         SequenceStar(key::find_middle_flag.set("false"),
