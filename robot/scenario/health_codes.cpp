@@ -46,6 +46,7 @@ constexpr std::string_view kRobotWarnings[] = {
     "CANNOTREACH_VIRTUALWALLSTUCK",
     "CANNOTOUT_INVIRTUALWALLSTUCK",
     "FLOW_SHIELDING",
+    "CHARGE_FAULT",
 };
 
 constexpr std::string_view kStationErrors[] = {

@@ -66,5 +66,33 @@ TEST_F(Review, ALowThingAheadIsLookedAtOnceFromSidesAndALittleAway)
     EXPECT_LT(most_yaw - least_yaw, 1);
 }
 
+TEST_F(Review, AStepInTheFloorIsLookedAtOnceFromAHandsWidthAway)
+{
+    rig.blackboard->set("fAngle_start", 20);
+    rig.blackboard->set("fAngle_dest", 20);
+    // Felt to the left of where the robot looks, under the rim of its body.
+    rig.world.putDown({{1580, 1600}, {1700, 1900}}, Height::Step);
+    rig.frame();
+    EXPECT_TRUE(rig.blackboard->contains("suspect_step"));
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_EQ(rig.text("current_action"), "SuspectLineDetect");
+    EXPECT_FALSE(rig.blackboard->contains("suspect_step"));
+    EXPECT_NEAR(distance(furthest, {1500, 1500}), 100, 12);
+    EXPECT_NEAR(most_yaw, 70, 10) << "turned to it, then 20 degrees to either side";
+    EXPECT_NEAR(rig.yaw(), 50, 10);
+
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_LT(most_yaw - least_yaw, 1) << "known by now";
+
+    // One that it has left behind is no longer looked for.
+    rig.world.putDown({{2120, 1450}, {2200, 1550}}, Height::Step);
+    rig.body.carryTo({{1950, 1500}, {0}});
+    rig.frame();
+    EXPECT_TRUE(rig.blackboard->contains("suspect_step"));
+    rig.body.carryTo({{1200, 1500}, {0}});
+    rig.frame();
+    EXPECT_FALSE(rig.blackboard->contains("suspect_step"));
+}
+
 }  // namespace
 }  // namespace vemra::robot

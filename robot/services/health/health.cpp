@@ -72,8 +72,9 @@ void HealthService::install(leaf::LeafHost& host)
         return passed(warnings_.contains(bareCode(PortText(node, "ErrCode").view())));
     });
     // The contacts touch, and no current flows.
-    host.condition("DoesGetRobotChargeWarnning",
-                   [this](BT::TreeNode&) { return passed(parts_.state.errors.contains("CHARGE_FAULT")); });
+    host.condition("DoesGetRobotChargeWarnning", [this](BT::TreeNode&) {
+        return passed(warnings_.contains("CHARGE_FAULT") || parts_.state.errors.contains("CHARGE_FAULT"));
+    });
     for (const NamedTest& test : kTests)
         host.condition(test.leaf, [this, code = test.code](BT::TreeNode&) {
             return passed(parts_.state.errors.contains(code));

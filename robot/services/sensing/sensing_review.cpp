@@ -1,8 +1,11 @@
 #include "robot/services/sensing/sensing_review.h"
 
 #include <algorithm>
+#include <cmath>
+#include <string>
 #include <utility>
 
+#include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 
 namespace vemra::robot {
@@ -16,6 +19,9 @@ constexpr double kHalfWidthDeg = 20;
 constexpr double kSideDeg = 50;
 constexpr double kSamePlaceMm = 300;
 constexpr std::size_t kPlacesKept = 100;
+/// A step that is farther from the robot's middle is no longer looked at.
+constexpr double kStepNearMm = kRobotRadiusMm + 150;
+constexpr const char* kSuspectStep = "suspect_step";
 
 }  // namespace
 
@@ -29,9 +35,16 @@ void ReviewService::install(leaf::LeafHost& host)
         const auto thing = std::exchange(ran_into_, std::nullopt);
         return passed(thing && lookAt(*thing));
     });
+    host.condition("IsStepNearBy", [this](BT::TreeNode& node) { return stepNearBy(node); });
 }
 
 void ReviewService::update()
+{
+    noteLowThing();
+    noteStep();
+}
+
+void ReviewService::noteLowThing()
 {
     const Sides& bumper = parts_.body.bumper();
     if (bumper.any() && !bumped_before_) {
@@ -43,6 +56,41 @@ void ReviewService::update()
         }
     }
     bumped_before_ = bumper.any();
+}
+
+void ReviewService::noteStep()
+{
+    if (step_ && distance(*step_, pose_.pose().at) > kStepNearMm) {
+        step_.reset();
+        parts_.blackboard.erase(kSuspectStep);
+    }
+    const Sides& felt = parts_.body.stepAhead();
+    if (step_ || !felt.any()) {
+        return;
+    }
+    const Degrees side{felt.middle || felt.left == felt.right ? 0 : felt.left ? kSideDeg : -kSideDeg};
+    const PointMm place = besideBody(side, 0);
+    if (lookAt(place)) {
+        step_ = place;
+        parts_.blackboard.set(kSuspectStep, ++steps_suspected_);
+    }
+}
+
+BT::NodeStatus ReviewService::stepNearBy(BT::TreeNode& node)
+{
+    const std::string angle = textOf(node, "o_angle_deg");
+    const std::string middle = textOf(node, "o_mid_pt");
+    if (!step_ || angle.empty() || middle.empty() || node.getParam<int>("i_step") != steps_suspected_) {
+        return BT::NodeStatus::FAILURE;
+    }
+    const PoseMm pose = pose_.pose();
+    const PointMm offset = *step_ - pose.at;
+    const Degrees bearing = degreesOfRadians(std::atan2(offset.y, offset.x));
+    node.blackboard()->set(angle, wrapped({bearing.value - pose.yaw.value}).value);
+    node.blackboard()->set(middle, *step_);
+    step_.reset();
+    parts_.blackboard.erase(kSuspectStep);
+    return BT::NodeStatus::SUCCESS;
 }
 
 std::optional<PointMm> ReviewService::lowThingAhead() const

@@ -9,7 +9,9 @@
 namespace vemra::robot {
 
 /// Finds what a robot that follows a wall should look at once more: things too low for the laser. One that
-/// lies ahead may be a wire; one that it ran into lies where it cannot see it. Every place is looked at once.
+/// lies ahead may be a wire; one that it ran into lies where it cannot see it; and what it feels of the floor
+/// ahead may be the edge of a step, which the key `suspect_step` tells by a number. Every place is looked at
+/// once.
 class ReviewService final : public Service
 {
 public:
@@ -19,6 +21,11 @@ public:
     void update() override;
 
 private:
+    void noteLowThing();
+    /// Keeps `suspect_step` to what lies near.
+    void noteStep();
+    /// The suspected step is near: how far the robot is to turn to it, and where it is.
+    [[nodiscard]] BT::NodeStatus stepNearBy(BT::TreeNode& node);
     /// Where something low lies ahead.
     [[nodiscard]] std::optional<PointMm> lowThingAhead() const;
     /// The laser sees nothing close on that side.
@@ -32,6 +39,8 @@ private:
     std::deque<PointMm> looked_at_;
     std::optional<PointMm> ran_into_;  ///< and not looked at yet
     bool bumped_before_ = false;
+    std::optional<PointMm> step_;  ///< suspected, and not looked at yet
+    int steps_suspected_ = 0;
 };
 
 }  // namespace vemra::robot
