@@ -34,7 +34,7 @@ struct Moment
 /// What a leaf answers, said in one line:
 ///     robot.leaf("IsBumpWarning").succeeds();
 ///     robot.leaf("EscapeBumpDeal").succeedsAfter(5);
-///     robot.leaf("Rotate").where("angle_deg", "-180").fails();
+///     robot.leaf("Rotate angle_deg=-180").fails();
 ///     robot.leaf("CheckClifBump").inTurn({FAILURE, SUCCESS}).writes("bump_dir", "Left");
 /// The last of several that fit a tick answers it.
 class Answer
@@ -56,6 +56,13 @@ public:
     Answer& fails()
     {
         return decides([](const Moment&) { return NodeStatus::FAILURE; });
+    }
+    /// Succeeds or fails, as it is given here.
+    Answer& gives(bool yes) { return yes ? succeeds() : fails(); }
+    /// Succeeds while the flag is set; the flag must outlive the answer.
+    Answer& follows(const bool& flag)
+    {
+        return decides([&flag](const Moment&) { return flag ? NodeStatus::SUCCESS : NodeStatus::FAILURE; });
     }
     /// RUNNING until halted.
     Answer& runs()

@@ -139,12 +139,17 @@ void ScriptedRobot::registerLeaves()
     }
 }
 
-Answer& ScriptedRobot::leaf(const std::string& id)
+Answer& ScriptedRobot::leaf(std::string_view text)
 {
-    const auto found = scripts_.find(id);
+    const auto [who, values] = stepOf(text);
+    const auto found = scripts_.find(who);
     if (found == scripts_.end())
-        throw std::invalid_argument("no leaf '" + id + "' that a script could answer");
-    return found->second->add();
+        throw std::invalid_argument("no leaf '" + who + "' that a script could answer");
+    (void)known(text);
+    Answer& answer = found->second->add();
+    for (const auto& [port, value] : values)
+        answer.where(port, value);
+    return answer;
 }
 
 Answer& ScriptedRobot::tree(const std::string& name)
@@ -169,6 +174,23 @@ Answer& ScriptedRobot::tree(const std::string& name)
     return at->second->add();
 }
 
+Answer& ScriptedRobot::answerOf(const std::string& name)
+{
+    return factory_.hasTree(name) ? tree(name) : leaf(name);
+}
+
+void ScriptedRobot::succeed(std::string_view names)
+{
+    for (const Step& step : stepsOf(names))
+        answerOf(step.who).succeeds();
+}
+
+void ScriptedRobot::fail(std::string_view names)
+{
+    for (const Step& step : stepsOf(names))
+        answerOf(step.who).fails();
+}
+
 void ScriptedRobot::pointsOnALine()
 {
     const auto apart = [](const Moment& now) {
@@ -191,6 +213,38 @@ std::optional<std::string> ScriptedRobot::key(std::string_view key) const
     std::string text;
     value->appendText(text);
     return text;
+}
+
+void ScriptedRobot::set(std::string_view notes)
+{
+    for (const KeyNote& note : keysOf(notes)) {
+        std::int64_t integer = 0;
+        double real = 0.0;
+        if (note.kind == KeyNote::Kind::Gone)
+            erase(note.key);
+        else if (BT::parseInteger(note.value, integer))
+            set(note.key, integer);
+        else if (BT::parseReal(note.value, real))
+            set(note.key, real);
+        else
+            set(note.key, note.value);
+    }
+}
+
+testing::AssertionResult ScriptedRobot::keysAre(std::string_view notes) const
+{
+    std::string wrong;
+    for (const KeyNote& note : keysOf(notes)) {
+        const std::optional<std::string> is = key(note.key);
+        const bool right = note.kind == KeyNote::Kind::Valued
+                               ? is == note.value
+                               : is.has_value() == (note.kind == KeyNote::Kind::Plain);
+        if (!right)
+            wrong += "\n  " + note.key + (is ? " is \"" + *is + "\"" : " is not there");
+    }
+    if (wrong.empty())
+        return testing::AssertionSuccess() << notes;
+    return testing::AssertionFailure() << "not " << notes << ":" << wrong;
 }
 
 void ScriptedRobot::begin(BT::Tree tree)
@@ -244,15 +298,15 @@ NodeStatus ScriptedRobot::finish(int at_most)
     return result;
 }
 
-void ScriptedRobot::tickUntil(const std::string& who, const PortValues& values, int at_most)
+void ScriptedRobot::tickUntil(std::string_view step, int at_most)
 {
-    known(who, values);
     for (int i = 0; i < at_most; ++i) {
         tick();
-        if (askedNow(who, values))
+        if (askedNow(step))
             return;
     }
-    ADD_FAILURE() << who << " was not asked within " << at_most << " frames:\n" << transcript_.print(who);
+    ADD_FAILURE() << step << " was not asked within " << at_most << " frames:\n"
+                  << transcript_.print(stepOf(step).who);
 }
 
 void ScriptedRobot::halt()
@@ -261,41 +315,60 @@ void ScriptedRobot::halt()
         BT::haltNode(*root_.root_node);
 }
 
-const std::string& ScriptedRobot::known(const std::string& who) const
+std::vector<Step> ScriptedRobot::known(std::string_view text) const
 {
-    if (!scripts_.contains(who))
-        throw std::invalid_argument("nothing is recorded of '" + who +
-                                    "': no scripted leaf, and no tree that the script replaces");
-    return who;
+    std::vector<Step> steps = stepsOf(text);
+    for (const auto& [who, values] : steps) {
+        const auto script = scripts_.find(who);
+        if (script == scripts_.end())
+            throw std::invalid_argument("nothing is recorded of '" + who +
+                                        "': no scripted leaf, and no tree that the script replaces");
+        for (const auto& [port, value] : values)
+            if (!script->second->hasPort(port))
+                throw std::invalid_argument(std::string("'").append(who) + "' has no port '" + port + "'");
+    }
+    return steps;
 }
 
-const std::string& ScriptedRobot::known(const std::string& who, const PortValues& values) const
+Step ScriptedRobot::knownStep(std::string_view text) const
 {
-    for (const auto& [port, value] : values)
-        if (!scripts_.at(known(who))->hasPort(port))
-            throw std::invalid_argument(std::string("'").append(who) + "' has no port '" + port + "'");
-    return known(who);
+    (void)known(text);
+    return stepOf(text);
 }
 
-testing::AssertionResult ScriptedRobot::asked(const std::string& who, const PortValues& values) const
+template <class Check>
+testing::AssertionResult ScriptedRobot::each(std::string_view steps, Check check) const
 {
-    return transcript_.asked(known(who, values), values);
+    testing::AssertionResult result = testing::AssertionSuccess();
+    for (const auto& [who, values] : known(steps))
+        if (result = check(who, values); !result)
+            break;
+    return result;
 }
 
-testing::AssertionResult ScriptedRobot::notAsked(const std::string& who, const PortValues& values) const
+testing::AssertionResult ScriptedRobot::asked(std::string_view steps) const
 {
-    return transcript_.notAsked(known(who, values), values);
+    return each(steps, [this](auto& who, auto& values) { return transcript_.asked(who, values); });
 }
 
-testing::AssertionResult ScriptedRobot::started(int times, const std::string& who,
-                                                const PortValues& values) const
+testing::AssertionResult ScriptedRobot::notAsked(std::string_view steps) const
 {
-    return transcript_.started(times, known(who, values), values);
+    return each(steps, [this](auto& who, auto& values) { return transcript_.notAsked(who, values); });
 }
 
-testing::AssertionResult ScriptedRobot::halted(const std::string& who, const PortValues& values) const
+testing::AssertionResult ScriptedRobot::started(int times, std::string_view steps) const
 {
-    return transcript_.halted(known(who, values), values);
+    return each(steps, [&](auto& who, auto& values) { return transcript_.started(times, who, values); });
+}
+
+testing::AssertionResult ScriptedRobot::halted(std::string_view steps) const
+{
+    return each(steps, [this](auto& who, auto& values) { return transcript_.halted(who, values); });
+}
+
+testing::AssertionResult ScriptedRobot::inOrder(std::string_view steps) const
+{
+    return transcript_.inOrder(known(steps));
 }
 
 testing::AssertionResult ScriptedRobot::said(const std::string& message) const
@@ -312,27 +385,22 @@ testing::AssertionResult ScriptedRobot::notSaid(const std::string& message) cons
     return transcript_.notAsked("SaySomething", {{"message", message}});
 }
 
-testing::AssertionResult ScriptedRobot::inOrder(
-    const std::vector<std::pair<std::string, PortValues>>& steps) const
+bool ScriptedRobot::askedNow(std::string_view text) const
 {
-    for (const auto& [who, values] : steps)
-        known(who, values);
-    return transcript_.inOrder(steps);
+    const auto [who, values] = knownStep(text);
+    return transcript_.askedIn(frame_, who, values);
 }
 
-bool ScriptedRobot::askedNow(const std::string& who, const PortValues& values) const
+int ScriptedRobot::framesOf(std::string_view text) const
 {
-    return transcript_.askedIn(frame_, known(who, values), values);
+    const auto [who, values] = knownStep(text);
+    return transcript_.frames(who, values);
 }
 
-int ScriptedRobot::framesOf(const std::string& who, const PortValues& values) const
+std::optional<int> ScriptedRobot::firstFrameOf(std::string_view text) const
 {
-    return transcript_.frames(known(who, values), values);
-}
-
-std::optional<int> ScriptedRobot::firstFrameOf(const std::string& who, const PortValues& values) const
-{
-    return transcript_.firstFrame(known(who, values), values);
+    const auto [who, values] = knownStep(text);
+    return transcript_.firstFrame(who, values);
 }
 
 }  // namespace vemra::test

@@ -7,12 +7,14 @@
 ///     robot.leaf("SensorCheckBumped").inTurn({SUCCESS, SUCCESS, FAILURE});
 ///     robot.start("BTBack2cm");
 ///     EXPECT_EQ(robot.finish(20), SUCCESS);
-///     EXPECT_TRUE(robot.asked("GoBackwards"));
+///     EXPECT_TRUE(robot.asked("GoBackwards | Stop"));
+///     EXPECT_TRUE(robot.keysAre("bump_dir=None -trapped"));
 ///
-/// What is not scripted answers as a bare host would: a condition fails, an action succeeds; the leaves that
-/// hold something for as long as what stands beside them (sensors off or on, the trace logger) and the drives
-/// without an end of their own (OpenCloseMove, GoBackwards) run until halted. The
-/// runtime's own leaves (keys, comparisons, delays) are the real ones.
+/// Leaves and keys are named in the notation of support/notation.h; a name or port that does not exist
+/// throws. What is not scripted answers as a bare host would: a condition fails, an action succeeds; the
+/// leaves that hold something for as long as what stands beside them (sensors off or on, the trace logger)
+/// and the drives without an end of their own (OpenCloseMove, GoBackwards) run until halted. The runtime's
+/// own leaves (keys, comparisons, delays) are the real ones.
 
 #include <gmock/gmock.h>
 
@@ -40,10 +42,14 @@ public:
 
     // --- the script ---
 
-    /// A further answer of the leaf; throws std::invalid_argument when the trees name no such leaf.
-    Answer& leaf(const std::string& id);
+    /// A further answer of the leaf, where its ports read so; throws std::invalid_argument when the trees
+    /// name no such leaf.
+    Answer& leaf(std::string_view step);
     /// Puts a scripted answer in the place of a registered tree wherever it is entered.
     Answer& tree(const std::string& name);
+    /// Leaves and trees that all do so.
+    void succeed(std::string_view names);
+    void fail(std::string_view names);
 
     /// From here on points are numbers, millimetres on a line, for the leaves that measure distances.
     void pointsOnALine();
@@ -55,10 +61,15 @@ public:
     {
         keys_->set(key, value);
     }
+    /// Keys with a number or a text, with the empty text, and keys that go: "current_pose=0 kicked
+    /// -charger_pose".
+    void set(std::string_view notes);
     void erase(std::string_view key) { keys_->erase(key); }
     [[nodiscard]] bool has(std::string_view key) const { return keys_->contains(key); }
     /// The value as text; nothing where the key is not there.
     [[nodiscard]] std::optional<std::string> key(std::string_view key) const;
+    /// These have these values, are there at all, or are not there: "task_state=init moved -charger_pose".
+    testing::AssertionResult keysAre(std::string_view notes) const;
     [[nodiscard]] BT::Blackboard& keys() { return *keys_; }
 
     // --- driving ---
@@ -72,28 +83,28 @@ public:
     NodeStatus tick(int frames = 1);
     /// Ticks until the tree ends; RUNNING when it has not ended within so many frames.
     NodeStatus finish(int at_most);
-    /// Ticks until the leaf is asked in the frame just ticked; fails the test when that takes longer.
-    void tickUntil(const std::string& who, const PortValues& values = {}, int at_most = 2000);
+    /// Ticks until this is asked in the frame just ticked; fails the test when that takes longer.
+    void tickUntil(std::string_view step, int at_most = 2000);
     void halt();
     /// The number of frames ticked; the first frame is 1.
     [[nodiscard]] int frame() const { return frame_; }
 
     // --- what was asked (since the start or forget()) ---
 
-    testing::AssertionResult asked(const std::string& who, const PortValues& values = {}) const;
-    testing::AssertionResult notAsked(const std::string& who, const PortValues& values = {}) const;
-    testing::AssertionResult started(int times, const std::string& who, const PortValues& values = {}) const;
-    testing::AssertionResult halted(const std::string& who, const PortValues& values = {}) const;
+    /// Each of these, or none of them.
+    testing::AssertionResult asked(std::string_view steps) const;
+    testing::AssertionResult notAsked(std::string_view steps) const;
+    testing::AssertionResult started(int times, std::string_view steps) const;
+    testing::AssertionResult halted(std::string_view steps) const;
+    /// Started one after the other, whatever else came between.
+    testing::AssertionResult inOrder(std::string_view steps) const;
     /// Said or logged; the message as it read then.
     testing::AssertionResult said(const std::string& message) const;
     testing::AssertionResult notSaid(const std::string& message) const;
-    /// Started one after the other, whatever else came between.
-    testing::AssertionResult inOrder(const std::vector<std::pair<std::string, PortValues>>& steps) const;
     /// In the frame just ticked.
-    [[nodiscard]] bool askedNow(const std::string& who, const PortValues& values = {}) const;
-    [[nodiscard]] int framesOf(const std::string& who, const PortValues& values = {}) const;
-    [[nodiscard]] std::optional<int> firstFrameOf(const std::string& who,
-                                                  const PortValues& values = {}) const;
+    [[nodiscard]] bool askedNow(std::string_view step) const;
+    [[nodiscard]] int framesOf(std::string_view step) const;
+    [[nodiscard]] std::optional<int> firstFrameOf(std::string_view step) const;
     void forget() { transcript_.clear(); }
     [[nodiscard]] const Transcript& transcript() const { return transcript_; }
 
@@ -105,10 +116,13 @@ private:
 
     void registerLeaves();
     void begin(BT::Tree tree);
-    /// Throws std::invalid_argument for a name that can never stand in the transcript.
-    const std::string& known(const std::string& who) const;
-    /// As above, for each port too.
-    const std::string& known(const std::string& who, const PortValues& values) const;
+    Answer& answerOf(const std::string& name);
+    /// Throws std::invalid_argument for a name or a port that can never stand in the transcript.
+    std::vector<Step> known(std::string_view steps) const;
+    Step knownStep(std::string_view step) const;
+    /// The first of the results that is a failure.
+    template <class Check>
+    testing::AssertionResult each(std::string_view steps, Check check) const;
 
     int frame_ = 0;
     std::shared_ptr<FrameClock> clock_;

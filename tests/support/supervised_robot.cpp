@@ -72,8 +72,8 @@ void SupervisedRobot::scriptModes()
         throw std::logic_error("ChangeRobotModeTo without a mode");
     });
     // A change is seen until it was dealt with, which ends with five lines of log.
-    leaf("DoesRobotModeChanged").decides([this](const Moment&) { return passed(changed_); });
-    leaf("SaySomething").where("message", "Robot Mode Changed!").decides([this](const Moment&) {
+    leaf("DoesRobotModeChanged").follows(changed_);
+    leaf("SaySomething message='Robot Mode Changed!'").decides([this](const Moment&) {
         changed_ = ++lines_of_change_ < 5;
         return SUCCESS;
     });
@@ -97,8 +97,8 @@ void SupervisedRobot::scriptMachine()
     leaf("RobotPowerGetHigherThan").decides([this](const Moment& now) {
         return passed(battery >= std::stoi(now.port("capability")));
     });
-    leaf("DoesRobotGetCharger").decides([this](const Moment&) { return passed(on_charger); });
-    leaf("IsRobotInAnnoyMode").decides([this](const Moment&) { return passed(quiet_hours); });
+    leaf("DoesRobotGetCharger").follows(on_charger);
+    leaf("IsRobotInAnnoyMode").follows(quiet_hours);
     leaf("IsRobotHealthy").decides([this](const Moment&) { return passed(errors.empty()); });
     leaf("IsStationNormal").succeeds();
     const auto holds = [this](const char* id, const std::set<std::string>& codes) {
@@ -110,19 +110,15 @@ void SupervisedRobot::scriptMachine()
     };
     holds("DoesHappenThisErr", errors);
     holds("DoesHappenThisWarning", warnings);
-    for (const char* confirmed : {"IsElecParaInitOK", "IsGyroParaInitOK", "IsIrParaInitOK",
-                                  "IsLightFlowParaInitOK", "IsInfraredConnect", "IsInFrequentDust"})
-        leaf(confirmed).succeeds();
+    succeed("IsElecParaInitOK | IsGyroParaInitOK | IsIrParaInitOK | IsLightFlowParaInitOK");
+    succeed("IsInfraredConnect | IsInFrequentDust");
     leaf("SlamCleanComplete").writes("slam_save_map_reta", 0);
     leaf("SetMusicPlayPara").decides([this](const Moment& now) {
         if (const std::string number = now.port("MusicNumber"); !mode.empty())
             music_.push_back(number);
         return SUCCESS;
     });
-    set("RobotReuseMapEnable", 0);
-    set("reuseinfo_fullfilename", "/reuse");
-    set("map_id_with_order", "1");
-    set("RobotChildLockStatus", 0);
+    set("RobotReuseMapEnable=0 reuseinfo_fullfilename=/reuse map_id_with_order=1 RobotChildLockStatus=0");
 }
 
 void SupervisedRobot::scriptCommands()

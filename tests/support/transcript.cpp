@@ -165,8 +165,7 @@ testing::AssertionResult Transcript::halted(const std::string& who, const PortVa
     return testing::AssertionFailure() << describe(who, values) << " was not halted:\n" << print(who);
 }
 
-testing::AssertionResult Transcript::inOrder(
-    const std::vector<std::pair<std::string, PortValues>>& steps) const
+testing::AssertionResult Transcript::inOrder(const std::vector<Step>& steps) const
 {
     int frame = 0;
     std::optional<std::size_t> at;

@@ -11,11 +11,9 @@
 #include <vector>
 
 #include "behaviortree_cpp/bt_factory.h"
+#include "support/notation.h"
 
 namespace vemra::test {
-
-/// Port and value as read, all of which must hold: {{"draw_mode", "BlockOnly"}}.
-using PortValues = std::vector<std::pair<std::string, std::string>>;
 
 /// What was asked of one node in frames without a gap: one run, or the same answer again and again.
 struct Asking
@@ -53,7 +51,7 @@ public:
     testing::AssertionResult notAsked(const std::string& who, const PortValues& values) const;
     testing::AssertionResult started(int times, const std::string& who, const PortValues& values) const;
     testing::AssertionResult halted(const std::string& who, const PortValues& values) const;
-    testing::AssertionResult inOrder(const std::vector<std::pair<std::string, PortValues>>& steps) const;
+    testing::AssertionResult inOrder(const std::vector<Step>& steps) const;
 
     /// One line an asking: those of `who` when it is given and was asked at all, else of all actions.
     [[nodiscard]] std::string print(std::string_view who = {}) const;

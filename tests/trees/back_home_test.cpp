@@ -14,19 +14,12 @@ protected:
     {
         robot.obeys_requests = false;
         robot.mode = "BackHomeMode";
-        robot.set("LastRobotMode", 1);
-        robot.set("current_pose", 7);
-        robot.set("current_coord", 7);
-        robot.set("moved_during_pause", "false");
-        robot.set("search_charger_time", 0);
-        robot.set("search_charger_timeout", 60000);
-        robot.set("backhome_fail_times", 0);
-        robot.leaf("SlamIsResumable").succeeds();
-        robot.leaf("IsPointInRectangle").succeeds();
-        for (const char* tree :
-             {"AdvCleanComplete", "SearchChargeEnding", "AdvRestartCleaning", "RestartCleaning",
-              "ReuseRestartCleaning", "PreprocessDealsBeforeCleaning", "ForceDelay", "Back2cm"})
-            robot.tree(tree).succeeds();
+        robot.set("LastRobotMode=1 current_pose=7 current_coord=7 moved_during_pause=false");
+        robot.set("search_charger_time=0 search_charger_timeout=60000 backhome_fail_times=0");
+        robot.succeed("SlamIsResumable | IsPointInRectangle");
+        robot.succeed(
+            "AdvCleanComplete | SearchChargeEnding | AdvRestartCleaning | RestartCleaning | "
+            "ReuseRestartCleaning | PreprocessDealsBeforeCleaning | ForceDelay | Back2cm");
         robot.tree("ActiveRelocalize_LdsInteractive").succeeds();
         robot.tree("GoCharging_lds").succeedsAfter(10);
     }
@@ -45,26 +38,21 @@ protected:
 
 TEST_F(BackHome, OnTheDockTheTaskIsClosedByWhatItWas)
 {
-    struct Row
-    {
-        const char* before;
-        const char* closed_by;
-        const char* after;
-    };
-    const Row rows[] = {{"cleaning", "AdvCleanComplete", "charge"},
-                        {"map_cleaning", "AdvCleanComplete", "charge"},
-                        {"part_lowpower", "AdvCleanComplete", "part_lowpower"},
-                        {"search_charge", "SearchChargeEnding", "search_charge"},
-                        {"completing", "AdvCleanComplete", "complete"},
-                        {"init", "SearchChargeEnding", "search_charge"},
-                        {"lowpower", "", "lowpower"},
-                        {"area_lowpower", "", "area_lowpower"}};
-    for (const Row& row : rows) {
-        goHome(row.before);
-        EXPECT_EQ(robot.key("task_state"), row.after) << row.before;
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"cleaning", "AdvCleanComplete", "charge"},
+        {"map_cleaning", "AdvCleanComplete", "charge"},
+        {"part_lowpower", "AdvCleanComplete", "part_lowpower"},
+        {"search_charge", "SearchChargeEnding", "search_charge"},
+        {"completing", "AdvCleanComplete", "complete"},
+        {"init", "SearchChargeEnding", "search_charge"},
+        {"lowpower", "", "lowpower"},
+        {"area_lowpower", "", "area_lowpower"}};
+    for (const auto& [before, closed_by, after] : rows) {
+        goHome(before);
+        EXPECT_EQ(robot.key("task_state"), after) << before;
         for (const std::string tree : {"AdvCleanComplete", "SearchChargeEnding"})
-            EXPECT_EQ(bool(robot.asked(tree)), tree == row.closed_by) << row.before << ' ' << tree;
-        EXPECT_THAT(robot.requests(), Contains("ChargingMode")) << row.before;
+            EXPECT_EQ(bool(robot.asked(tree)), tree == closed_by) << before << ' ' << tree;
+        EXPECT_THAT(robot.requests(), Contains("ChargingMode")) << before;
         EXPECT_EQ(robot.key("backhome_fail_times"), "0");
     }
 }
@@ -105,7 +93,7 @@ TEST_F(BackHome, ABudgetThatIsSpentIsRenewedAndAnotherGoesOn)
         robot.set("search_charger_time", before);
         robot.set("task_state", "charge");
         robot.start("BackHomeIndex");
-        robot.tickUntil("GoCharging_lds", {}, 400);
+        robot.tickUntil("GoCharging_lds", 400);
         EXPECT_EQ(robot.key("search_charger_time"), then);
     }
 }
@@ -115,11 +103,9 @@ TEST_F(BackHome, AMapThatItCannotFindItsPlaceOnIsGivenUpAndTheSearchBeginsAnew)
     robot.set("moved_during_pause", "true");
     robot.tree("ActiveRelocalize_LdsInteractive").fails();
     goHome("cleaning");
-    EXPECT_TRUE(robot.inOrder({{"ActiveRelocalize_LdsInteractive", {}},
-                               {"AdvCleanComplete", {}},
-                               {"RestartCleaning", {}},
-                               {"GoCharging_lds", {}},
-                               {"SearchChargeEnding", {}}}));
+    EXPECT_TRUE(
+        robot.inOrder("ActiveRelocalize_LdsInteractive | AdvCleanComplete | RestartCleaning | GoCharging_lds "
+                      "| SearchChargeEnding"));
     EXPECT_EQ(robot.key("moved_during_pause"), "false");
     EXPECT_THAT(robot.music(), Contains("64"));
     // Where it stands it trusts its map.
@@ -132,7 +118,7 @@ TEST_F(BackHome, AStopDuringTheSearchEndsItWithoutAnotherMode)
     robot.tree("GoCharging_lds").runs();
     robot.set("task_state", "area_lowpower");
     robot.start("BackHomeIndex");
-    robot.tickUntil("GoCharging_lds", {}, 400);
+    robot.tickUntil("GoCharging_lds", 400);
     robot.forgetRequests();
     robot.set("stop_clean_task_falg", "");
     EXPECT_EQ(robot.finish(5), SUCCESS);

@@ -10,26 +10,15 @@ protected:
     Bridge()
     {
         robot.pointsOnALine();
-        robot.set("navigation_bridge", "bridge");
-        robot.set("current_pose", 900);
-        robot.set("current_coord", 900);
-        robot.set("navi_target_point", 3000);
-        robot.set("gridmap_limit", "home");
-        robot.set("current_subregion", "room");
-        robot.set("navigation_path", "path");
-        robot.set("navigation_path_segments", "plan");
-        robot.set("path_bridge_max_failure_cnt", 0);
-        robot.set("awesome_search_mode", "Target");
-        robot.set("awesome_search_region", "home");
-        robot.set("current_draw_mode", "ClearOnly");
-        robot.set("current_tick_cnt", 1);
+        robot.set("navigation_bridge=bridge current_pose=900 current_coord=900 navi_target_point=3000");
+        robot.set("gridmap_limit=home current_subregion=room navigation_path=path");
+        robot.set("navigation_path_segments=plan path_bridge_max_failure_cnt=0 awesome_search_mode=Target");
+        robot.set("awesome_search_region=home current_draw_mode=ClearOnly current_tick_cnt=1");
         robot.leaf("BridgeDestructor")
             .fills("out_from_point", 1000)
             .fills("out_to_point", 1600)
             .fills("out_follow_wall_dist", 500);
-        robot.leaf("NotTrapped").succeeds();
-        robot.leaf("BridgeValid").succeeds();
-        robot.leaf("FollowWallNotLooped").succeeds();
+        robot.succeed("NotTrapped | BridgeValid | FollowWallNotLooped");
         robot.leaf("CrossBridgeMonitor").runs();
         robot.tree("Back2cm").succeeds();
     }
@@ -46,18 +35,12 @@ TEST_F(Bridge, OfAnyOtherKindIsRunToItsFarEnd)
     robot.set("cross_bridge_trap_times", 9);
     robot.start("CrossBridge");
     EXPECT_EQ(robot.tick(10), RUNNING);
-    EXPECT_EQ(robot.key("cross_bridge_trap_times"), "0");
-    EXPECT_EQ(robot.key("navi_target_point"), "1600");
-    EXPECT_EQ(robot.key("bridges_crossing"), "bridge");
-    EXPECT_EQ(robot.key("not_trace_token"), "CrossBridge");
+    EXPECT_TRUE(robot.keysAre("cross_bridge_trap_times=0 navi_target_point=1600 bridges_crossing=bridge"));
+    EXPECT_TRUE(robot.keysAre("not_trace_token=CrossBridge"));
     EXPECT_EQ(robot.finish(50), SUCCESS);
-    EXPECT_FALSE(robot.has("bridges_crossing"));
-    EXPECT_FALSE(robot.has("cross_bridge_trap_times"));
-    EXPECT_FALSE(robot.has("when_bridge_navi"));
-    EXPECT_TRUE(robot.has("cross_bridge_success"));
-    EXPECT_EQ(robot.key("bump_dir"), "None");
-    EXPECT_TRUE(robot.halted("CrossBridgeMonitor"));
-    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor", {{"sensor", "VirtualWall"}}));
+    EXPECT_TRUE(robot.keysAre("-bridges_crossing -cross_bridge_trap_times -when_bridge_navi"));
+    EXPECT_TRUE(robot.keysAre("cross_bridge_success bump_dir=None"));
+    EXPECT_TRUE(robot.halted("CrossBridgeMonitor | TemporarilyDisableSensor sensor=VirtualWall"));
 }
 
 TEST_F(Bridge, ThatNoLongerFitsTheMapIsUsedUp)
@@ -87,8 +70,7 @@ TEST_F(Bridge, BlockedByAnObstacleIsTriedAlongItOnBothSides)
     robot.tree("PreciseFollowWallProc").failsAfter(5);
     robot.tree("FollowWallProc").failsAfter(5);
     robot.leaf("Bumped").succeeds();
-    robot.set("bump_dir", "Left");
-    robot.set("follow_wall_dir", "true");
+    robot.set("bump_dir=Left follow_wall_dir=true");
     robot.start("CrossBridge");
     EXPECT_EQ(robot.finish(100), FAILURE);
     EXPECT_TRUE(robot.started(2, "PreciseFollowWallProc")) << "a short allowance is followed precisely";
@@ -111,8 +93,7 @@ TEST_F(Bridge, OnceCrossedEndsInTheCurrentAreaAndAnyOtherNearAnOpenEndOfTheChain
     const auto ends = [this](const char* type, const char* by) {
         ofType(type);
         robot.tree("NavigateTree").runs();
-        robot.leaf("InCurrentArea").fails();
-        robot.leaf("IsNearChainOpenEnd").fails();
+        robot.fail("InCurrentArea | IsNearChainOpenEnd");
         robot.start("CrossBridge");
         EXPECT_EQ(robot.tick(5), RUNNING) << type;
         robot.leaf(by).succeeds();
@@ -127,8 +108,7 @@ TEST_F(Bridge, OnceCrossedEndsInTheCurrentAreaAndAnyOtherNearAnOpenEndOfTheChain
 TEST_F(Bridge, OnWhichTheRobotIsTrappedIsTriedAgainAfterOneFrameOfRest)
 {
     ofType("NARROW");
-    robot.tree("NavigateTree").fails();
-    robot.leaf("NotTrapped").fails();
+    robot.fail("NavigateTree | NotTrapped");
     robot.start("CrossBridge");
     std::vector<bool> tries;
     for (int frame = 0; frame < 6; ++frame) {
@@ -148,10 +128,10 @@ TEST_F(Bridge, OutOfAVirtualWallIsDrivenUntilTheRobotIsOutside)
     robot.start("CrossBridge");
     EXPECT_EQ(robot.finish(60), SUCCESS);
     EXPECT_TRUE(robot.started(2, "DwaLocalPlanner")) << "the first try ended inside";
-    EXPECT_TRUE(robot.started(1, "AwesomeSearch", {{"search_mode", "Target"}}));
-    EXPECT_TRUE(robot.asked("TemporarilyDisableSensor", {{"sensor", "PolygonVirtualWall"}}));
+    EXPECT_TRUE(robot.started(1, "AwesomeSearch search_mode=Target"));
+    EXPECT_TRUE(robot.asked("TemporarilyDisableSensor sensor=PolygonVirtualWall"));
     EXPECT_TRUE(robot.said("过临时桥成功，已在虚拟墙外"));
-    EXPECT_TRUE(robot.asked("SetMapDrawMode", {{"draw_mode", "ClearOnly"}})) << "as it was before";
+    EXPECT_TRUE(robot.asked("SetMapDrawMode draw_mode=ClearOnly")) << "as it was before";
     EXPECT_FALSE(robot.has("have_trapped_type"));
 }
 
@@ -165,8 +145,7 @@ TEST_F(Bridge, OutOfAVirtualWallThatFailsIsReportedAsATrap)
     robot.start("CrossBridge");
     EXPECT_EQ(robot.finish(100), FAILURE);
     EXPECT_TRUE(robot.started(5, "DwaLocalPlanner")) << "five tries";
-    EXPECT_TRUE(robot.has("polygon_vw_trapped"));
-    EXPECT_TRUE(robot.has("have_trapped_type"));
+    EXPECT_TRUE(robot.keysAre("polygon_vw_trapped have_trapped_type"));
     EXPECT_TRUE(robot.notAsked("CutdownBridges")) << "it was a bridge for this once";
 
     robot.leaf("SensorProbeBump").fills("out_str", "");
@@ -189,22 +168,18 @@ TEST_F(Bridge, OverAStepIsAcrossWhenNearerToTheFarEnd)
             now.set("tries", now.keys.get<int>("tries") + 1);
             return FAILURE;
         });
-    robot.set("tries", 0);
-    robot.set("lands_at", 1380);
+    robot.set("tries=0 lands_at=1380");
     robot.start("CrossBridge");
     EXPECT_EQ(robot.finish(50), SUCCESS) << "380 mm behind, 220 mm to go";
     EXPECT_TRUE(robot.has("step_bridge_valid"));
-    EXPECT_TRUE(robot.asked("UpdateStepBridge", {{"bridge_to", "1380"}}));
+    EXPECT_TRUE(robot.asked("UpdateStepBridge bridge_to=1380"));
     EXPECT_EQ(robot.key("tries"), "2");
 
-    robot.erase("step_bridge_valid");
-    robot.set("lands_at", 1370);
+    robot.set("-step_bridge_valid lands_at=1370");
     robot.forget();
     EXPECT_EQ(robot.finish(50), FAILURE);
-    EXPECT_TRUE(robot.asked("InvalidStepBridge"));
-    EXPECT_TRUE(robot.asked("Back2cm"));
-    EXPECT_TRUE(robot.has("step_bridge_invalid"));
-    EXPECT_FALSE(robot.has("step_bridge_valid"));
+    EXPECT_TRUE(robot.asked("InvalidStepBridge | Back2cm"));
+    EXPECT_TRUE(robot.keysAre("step_bridge_invalid -step_bridge_valid"));
     EXPECT_TRUE(robot.notAsked("CutdownBridges"));
 }
 

@@ -53,25 +53,21 @@ TEST_F(ChargingMode, ResumesATaskOnceThereIsPowerForIt)
 TEST_F(ChargingMode, ClosesATaskThatMayNotBeResumed)
 {
     robot.on_charger = true;
-    robot.set("task_state", "area_lowpower");
-    robot.set("task_type", "AreaClean");
+    robot.set("task_state=area_lowpower task_type=AreaClean");
     enter("ChargingMode", "StopChargingIndex", 30);
     EXPECT_TRUE(robot.started(1, "AdvCleanComplete"));
-    EXPECT_EQ(robot.key("task_state"), "init");
-    EXPECT_EQ(robot.key("task_type"), "Idle");
+    EXPECT_TRUE(robot.keysAre("task_state=init task_type=Idle"));
     EXPECT_THAT(robot.requests(), IsEmpty()) << "and stays on the dock";
 
     robot.leaf("DoesRobotBreakPointEnable").succeeds();
     robot.leaf("BreakPointElecCalculate").writes("Elec_BreakPoint", 100);
     for (const std::string state : {"lowpower", "zone_lowpower", "area_lowpower", "point_lowpower"}) {
         robot.set("task_state", state + "_pause");
-        robot.set("breakpoint_getcharger", "");
-        robot.set("moved_during_pause", "false");
+        robot.set("breakpoint_getcharger moved_during_pause=false");
         enter("ChargingMode", "StopChargingIndex", 30);
         EXPECT_EQ(robot.key("task_state"), state) << "it may go on";
     }
-    robot.set("task_state", "area_lowpower_pause");
-    robot.set("moved_during_pause", "true");
+    robot.set("task_state=area_lowpower_pause moved_during_pause=true");
     enter("ChargingMode", "StopChargingIndex", 30);
     EXPECT_TRUE(robot.asked("AdvCleanComplete")) << "it was carried about";
 }
@@ -115,29 +111,13 @@ TEST_F(ChargingMode, GoesBackToTheWorkThatTheStationInterrupted)
                                                           {"PointClean", "SelectPointCleanMode"}}) {
         robot.set("need_back_station", "");
         robot.set("task_type", type);
-        robot.set("task_state", "cleaning");
-        robot.set("LastRobotMode", 14);
+        robot.set("task_state=cleaning LastRobotMode=14");
         enter("ChargingMode", "StopChargingIndex", 50);
         EXPECT_THAT(robot.requests(), IsEmpty()) << type;
         robot.tick(70);
         EXPECT_THAT(robot.requests(), Contains(mode));
         EXPECT_EQ(robot.key("continue_work"), "clean_none");
     }
-}
-
-TEST_F(ChargingMode, FullBatterySleepsOnTheDock)
-{
-    robot.on_charger = true;
-    robot.battery = 99;
-    enter("ChargingMode", "StopChargingIndex", 600);
-    EXPECT_EQ(robot.key("robot_status"), "clean_charging");
-    EXPECT_THAT(robot.requests(), IsEmpty());
-    robot.battery = 100;
-    robot.tick(499);
-    EXPECT_EQ(robot.key("robot_status"), "clean_charge_done");
-    EXPECT_THAT(robot.requests(), IsEmpty());
-    robot.tick(5);
-    EXPECT_THAT(robot.requests(), Contains("SleepMode"));
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ TEST_F(CleaningModes, WetTheClothAsItWasSet)
         EXPECT_TRUE(robot.notAsked("RobotMopGearSet")) << mode.tree;
         robot.set("mop_mode", "x");
         ASSERT_TRUE(enter(mode, "init"));
-        EXPECT_TRUE(robot.asked("RobotMopGearSet", {{"value", "34"}})) << mode.tree;
+        EXPECT_TRUE(robot.asked("RobotMopGearSet value=34")) << mode.tree;
     }
 }
 
@@ -48,14 +48,12 @@ TEST_F(CleaningModes, ThatAreToGoOnAfterTheChargeSaySoAtSixteenPercent)
     robot.leaf("DoesRobotBreakPointEnable").succeeds();
     for (const CleaningModeNames& mode : kCleaningModes) {
         robot.battery = 80;
-        for (const char* key : {"breakpoint_wash", "clean_task_end"})
-            robot.erase(key);
+        robot.set("-breakpoint_wash -clean_task_end");
         ASSERT_TRUE(enter(mode, underWay(mode)));
         robot.battery = 16;
         awaitRequest(5);
         EXPECT_EQ(music().back(), "14") << mode.tree;
-        EXPECT_TRUE(robot.has("breakpoint_wash"));
-        EXPECT_EQ(robot.key("clean_task_end"), "true");
+        EXPECT_TRUE(robot.keysAre("breakpoint_wash clean_task_end=true"));
         EXPECT_TRUE(robot.said("clean task end 0..."));
     }
 }
@@ -63,10 +61,7 @@ TEST_F(CleaningModes, ThatAreToGoOnAfterTheChargeSaySoAtSixteenPercent)
 TEST_F(CleaningModes, GoBackAfterAWashToWhereTheyWereAndTakeTheLineUp)
 {
     for (const CleaningModeNames& mode : kCleaningModes) {
-        robot.set("use_mop", true);
-        robot.set("wash_mop_mode", 10);
-        robot.set("current_motion_type", "Gong");
-        robot.set("mop_dirty", 100.0);
+        robot.set("use_mop=true wash_mop_mode=10 current_motion_type=Gong mop_dirty=100.0");
         ASSERT_TRUE(enter(mode, underWay(mode)));
         robot.tick(5);
         EXPECT_THAT(robot.requests(), IsEmpty()) << mode.tree;
@@ -79,25 +74,22 @@ TEST_F(CleaningModes, GoBackAfterAWashToWhereTheyWereAndTakeTheLineUp)
         robot.set("mop_dirty", 0.0);
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "lowpower"));
         EXPECT_TRUE(
-            robot.inOrder({{"NavigateProcWithHistoryMapNoneStop", {}},
-                           {"Rotate", {{"angle_deg", "45"}, {"false_relative_true_absolute", "true"}}},
-                           {mode.coverage, {}}}))
+            robot.inOrder("NavigateProcWithHistoryMapNoneStop | "
+                          "Rotate angle_deg=45 false_relative_true_absolute=true | " +
+                          std::string(mode.coverage)))
             << mode.tree;
-        EXPECT_FALSE(robot.has("wash_mop_break_point"));
-        EXPECT_FALSE(robot.has("wash_mop_break_deg"));
+        EXPECT_TRUE(robot.keysAre("-wash_mop_break_point -wash_mop_break_deg"));
 
         // Off a line there is no heading to turn to, and where no way leads back a line begins where the
         // robot is.
-        robot.set("current_motion_type", "Charge");
-        robot.set("mop_dirty", 101.0);
+        robot.set("current_motion_type=Charge mop_dirty=101.0");
         robot.forgetRequests();
         awaitRequest(5);
         EXPECT_FALSE(robot.has("wash_mop_break_deg")) << mode.tree;
         robot.set("mop_dirty", 0.0);
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "lowpower"));
-        EXPECT_TRUE(robot.notAsked("Rotate", {{"angle_deg", "45"}}));
-        robot.set("wash_mop_break_point", 9);
-        robot.set("gong_motion_type", "x");
+        EXPECT_TRUE(robot.notAsked("Rotate angle_deg=45"));
+        robot.set("wash_mop_break_point=9 gong_motion_type=x");
         robot.tree("NavigateProcWithHistoryMapNoneStop").fails();
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "lowpower"));
         EXPECT_EQ(robot.key("navi_target_point"), "9");
@@ -123,8 +115,7 @@ TEST_F(CleaningModes, StandByWhereTheirMapWasLost)
         EXPECT_FALSE(enter(mode, underWay(mode)));
         EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode")) << mode.tree;
         EXPECT_EQ(music().back(), "112");
-        EXPECT_EQ(robot.key("task_state"), "init");
-        EXPECT_FALSE(robot.has("need_to_standby"));
+        EXPECT_TRUE(robot.keysAre("task_state=init -need_to_standby"));
     }
 }
 
@@ -133,8 +124,7 @@ TEST_F(CleaningModes, KeepTheDockThatTheyKnow)
     robot.tree("CalcChargerPositionOrNot").succeeds();
     for (const CleaningModeNames& mode : kCleaningModes) {
         for (const bool known : {false, true}) {
-            robot.erase("start_from_charger_pose");
-            robot.erase("only_charger_in_map");
+            robot.set("-start_from_charger_pose -only_charger_in_map");
             if (known)
                 robot.set("start_from_charger_pose", 5);
             robot.set("start_from_charger", "true");
@@ -173,52 +163,33 @@ TEST_F(CleaningModes, OfASelectionThatWasNotAllReachedEndWithoutATune)
     }
 }
 
-TEST_F(CleaningModes, AfterAnErrorGoOnWhereMuchWasCleaned)
+TEST_F(CleaningModes, AfterAnErrorBeginAnewWhereLittleWasCleanedAndElseGoOn)
 {
-    robot.leaf("CleanAreaTooSmall").fails();
-    for (const CleaningModeNames& mode : kCleaningModes) {
-        robot.set("restart_cleaning_from_err_mode", "");
-        ASSERT_TRUE(enter(mode, underWay(mode)));
-        EXPECT_TRUE(robot.notAsked("ResetMap")) << mode.tree;
-        EXPECT_FALSE(robot.has("restart_cleaning_from_err_mode"));
-    }
+    for (const CleaningModeNames& mode : kCleaningModes)
+        for (const bool little : {true, false}) {
+            robot.leaf("CleanAreaTooSmall").gives(little);
+            robot.set("restart_cleaning_from_err_mode", "");
+            ASSERT_TRUE(enter(mode, underWay(mode)));
+            EXPECT_EQ(bool(robot.asked("ResetMap")), little) << mode.tree;
+            EXPECT_FALSE(robot.has("restart_cleaning_from_err_mode"));
+        }
 }
 
 TEST_F(CleaningModes, OfAHomeThatIsAlsoMappedDoNotLookForTheirPlace)
 {
     robot.set("AutoMappingClean", "");
     ASSERT_TRUE(enter(kHome, "init"));
-    EXPECT_EQ(robot.key("mapping_no_reloc"), "true");
-    EXPECT_EQ(robot.key("disable_reuse_reloc_once"), "true");
-    EXPECT_FALSE(robot.has("AutoMappingClean"));
+    EXPECT_TRUE(robot.keysAre("mapping_no_reloc=true disable_reuse_reloc_once=true -AutoMappingClean"));
     ASSERT_TRUE(enter(kHome, "init"));
     EXPECT_FALSE(robot.has("mapping_no_reloc"));
 }
 
-TEST_F(CleaningModes, WhoseMapWasChosenBeforeDoNotChooseAgain)
-{
-    for (const CleaningModeNames& mode : kCleaningModes) {
-        for (const bool chosen : {false, true}) {
-            ASSERT_TRUE(enter(mode, "init"));
-            if (!chosen)
-                robot.erase("no_restart_flag");
-            else
-                robot.set("no_restart_flag", "true");
-            ASSERT_TRUE(enter(mode, "precleaning"));
-            EXPECT_EQ(closedAndBegun(), chosen ? "" : "A") << mode.tree;
-        }
-    }
-}
-
 TEST_F(CleaningModes, OfAScheduleGoByItsMapOfRooms)
 {
-    robot.set("is_ordering_task", true);
-    robot.set("order_map", "");
+    robot.set("is_ordering_task=true order_map");
     ASSERT_TRUE(enter(kRooms, underWay(kRooms)));
     EXPECT_EQ(robot.key("segment_map_info"), "order_map");
-    robot.set("is_ordering_task", false);
-    robot.set("Areas_Clean_Set_List_Ping", "[1]");
-    robot.erase("Areas_Clean_Set_List");
+    robot.set("is_ordering_task=false Areas_Clean_Set_List_Ping=[1] -Areas_Clean_Set_List");
     ASSERT_TRUE(enter(kRooms, "init"));
     EXPECT_EQ(robot.key("segment_map_info"), "segment_map");
     EXPECT_EQ(robot.key("Areas_Clean_Set_List"), "[1]") << "of the app";

@@ -16,16 +16,11 @@ protected:
     {
         robot.obeys_requests = false;
         robot.mode = "AutoCleanMode";
-        robot.set("current_odom", 3);
-        robot.set("current_coord", 4);
-        robot.set("gridmap_limit", 5);
-        robot.set("robot_moved", "false");
-        robot.set("task_state", "init");
-        robot.leaf("IsReuseInfoExist").succeeds();
-        robot.leaf("IsPointInRectangle").succeeds();
-        for (const char* tree : {"EscapeCoat", "ForceDelay", "RestartCleaning", "ReuseRestartCleaning",
-                                 "AdvCleanComplete", "ActiveRelocalize_LdsInteractive"})
-            robot.tree(tree).succeeds();
+        robot.set("current_odom=3 current_coord=4 gridmap_limit=5 robot_moved=false task_state=init");
+        robot.succeed("IsReuseInfoExist | IsPointInRectangle");
+        robot.succeed(
+            "EscapeCoat | ForceDelay | RestartCleaning | ReuseRestartCleaning | AdvCleanComplete | "
+            "ActiveRelocalize_LdsInteractive");
     }
 
     /// 'N' for a new map, 'R' for the stored one, with the steps before: 'L' for a look around.
@@ -35,8 +30,7 @@ protected:
         music_before_ = robot.music().size();
         robot.start("AdvRestartCleaning");
         EXPECT_EQ(robot.finish(200), SUCCESS);
-        EXPECT_EQ(robot.key("OdomAfterCopied"), "true");
-        EXPECT_EQ(robot.key("odom_pos_after"), "3");
+        EXPECT_TRUE(robot.keysAre("OdomAfterCopied=true odom_pos_after=3"));
         std::string steps;
         for (const Asking& asking : robot.transcript().askings())
             for (const auto& [tree, letter] : {std::pair{"ActiveRelocalize_LdsInteractive", 'L'},
@@ -58,21 +52,9 @@ private:
     std::size_t music_before_ = 0;
 };
 
-TEST_F(ChoiceOfMap, WithoutAStoredOneIsNone)
-{
-    robot.leaf("IsReuseInfoExist").fails();
-    robot.set("reuse_relocalize_just_in_init", "true");
-    EXPECT_EQ(choose(), "N");
-    EXPECT_TRUE(robot.asked("UpdateReuseAppMap", {{"mode", "adv_rc"}}));
-    EXPECT_FALSE(robot.has("reuse_relocalize_just_in_init"));
-    EXPECT_EQ(robot.key("ElecCalculate"), "false");
-}
-
 TEST_F(ChoiceOfMap, OnTheDockTheStoredOneIsTakenUnseen)
 {
-    robot.set("reuse_from_charger", "true");
-    robot.set("on_charger_pose", 1);
-    robot.set("mica_on_charger", "true");
+    robot.set("reuse_from_charger=true on_charger_pose=1 mica_on_charger=true");
     EXPECT_EQ(choose(), "R");
     EXPECT_TRUE(robot.asked("SlamStartFromReuse"));
     EXPECT_EQ(robot.key("pretend_reuse_cleaning_token"), "true");
@@ -103,12 +85,12 @@ TEST_F(ChoiceOfMap, IsTheStoredOneWhereTheRobotFindsItselfOnIt)
 {
     EXPECT_EQ(choose(), "LR");
     EXPECT_THAT(music(), ElementsAre("30", "54"));
-    EXPECT_TRUE(robot.started(1, "GenerateCleaningLog", {{"clean_mode", ""}}));
+    EXPECT_TRUE(robot.started(1, "GenerateCleaningLog clean_mode="));
 
     robot.tree("ActiveRelocalize_LdsInteractive").fails();
     EXPECT_EQ(choose(), "LN");
     EXPECT_THAT(music(), ElementsAre("30", "31"));
-    EXPECT_TRUE(robot.started(1, "GenerateCleaningLog", {{"clean_mode", ""}}));
+    EXPECT_TRUE(robot.started(1, "GenerateCleaningLog clean_mode="));
 
     robot.tree("ActiveRelocalize_LdsInteractive").succeeds();
     robot.leaf("IsPointInRectangle").fails();
@@ -128,14 +110,11 @@ TEST_F(ChoiceOfMap, KickedOrToldToChargeItDoesNotLookAround)
 TEST_F(ChoiceOfMap, AfterAMappingRunIsANewOneWithoutAWord)
 {
     robot.leaf("SlamIsResumable").succeeds();
-    robot.set("map_id_in_map_ids", true);
-    robot.set("mapping_no_reloc", "true");
-    robot.set("disable_reuse_reloc_once", "true");
-    robot.set("reuse_relocalize_just_in_init", "true");
+    robot.set("map_id_in_map_ids=true mapping_no_reloc=true disable_reuse_reloc_once=true");
+    robot.set("reuse_relocalize_just_in_init=true");
     EXPECT_EQ(choose(), "N");
     EXPECT_THAT(music(), IsEmpty());
-    EXPECT_FALSE(robot.has("mapping_no_reloc"));
-    EXPECT_FALSE(robot.has("reuse_relocalize_just_in_init"));
+    EXPECT_TRUE(robot.keysAre("-mapping_no_reloc -reuse_relocalize_just_in_init"));
 }
 
 TEST_F(ChoiceOfMap, OnTheWayHomeIsToldByMusicOfItsOwn)
@@ -167,8 +146,7 @@ TEST_F(ChoiceOfMap, ASelectionWithoutItsMapBecomesACleanOfTheWholeHome)
         const bool selection = std::string(mode) != "AutoCleanMode";
         robot.mode = mode;
         robot.set("task_state", "precleaning");
-        for (const char* key : {"WorkStartMusic_shield", "from_charge_fake_flag", "just_damode_reuse_failed"})
-            robot.erase(key);
+        robot.set("-WorkStartMusic_shield -from_charge_fake_flag -just_damode_reuse_failed");
         EXPECT_EQ(choose(), "LN") << mode;
         EXPECT_EQ(bool(robot.asked("AdvCleanComplete")), selection) << mode;
         EXPECT_EQ(robot.requests().size(), selection ? 1U : 0U);
@@ -186,29 +164,22 @@ class NewTask : public testing::Test
 protected:
     NewTask()
     {
-        for (const char* key : {"generate_points", "lowpower_coord_save", "clean_complete",
-                                "second_time_cleaning", "only_charger_in_map", "clear_map_flag"})
-            robot.set(key, "old");
-        robot.set("gong_complete", "true");
-        robot.set("origin_in_enclave", "true");
-        robot.set("current_pose", 4);
-        robot.set("current_yaw_deg", 10.0);
-        robot.set("current_odom_yaw_deg", 20.0);
-        for (const char* tree : {"EscapeCoat", "Back2cm"})
-            robot.tree(tree).succeeds();
-        robot.tree("Escape").succeeds();
+        robot.set(
+            "generate_points=old lowpower_coord_save=old clean_complete=old second_time_cleaning=old "
+            "only_charger_in_map=old clear_map_flag=old");
+        robot.set("gong_complete=true origin_in_enclave=true current_pose=4 current_yaw_deg=10.0");
+        robot.set("current_odom_yaw_deg=20.0");
+        robot.succeed("EscapeCoat | Back2cm | Escape");
         robot.leaf("Rotate").runs();
     }
 
     void nothingIsLeft()
     {
-        for (const char* key : {"generate_points", "lowpower_coord_save", "clean_complete",
-                                "second_time_cleaning", "only_charger_in_map", "clear_map_flag"})
-            EXPECT_FALSE(robot.has(key)) << key;
-        EXPECT_EQ(robot.key("gong_complete"), "false");
-        EXPECT_EQ(robot.key("origin_in_enclave"), "false");
-        EXPECT_TRUE(robot.asked("PresetBlackboard"));
-        EXPECT_TRUE(robot.asked("ClearUpdateWarning"));
+        EXPECT_TRUE(
+            robot.keysAre("-generate_points -lowpower_coord_save -clean_complete -second_time_cleaning "
+                          "-only_charger_in_map -clear_map_flag"));
+        EXPECT_TRUE(robot.keysAre("gong_complete=false origin_in_enclave=false"));
+        EXPECT_TRUE(robot.asked("PresetBlackboard | ClearUpdateWarning"));
     }
 
     ScriptedRobot robot;
@@ -218,21 +189,18 @@ TEST_F(NewTask, OnANewMapTurnsMoreThanHalfRoundByOdometry)
 {
     robot.set("virtual_wall_lines", "1;2;3;4");
     robot.start("RestartCleaning");
-    robot.tickUntil("Rotate", {{"angle_deg", "360"}});
-    EXPECT_TRUE(robot.inOrder({{"SetOdometry", {}}, {"ResetMap", {}}, {"SlamReset", {}}}));
-    robot.set("current_yaw_deg", 190.0);
-    robot.set("current_odom_yaw_deg", 200.0);
+    robot.tickUntil("Rotate angle_deg=360");
+    EXPECT_TRUE(robot.inOrder("SetOdometry | ResetMap | SlamReset"));
+    robot.set("current_yaw_deg=190.0 current_odom_yaw_deg=200.0");
     robot.tick(3);
     EXPECT_TRUE(robot.askedNow("Rotate")) << "at 180 degrees";
     robot.leaf("InDockField").succeeds();
     robot.set("current_odom_yaw_deg", 201.0);
     EXPECT_EQ(robot.finish(3), SUCCESS);
     EXPECT_TRUE(robot.halted("Rotate"));
-    EXPECT_TRUE(robot.has("skip_first_rotate"));
-    EXPECT_EQ(robot.key("robot_indock"), "true");
+    EXPECT_TRUE(robot.keysAre("skip_first_rotate robot_indock=true"));
     EXPECT_EQ(robot.key("start_from_charger_yaw_deg"), "9") << "the heading when the turn began";
-    EXPECT_EQ(robot.key("reuse_cleaning"), "0");
-    EXPECT_FALSE(robot.has("virtual_wall_lines"));
+    EXPECT_TRUE(robot.keysAre("reuse_cleaning=0 -virtual_wall_lines"));
     nothingIsLeft();
 }
 
@@ -244,9 +212,7 @@ TEST_F(NewTask, OnAStoredMapTakesItsWallsAndKnowsWhetherItHasRooms)
     for (const auto& [known, resumable, value] :
          {std::tuple{true, true, "1"}, {false, true, "4"}, {true, false, "4"}}) {
         robot.set("map_id_in_map_ids", known);
-        robot.leaf("SlamIsResumable").decides([resumable = resumable](const Moment&) {
-            return resumable ? SUCCESS : FAILURE;
-        });
+        robot.leaf("SlamIsResumable").gives(resumable);
         robot.start("ReuseRestartCleaning");
         EXPECT_EQ(robot.finish(3), SUCCESS);
         EXPECT_EQ(robot.key("reuse_cleaning"), value);
@@ -283,9 +249,9 @@ protected:
     EndOfTask() : robot({"AutoModeIndex"})
     {
         robot.set("last_clean_mode", "AutoCleanMode");
-        for (const char* tree : {"AdvRestartCleaning", "AdvPreAutoOnCharger", "CleanFromChargerJudgment",
-                                 "ForceDelay", "EscapeCoat", "Back2cm", "PreprocessDealsBeforeCleaning"})
-            robot.tree(tree).succeeds();
+        robot.succeed(
+            "AdvRestartCleaning | AdvPreAutoOnCharger | CleanFromChargerJudgment | ForceDelay | EscapeCoat | "
+            "Back2cm | PreprocessDealsBeforeCleaning");
         robot.tree("RecursiveAutoMode_FollowGong").runs();
         robot.leaf("NeedInitialAutoMode").succeeds();
         robot.leaf("SlamCleanComplete").succeedsAfter(10);
@@ -298,7 +264,7 @@ protected:
         robot.forget();
         robot.set("task_state", stage);
         robot.enterMode("AutoCleanMode");
-        robot.tickUntil("SlamCleanComplete", {}, 300);
+        robot.tickUntil("SlamCleanComplete", 300);
     }
 
     SupervisedRobot robot;
@@ -307,15 +273,12 @@ protected:
 TEST_F(EndOfTask, HoldsTheNextOneUpUntilItIsClosed)
 {
     beginWith("zone_cleaning");
-    EXPECT_TRUE(robot.has("RobotModeSwitchLock"));
-    EXPECT_FALSE(robot.has("AdvCleanCompleteStart"));
+    EXPECT_TRUE(robot.keysAre("RobotModeSwitchLock -AdvCleanCompleteStart"));
     robot.tick(8);
     EXPECT_TRUE(robot.notAsked("AdvRestartCleaning"));
     robot.tick(5);
-    EXPECT_TRUE(robot.asked("GenerateCleaningLog", {{"clean_mode", "AutoCleanMode"}}));
-    EXPECT_TRUE(robot.asked("AdvRestartCleaning"));
-    EXPECT_FALSE(robot.has("AdvCleanCompleteEnd"));
-    EXPECT_EQ(robot.key("task_state"), "cleaning");
+    EXPECT_TRUE(robot.asked("GenerateCleaningLog clean_mode=AutoCleanMode | AdvRestartCleaning"));
+    EXPECT_TRUE(robot.keysAre("-AdvCleanCompleteEnd task_state=cleaning"));
 }
 
 TEST_F(EndOfTask, IsSeenToThoughTheModeThatAskedForItIsLeft)
@@ -323,8 +286,7 @@ TEST_F(EndOfTask, IsSeenToThoughTheModeThatAskedForItIsLeft)
     beginWith("zone_cleaning");
     robot.enterMode("StandbyMode");
     robot.tick(10);
-    EXPECT_TRUE(robot.asked("GenerateCleaningLog"));
-    EXPECT_TRUE(robot.asked("SaveReuseInfo"));
+    EXPECT_TRUE(robot.asked("GenerateCleaningLog | SaveReuseInfo"));
     EXPECT_EQ(robot.key("task_state"), "init");
     EXPECT_TRUE(robot.has("AdvCleanCompleteEnd")) << "nobody has taken it";
     EXPECT_TRUE(robot.notAsked("AdvRestartCleaning"));
@@ -339,13 +301,9 @@ TEST_F(EndOfTask, IsSeenToThoughTheModeThatAskedForItIsLeft)
 
 TEST_F(EndOfTask, ThatWasASearchForTheDockMakesNoLogOfAClean)
 {
-    robot.set("generate_points", 1);
-    robot.set("SFC_trapped", "");
+    robot.set("generate_points=1 SFC_trapped");
     beginWith("search_charge");
-    EXPECT_EQ(robot.key("task_state"), "init");
-    EXPECT_EQ(robot.key("MockCleaningLog"), "true");
-    EXPECT_FALSE(robot.has("generate_points"));
-    EXPECT_FALSE(robot.has("SFC_trapped"));
+    EXPECT_TRUE(robot.keysAre("task_state=init MockCleaningLog=true -generate_points -SFC_trapped"));
     robot.tick(15);
     EXPECT_FALSE(robot.has("MockCleaningLog"));
     EXPECT_TRUE(robot.asked("AdvRestartCleaning"));

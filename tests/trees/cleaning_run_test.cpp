@@ -14,8 +14,7 @@ protected:
     /// Under way, with this much dirt in a cloth that is washed by the area.
     void wipe(const CleaningModeNames& mode = kHome)
     {
-        robot.set("use_mop", true);
-        robot.set("wash_mop_mode", 10);
+        robot.set("use_mop=true wash_mop_mode=10");
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "cleaning"));
     }
 };
@@ -47,37 +46,14 @@ TEST_F(CleaningRun, IsBrokenOffAtSixteenPercentAndGoesOnFromWhereItWas)
     EXPECT_FALSE(robot.has("clean_task_end"));
 }
 
-TEST_F(CleaningRun, GoesHomeWithAClothThatIsMoreThanFullOfDirt)
-{
-    wipe();
-    robot.set("mop_dirty", 100.0);
-    robot.tick(5);
-    EXPECT_THAT(robot.requests(), IsEmpty());
-    robot.set("current_motion_type", "Gong");
-    robot.set("current_pose", 8);
-    robot.set("mop_dirty", 101.0);
-    awaitRequest(5);
-    EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
-    EXPECT_EQ(robot.key("task_state"), "lowpower");
-    EXPECT_EQ(robot.key("mop_is_dirty"), "true");
-    EXPECT_EQ(robot.key("clean_task_end"), "true");
-    EXPECT_THAT(music(), ElementsAre("58"));
-    EXPECT_EQ(robot.key("wash_mop_break_point"), "8");
-    EXPECT_EQ(robot.key("wash_mop_break_deg"), "45");
-}
-
 TEST_F(CleaningRun, OffItsLinesKeepsNoHeadingAndAnOlderBreakPointStays)
 {
     wipe();
-    robot.set("current_motion_type", "Charge");
-    robot.set("wash_mop_break_deg", 30.0);
-    robot.set("mop_dirty", 101.0);
+    robot.set("current_motion_type=Charge wash_mop_break_deg=30.0 mop_dirty=101.0");
     awaitRequest(5);
-    EXPECT_FALSE(robot.has("wash_mop_break_deg"));
-    EXPECT_EQ(robot.key("wash_mop_break_point"), "7");
+    EXPECT_TRUE(robot.keysAre("-wash_mop_break_deg wash_mop_break_point=7"));
 
-    robot.set("current_pose", 8);
-    robot.set("mop_dirty", 0.0);
+    robot.set("current_pose=8 mop_dirty=0.0");
     robot.tree("NavigateProcWithHistoryMapNoneStop").runs();
     robot.mode = kHome.mode;
     robot.start(kHome.tree);
@@ -90,24 +66,19 @@ TEST_F(CleaningRun, OffItsLinesKeepsNoHeadingAndAnOlderBreakPointStays)
 
 TEST_F(CleaningRun, KeepsABreakPointOnlyWhereTheClothIsWashedUnderWay)
 {
-    struct Row
-    {
-        const CleaningModeNames& mode;
-        int wash_mode;
-        int on_map;  // reuse_cleaning: 1 is a map of rooms
-        bool kept;
-    };
-    for (const Row& row : {Row{kHome, 10, 1, true}, Row{kHome, 0, 1, false}, Row{kHome, 0, 4, true},
-                           Row{kRooms, 0, 4, false}, Row{kZones, 10, 1, true}}) {
-        robot.erase("wash_mop_break_point");
-        robot.set("mop_dirty", 0.0);
-        wipe(row.mode);
-        robot.set("wash_mop_mode", row.wash_mode);
-        robot.set("reuse_cleaning", row.on_map);
+    for (const auto& [mode, wash_mode, on_map, kept] :
+         {std::tuple<const CleaningModeNames&, int, int, bool>{kHome, 10, 1, true},
+          {kHome, 0, 1, false},
+          {kHome, 0, 4, true},
+          {kRooms, 0, 4, false},
+          {kZones, 10, 1, true}}) {
+        robot.set("-wash_mop_break_point mop_dirty=0.0");
+        wipe(mode);
+        robot.set("wash_mop_mode", wash_mode);
+        robot.set("reuse_cleaning", on_map);
         robot.set("mop_dirty", 101.0);
         awaitRequest(5);
-        EXPECT_EQ(robot.has("wash_mop_break_point"), row.kept)
-            << row.mode.tree << ' ' << row.wash_mode << ' ' << row.on_map;
+        EXPECT_EQ(robot.has("wash_mop_break_point"), kept) << mode.tree << ' ' << wash_mode << ' ' << on_map;
     }
 }
 
@@ -152,8 +123,7 @@ TEST_F(CleaningRun, ThatIsDoneGoesHomeWithMusic)
         ASSERT_TRUE(enter(mode, "init"));
         awaitRequest();
         EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
-        EXPECT_EQ(robot.key("task_state"), "completing");
-        EXPECT_TRUE(robot.has("clean_complete"));
+        EXPECT_TRUE(robot.keysAre("task_state=completing clean_complete"));
         EXPECT_EQ(music().back(), "12");
         robot.tick();
         EXPECT_TRUE(robot.asked("RestoreCleanMode"));
@@ -169,9 +139,7 @@ TEST_F(CleaningRun, ThatGivesUpReportsATrapOnceAndGoesHomeWithItsTaskOpen)
             robot.erase(told);
             robot.erase(other);
             robot.tree(mode.coverage).failsAfter(3);
-            robot.leaf("AreaCheck").decides([shut_in = shut_in](const Moment&) {
-                return shut_in ? SUCCESS : FAILURE;
-            });
+            robot.leaf("AreaCheck").gives(shut_in);
             ASSERT_TRUE(enter(mode, "init"));
             awaitRequest();
             EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
@@ -190,19 +158,6 @@ TEST_F(CleaningRun, ThatGivesUpReportsATrapOnceAndGoesHomeWithItsTaskOpen)
     EXPECT_FALSE(robot.has("automode_trapped"));
 }
 
-TEST_F(CleaningRun, AfterAnErrorBeginsAnewWhereLittleWasCleaned)
-{
-    robot.leaf("CleanAreaTooSmall").succeeds();
-    for (const CleaningModeNames& mode : kCleaningModes) {
-        robot.set("restart_cleaning_from_err_mode", "");
-        ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "cleaning"));
-        EXPECT_TRUE(robot.asked("ResetMap")) << mode.tree;
-        EXPECT_FALSE(robot.has("restart_cleaning_from_err_mode"));
-        ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "cleaning"));
-        EXPECT_TRUE(robot.notAsked("ResetMap"));
-    }
-}
-
 // --- the spot -----------------------------------------------------------------------------------
 
 class Spot : public testing::Test
@@ -212,12 +167,10 @@ protected:
     {
         robot.obeys_requests = false;
         robot.mode = "PartCleanMode";
-        robot.set("task_state", "init");
-        robot.set("current_coord", 7);
-        for (const char* tree :
-             {"AdvCleanComplete", "AdvRestartCleaning", "AdvPreAutoOnCharger", "ForceDelay",
-              "PreprocessDealsBeforeCleaning", "EscapeCoat", "Back2cm", "OtherModePreset"})
-            robot.tree(tree).succeeds();
+        robot.set("task_state=init current_coord=7");
+        robot.succeed(
+            "AdvCleanComplete | AdvRestartCleaning | AdvPreAutoOnCharger | ForceDelay | "
+            "PreprocessDealsBeforeCleaning | EscapeCoat | Back2cm | OtherModePreset");
         robot.tree("NeighborCleaningMode").succeedsAfter(10);
     }
 
@@ -231,39 +184,21 @@ protected:
     SupervisedRobot robot;
 };
 
-TEST_F(Spot, IsCleanedWhereTheRobotStandsAndItStaysThere)
-{
-    robot.set("start_from_charger", "true");
-    clean();
-    EXPECT_TRUE(robot.inOrder({{"AdvRestartCleaning", {}},
-                               {"Rotate", {{"angle_deg", "180"}}},
-                               {"NeighborCleaningMode", {}},
-                               {"AdvCleanComplete", {}}}));
-    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
-    EXPECT_THAT(robot.music(), ElementsAre("8", "12"));
-    EXPECT_EQ(robot.key("disable_reuse_reloc_once"), "true");
-    EXPECT_EQ(robot.key("start_from_charger"), "false");
-    EXPECT_EQ(robot.key("task_state"), "completing");
-}
-
 TEST_F(Spot, ThatShutsTheRobotInIsReported)
 {
     robot.tree("NeighborCleaningMode").fails();
     clean();
     EXPECT_TRUE(robot.has("automode_trapped"));
-    EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
-    EXPECT_TRUE(robot.notAsked("RobotMopGearSet"));
+    EXPECT_TRUE(robot.notAsked("AdvCleanComplete | RobotMopGearSet"));
     EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
 
     // In a small place it is a door that closed.
-    robot.erase("automode_trapped");
-    robot.erase("have_trapped_type");
+    robot.set("-automode_trapped -have_trapped_type");
     robot.leaf("AreaCheck").succeeds();
     robot.set("mop_mode", "x");
     clean();
-    EXPECT_TRUE(robot.has("close_door_trapped"));
-    EXPECT_FALSE(robot.has("automode_trapped"));
-    EXPECT_TRUE(robot.asked("RobotMopGearSet", {{"value", "34"}}));
+    EXPECT_TRUE(robot.keysAre("close_door_trapped -automode_trapped"));
+    EXPECT_TRUE(robot.asked("RobotMopGearSet value=34"));
 }
 
 TEST_F(Spot, IsLeftBelowFifteenPercentForGood)

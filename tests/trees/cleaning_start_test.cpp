@@ -17,12 +17,9 @@ protected:
     Detach()
     {
         robot.pointsOnALine();
-        robot.set("current_yaw_deg", 90.0);
-        robot.set("current_odom", 0);
+        robot.set("current_yaw_deg=90.0 current_odom=0");
         robot.leaf("DetachNode").runs();
-        robot.leaf("NotTrapped").succeeds();
-        robot.leaf("IfOnAPlane").succeeds();
-        robot.tree("Escape").succeeds();
+        robot.succeed("NotTrapped | IfOnAPlane | Escape");
     }
 
     void leaveDock()
@@ -39,12 +36,11 @@ TEST_F(Detach, EndsHalfAMetreOff)
     leaveDock();
     robot.set("current_odom", -499);
     robot.tick(3);
-    EXPECT_TRUE(robot.askedNow("DetachNode", {{"back_speed", "-160"}}));
+    EXPECT_TRUE(robot.askedNow("DetachNode back_speed=-160"));
     robot.set("current_odom", -500);
     EXPECT_EQ(robot.finish(5), SUCCESS);
     EXPECT_TRUE(robot.halted("DetachNode"));
-    EXPECT_TRUE(robot.has("infrared_calibration_finished"));
-    EXPECT_EQ(robot.key("back_origin_yaw"), "90");
+    EXPECT_TRUE(robot.keysAre("infrared_calibration_finished back_origin_yaw=90"));
     EXPECT_TRUE(robot.notAsked("Rotate"));
 }
 
@@ -52,15 +48,14 @@ TEST_F(Detach, ThatGetsNowhereEndsAfterFifteenSecondsAndTheTaskGoesOn)
 {
     leaveDock();
     EXPECT_EQ(robot.finish(900), SUCCESS);
-    EXPECT_EQ(robot.framesOf("DetachNode", {{"back_speed", "-160"}}), 750);
+    EXPECT_EQ(robot.framesOf("DetachNode back_speed=-160"), 750);
     EXPECT_TRUE(robot.has("infrared_calibration_finished"));
 }
 
 TEST_F(Detach, CalibratesTheReceiversBetweenAQuarterAndHalfAMetre)
 {
     for (const auto& [mm, calibrates] : {std::pair{-250, false}, {-251, true}, {-499, true}, {-500, false}}) {
-        robot.erase("need_infrared_calibration");
-        robot.set("current_odom", 0);
+        robot.set("-need_infrared_calibration current_odom=0");
         leaveDock();
         robot.set("current_odom", mm);
         robot.tick();
@@ -79,8 +74,7 @@ TEST_F(Detach, ARobotThatLeansBacksOnUntilItIsLevelOrIsKnownToLean)
     for (const Row& row : {Row{40, false}, Row{120, false}, Row{145, false}, Row{1000, true}}) {
         robot.erase("robot_leans_charger");
         robot.leaf("IfOnAPlane").decides([this, &row](const Moment&) {
-            return robot.framesOf("DetachNode", {{"back_speed", "-80"}}) >= row.level_after ? SUCCESS
-                                                                                            : FAILURE;
+            return robot.framesOf("DetachNode back_speed=-80") >= row.level_after ? SUCCESS : FAILURE;
         });
         robot.set("current_odom", 0);
         leaveDock();
@@ -97,8 +91,7 @@ TEST_F(Detach, AHeadingThatTheEscapeTurnedIsTakenUpAgain)
     leaveDock();
     robot.set("current_odom", -500);
     EXPECT_EQ(robot.finish(5), SUCCESS);
-    EXPECT_TRUE(robot.asked("Rotate", {{"angle_deg", "90"}, {"false_relative_true_absolute", "true"}}));
-    EXPECT_TRUE(robot.asked("ModifyYaw"));
+    EXPECT_TRUE(robot.asked("Rotate angle_deg=90 false_relative_true_absolute=true | ModifyYaw"));
 }
 
 /// Where a task begins.
@@ -107,11 +100,8 @@ class LeaveDock : public testing::Test
 protected:
     LeaveDock()
     {
-        for (const char* tree : {"EscapeCoat", "PreAutoOnCharger"})
-            robot.tree(tree).succeeds();
-        robot.set("current_odom", 3);
-        robot.set("current_pose", 4);
-        robot.set("robot_moved", "false");
+        robot.succeed("EscapeCoat | PreAutoOnCharger");
+        robot.set("current_odom=3 current_pose=4 robot_moved=false");
         robot.leaf("GoBackwards").runs();
     }
 
@@ -130,8 +120,7 @@ TEST_F(LeaveDock, OnItTheStoredMapIsOfferedAndTheOdometryNoted)
 {
     robot.leaf("GotCharger").succeeds();
     EXPECT_EQ(startFromCharger("init"), "true");
-    EXPECT_TRUE(robot.inOrder(
-        {{"UpdateReuseAppMap", {{"mode", "on_charger"}}}, {"SlamPrestart", {}}, {"PreAutoOnCharger", {}}}));
+    EXPECT_TRUE(robot.inOrder("UpdateReuseAppMap mode=on_charger | SlamPrestart | PreAutoOnCharger"));
     EXPECT_EQ(robot.key("odom_pos_before"), "3");
     EXPECT_FALSE(robot.has("on_charger_pose")) << "no map is stored";
     EXPECT_TRUE(robot.has("clean_start_vw_check"));
@@ -140,8 +129,7 @@ TEST_F(LeaveDock, OnItTheStoredMapIsOfferedAndTheOdometryNoted)
     robot.leaf("GotCharger").fails();
     robot.set("just_on_charger", "");
     EXPECT_EQ(startFromCharger("cleaning"), "true");
-    EXPECT_EQ(robot.key("on_charger_pose"), "4");
-    EXPECT_EQ(robot.key("reuse_from_charger"), "false");
+    EXPECT_TRUE(robot.keysAre("on_charger_pose=4 reuse_from_charger=false"));
     EXPECT_TRUE(robot.notAsked("UpdateReuseAppMap"));
 }
 
@@ -160,9 +148,7 @@ TEST_F(LeaveDock, OffItItsPoseIsKeptWhereNobodyMovedTheRobotSince)
              {Row{"true", false, "false", "init", "true"}, Row{"true", false, "false", "cleaning", "false"},
               Row{"false", true, "false", "cleaning", "true"}, Row{"true", true, "true", "init", "false"},
               Row{"false", false, "false", "init", "false"}}) {
-            robot.leaf("DoesRobotGetChargerSigCheck").decides([near](const Moment&) {
-                return near ? SUCCESS : FAILURE;
-            });
+            robot.leaf("DoesRobotGetChargerSigCheck").gives(near);
             robot.set("record_charge_pose_start", row.noted);
             robot.erase("from_charge_fake_flag");
             if (row.fake)
@@ -178,8 +164,7 @@ TEST_F(LeaveDock, OffItItsPoseIsKeptWhereNobodyMovedTheRobotSince)
 TEST_F(LeaveDock, MovedWhileItWaitedForChargeItMustFindItsPlace)
 {
     for (const auto& [stage, moved] : {std::pair{"area_lowpower", true}, {"cleaning", false}}) {
-        robot.set("moved_during_lowpower", "");
-        robot.erase("moved_during_pause");
+        robot.set("moved_during_lowpower -moved_during_pause");
         startFromCharger(stage);
         EXPECT_FALSE(robot.has("moved_during_lowpower"));
         EXPECT_EQ(robot.has("moved_during_pause"), moved) << stage;
@@ -190,16 +175,13 @@ TEST_F(LeaveDock, MovedWhileItWaitedForChargeItMustFindItsPlace)
 TEST(DockPose, IsReckonedFromTheDriveOffOrForgotten)
 {
     ScriptedRobot robot;
-    robot.set("current_odom", 3);
-    robot.set("start_from_charger", "true");
-    robot.set("start_from_charger_pose", 5);
+    robot.set("current_odom=3 start_from_charger=true start_from_charger_pose=5");
     robot.start("CalcChargerPositionOrNot");
     EXPECT_EQ(robot.finish(3), SUCCESS);
-    EXPECT_TRUE(robot.asked("CalcChargerPosition", {{"out_charger_position", "charger_position"}}));
+    EXPECT_TRUE(robot.asked("CalcChargerPosition out_charger_position=charger_position"));
     EXPECT_EQ(robot.key("odom_pos_after"), "3");
 
-    robot.set("OdomAfterCopied", "true");
-    robot.set("current_odom", 9);
+    robot.set("OdomAfterCopied=true current_odom=9");
     robot.start("CalcChargerPositionOrNot");
     robot.finish(3);
     EXPECT_EQ(robot.key("odom_pos_after"), "3") << "noted before";
@@ -211,8 +193,7 @@ TEST(DockPose, IsReckonedFromTheDriveOffOrForgotten)
     EXPECT_TRUE(robot.notAsked("CalcChargerPosition"));
     EXPECT_FALSE(robot.has("start_from_charger_pose"));
 
-    robot.set("start_from_charger_pose", 5);
-    robot.set("start_from_charger", "false");
+    robot.set("start_from_charger_pose=5 start_from_charger=false");
     robot.start("CalcChargerPositionOrNot");
     robot.finish(3);
     EXPECT_FALSE(robot.has("start_from_charger_pose"));
@@ -228,20 +209,13 @@ protected:
     {
         robot.obeys_requests = false;
         robot.mode = "AutoCleanMode";
-        robot.set("use_mop", true);
-        robot.set("start_from_charger", "false");
-        robot.set("task_state", "precleaning");
-        robot.set("marker_signal_type", "None");
-        robot.leaf("NotTrapped").succeeds();
-        robot.tree("Escape").succeeds();
-        robot.tree("AdvCleanComplete").succeeds();
-        robot.tree("GoChargingFullRoundTurn").succeeds();
+        robot.set("use_mop=true start_from_charger=false task_state=precleaning marker_signal_type=None");
+        robot.succeed("NotTrapped | Escape | AdvCleanComplete | GoChargingFullRoundTurn");
     }
 
     std::vector<std::string> judge()
     {
-        robot.set("robot_indock", "true");
-        robot.erase("need_back_station");
+        robot.set("robot_indock=true -need_back_station");
         robot.forgetRequests();
         robot.start("CleanFromChargerJudgment");
         EXPECT_NE(robot.finish(300), RUNNING);
@@ -256,8 +230,7 @@ protected:
 
 TEST_F(ClothAtStart, WithoutOneNothingIsAsked)
 {
-    robot.set("start_from_charger_pose", 5);
-    robot.set("use_mop", false);
+    robot.set("start_from_charger_pose=5 use_mop=false");
     EXPECT_THAT(judge(), IsEmpty());
     robot.erase("use_mop");
     EXPECT_THAT(judge(), IsEmpty());
@@ -268,8 +241,7 @@ TEST_F(ClothAtStart, GoesToTheStationFirstWhereItKnowsTheWayOrHearsTheDock)
     robot.set("reuse_cleaning", 1);
     EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
     EXPECT_EQ(robot.key("task_state"), "precleaning");
-    robot.set("reuse_cleaning", 0);
-    robot.set("start_from_charger_pose", 5);
+    robot.set("reuse_cleaning=0 start_from_charger_pose=5");
     EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
     EXPECT_TRUE(robot.notAsked("GoChargingFullRoundTurn"));
 
@@ -284,9 +256,7 @@ TEST_F(ClothAtStart, ThatHearsNoDockDoesNotBegin)
     robot.leaf("SignalTypeMatch").succeeds();
     for (const bool turned : {true, false}) {
         robot.erase("PushInfoApp");
-        robot.tree("GoChargingFullRoundTurn").decides([turned](const Moment&) {
-            return turned ? SUCCESS : FAILURE;
-        });
+        robot.tree("GoChargingFullRoundTurn").gives(turned);
         EXPECT_THAT(judge(), ElementsAre("StandbyMode"));
         EXPECT_TRUE(robot.has("PushInfoApp"));
         EXPECT_EQ(robot.music().back(), "112");
@@ -299,25 +269,21 @@ TEST_F(ClothAtStart, ThatHearsNoDockDoesNotBegin)
 
 TEST_F(ClothAtStart, ASelectionThatIsNowToBeMoppedKeepsItsInputForAfterTheVisit)
 {
-    struct Row
-    {
-        const char* stage;
-        const char* input;
-        const char* flag;
-    };
-    for (const Row& row : {Row{"area_cleaning", "Areas_Clean_Set_List_Ping", nullptr},
-                           Row{"zone_cleaning", "Draw_Area_Set_Ping", "reset_zone_cleaning"},
-                           Row{"point_cleaning", "Select_Point_Set_Ping", "reset_point_cleaning"}}) {
-        robot.set("task_state", row.stage);
+    for (const auto& [stage, input, flag] :
+         {std::tuple<const char*, const char*, const char*>{"area_cleaning", "Areas_Clean_Set_List_Ping",
+                                                            nullptr},
+          {"zone_cleaning", "Draw_Area_Set_Ping", "reset_zone_cleaning"},
+          {"point_cleaning", "Select_Point_Set_Ping", "reset_point_cleaning"}}) {
+        robot.set("task_state", stage);
         robot.set("changed_mop_mode", "1");
-        robot.set(std::string(row.input) + "_bak", "kept");
-        if (row.flag != nullptr)
-            robot.set(std::string(row.flag) + "_bak", "kept too");
+        robot.set(std::string(input) + "_bak", "kept");
+        if (flag != nullptr)
+            robot.set(std::string(flag) + "_bak", "kept too");
         EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
-        EXPECT_EQ(robot.key("task_state"), "precleaning") << row.stage;
-        EXPECT_EQ(robot.key(row.input), "kept");
-        EXPECT_FALSE(robot.has(std::string(row.input) + "_bak"));
-        EXPECT_TRUE(row.flag == nullptr || robot.key(row.flag) == "kept too") << row.stage;
+        EXPECT_EQ(robot.key("task_state"), "precleaning") << stage;
+        EXPECT_EQ(robot.key(input), "kept");
+        EXPECT_FALSE(robot.has(std::string(input) + "_bak"));
+        EXPECT_TRUE(flag == nullptr || robot.key(flag) == "kept too") << stage;
     }
     robot.set("task_state", "lowpower");
     EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));

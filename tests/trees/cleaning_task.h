@@ -34,26 +34,18 @@ protected:
     CleaningTask() : robot({kHome.tree, kRooms.tree, kZones.tree, kPoint.tree})
     {
         robot.obeys_requests = false;
-        for (const char* key : {"current_pose", "current_coord", "current_odom", "gridmap_limit"})
-            robot.set(key, 7);
-        robot.set("current_yaw_deg", 45.0);
-        robot.set("start_from_charger", "false");
-        robot.set("moved_during_pause", "false");
-        robot.set("segment_map", 1);
-        robot.set("clean_time_for_app", 0);
-        for (const char* leaf :
-             {"NeedInitialAutoMode", "SlamIsResumable", "IsPointInRectangle", "IsReuseInfoExist"})
-            robot.leaf(leaf).succeeds();
+        robot.set("current_pose=7 current_coord=7 current_odom=7 gridmap_limit=7 current_yaw_deg=45.0");
+        robot.set("start_from_charger=false moved_during_pause=false segment_map=1 clean_time_for_app=0");
+        robot.succeed("NeedInitialAutoMode | SlamIsResumable | IsPointInRectangle | IsReuseInfoExist");
         // At exactly so much a battery is not above it.
         robot.leaf("RobotPowerGetHigherThan").decides([this](const Moment& now) {
             return robot.battery > std::stoi(now.port("capability")) ? SUCCESS : FAILURE;
         });
-        for (const char* tree :
-             {"AdvCleanComplete", "SearchChargeEnding", "AdvRestartCleaning", "RestartCleaning",
-              "ReuseRestartCleaning", "AdvPreAutoOnCharger", "CleanFromChargerJudgment",
-              "PreprocessDealsBeforeCleaning", "EscapeCoat", "Back2cm", "ActiveRelocalize_LdsInteractive",
-              "NavigateProcWithHistoryMapNoneStop"})
-            robot.tree(tree).succeeds();
+        robot.succeed(
+            "AdvCleanComplete | SearchChargeEnding | AdvRestartCleaning | RestartCleaning | "
+            "ReuseRestartCleaning | AdvPreAutoOnCharger | CleanFromChargerJudgment | "
+            "PreprocessDealsBeforeCleaning | EscapeCoat | Back2cm | ActiveRelocalize_LdsInteractive | "
+            "NavigateProcWithHistoryMapNoneStop");
         robot.tree("ForceDelay").succeedsAfter(2);
         for (const char* coverage : {kHome.coverage, kRooms.coverage})
             robot.tree(coverage).runs();

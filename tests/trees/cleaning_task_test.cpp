@@ -8,7 +8,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-const PortValues kHalfTurn = {{"angle_deg", "180"}};
+constexpr const char* kHalfTurn = "Rotate angle_deg=180";
 
 // --- which task this is -------------------------------------------------------------------------
 
@@ -45,29 +45,23 @@ TEST_F(CleaningTask, OwnStagesGoOnAndThoseOfOtherTasksAreClosedAndBegunAnew)
 
 TEST_F(CleaningTask, ThatHasBegunItsMapOnceDoesNotBeginItAgainUnlessAnotherModeWasLast)
 {
-    struct Row
-    {
-        const CleaningModeNames& mode;
-        bool begun;
-        const char* last;
-        const char* steps;
-    };
-    const Row rows[] = {{kHome, false, "AutoCleanMode", "A"},
-                        {kHome, true, "AutoCleanMode", ""},
-                        {kHome, true, "SelectAreaCleanMode", "A"},
-                        {kRooms, true, "SelectAreaCleanMode", ""},
-                        {kRooms, true, "AutoCleanMode", "A"},
-                        {kPoint, true, "SelectPointCleanMode", ""},
-                        {kPoint, true, "AutoCleanMode", "A"},
-                        // Drawn rectangles go by the kind of task, which has been noted by then.
-                        {kZones, true, "AutoCleanMode", ""}};
-    for (const Row& row : rows) {
-        if (row.begun)
+    const std::tuple<const CleaningModeNames&, bool, const char*, const char*> rows[] = {
+        {kHome, false, "AutoCleanMode", "A"},
+        {kHome, true, "AutoCleanMode", ""},
+        {kHome, true, "SelectAreaCleanMode", "A"},
+        {kRooms, true, "SelectAreaCleanMode", ""},
+        {kRooms, true, "AutoCleanMode", "A"},
+        {kPoint, true, "SelectPointCleanMode", ""},
+        {kPoint, true, "AutoCleanMode", "A"},
+        // Drawn rectangles go by the kind of task, which has been noted by then.
+        {kZones, true, "AutoCleanMode", ""}};
+    for (const auto& [mode, begun, last, steps] : rows) {
+        if (begun)
             robot.set("no_restart_flag", "true");
-        robot.set("last_clean_mode", row.last);
-        ASSERT_TRUE(enter(row.mode, "precleaning"));
-        EXPECT_EQ(closedAndBegun(), row.steps) << row.mode.tree << ' ' << row.last;
-        EXPECT_EQ(robot.key("last_clean_mode"), row.mode.mode);
+        robot.set("last_clean_mode", last);
+        ASSERT_TRUE(enter(mode, "precleaning"));
+        EXPECT_EQ(closedAndBegun(), steps) << mode.tree << ' ' << last;
+        EXPECT_EQ(robot.key("last_clean_mode"), mode.mode);
     }
 }
 
@@ -108,28 +102,26 @@ TEST_F(CleaningTask, RoomsNeedAStoredMapThatHasSome)
 
 TEST_F(CleaningTask, TellsByMusicWhetherItBeginsOrGoesOn)
 {
-    struct Row
-    {
-        const CleaningModeNames& mode;
-        const char* begins;
-    };
-    for (const Row& row : {Row{kHome, "7"}, Row{kRooms, "56"}, Row{kZones, "57"}, Row{kPoint, "76"}}) {
-        const std::string prefix = row.mode.prefix;
+    for (const auto& [mode, begins] : {std::tuple<const CleaningModeNames&, const char*>{kHome, "7"},
+                                       {kRooms, "56"},
+                                       {kZones, "57"},
+                                       {kPoint, "76"}}) {
+        const std::string prefix = mode.prefix;
         for (const char* stage : {"init", "completing"}) {
-            enter(row.mode, stage);
-            EXPECT_THAT(music(), ElementsAre(row.begins)) << row.mode.tree;
+            enter(mode, stage);
+            EXPECT_THAT(music(), ElementsAre(begins)) << mode.tree;
         }
-        enter(row.mode, prefix + "cleaning");
+        enter(mode, prefix + "cleaning");
         EXPECT_THAT(music(), ElementsAre("58"));
         for (const char* stage : {"lowpower", "lowpower_pause"}) {
             robot.erase("break_point_start_clean");
-            enter(row.mode, prefix + stage);
+            enter(mode, prefix + stage);
             EXPECT_THAT(music(), ElementsAre("10")) << prefix << stage;
             EXPECT_TRUE(robot.has("break_point_start_clean"));
         }
         // Back from a wash.
         robot.set("mop_is_dirty", "true");
-        enter(row.mode, prefix + "lowpower");
+        enter(mode, prefix + "lowpower");
         EXPECT_THAT(music(), IsEmpty());
         EXPECT_FALSE(robot.has("mop_is_dirty"));
     }
@@ -143,16 +135,15 @@ TEST_F(CleaningTask, ThatAScheduleBeganClosesTheOpenTaskUnlessItIsOne)
     robot.leaf("DoesExcuteOrderAutoMode").succeeds();
     for (const char* tree : {"SearchChargeEnding", "AdvCleanComplete"})
         robot.tree(tree).writes("task_state", std::string("init"));
-    struct Row
-    {
-        const char* stage;
-        const char* steps;
-    };
-    for (const Row& row : {Row{"init", "A"}, Row{"search_charge", "SA"}, Row{"zone_cleaning", "CA"},
-                           Row{"area_lowpower", "CA"}, Row{"cleaning", ""}, Row{"lowpower", ""}}) {
-        ASSERT_TRUE(enter(kHome, row.stage));
-        EXPECT_THAT(music(), ElementsAre("9")) << row.stage;
-        EXPECT_EQ(closedAndBegun(), row.steps) << row.stage;
+    for (const auto& [stage, steps] : {std::tuple<const char*, const char*>{"init", "A"},
+                                       {"search_charge", "SA"},
+                                       {"zone_cleaning", "CA"},
+                                       {"area_lowpower", "CA"},
+                                       {"cleaning", ""},
+                                       {"lowpower", ""}}) {
+        ASSERT_TRUE(enter(kHome, stage));
+        EXPECT_THAT(music(), ElementsAre("9")) << stage;
+        EXPECT_EQ(closedAndBegun(), steps) << stage;
         EXPECT_EQ(robot.key("start_clean_method_app"), "7");
     }
 
@@ -168,14 +159,6 @@ TEST_F(CleaningTask, ThatAScheduleBeganClosesTheOpenTaskUnlessItIsOne)
 
 // --- the map of a task that goes on -------------------------------------------------------------
 
-TEST_F(CleaningTask, GoesOnWithoutALookAroundWhereNothingMoved)
-{
-    ASSERT_TRUE(enter(kHome, "cleaning"));
-    EXPECT_TRUE(robot.notAsked("ActiveRelocalize_LdsInteractive"));
-    EXPECT_TRUE(robot.notAsked("Rotate", kHalfTurn));
-    EXPECT_FALSE(robot.has("continue_cleaning"));
-}
-
 TEST_F(CleaningTask, LooksForItsPlaceWhereItWasMovedOrLostItsMap)
 {
     for (const CleaningModeNames& mode : kCleaningModes) {
@@ -183,7 +166,7 @@ TEST_F(CleaningTask, LooksForItsPlaceWhereItWasMovedOrLostItsMap)
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "cleaning"));
         EXPECT_THAT(music(), ElementsAre("58", "30", "54"));
         EXPECT_EQ(closedAndBegun(), "");
-        EXPECT_TRUE(robot.notAsked("Rotate", kHalfTurn));
+        EXPECT_TRUE(robot.notAsked(kHalfTurn));
         EXPECT_EQ(robot.key("moved_during_pause"), "false");
     }
     robot.leaf("SlamIsResumable").fails();
@@ -198,11 +181,10 @@ TEST_F(CleaningTask, OfTheWholeHomeThatIsLostIsBegunAnew)
     ASSERT_TRUE(enter(kHome, "cleaning"));
     EXPECT_THAT(music(), ElementsAre("58", "30", "31"));
     EXPECT_EQ(closedAndBegun(), "CN");
-    EXPECT_TRUE(robot.asked("Rotate", kHalfTurn)) << "the first turn of a new map";
+    EXPECT_TRUE(robot.asked(kHalfTurn)) << "the first turn of a new map";
 
     robot.tree("ActiveRelocalize_LdsInteractive").fails();
-    robot.set("moved_during_pause", "true");
-    robot.set("clean_relo_fail_reuse_relo_succ", "true");
+    robot.set("moved_during_pause=true clean_relo_fail_reuse_relo_succ=true");
     ASSERT_TRUE(enter(kHome, "cleaning"));
     EXPECT_THAT(music(), ElementsAre("58", "30", "54"));
     EXPECT_EQ(closedAndBegun(), "CR");
@@ -218,8 +200,7 @@ TEST_F(CleaningTask, OfASelectionThatIsLostBecomesASilentCleanOfTheWholeHome)
         EXPECT_THAT(robot.requests(), ElementsAre("AutoCleanMode"));
         EXPECT_THAT(music(), ElementsAre("58", "30", "31"));
         EXPECT_EQ(closedAndBegun(), "C");
-        EXPECT_EQ(robot.key("task_state"), "init");
-        EXPECT_EQ(robot.key("just_damode_reuse_failed"), "true");
+        EXPECT_TRUE(robot.keysAre("task_state=init just_damode_reuse_failed=true"));
 
         ASSERT_TRUE(enter(kHome, "init"));
         EXPECT_THAT(music(), IsEmpty());
@@ -231,47 +212,39 @@ TEST_F(CleaningTask, OfASelectionThatIsLostBecomesASilentCleanOfTheWholeHome)
 
 TEST_F(CleaningTask, NotesTheDockFromWhereItBeganAndTurnsOnceUnlessItHas)
 {
-    robot.set("start_from_charger", "true");
-    robot.set("start_from_charger_yaw_deg", 12.0);
+    robot.set("start_from_charger=true start_from_charger_yaw_deg=12.0");
     robot.leaf("DoesInitialIMUPoseDriftEnable").succeeds();
     ASSERT_TRUE(enter(kHome, "init"));
     EXPECT_TRUE(robot.asked("CalcChargerPosition"));
-    EXPECT_TRUE(robot.asked("PlainPoseMmSetYaw", {{"key", "start_from_charger_pose"}, {"yaw_deg", "12"}}));
-    EXPECT_EQ(robot.key("only_charger_in_map"), "7");
-    EXPECT_FALSE(robot.has("start_from_charger_yaw_deg"));
-    EXPECT_TRUE(robot.asked("Rotate", kHalfTurn));
-    EXPECT_TRUE(robot.asked("GetIMUPose", {{"storage", "IMU_POSE_TurnEnd"}}));
+    EXPECT_TRUE(robot.asked("PlainPoseMmSetYaw key=start_from_charger_pose yaw_deg=12"));
+    EXPECT_TRUE(robot.keysAre("only_charger_in_map=7 -start_from_charger_yaw_deg"));
+    EXPECT_TRUE(robot.asked(kHalfTurn));
+    EXPECT_TRUE(robot.asked("GetIMUPose storage=IMU_POSE_TurnEnd"));
     EXPECT_TRUE(robot.has("IMUInitDriftEvent"));
 
     // A pose that is known stays.
-    robot.set("current_pose", 9);
-    robot.set("skip_first_rotate", "");
+    robot.set("current_pose=9 skip_first_rotate");
     robot.tree("AdvRestartCleaning").writes("skip_first_rotate", std::string());
     ASSERT_TRUE(enter(kHome, "init"));
     EXPECT_EQ(robot.key("start_from_charger_pose"), "7");
-    EXPECT_TRUE(robot.notAsked("Rotate", kHalfTurn));
+    EXPECT_TRUE(robot.notAsked(kHalfTurn));
 }
 
 TEST_F(CleaningTask, TakesNewInputOfTheAppAtItsStartAndNotUnderWay)
 {
-    struct Row
-    {
-        const CleaningModeNames& mode;
-        const char* input;
-        const char* taken;
-    };
     robot.set("is_ordering_task", false);
-    for (const Row& row : {Row{kRooms, "Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List"},
-                           Row{kZones, "Draw_Area_Set_Ping", "Draw_Area_Set"},
-                           Row{kPoint, "Select_Point_Set_Ping", "Select_Point_Set"}}) {
-        robot.set(row.input, "first");
-        ASSERT_TRUE(enter(row.mode, "init"));
-        EXPECT_EQ(robot.key(row.taken), "first");
-        EXPECT_FALSE(robot.has(row.input));
-        robot.set(row.input, "second");
+    for (const auto& [mode, input, taken] : {std::tuple<const CleaningModeNames&, const char*, const char*>{
+                                                 kRooms, "Areas_Clean_Set_List_Ping", "Areas_Clean_Set_List"},
+                                             {kZones, "Draw_Area_Set_Ping", "Draw_Area_Set"},
+                                             {kPoint, "Select_Point_Set_Ping", "Select_Point_Set"}}) {
+        robot.set(input, "first");
+        ASSERT_TRUE(enter(mode, "init"));
+        EXPECT_EQ(robot.key(taken), "first");
+        EXPECT_FALSE(robot.has(input));
+        robot.set(input, "second");
         robot.tick(20);
-        EXPECT_EQ(robot.key(row.taken), "first");
-        EXPECT_TRUE(robot.has(row.input));
+        EXPECT_EQ(robot.key(taken), "first");
+        EXPECT_TRUE(robot.has(input));
     }
 }
 
@@ -292,8 +265,7 @@ TEST_F(CleaningTask, AreasThatCannotBeSetAreNotCleaned)
 TEST_F(CleaningTask, GoesRoomByRoomOnAMapOfRoomsAndKeepsToThat)
 {
     const auto rooms = [this] { return bool(robot.asked(kRooms.coverage)); };
-    robot.set("segments_layer", 1);
-    robot.set("reuse_cleaning", 0);
+    robot.set("segments_layer=1 reuse_cleaning=0");
     enter(kHome, "init");
     EXPECT_FALSE(rooms()) << "on a new map";
 
@@ -307,14 +279,12 @@ TEST_F(CleaningTask, GoesRoomByRoomOnAMapOfRoomsAndKeepsToThat)
     robot.tick(10);
     EXPECT_TRUE(robot.askedNow(kRooms.coverage)) << "chosen once a task";
 
-    robot.set("is_ordering_task", true);
-    robot.set("order_map", 1);
+    robot.set("is_ordering_task=true order_map=1");
     ASSERT_TRUE(enter(by_room, "init"));
     EXPECT_EQ(robot.key("segment_map_info"), "order_map");
     robot.tree(kRooms.coverage).succeeds();
     awaitRequest();
-    EXPECT_EQ(robot.key("segment_map_info"), "segment_map");
-    EXPECT_FALSE(robot.has("order_map"));
+    EXPECT_TRUE(robot.keysAre("segment_map_info=segment_map -order_map"));
 }
 
 TEST_F(CleaningTask, IsCalledHomeByTheStation)

@@ -102,10 +102,8 @@ TEST_F(Command, OfTheHomeKeySendsTheRobotHomeUnlessItIsThere)
 {
     EXPECT_THAT(pressed(kHome, "StandbyMode"), ElementsAre("BackHomeMode"));
     EXPECT_EQ(robot.key("start_backhome_method_key"), "2");
-    robot.erase("start_backhome_method_key");
-    robot.set("start_backhome_method_app", "1");
-    robot.set("task_state", "completing");
-    robot.set("last_clean_mode", "FastMapBuildMode");
+    robot.set("-start_backhome_method_key start_backhome_method_app=1 task_state=completing");
+    robot.set("last_clean_mode=FastMapBuildMode");
     EXPECT_THAT(pressed(kHome, "StandbyMode"), ElementsAre("BackHomeMode"));
     EXPECT_FALSE(robot.has("start_backhome_method_key")) << "the app was first";
     EXPECT_EQ(robot.key("FastMapCleanCancleFlag"), "true");

@@ -13,20 +13,15 @@ protected:
     HomeToCover()
     {
         robot.pointsOnALine();
-        for (const char* point :
-             {"current_pose", "current_coord", "navi_target_point", "search_target_point"})
-            robot.set(point, 0);
-        robot.set("gridmap_limit", "home");
-        robot.set("map_mask", 0);
-        robot.set("path_bridge_max_failure_cnt", 0);
-        robot.leaf("GridmapLimitCheck").decides([this](const Moment&) { return on_map ? SUCCESS : FAILURE; });
+        robot.set("current_pose=0 current_coord=0 navi_target_point=0 search_target_point=0");
+        robot.set("gridmap_limit=home map_mask=0 path_bridge_max_failure_cnt=0");
+        robot.leaf("GridmapLimitCheck").follows(on_map);
         robot.leaf("InCurrentSubregion").succeeds();
         robot.leaf("AwesomeSearch").fails();
         search("Origin").succeeds();
         robot.leaf("FixSubregions").writes("subregion_fixed", std::string("true"));
-        for (const char* motion : {"EscapeCoat", "NavigateProc", "NavigateProcWithHistoryMap",
-                                   "NavigateFollowWall", "BackToOrigin"})
-            robot.tree(motion).succeeds();
+        robot.succeed(
+            "EscapeCoat | NavigateProc | NavigateProcWithHistoryMap | NavigateFollowWall | BackToOrigin");
         robot.tree("PlanInSubregion_FollowGong").decides([this](const Moment&) {
             parts.push_back(robot.key("current_subregion").value_or(""));
             return SUCCESS;
@@ -39,8 +34,8 @@ protected:
     void barTheWayBack(bool by_polygon_wall)
     {
         search("Origin").decides([by_polygon_wall, this](const Moment&) {
-            const bool open = by_polygon_wall &&
-                              robot.askedNow("TemporarilyDisableSensor", {{"sensor", "PolygonVirtualWall"}});
+            const bool open =
+                by_polygon_wall && robot.askedNow("TemporarilyDisableSensor sensor=PolygonVirtualWall");
             return open ? SUCCESS : FAILURE;
         });
     }
@@ -82,8 +77,7 @@ TEST_F(HomeToCover, EndsWhenNoFloorIsReachedThatASearchOffers)
     robot.tree("NavigateFollowWall").failsAfter(2);
     robot.start("AutoMode_FollowGong");
     EXPECT_EQ(robot.finish(200), SUCCESS) << robot.transcript().print();
-    EXPECT_TRUE(robot.started(5, "NavigateProc"));
-    EXPECT_TRUE(robot.started(5, "NavigateFollowWall"));
+    EXPECT_TRUE(robot.started(5, "NavigateProc | NavigateFollowWall"));
     EXPECT_EQ(parts.size(), 1U) << "only where it stood";
 }
 
@@ -92,7 +86,7 @@ TEST_F(HomeToCover, ADoubtfulWayBackIsDrivenAndLookedAtAgain)
     robot.set("path_bridge_max_failure_cnt", 1);
     robot.tree("NavigateProc").decides([this](const Moment&) {
         EXPECT_EQ(robot.key("ignore_pointcloud_during_escaping"), "true");
-        EXPECT_TRUE(robot.askedNow("TemporarilyDisableSensor", {{"sensor", "LaserTofPointcloud"}}));
+        EXPECT_TRUE(robot.askedNow("TemporarilyDisableSensor sensor=LaserTofPointcloud"));
         robot.set("path_bridge_max_failure_cnt", 0);
         return SUCCESS;
     });
@@ -108,8 +102,7 @@ TEST_F(HomeToCover, ADoorThatClosedBehindTheRobotIsATrapAndAPolygonWallIsNone)
     for (const bool by_polygon_wall : {false, true}) {
         barTheWayBack(by_polygon_wall);
         for (const char* coverage : {"AutoMode_FollowGong", "RecursiveAutoMode_GongFollow"}) {
-            robot.tree("IncreaseCoverage_mod").succeeds();
-            robot.leaf("GongCompleteReconfirm").succeeds();
+            robot.succeed("IncreaseCoverage_mod | GongCompleteReconfirm");
             robot.start(coverage);
             EXPECT_EQ(robot.finish(200), by_polygon_wall ? SUCCESS : FAILURE) << coverage;
             EXPECT_FALSE(robot.has("OnElave")) << "it does not outlive " << coverage;
@@ -124,15 +117,9 @@ class RoomsToClean : public HomeToCover
 protected:
     RoomsToClean()
     {
-        robot.set("segment_map_info", "segment_map");
-        robot.set("is_draw_area_cleaning", "true");
-        robot.set("in_new_area", "false");
-        robot.set("reuse_cleaning", 0);
-        robot.set("use_mop", false);
-        robot.set("wash_mop_mode", 1);
-        robot.set("gong_vertically", true);
-        for (const char* passes : {"InCurrentDomain", "TargetInCurrentSubregion", "ExceedMaxTimes"})
-            robot.leaf(passes).succeeds();
+        robot.set("segment_map_info=segment_map is_draw_area_cleaning=true in_new_area=false");
+        robot.set("reuse_cleaning=0 use_mop=false wash_mop_mode=1 gong_vertically=true");
+        robot.succeed("InCurrentDomain | TargetInCurrentSubregion | ExceedMaxTimes");
         search("Target").succeeds();
         robot.leaf("SetCurrentArea").decides([this](const Moment&) {
             robot.set("current_area_val", room);
@@ -167,9 +154,7 @@ TEST_F(RoomsToClean, TheClothIsWashedBetweenRoomsAndNotBeforeTheFirst)
     for (const auto& [wash_mop_mode, count] : {std::pair{0, 2}, {0, 1}, {1, 2}}) {
         rooms(1, count);
         robot.set("wash_mop_mode", wash_mop_mode);
-        robot.erase("mop_dirty");
-        robot.erase("current_area_val");
-        robot.erase("mop_reach_target_segment");
+        robot.set("-mop_dirty -current_area_val -mop_reach_target_segment");
         parts.clear();
         robot.start("CleanSelectedAreas");
         for (int i = 0; i < 1000 && robot.tick() == RUNNING && !robot.has("mop_dirty"); ++i) {
@@ -217,7 +202,7 @@ TEST_F(RoomsToClean, Room126KeepsItsPartAndHasNoFloorBesideIt)
         const std::string first = "room " + std::to_string(number);
         const bool keeps = number == 126;
         EXPECT_EQ(parts, (std::vector<std::string>{first, keeps ? first : "home"}));
-        EXPECT_TRUE(robot.started(keeps ? 0 : 2, "AwesomeSearch", {{"search_mode", "Normal"}}));
+        EXPECT_TRUE(robot.started(keeps ? 0 : 2, "AwesomeSearch search_mode=Normal"));
         EXPECT_TRUE(robot.started(keeps ? 0 : 1, "RecursiveAutoMode_FollowGong"));
     }
 }
@@ -226,15 +211,13 @@ TEST_F(RoomsToClean, ARoomThatIsNeverReachedIsToldAndTheTaskEnds)
 {
     rooms(1, 3);
     robot.leaf("InCurrentDomain").fails();
-    robot.set("current_pose", 0);
-    robot.set("navi_target_point", 4000);
+    robot.set("current_pose=0 navi_target_point=4000");
     robot.tree("NavigateProcWithHistoryMap").failsAfter(2);
     robot.tree("NavigateFollowWall").failsAfter(2);
     EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
     EXPECT_TRUE(robot.started(3, "NavigateFollowWall"));
     EXPECT_TRUE(parts.empty());
-    EXPECT_EQ(robot.key("prompt_zone_not_reached"), "true");
-    EXPECT_FALSE(robot.has("zone_not_reached"));
+    EXPECT_TRUE(robot.keysAre("prompt_zone_not_reached=true -zone_not_reached"));
 }
 
 TEST_F(RoomsToClean, ABarredWayHomeIsToldByWhatBarsIt)
@@ -250,8 +233,7 @@ TEST_F(RoomsToClean, ABarredWayHomeIsToldByWhatBarsIt)
     for (const Row& row : {Row{false, false, SUCCESS}, Row{true, false, FAILURE}, Row{true, true, FAILURE}}) {
         const std::string what = std::to_string(row.untried_floor) + std::to_string(row.by_polygon_wall);
         rooms(1, 1);
-        robot.erase("clean_vw_blocked");
-        robot.erase("have_trapped_type");
+        robot.set("-clean_vw_blocked -have_trapped_type");
         barTheWayBack(row.by_polygon_wall);
         robot.leaf("SearchUntriedArea").decides([row](const Moment&) {
             return row.untried_floor ? SUCCESS : FAILURE;
@@ -272,10 +254,8 @@ protected:
     OffTheMap()
     {
         robot.pointsOnALine();
-        robot.set("current_pose", 0);
-        robot.set("bump_dir", "middle");
-        robot.leaf("NotTrapped").succeeds();
-        robot.leaf("Bumped").succeeds();
+        robot.set("current_pose=0 bump_dir=middle");
+        robot.succeed("NotTrapped | Bumped");
         robot.leaf("FindLastInTrajectory").fills("out_point_grid", "clear");
         robot.leaf("FromFloatToPlainPoseMm").fills("out_key", "origin");
         robot.tree("NaviOnePointProc").decides([this](const Moment&) {
@@ -337,8 +317,7 @@ TEST_F(OffTheMap, GivesUpAfterThreeMinutes)
     robot.start("BackToMapLimit");
     EXPECT_EQ(robot.finish(9100), FAILURE);
     EXPECT_NEAR(robot.frame(), 9000, 5);
-    EXPECT_FALSE(robot.has("prefer_direction"));
-    EXPECT_FALSE(robot.has("first_contact_point"));
+    EXPECT_TRUE(robot.keysAre("-prefer_direction -first_contact_point"));
 }
 
 }  // namespace

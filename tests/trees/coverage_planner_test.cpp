@@ -13,24 +13,17 @@ protected:
     PartOfTheFloor()
     {
         robot.pointsOnALine();
-        for (const char* point : {"current_pose", "current_coord", "navi_target_point"})
-            robot.set(point, 0);
-        robot.set("current_subregion", "part");
-        robot.set("chain_layer_id", 0);
-        robot.set("map_mask", 0);
-        for (const char* passes :
-             {"InCurrentSubregion", "FarFromVirtualBound", "MarkChainCheckOverlap", "NotTrapped"})
-            robot.leaf(passes).succeeds();
-        robot.leaf("AwesomeSearch").fails();
-        robot.leaf("PlanNextLine").fails();
+        robot.set("current_pose=0 current_coord=0 navi_target_point=0 current_subregion=part");
+        robot.set("chain_layer_id=0 map_mask=0");
+        robot.succeed("InCurrentSubregion | FarFromVirtualBound | MarkChainCheckOverlap | NotTrapped");
+        robot.fail("AwesomeSearch | PlanNextLine");
         robot.leaf("Bumped").decides(
             [](const Moment& now) { return now.port("bump_dir") == "None" ? FAILURE : SUCCESS; });
         robot.leaf("BumpdirMatch").decides([](const Moment& now) {
             return now.port("para_a") == now.port("para_b") ? SUCCESS : FAILURE;
         });
-        for (const char* motion : {"Back2cm", "Escape", "FixOrientation", "NaviOnePointProc",
-                                   "NavigateFollowWall", "FollowWallProc"})
-            robot.tree(motion).succeeds();
+        robot.succeed(
+            "Back2cm | Escape | FixOrientation | NaviOnePointProc | NavigateFollowWall | FollowWallProc");
         robot.tree("NavigateProc").decides([this](const Moment&) {
             drives_for.push_back(robot.key("trace_token").value_or(""));
             return SUCCESS;
@@ -73,15 +66,13 @@ protected:
 TEST_F(PartOfTheFloor, WithNothingToDoIsClosedAfterALookFromEachPhase)
 {
     EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
-    EXPECT_TRUE(robot.started(2, "Back2cm"));
-    EXPECT_TRUE(robot.started(2, "AwesomeSearch", {{"search_mode", "Chain"}}));
-    EXPECT_TRUE(robot.started(2, "AwesomeSearch", {{"search_mode", "Block"}}));
+    EXPECT_TRUE(robot.started(2, "Back2cm | AwesomeSearch search_mode=Chain"));
+    EXPECT_TRUE(robot.started(2, "AwesomeSearch search_mode=Block"));
     EXPECT_TRUE(robot.started(1, "PlanNextLine"));
     for (const char* motion : {"NaviOnePointProc", "NavigateFollowWall", "FollowWallProc", "FixOrientation"})
         EXPECT_TRUE(robot.notAsked(motion));
     EXPECT_TRUE(drives_for.empty());
-    for (const char* phase : {"gong_motion_type", "followwall_motion_type", "need_search_block"})
-        EXPECT_FALSE(robot.has(phase)) << phase;
+    EXPECT_TRUE(robot.keysAre("-gong_motion_type -followwall_motion_type -need_search_block"));
 }
 
 TEST_F(PartOfTheFloor, AHaltKeepsThePhaseAndNotTheSearchForBlocks)
@@ -95,7 +86,7 @@ TEST_F(PartOfTheFloor, AHaltKeepsThePhaseAndNotTheSearchForBlocks)
     EXPECT_FALSE(robot.has("need_search_block"));
     robot.start("PlanInSubregion_FollowGong");
     robot.tickUntil("FixOrientation");
-    EXPECT_TRUE(robot.notAsked("AwesomeSearch", {{"search_mode", "Chain"}})) << "on with the lines at once";
+    EXPECT_TRUE(robot.notAsked("AwesomeSearch search_mode=Chain")) << "on with the lines at once";
 }
 
 TEST_F(PartOfTheFloor, AThingOnALineIsTracedFromAFreshChain)
@@ -106,12 +97,9 @@ TEST_F(PartOfTheFloor, AThingOnALineIsTracedFromAFreshChain)
     robot.leaf("GongNeedFollowWall").inTurn({SUCCESS, FAILURE});
     robot.tree("FollowWallProc").succeedsAfter(5);
     EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
-    EXPECT_TRUE(robot.inOrder({{"FixOrientation", {}},
-                               {"GongNeedFollowWall", {}},
-                               {"Back2cm", {}},
-                               {"MarkChainCheckOverlap", {{"chain_id", "0"}, {"follow_wall_right", "true"}}},
-                               {"FollowWallProc", {}},
-                               {"PlanNextLine", {}}}));
+    EXPECT_TRUE(
+        robot.inOrder("FixOrientation | GongNeedFollowWall | Back2cm | MarkChainCheckOverlap chain_id=0 "
+                      "follow_wall_right=true | FollowWallProc | PlanNextLine"));
     EXPECT_EQ(robot.key("finished_gong_follow_wall"), "true");
 }
 
@@ -120,11 +108,8 @@ TEST_F(PartOfTheFloor, AThingTracedBeforeIsPassedToAFreshLine)
     lines(2);
     meetOnLine("left");
     EXPECT_EQ(clean(), SUCCESS) << robot.transcript().print();
-    EXPECT_TRUE(robot.inOrder({{"FixOrientation", {}},
-                               {"GongNeedFollowWall", {}},
-                               {"PlanNextLine", {}},
-                               {"LineDestructor", {}},
-                               {"NavigateFollowWall", {}}}));
+    EXPECT_TRUE(robot.inOrder(
+        "FixOrientation | GongNeedFollowWall | PlanNextLine | LineDestructor | NavigateFollowWall"));
     EXPECT_EQ(robot.key("navi_followwall_mode"), "TargetCollision");
     EXPECT_TRUE(robot.notAsked("FollowWallProc"));
     EXPECT_TRUE(robot.started(1, "FixOrientation")) << "the fresh line was given up for the way past";
@@ -142,17 +127,6 @@ TEST_F(PartOfTheFloor, TheFieldOfTheDockIsNeitherTracedNorPassed)
         EXPECT_TRUE(robot.notAsked("FollowWallProc")) << side;
         EXPECT_TRUE(robot.notAsked("NavigateFollowWall")) << side;
     }
-}
-
-TEST_F(PartOfTheFloor, ALineWithoutLengthIsVisitedInTheMiddle)
-{
-    lines(1);
-    robot.leaf("IsLineTooShort").where("threshold_grid", "0").succeeds();
-    EXPECT_EQ(clean(), SUCCESS);
-    EXPECT_TRUE(
-        robot.inOrder({{"GetMidPointOfLine", {}}, {"AwesomeSearch", {{"search_mode", "TargetGong"}}}}));
-    EXPECT_EQ(drives_for.size(), 1U);
-    EXPECT_TRUE(robot.notAsked("FixOrientation"));
 }
 
 TEST_F(PartOfTheFloor, OnlyAHalfTurnBesideTheStartOfTheLineIsMadeAsAnArc)
@@ -178,7 +152,7 @@ TEST_F(PartOfTheFloor, OnlyAHalfTurnBesideTheStartOfTheLineIsMadeAsAnArc)
         {180, -499, "AfterFootNavi"},
         {180, 501, ""},
     };
-    robot.leaf("IsPointCloseToLine").where("threshold_grid", "3").succeeds();
+    robot.leaf("IsPointCloseToLine threshold_grid=3").succeeds();
     for (const Row& row : rows) {
         const std::string what =
             std::to_string(row.turn_angle) + " degrees, foot at " + std::to_string(row.foot_mm_from_start);
@@ -200,7 +174,7 @@ TEST_F(PartOfTheFloor, OnlyAHalfTurnBesideTheStartOfTheLineIsMadeAsAnArc)
 TEST_F(PartOfTheFloor, AnArcThatTouchesSomethingGivesWayToADrive)
 {
     lines(1);
-    robot.leaf("IsPointCloseToLine").where("threshold_grid", "3").succeeds();
+    robot.leaf("IsPointCloseToLine threshold_grid=3").succeeds();
     robot.leaf("CalcFootOfPerpendicularThroughPoint").fills("out_point", 1000);
     robot.leaf("CalcSwitchLineTurnParam").fills("out_angle", 180.0).fills("out_radius", 75);
     robot.leaf("TurnAround").runs();
@@ -220,7 +194,7 @@ TEST_F(PartOfTheFloor, BlocksWithinTheTracedAreaAreSkippedAndAnEmptyOneClosesIts
             robot.set("chain_region_check_point", n == 0 ? 7 : 8);
             return n++ < 2 ? SUCCESS : FAILURE;
         });
-        robot.leaf("IsPointInRegionArea").where("src_point", "7").succeeds();
+        robot.leaf("IsPointInRegionArea src_point=7").succeeds();
         robot.tree("NaviOnePointProc").decides([touches, this](const Moment&) {
             robot.set("bump_dir", touches ? "middle" : "None");
             return touches ? FAILURE : SUCCESS;
@@ -238,7 +212,7 @@ TEST_F(PartOfTheFloor, TheBorderIsTracedUnlessAChainWaits)
 {
     robot.leaf("FarFromVirtualBound").fails();
     EXPECT_EQ(clean(), SUCCESS);
-    EXPECT_TRUE(robot.asked("SensorTriggerBump", {{"sensor", "SubregionBorder"}}));
+    EXPECT_TRUE(robot.asked("SensorTriggerBump sensor=SubregionBorder"));
     robot.leaf("HasOpenChain").succeeds();
     EXPECT_EQ(clean(), SUCCESS);
     EXPECT_TRUE(robot.notAsked("SensorTriggerBump"));
@@ -267,13 +241,11 @@ TEST_F(PartOfTheFloor, TheWayBackIsTriedThriceAndGivenUpWithoutAGoal)
 {
     robot.leaf("InCurrentSubregion").fails();
     EXPECT_EQ(clean(), FAILURE);
-    EXPECT_TRUE(robot.started(1, "AwesomeSearch", {{"search_mode", "Region"}}));
+    EXPECT_TRUE(robot.started(1, "AwesomeSearch search_mode=Region"));
     search("Region").succeeds();
-    robot.tree("NavigateProc").fails();
-    robot.tree("NavigateFollowWall").fails();
+    robot.fail("NavigateProc | NavigateFollowWall");
     EXPECT_EQ(clean(), FAILURE);
-    EXPECT_TRUE(robot.started(3, "AwesomeSearch", {{"search_mode", "Region"}}));
-    EXPECT_TRUE(robot.started(3, "NavigateFollowWall"));
+    EXPECT_TRUE(robot.started(3, "AwesomeSearch search_mode=Region | NavigateFollowWall"));
     EXPECT_FALSE(robot.has("return_to_region_abort"));
 }
 
@@ -285,40 +257,30 @@ protected:
     WallPass()
     {
         robot.pointsOnALine();
-        for (const char* point : {"current_pose", "current_coord", "navi_target_point"})
-            robot.set(point, 0);
-        robot.leaf("GridmapLimitCheck").succeeds();
-        robot.leaf("NotTrapped").succeeds();
-        robot.leaf("IsPointOutOfAllChainRegion").succeeds();
-        robot.leaf("Bumped").succeeds();
-        robot.leaf("MarkChainCheckOverlap").succeeds();
+        robot.set("current_pose=0 current_coord=0 navi_target_point=0");
+        robot.succeed("GridmapLimitCheck | NotTrapped | IsPointOutOfAllChainRegion | Bumped");
+        robot.succeed("MarkChainCheckOverlap");
         robot.leaf("AwesomeSearch").fails();
         robot.leaf("CalcFollowWallFrameOut").fills("out_key", 1000);
-        for (const char* motion : {"EscapeCoat", "Back2cm", "NavigateProc", "NaviOnePointProc",
-                                   "NavigateFollowWall", "FollowWallProc"})
-            robot.tree(motion).succeeds();
+        robot.succeed(
+            "EscapeCoat | Back2cm | NavigateProc | NaviOnePointProc | NavigateFollowWall | FollowWallProc");
     }
     ScriptedRobot robot;
 };
 
 TEST_F(WallPass, GoesRoundNoBlockAfterFortyMinutesUnlessWithinARoom)
 {
-    struct Row
-    {
-        int seconds;
-        bool in_room;
-        bool inner;
-    };
-    for (const Row& row : {Row{2400, false, true}, Row{2401, false, false}, Row{2401, true, true}}) {
+    for (const auto& [seconds, in_room, inner] :
+         {std::tuple<int, bool, bool>{2400, false, true}, {2401, false, false}, {2401, true, true}}) {
         for (const char* pass : {"IncreaseCoverage_mod", "IncreaseCoverage"}) {
-            robot.set("clean_time_for_app", row.seconds);
-            if (row.in_room)
+            robot.set("clean_time_for_app", seconds);
+            if (in_room)
                 robot.set("skip_followwall_timeout_check", "true");
             robot.start(pass);
             EXPECT_EQ(robot.finish(50), SUCCESS) << pass;
-            EXPECT_TRUE(robot.started(row.inner ? 1 : 0, "AwesomeSearch", {{"search_mode", "Block"}}))
-                << pass << ' ' << row.seconds;
-            EXPECT_EQ(bool{robot.said("清扫时间大于40分钟，不做内沿边")}, !row.inner) << pass;
+            EXPECT_TRUE(robot.started(inner ? 1 : 0, "AwesomeSearch search_mode=Block"))
+                << pass << ' ' << seconds;
+            EXPECT_EQ(bool{robot.said("清扫时间大于40分钟，不做内沿边")}, !inner) << pass;
             robot.erase("skip_followwall_timeout_check");
         }
     }
@@ -327,23 +289,21 @@ TEST_F(WallPass, GoesRoundNoBlockAfterFortyMinutesUnlessWithinARoom)
 TEST_F(WallPass, ASpentBudgetEndsThePieceAndTheStage)
 {
     robot.leaf("CalcFollowWallFrameOut").fills("out_key", 40);
-    robot.leaf("AwesomeSearch").where("search_mode", "Chain").succeeds();
+    robot.leaf("AwesomeSearch search_mode=Chain").succeeds();
     robot.tree("FollowWallProc").runs();
     robot.start("IncreaseCoverage_mod");
     EXPECT_EQ(robot.finish(100), SUCCESS) << robot.transcript().print();
     EXPECT_TRUE(robot.halted("FollowWallProc"));
     EXPECT_THAT(robot.framesOf("FollowWallProc"), testing::AllOf(testing::Gt(30), testing::Le(41)));
-    EXPECT_TRUE(robot.started(1, "AwesomeSearch", {{"search_mode", "Chain"}}));
+    EXPECT_TRUE(robot.started(1, "AwesomeSearch search_mode=Chain"));
     EXPECT_TRUE(robot.said("总时间超时（外沿边）"));
 }
 
 TEST_F(WallPass, ABlockFollowedBeforeIsPassed)
 {
     for (const bool followed : {true, false}) {
-        robot.leaf("AwesomeSearch").where("search_mode", "Block").inTurn({SUCCESS, FAILURE});
-        robot.leaf("InFollowWallMarkMap").decides([followed](const Moment&) {
-            return followed ? SUCCESS : FAILURE;
-        });
+        robot.leaf("AwesomeSearch search_mode=Block").inTurn({SUCCESS, FAILURE});
+        robot.leaf("InFollowWallMarkMap").gives(followed);
         robot.start("IncreaseCoverage_mod");
         EXPECT_EQ(robot.finish(100), SUCCESS);
         EXPECT_TRUE(robot.started(followed ? 1 : 0, "NavigateFollowWall"));

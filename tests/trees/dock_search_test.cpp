@@ -18,15 +18,18 @@ protected:
 
 TEST_F(DockSearch, StepsOntoTheMiddleLineByWhatTheFrontReceiversHear)
 {
-    const PortValues straight{{"left_mm_s", "100"}, {"right_mm_s", "100"}};
-    const auto turn = [](const char* degrees) { return PortValues{{"angle_deg", degrees}}; };
+    const auto passing = [](const std::string& there, const std::string& back) {
+        return "Rotate angle_deg=" + there +
+               " | OpenCloseMove left_mm_s=100 right_mm_s=100 | Rotate angle_deg=" + back +
+               " | FollowDockSignalFinal";
+    };
     const std::vector<std::pair<std::string, std::string>> on_line{{"Middle", "Middle"},
                                                                    {"CentralLeft", "CentralRight"}};
     for (const auto& [ml, mr] : on_line) {
         hearAtTurn({{"MiddleLeft", ml}, {"MiddleRight", mr}});
         search(5);
         EXPECT_TRUE(robot.asked("FollowDockSignalFinal")) << ml << ' ' << mr;
-        EXPECT_TRUE(robot.notAsked("Rotate", turn("90")));
+        EXPECT_TRUE(robot.notAsked("Rotate angle_deg=90"));
     }
     const std::vector<std::map<std::string, std::string>> line_on_right{
         {{"MiddleLeft", "Left"}, {"MiddleRight", "Middle"}},
@@ -35,11 +38,8 @@ TEST_F(DockSearch, StepsOntoTheMiddleLineByWhatTheFrontReceiversHear)
     for (const auto& signals : line_on_right) {
         hearAtTurn(signals);
         search(40);
-        EXPECT_TRUE(robot.inOrder({{"Rotate", turn("-90")},
-                                   {"OpenCloseMove", straight},
-                                   {"Rotate", turn("90")},
-                                   {"FollowDockSignalFinal", {}}}));
-        EXPECT_EQ(robot.framesOf("OpenCloseMove", straight), 20);
+        EXPECT_TRUE(robot.inOrder(passing("-90", "90")));
+        EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=100"), 20);
     }
     const std::vector<std::map<std::string, std::string>> line_on_left{
         {{"MiddleLeft", "Middle"}, {"MiddleRight", "CentralRight"}},
@@ -48,10 +48,7 @@ TEST_F(DockSearch, StepsOntoTheMiddleLineByWhatTheFrontReceiversHear)
     for (const auto& signals : line_on_left) {
         hearAtTurn(signals);
         search(40);
-        EXPECT_TRUE(robot.inOrder({{"Rotate", turn("90")},
-                                   {"OpenCloseMove", straight},
-                                   {"Rotate", turn("-90")},
-                                   {"FollowDockSignalFinal", {}}}));
+        EXPECT_TRUE(robot.inOrder(passing("90", "-90")));
     }
 }
 
@@ -60,20 +57,17 @@ TEST_F(DockSearch, ArcsAcrossTheFieldFromTheSideThatItHearsAndTheRightIsNoMirror
     hearAtTurn({{"MiddleLeft", "Left"}, {"MiddleRight", "CentralLeft"}});
     search(30);
     EXPECT_TRUE(robot.said("看到左侧信号"));
-    EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", "-95"}}},
-                               {"OpenCloseMove", {{"left_mm_s", "100"}, {"right_mm_s", "140"}}}}));
+    EXPECT_TRUE(robot.inOrder("Rotate angle_deg=-95 | OpenCloseMove left_mm_s=100 right_mm_s=140"));
     hearAtTurn({{"MiddleRight", "Right"}});
     search(30);
     EXPECT_TRUE(robot.said("看到右侧信号"));
-    EXPECT_TRUE(robot.inOrder(
-        {{"Rotate", {{"angle_deg", "90"}}}, {"OpenCloseMove", {{"left_mm_s", "90"}, {"right_mm_s", "60"}}}}));
+    EXPECT_TRUE(robot.inOrder("Rotate angle_deg=90 | OpenCloseMove left_mm_s=90 right_mm_s=60"));
     // The right receiver hears that the line is passed: a short arc and a quarter turn.
     heard["Right"] = "Middle";
     at_turn = heard;
     search(80);
-    EXPECT_TRUE(robot.inOrder({{"OpenCloseMove", {{"left_mm_s", "90"}, {"right_mm_s", "70"}}},
-                               {"Rotate", {{"angle_deg", "-90"}}},
-                               {"FollowDockSignalFinal", {}}}));
+    EXPECT_TRUE(robot.inOrder(
+        "OpenCloseMove left_mm_s=90 right_mm_s=70 | Rotate angle_deg=-90 | FollowDockSignalFinal"));
 }
 
 TEST_F(DockSearch, GivesUpAfterFiveMarkingTurns)
@@ -98,9 +92,8 @@ TEST_F(DockSearch, BacksOutFiveTimesAndThriceWhereItLeavesTheField)
         return RUNNING;
     });
     robot.start("SearchForCharger_lds");
-    robot.tickUntil("SearchForChargerRandomWalk", {}, 3000);
-    EXPECT_TRUE(robot.started(5, "WeighDockSignalFirstStep"));
-    EXPECT_TRUE(robot.started(5, "WeighDockSignalSecondStep"));
+    robot.tickUntil("SearchForChargerRandomWalk", 3000);
+    EXPECT_TRUE(robot.started(5, "WeighDockSignalFirstStep | WeighDockSignalSecondStep"));
     EXPECT_EQ(robot.key("docking_try_times"), "0");
     EXPECT_EQ(robot.key("final_dock_times"), "0") << "set back with each approach: it ends nothing";
     robot.tickUntil("GoChargingFullRoundTurn");
@@ -112,7 +105,7 @@ TEST_F(DockSearch, BacksOutFiveTimesAndThriceWhereItLeavesTheField)
     robot.forget();
     in_field = true;
     robot.start("SearchForCharger_lds");
-    robot.tickUntil("SearchForChargerRandomWalk", {}, 3000);
+    robot.tickUntil("SearchForChargerRandomWalk", 3000);
     EXPECT_TRUE(robot.started(3, "WeighDockSignalFirstStep"));
     EXPECT_TRUE(robot.notAsked("WeighDockSignalSecondStep"));
 }
@@ -124,12 +117,10 @@ protected:
     WayHome()
     {
         robot.leaf("GridmapLimitCheck").succeeds();
-        robot.leaf("AwesomeSearch").fails();
-        robot.leaf("FindNearestInTrajectory").fails();
-        robot.leaf("GotCharger").decides([this](const Moment&) { return contact ? SUCCESS : FAILURE; });
+        robot.fail("AwesomeSearch | FindNearestInTrajectory");
+        robot.leaf("GotCharger").follows(contact);
         robot.tree("Explore").fails();
-        robot.set("search_charger_time", 0);
-        robot.set("search_charger_timeout", 60000);
+        robot.set("search_charger_time=0 search_charger_timeout=60000");
     }
 
     bool contact = false;
@@ -153,13 +144,9 @@ TEST_F(WayHome, AContactThatBreaksWithinTheDelayLetsTheSearchGoOn)
 TEST_F(WayHome, ASecondPlaceOfHistoryStaysEligibleAfterItFailed)
 {
     for (const std::string camera : {"", "by camera"}) {
-        robot.set("first_potential_charger", 100);
-        robot.set("second_potential_charger", 200);
-        robot.erase("first_potential_charger_failed");
-        robot.leaf("ChargerReceiverPickedUpSignal").succeeds();
-        robot.tree("ReadyToSearchForCharger").succeeds();
-        robot.tree("SearchForCharger_lds").fails();
-        robot.tree("SearchForCharger_vslam").fails();
+        robot.set("first_potential_charger=100 second_potential_charger=200 -first_potential_charger_failed");
+        robot.succeed("ChargerReceiverPickedUpSignal | ReadyToSearchForCharger");
+        robot.fail("SearchForCharger_lds | SearchForCharger_vslam");
         robot.start(camera.empty() ? "GoCharging_lds" : "GoCharging_vslam");
         EXPECT_EQ(robot.finish(300), FAILURE);
         EXPECT_TRUE(robot.has("first_potential_charger_failed"));
@@ -171,8 +158,7 @@ TEST_F(WayHome, ARobotThatWasKnockedOffItsDockDoesNotTrustTheStoredOne)
 {
     robot.leaf("GetChargerFromReuseInfo").succeeds().fills("out_point_mm", 5000);
     robot.tree("BackToMarkedCharger_WithoutSearch").runs();
-    robot.set("only_charger_in_map", 0);
-    robot.set("kicked_dock", "");
+    robot.set("only_charger_in_map=0 kicked_dock");
     robot.start("GoCharging_lds");
     robot.tick(10);
     EXPECT_TRUE(robot.asked("BackToMarkedCharger_WithoutSearch"));

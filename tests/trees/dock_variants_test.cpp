@@ -22,15 +22,14 @@ protected:
 TEST_F(CirclingSearch, ChoosesTheSideByTheVotesOfItsReceivers)
 {
     search({{"Left", "Left"}, {"MiddleLeft", "Left"}, {"Right", "Right"}}, 10);
-    EXPECT_TRUE(robot.asked("SurroundCharger", {{"direction", "Left"}}));
+    EXPECT_TRUE(robot.asked("SurroundCharger direction=Left"));
     search({{"Left", "Left"}, {"MiddleRight", "Right"}, {"Right", "Right"}}, 10);
-    EXPECT_TRUE(robot.asked("SurroundCharger", {{"direction", "Right"}}));
+    EXPECT_TRUE(robot.asked("SurroundCharger direction=Right"));
     // Equal votes tell nothing: a walk, and another turn.
     search({{"Left", "Left"}, {"Right", "Right"}}, 10);
     EXPECT_TRUE(robot.notAsked("SurroundCharger"));
-    EXPECT_TRUE(robot.inOrder({{"GoChargingFullRoundTurn", {}},
-                               {"SearchForChargerRandomWalk", {}},
-                               {"GoChargingFullRoundTurn", {}}}));
+    EXPECT_TRUE(
+        robot.inOrder("GoChargingFullRoundTurn | SearchForChargerRandomWalk | GoChargingFullRoundTurn"));
 }
 
 TEST_F(CirclingSearch, CirclesUntilTheLineIsAtItsSideAndTurnsToIt)
@@ -43,18 +42,17 @@ TEST_F(CirclingSearch, CirclesUntilTheLineIsAtItsSideAndTurnsToIt)
         return RUNNING;
     });
     search({{"MiddleLeft", "CentralLeft"}}, 100);
-    EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", "-100"}}},
-                               {"SurroundCharger", {{"direction", "Left"}}},
-                               {"OpenCloseMove", {{"left_mm_s", "70"}, {"right_mm_s", "70"}}},
-                               {"Rotate", {{"angle_deg", "75"}}}}));
+    EXPECT_TRUE(
+        robot.inOrder("Rotate angle_deg=-100 | SurroundCharger direction=Left | OpenCloseMove left_mm_s=70 "
+                      "right_mm_s=70 | Rotate angle_deg=75"));
     // Beyond the line, at the far side's outer signal, it goes round at a distance.
-    robot.leaf("SurroundCharger").where("direction", "Left").decides([this](const Moment& now) {
+    robot.leaf("SurroundCharger direction=Left").decides([this](const Moment& now) {
         heard = {{"Left", "Right"}};
         now.set("docking_small_loop_break", "true");
         return RUNNING;
     });
     search({{"MiddleLeft", "CentralLeft"}}, 20);
-    EXPECT_TRUE(robot.asked("SurroundCharger", {{"direction", "LeftIndirect"}}));
+    EXPECT_TRUE(robot.asked("SurroundCharger direction=LeftIndirect"));
 }
 
 // --- the dock that is entered backwards ---------------------------------------------------------
@@ -75,14 +73,14 @@ TEST_F(BackwardsSearch, BacksInAsItStandsWhenItMeasuredNothingAndGoesOffWithoutC
 {
     robot.leaf("FindChargerIcp").runs();
     robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("DockFinal7001", {}, 200);
+    robot.tickUntil("DockFinal7001", 200);
     EXPECT_NEAR(robot.framesOf("FindChargerIcp"), 50, 1);
-    EXPECT_TRUE(robot.notAsked("Rotate", {{"angular_velocity_deg_s", "30"}}));
+    EXPECT_TRUE(robot.notAsked("Rotate angular_velocity_deg_s=30"));
     // Without contact the time is over in 17 s, and the robot goes 40 cm off.
-    robot.tickUntil("OpenCloseMove", {{"left_mm_s", "100"}}, 1000);
+    robot.tickUntil("OpenCloseMove left_mm_s=100", 1000);
     EXPECT_NEAR(robot.framesOf("DockFinal7001"), 850, 1);
     EXPECT_TRUE(robot.said("tolvar df"));
-    robot.tickUntil("GoChargingFullRoundTurn", {}, 400);
+    robot.tickUntil("GoChargingFullRoundTurn", 400);
     EXPECT_TRUE(robot.said("tolvar go 40"));
     EXPECT_FALSE(robot.has("dock_final_back"));
 }
@@ -90,7 +88,7 @@ TEST_F(BackwardsSearch, BacksInAsItStandsWhenItMeasuredNothingAndGoesOffWithoutC
 TEST_F(BackwardsSearch, ThreeBumpsDuringTheTurnAtTheDockEndTheApproach)
 {
     int backs = 0;
-    robot.leaf("Rotate").where("angle_deg", "180").decides([this, &backs](const Moment&) {
+    robot.leaf("Rotate angle_deg=180").decides([this, &backs](const Moment&) {
         if (backs == 3)
             return SUCCESS;
         bump = "left";
@@ -103,12 +101,12 @@ TEST_F(BackwardsSearch, ThreeBumpsDuringTheTurnAtTheDockEndTheApproach)
         return SUCCESS;
     });
     robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("OpenCloseMove", {{"left_mm_s", "50"}}, 200);
+    robot.tickUntil("OpenCloseMove left_mm_s=50", 200);
     EXPECT_EQ(backs, 3);
     EXPECT_TRUE(robot.said("tq bumped too much"));
     EXPECT_TRUE(robot.notAsked("DockFinal7001"));
-    robot.tickUntil("GoChargingFullRoundTurn", {}, 300);
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "50"}}), 100);
+    robot.tickUntil("GoChargingFullRoundTurn", 300);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=50"), 100);
     EXPECT_FALSE(robot.has("bumped_when_rotate"));
 }
 
@@ -121,12 +119,11 @@ TEST_F(BackwardsSearch, CorrectsByWhatItMeasured)
         return SUCCESS;
     });
     robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("DockFinal7001", {}, 200);
-    EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", "35"}}},
-                               {"OpenCloseMove", {{"left_mm_s", "50"}, {"right_mm_s", "50"}}},
-                               {"Rotate", {{"angle_deg", "-90"}}},
-                               {"DockFinal7001", {}}}));
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "50"}}), 12);
+    robot.tickUntil("DockFinal7001", 200);
+    EXPECT_TRUE(
+        robot.inOrder("Rotate angle_deg=35 | OpenCloseMove left_mm_s=50 right_mm_s=50 | Rotate angle_deg=-90 "
+                      "| DockFinal7001"));
+    EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=50"), 12);
 }
 
 TEST_F(BackwardsSearch, AReflectionIsLookedBehindAndTakenBackWhereNothingIsHeard)
@@ -143,16 +140,16 @@ TEST_F(BackwardsSearch, AReflectionIsLookedBehindAndTakenBackWhereNothingIsHeard
     });
     robot.tree("ThroughObstacleNavigation").runs();
     robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("Rotate", {{"angular_velocity_deg_s", "80"}}, 200);
+    robot.tickUntil("Rotate angular_velocity_deg_s=80", 200);
     EXPECT_EQ(robot.framesOf("GoBackwards"), 25);
-    EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", "40"}, {"angular_velocity_deg_s", "60"}}},
-                               {"Rotate", {{"angle_deg", "40"}, {"angular_velocity_deg_s", "35"}}},
-                               {"Rotate", {{"angle_deg", "-80"}}}}));
+    EXPECT_TRUE(
+        robot.inOrder("Rotate angle_deg=40 angular_velocity_deg_s=60 | Rotate angle_deg=40 "
+                      "angular_velocity_deg_s=35 | Rotate angle_deg=-80"));
     robot.tick(3);
     EXPECT_FALSE(robot.has("ignore_dock_filed_flag"));
 
     // The second half of the turn ends as soon as the dock itself is heard.
-    robot.leaf("Rotate").where("angular_velocity_deg_s", "35").decides([this](const Moment& now) {
+    robot.leaf("Rotate angular_velocity_deg_s=35").decides([this](const Moment& now) {
         if (now.tick_of_run == 5)
             heard = at_turn;
         return RUNNING;
@@ -160,9 +157,9 @@ TEST_F(BackwardsSearch, AReflectionIsLookedBehindAndTakenBackWhereNothingIsHeard
     robot.forget();
     bump.clear();
     robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("OpenCloseMove", {{"left_mm_s", "50"}}, 200);
-    EXPECT_TRUE(robot.halted("Rotate", {{"angular_velocity_deg_s", "35"}}));
-    EXPECT_TRUE(robot.notAsked("Rotate", {{"angular_velocity_deg_s", "80"}}));
+    robot.tickUntil("OpenCloseMove left_mm_s=50", 200);
+    EXPECT_TRUE(robot.halted("Rotate angular_velocity_deg_s=35"));
+    EXPECT_TRUE(robot.notAsked("Rotate angular_velocity_deg_s=80"));
 }
 
 // --- the search without a map -------------------------------------------------------------------
@@ -176,18 +173,18 @@ TEST_F(BlindSearch, TurnsToTheMiddleLineThatItHearsAtItsSide)
     robot.leaf("FollowDockSignalFindCenter").runs();
     robot.start("SearchForChargerWithoutMap");
     // The look around goes 45 degrees to each side.
-    robot.tickUntil("OpenCloseMove", {{"left_mm_s", "80"}, {"right_mm_s", "-80"}});
+    robot.tickUntil("OpenCloseMove left_mm_s=80 right_mm_s=-80");
     robot.set("current_odom_yaw_deg", -50.0);
-    robot.tickUntil("OpenCloseMove", {{"left_mm_s", "-80"}, {"right_mm_s", "80"}});
+    robot.tickUntil("OpenCloseMove left_mm_s=-80 right_mm_s=80");
     robot.set("current_odom_yaw_deg", 0.0);
     robot.tick(10);
     EXPECT_TRUE(robot.said("tq : l or r got middle"));
-    EXPECT_TRUE(robot.askedNow("OpenCloseMove", {{"left_mm_s", "-80"}, {"right_mm_s", "80"}}));
+    EXPECT_TRUE(robot.askedNow("OpenCloseMove left_mm_s=-80 right_mm_s=80"));
     EXPECT_TRUE(robot.notAsked("FollowDockSignalFindCenter"));
     heard = {{"MiddleLeft", "Middle"}};
     robot.tick(3);
     EXPECT_TRUE(robot.asked("FollowDockSignalFindCenter")) << "it faces the line: no turn back";
-    EXPECT_TRUE(robot.notAsked("OpenCloseMove", {{"left_mm_s", "60"}, {"right_mm_s", "60"}}));
+    EXPECT_TRUE(robot.notAsked("OpenCloseMove left_mm_s=60 right_mm_s=60"));
 }
 
 TEST_F(BlindSearch, FiveBumpsAtTheDockInARowEndIt)
@@ -197,13 +194,13 @@ TEST_F(BlindSearch, FiveBumpsAtTheDockInARowEndIt)
         bump = now.tick_of_run == 3 ? "middle" : "";
         return RUNNING;
     });
-    robot.leaf("OpenCloseMove").where("left_mm_s", "-70").decides([this](const Moment&) {
+    robot.leaf("OpenCloseMove left_mm_s=-70").decides([this](const Moment&) {
         bump.clear();
         return RUNNING;
     });
     robot.start("SearchForChargerWithoutMap");
     EXPECT_EQ(robot.finish(2000), FAILURE);
-    EXPECT_TRUE(robot.started(5, "OpenCloseMove", {{"left_mm_s", "-70"}}));
+    EXPECT_TRUE(robot.started(5, "OpenCloseMove left_mm_s=-70"));
 }
 
 }  // namespace

@@ -16,8 +16,7 @@ TEST(SwitchLineTurn, BacksOffOnceFromWhatTheArcTouches)
         now.set("current_yaw_deg", 100.0);
         return RUNNING;
     });
-    robot.leaf("CheckClifBump").succeeds();
-    robot.tree("Back2cm").succeeds();
+    robot.succeed("CheckClifBump | Back2cm");
     robot.start("SwitchLineTurn");
     EXPECT_EQ(robot.finish(20), FAILURE);
     EXPECT_TRUE(robot.started(1, "Back2cm"));

@@ -25,13 +25,12 @@ TEST(EscapeFromATrap, HaltsTheDriveAndIsToldToItExactlyOnce)
     EXPECT_EQ(robot.tick(5), RUNNING);
     EXPECT_TRUE(robot.halted("NaviOnePoint"));
     EXPECT_EQ(robot.framesOf("NaviOnePoint"), 4);
-    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor", {{"sensor", "DockField"}}));
-    EXPECT_EQ(robot.key("trapped"), "true");
-    EXPECT_EQ(robot.key("not_trace_token"), "Escape");
+    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor sensor=DockField"));
+    EXPECT_TRUE(robot.keysAre("trapped=true not_trace_token=Escape"));
 
     EXPECT_EQ(robot.finish(20), FAILURE) << "the task begins anew after an escape";
     EXPECT_EQ(robot.framesOf("EscapeBumpDeal"), 11);
-    EXPECT_TRUE(robot.inOrder({{"EscapeInitDeal", {}}, {"EscapeBumpDeal", {}}, {"EscapeEndDeal", {}}}));
+    EXPECT_TRUE(robot.inOrder("EscapeInitDeal | EscapeBumpDeal | EscapeEndDeal"));
     EXPECT_EQ(robot.framesOf("NaviOnePoint"), 4);
 
     robot.forget();
@@ -91,30 +90,25 @@ TEST(EscapeFromATrap, IsRefusedAtTheFifthCountOfABridge)
 {
     ScriptedRobot robot;
     robot.set("current_tick_cnt", 7);
-    robot.leaf("IsEscapeCheckWarning").succeeds();
-    robot.leaf("IsBumpWarning").succeeds();
+    robot.succeed("IsEscapeCheckWarning | IsBumpWarning");
     robot.set("cross_bridge_trap_times", 4);
     robot.start("EscapeCoat");
     EXPECT_EQ(robot.finish(5), FAILURE);
     EXPECT_TRUE(robot.started(1, "EscapeBumpDeal"));
     EXPECT_FALSE(robot.has("traped_when_crossing"));
 
-    robot.set("cross_bridge_trap_times", 5);
-    robot.erase("finish_escape");
+    robot.set("cross_bridge_trap_times=5 -finish_escape");
     robot.forget();
     EXPECT_EQ(robot.finish(5), FAILURE);
-    EXPECT_TRUE(robot.notAsked("EscapeInitDeal"));
-    EXPECT_TRUE(robot.notAsked("EscapeBumpDeal"));
-    EXPECT_TRUE(robot.has("traped_when_crossing"));
-    EXPECT_FALSE(robot.has("finish_escape"));
+    EXPECT_TRUE(robot.notAsked("EscapeInitDeal | EscapeBumpDeal"));
+    EXPECT_TRUE(robot.keysAre("traped_when_crossing -finish_escape"));
 }
 
 TEST(FlagOfAnEscape, NobodyAskedForIsDroppedAtADifferenceOfThreeTicks)
 {
     const char* const complaint = "脱困异常情况：某个动作发生时触发脱困，但该处动作未调用Escape.xml";
     ScriptedRobot robot;
-    robot.set("finish_escape", "true");
-    robot.set("origin_tick_cnt", 100);
+    robot.set("finish_escape=true origin_tick_cnt=100");
     robot.start("EscapeCoat");
     for (int tick = 100; tick <= 102; ++tick) {
         robot.set("current_tick_cnt", tick);
@@ -125,8 +119,7 @@ TEST(FlagOfAnEscape, NobodyAskedForIsDroppedAtADifferenceOfThreeTicks)
     }
     robot.set("current_tick_cnt", 103);
     EXPECT_EQ(robot.tick(), SUCCESS);
-    EXPECT_FALSE(robot.has("finish_escape"));
-    EXPECT_FALSE(robot.has("origin_tick_cnt"));
+    EXPECT_TRUE(robot.keysAre("-finish_escape -origin_tick_cnt"));
 
     robot.forget();
     robot.set("finish_escape", "true");
@@ -140,15 +133,11 @@ TEST(Trap, IsReportedOnceATask)
     ScriptedRobot robot;
     robot.pointsOnALine();
     robot.leaf("PromptInVirtualWall").succeeds();
-    robot.set("task_state", "auto_cleaning");
-    robot.set("clean_start_vw_check", "");
+    robot.set("task_state=auto_cleaning clean_start_vw_check");
     robot.start("CheckInVirtualWall");
     EXPECT_EQ(robot.tick(500), RUNNING) << "whoever tells the user has time for it";
     EXPECT_EQ(robot.finish(10), SUCCESS);
-    EXPECT_EQ(robot.key("start_vw_trapped"), "true");
-    EXPECT_TRUE(robot.has("have_trapped_type"));
-    EXPECT_TRUE(robot.has("SFC_trapped"));
-    EXPECT_FALSE(robot.has("clean_start_vw_check"));
+    EXPECT_TRUE(robot.keysAre("start_vw_trapped=true have_trapped_type SFC_trapped -clean_start_vw_check"));
 
     EXPECT_EQ(robot.tick(), SUCCESS) << "a second trap of another kind";
     EXPECT_FALSE(robot.has("polygon_vw_trapped"));
@@ -162,8 +151,7 @@ TEST(Trap, IsNoneWhereTheRobotWalksOutOrCleansASpot)
 {
     ScriptedRobot robot;
     robot.pointsOnALine();
-    robot.set("task_state", "auto_cleaning");
-    robot.set("current_pose", 0);
+    robot.set("task_state=auto_cleaning current_pose=0");
     robot.leaf("PromptInVirtualWall").fails().provided([](const Moment& now) {
         now.set("out_vw_point", 400);
         return true;
@@ -171,8 +159,8 @@ TEST(Trap, IsNoneWhereTheRobotWalksOutOrCleansASpot)
     robot.leaf("NaviOnePoint").succeedsAfter(5);
     robot.start("CheckInVirtualWall");
     EXPECT_EQ(robot.finish(20), SUCCESS);
-    EXPECT_TRUE(robot.asked("NaviOnePoint", {{"target_point", "400"}}));
-    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor", {{"sensor", "PolygonVirtualWall"}}));
+    EXPECT_TRUE(robot.asked("NaviOnePoint target_point=400"));
+    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor sensor=PolygonVirtualWall"));
     EXPECT_FALSE(robot.has("out_vw_point"));
 
     robot.forget();

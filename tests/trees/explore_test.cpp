@@ -9,12 +9,8 @@ protected:
     Exploring()
     {
         robot.pointsOnALine();
-        robot.set("current_pose", 0);
-        robot.set("current_coord", 0);
-        robot.set("navi_target_point", 4000);
-        robot.set("bump_dir", "None");
-        robot.set("marker_signal_type", "Middle");
-        robot.set("marker_dir", 0.0);
+        robot.set("current_pose=0 current_coord=0 navi_target_point=4000 bump_dir=None");
+        robot.set("marker_signal_type=Middle marker_dir=0.0");
         robot.tree("GoChargingFullRoundTurn").succeeds();
     }
 
@@ -23,30 +19,11 @@ protected:
 
 TEST_F(Exploring, EndsWithTheDockItFound)
 {
-    robot.leaf("ExploreFindCharger").succeeds();
-    robot.leaf("InDockField").succeeds();
+    robot.succeed("ExploreFindCharger | InDockField");
     robot.start("Explore");
     EXPECT_EQ(robot.finish(60), FAILURE);
     EXPECT_TRUE(robot.has("explore_found_charger"));
     EXPECT_TRUE(robot.notAsked("GenerateRandomPoint")) << "there is nothing more to look for";
-}
-
-TEST_F(Exploring, GoesOnToRandomPointsBehindTheLastFrontier)
-{
-    robot.leaf("AwesomeSearch").fails();
-    robot.start("Explore");
-    robot.tickUntil("GenerateRandomPoint", {}, 60);
-    EXPECT_FALSE(robot.has("explore_found_charger"));
-}
-
-TEST_F(Exploring, FailsWhereNothingIsLeftToGoTo)
-{
-    robot.leaf("AwesomeSearch").fails();
-    robot.leaf("SearchCharger").fails();
-    robot.start("Explore");
-    EXPECT_EQ(robot.finish(100), FAILURE);
-    EXPECT_FALSE(robot.has("explore_found_charger"));
-    EXPECT_FALSE(robot.has("generate_points"));
 }
 
 TEST_F(Exploring, ASignalThatIsNoneOrMixedIsNoDock)
@@ -57,8 +34,7 @@ TEST_F(Exploring, ASignalThatIsNoneOrMixedIsNoDock)
     for (const char* heard : {"None", "Mixed"}) {
         robot.set("marker_signal_type", heard);
         robot.leaf("ExploreFindCharger").inTurn({SUCCESS, FAILURE});
-        robot.leaf("AwesomeSearch").fails();
-        robot.leaf("SearchCharger").fails();
+        robot.fail("AwesomeSearch | SearchCharger");
         robot.start("Explore");
         EXPECT_EQ(robot.finish(100), FAILURE) << heard;
         EXPECT_TRUE(robot.said("tolvar no charger"));
@@ -72,9 +48,7 @@ TEST_F(Exploring, QuickMappingKeepsTheOriginThatItHasAndTellsWhetherItIsShutIn)
     robot.set("origin_point", 700);
     bool way_home = true;
     robot.leaf("AwesomeSearch").fails();
-    robot.leaf("AwesomeSearch").where("search_mode", "Origin").decides([&](const Moment&) {
-        return way_home ? SUCCESS : FAILURE;
-    });
+    robot.leaf("AwesomeSearch search_mode=Origin").follows(way_home);
     robot.set("path_bridge_max_failure_cnt", 0);
     robot.start("QuickMapping");
     EXPECT_EQ(robot.finish(100), SUCCESS);

@@ -10,17 +10,12 @@ protected:
     FollowAfterABump()
     {
         robot.pointsOnALine();
-        robot.set("current_pose", 0);
-        robot.set("current_coord", 0);
-        robot.set("navi_target_point", 1000);
-        robot.set("bump_dir", "Left");
-        robot.set("gridmap_limit", "home");
-        robot.set("awesome_search_mode", "Target");
-        robot.tree("LaserReviewAction").succeeds();
-        robot.tree("Back2cm").succeeds();
-        for (const char* passes : {"NotTrapped", "Bumped", "CheckSuccessiveCollision", "FollowWallNotLooped",
-                                   "CheckFollowWallMatchingNavi", "CheckFollowWallRectLimit"})
-            robot.leaf(passes).succeeds();
+        robot.set("current_pose=0 current_coord=0 navi_target_point=1000 bump_dir=Left gridmap_limit=home");
+        robot.set("awesome_search_mode=Target");
+        robot.succeed("LaserReviewAction | Back2cm");
+        robot.succeed(
+            "NotTrapped | Bumped | CheckSuccessiveCollision | FollowWallNotLooped | "
+            "CheckFollowWallMatchingNavi | CheckFollowWallRectLimit");
         robot.leaf("SensorConsole").runs();
     }
 
@@ -49,8 +44,7 @@ TEST_F(FollowAfterABump, NeedsABumpAndNoTrap)
     robot.leaf("NotTrapped").succeeds();
     robot.leaf("CheckSuccessiveCollision").fails();
     EXPECT_EQ(robot.tick(), FAILURE);
-    EXPECT_TRUE(robot.notAsked("SensorConsole"));
-    EXPECT_TRUE(robot.notAsked("Back2cm"));
+    EXPECT_TRUE(robot.notAsked("SensorConsole | Back2cm"));
     EXPECT_TRUE(robot.started(3, "ResetBridgeList"));
 }
 
@@ -59,7 +53,7 @@ TEST_F(FollowAfterABump, InsideTheRectangleKeepsToTheWallRegardless)
     robot.leaf("CheckFollowWallMatchingNavi").fails();
     robot.set("navi_target_point", 10);
     follow(false);
-    EXPECT_TRUE(robot.asked("SetFollowWallCmd", {{"precise", "false"}}));
+    EXPECT_TRUE(robot.asked("SetFollowWallCmd precise=false"));
     EXPECT_EQ(robot.key("target_mode"), "true");
     robot.halt();
     EXPECT_TRUE(robot.halted("SensorConsole"));
@@ -79,9 +73,7 @@ TEST_F(FollowAfterABump, StopsOnEachCauseAndStepsBack)
         {"the motion ends", false, [](ScriptedRobot& r) { r.leaf("SensorConsole").fails(); }},
     };
     for (const auto& [name, outside, cause] : causes) {
-        robot.leaf("CheckFollowWallRectLimit").succeeds();
-        robot.leaf("CheckFollowWallMatchingNavi").succeeds();
-        robot.leaf("FollowWallNotLooped").succeeds();
+        robot.succeed("CheckFollowWallRectLimit | CheckFollowWallMatchingNavi | FollowWallNotLooped");
         robot.leaf("SensorConsole").runs();
         robot.set("current_pose", 890);
         follow(outside);
@@ -99,7 +91,7 @@ TEST_F(FollowAfterABump, SearchThatFailsOnTheWayOnlyLeavesItsMark)
     EXPECT_TRUE(robot.started(1, "AwesomeSearch"));
     robot.leaf("AwesomeSearch").fails();
     EXPECT_EQ(robot.tick(60), RUNNING);
-    EXPECT_TRUE(robot.started(2, "AwesomeSearch", {{"search_mode", "Target"}}));
+    EXPECT_TRUE(robot.started(2, "AwesomeSearch search_mode=Target"));
     EXPECT_EQ(robot.key("trapped_in_real_block"), "true");
     EXPECT_EQ(robot.framesOf("SensorConsole"), 80) << "the robot follows on";
 
@@ -116,8 +108,7 @@ TEST_F(FollowAfterABump, WithoutAPathGoesOnlyToTheEdge)
     EXPECT_TRUE(robot.notAsked("SensorConsole"));
     EXPECT_EQ(robot.key("trapped_in_real_block"), "true");
     EXPECT_EQ(robot.tick(10), RUNNING);
-    EXPECT_TRUE(robot.asked("SensorConsole"));
-    EXPECT_TRUE(robot.asked("AdvancedSetFollowWallDirection"));
+    EXPECT_TRUE(robot.asked("SensorConsole | AdvancedSetFollowWallDirection"));
     EXPECT_TRUE(robot.notAsked("NavigatedSetFollowWallDirection"));
     robot.leaf("CheckFollowWallRectLimit").fails();
     EXPECT_EQ(robot.finish(5), FAILURE);

@@ -10,12 +10,8 @@ protected:
     PlanWalk()
     {
         robot.pointsOnALine();
-        robot.set("navi_target_point", 1000);
-        robot.set("current_pose", 0);
-        robot.set("current_coord", 0);
-        robot.set("navigation_path_segments", "plan");
-        robot.set("navigation_path", "path");
-        robot.set("bump_dir", "Left");
+        robot.set("navi_target_point=1000 current_pose=0 current_coord=0 navigation_path_segments=plan");
+        robot.set("navigation_path=path bump_dir=Left");
     }
 
     void planOf(std::initializer_list<NodeStatus> segments_left) { segments().inTurn(segments_left); }
@@ -47,8 +43,7 @@ protected:
     /// The same after a bridge that was crossed from 100 to `pose`.
     int segmentsAfterCrossingTo(int pose)
     {
-        robot.set("current_coord", 100);
-        robot.set("current_pose", 100);
+        robot.set("current_coord=100 current_pose=100");
         robot.leaf("PathSegIsVector").fails();
         robot.tree("CrossBridge").decides(bringsTo(pose, SUCCESS));
         planOf({SUCCESS, FAILURE});
@@ -67,7 +62,7 @@ TEST_F(PlanWalk, GoesSegmentBySegmentAndThePlaceReachedDecides)
     planOf({SUCCESS, SUCCESS, FAILURE});
     robot.start("GotoPoint");
     EXPECT_EQ(robot.finish(100), FAILURE) << "the plan led elsewhere";
-    EXPECT_TRUE(robot.started(2, "DwaLocalPlanner", {{"path", "path"}}));
+    EXPECT_TRUE(robot.started(2, "DwaLocalPlanner path=path"));
     EXPECT_TRUE(robot.started(2, "MakeMap")) << "the map is renewed behind each segment";
 
     planOf({FAILURE});
@@ -115,26 +110,22 @@ TEST_F(PlanWalk, GivesTheRestUpAfter300MmOfBridge)
 
 TEST_F(PlanWalk, AfterAFailedBridgeStepsBackAndLooksForVirtualWalls)
 {
-    robot.leaf("PathSegIsVector").fails();
-    robot.tree("CrossBridge").fails();
-    robot.tree("Back2cm").succeeds();
-    robot.tree("CheckInVirtualWall").succeeds();
+    robot.fail("PathSegIsVector | CrossBridge");
+    robot.succeed("Back2cm | CheckInVirtualWall");
     planOf({SUCCESS});
     robot.start("GotoPoint");
     EXPECT_EQ(robot.finish(100), FAILURE);
     EXPECT_TRUE(robot.started(1, "CheckPathSegment"));
-    EXPECT_TRUE(robot.inOrder({{"CrossBridge", {}}, {"Back2cm", {}}, {"UpdateBridgeCost", {}}}));
+    EXPECT_TRUE(robot.inOrder("CrossBridge | Back2cm | UpdateBridgeCost"));
     EXPECT_EQ(robot.key("bump_dir"), "None") << "nobody shall follow this bump";
     EXPECT_TRUE(robot.notAsked("CheckInVirtualWall"));
 
-    robot.set("tmp_bridge_cross_failed", "");
-    robot.set("step_bridge_invalid", "");
+    robot.set("tmp_bridge_cross_failed step_bridge_invalid");
     robot.forget();
     EXPECT_EQ(robot.finish(100), FAILURE);
     EXPECT_TRUE(robot.asked("CheckInVirtualWall"));
     EXPECT_TRUE(robot.notAsked("UpdateBridgeCost"));
-    EXPECT_FALSE(robot.has("tmp_bridge_cross_failed"));
-    EXPECT_FALSE(robot.has("step_bridge_invalid"));
+    EXPECT_TRUE(robot.keysAre("-tmp_bridge_cross_failed -step_bridge_invalid"));
 }
 
 TEST_F(PlanWalk, ThatBumpsStepsBackAndLeavesTheDirectionToTheCaller)

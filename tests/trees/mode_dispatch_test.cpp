@@ -15,7 +15,7 @@ TEST(ModeDispatch, EachModeRunsItsTree)
             EXPECT_EQ(robot.askedNow(other.tree), &names == &other) << names.mode << other.tree;
     }
     robot.enterMode("FctModeMode");
-    EXPECT_TRUE(robot.askedNow("ThrowErrMSG", {{"Message", "Err!!!!!!!  No This Mode"}}));
+    EXPECT_TRUE(robot.askedNow("ThrowErrMSG Message='Err!!!!!!!  No This Mode'"));
     robot.forget();
     robot.tick(3);
     EXPECT_EQ(robot.framesOf("ThrowErrMSG"), 3);
@@ -47,9 +47,7 @@ TEST(ModeChange, KeepsTheTaskAndForgetsWhatBelongedToTheRun)
     SupervisedRobot robot;
     robot.powerOn();
     robot.enterMode("AutoCleanMode");
-    robot.set("task_state", "cleaning");
-    robot.set("task_type", "AutoClean");
-    robot.set("breakpoint_getcharger", "");
+    robot.set("task_state=cleaning task_type=AutoClean breakpoint_getcharger");
     const std::vector<std::string> of_the_run = {
         "on_charger_pose",           "reuse_from_charger",   "start_from_charger_yaw_deg",
         "disable_reuse_reloc_once",  "mapping_no_reloc",     "mica_on_charger",
@@ -64,10 +62,9 @@ TEST(ModeChange, KeepsTheTaskAndForgetsWhatBelongedToTheRun)
     robot.enterMode("PauseAndStopMode");
 
     EXPECT_TRUE(robot.halted("AutoModeIndex"));
-    EXPECT_EQ(robot.framesOf("SaySomething", {{"message", "Robot Mode Changed!"}}), 5);
+    EXPECT_EQ(robot.framesOf("SaySomething message='Robot Mode Changed!'"), 5);
     EXPECT_EQ(robot.firstFrameOf("StopModeIndex"), robot.frame());
-    EXPECT_EQ(robot.key("task_state"), "cleaning");
-    EXPECT_EQ(robot.key("task_type"), "AutoClean");
+    EXPECT_TRUE(robot.keysAre("task_state=cleaning task_type=AutoClean"));
     for (const std::string& key : of_the_run)
         EXPECT_FALSE(robot.has(key)) << key;
     EXPECT_TRUE(robot.has("dust_handle")) << "only a cleaning mode stops the dust work";
@@ -75,33 +72,16 @@ TEST(ModeChange, KeepsTheTaskAndForgetsWhatBelongedToTheRun)
     EXPECT_EQ(robot.framesOf("RobotMusicPlay"), 1) << "no music during a change";
 }
 
-TEST(ModeChange, IntoACleaningModeStopsTheDustWork)
-{
-    SupervisedRobot robot;
-    robot.powerOn();
-    robot.set("dust_handle", "");
-    robot.set("APPDustHandle", "true");
-    robot.set("Have_dust_task", "");
-    robot.forget();
-    robot.enterMode("PartCleanMode");
-    EXPECT_TRUE(robot.asked("DustContrlSet", {{"dust_status", "DUST_QUIT"}}));
-    for (const char* key : {"dust_handle", "APPDustHandle", "Have_dust_task"})
-        EXPECT_FALSE(robot.has(key)) << key;
-    EXPECT_TRUE(robot.has("dust_delay_end"));
-}
-
 TEST(SelfTest, OfTheAppSkipsWhatIsNotAskedForAndStopsOnDemand)
 {
     SupervisedRobot robot;
     robot.powerOn();
     robot.obeys_requests = false;
-    robot.leaf("NeedToEnterRobotSelfTestMode").succeeds();
-    robot.leaf("IsAPPTest").succeeds();
-    robot.leaf("Is_bump_test").succeeds();
+    robot.succeed("NeedToEnterRobotSelfTestMode | IsAPPTest | Is_bump_test");
     robot.forget();
     robot.forgetRequests();
     robot.tick();
-    EXPECT_TRUE(robot.inOrder({{"RobotSelfTest_Cliff", {}}, {"RobotSelfTest_LDS", {}}, {"NotifyTrd", {}}}));
+    EXPECT_TRUE(robot.inOrder("RobotSelfTest_Cliff | RobotSelfTest_LDS | NotifyTrd"));
     EXPECT_TRUE(robot.notAsked("RobotSelfTest_Bump")) << "done already";
     EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
 
@@ -121,7 +101,7 @@ TEST(WaterBox, DuringACleaningLooksForTheWallsThatItChanges)
     robot.leaf("DoesRobotPutOnWaterBox").inTurn({SUCCESS, FAILURE});
     robot.tick(2);
     EXPECT_THAT(robot.music(), ElementsAre("23"));
-    EXPECT_TRUE(robot.inOrder({{"GenerateVirtualWalls", {}}, {"CheckInVirtualWall", {}}}));
+    EXPECT_TRUE(robot.inOrder("GenerateVirtualWalls | CheckInVirtualWall"));
     EXPECT_TRUE(robot.has("water_box"));
     robot.leaf("DoesRobotDropWaterBox").inTurn({SUCCESS, FAILURE});
     robot.tick(2);

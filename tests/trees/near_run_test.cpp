@@ -9,28 +9,12 @@ protected:
     NearRun()
     {
         robot.pointsOnALine();
-        robot.set("current_pose", 0);
-        robot.set("current_coord", 0);
-        robot.set("navi_target_point", 80);
+        robot.set("current_pose=0 current_coord=0 navi_target_point=80");
         robot.leaf("NaviOnePoint").runs();
     }
 
     ScriptedRobot robot;
 };
-
-TEST_F(NearRun, EndsWithAStepBackOnABumpOrACliff)
-{
-    robot.tree("Back2cm").succeedsAfter(3);
-    robot.start("NaviOnePointProc");
-    robot.tick(10);
-    robot.leaf("CheckClifBump").inTurn({SUCCESS, FAILURE}).fills("out_bump_dir", "Middle");
-    EXPECT_EQ(robot.tick(), RUNNING);
-    EXPECT_TRUE(robot.halted("NaviOnePoint"));
-    EXPECT_EQ(robot.finish(10), FAILURE) << "even though nothing touches any more";
-    EXPECT_EQ(robot.framesOf("Back2cm"), 4);
-    EXPECT_EQ(robot.key("bump_dir"), "Middle");
-    EXPECT_EQ(robot.framesOf("NaviOnePoint"), 10);
-}
 
 TEST_F(NearRun, FailsBehindTheTenFramesForTheCliffSensors)
 {
@@ -59,15 +43,13 @@ TEST_F(NearRun, OnABridgeGoesOnBehindThem)
     EXPECT_TRUE(robot.notAsked("BridgeNavi"));
     robot.leaf("CheckClifBump").succeeds();
     EXPECT_EQ(robot.finish(40), SUCCESS) << "a bump does not hold it up either";
-    EXPECT_EQ(robot.framesOf("BridgeNavi", {{"path", "path over the bridge"}}), 21);
-    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor", {{"sensor", "LdsPointcloud"}}));
-    EXPECT_TRUE(robot.has("cross_bridge_success"));
-    EXPECT_EQ(robot.key("navi_to_target"), "true");
+    EXPECT_EQ(robot.framesOf("BridgeNavi path='path over the bridge'"), 21);
+    EXPECT_TRUE(robot.halted("TemporarilyDisableSensor sensor=LdsPointcloud"));
+    EXPECT_TRUE(robot.keysAre("cross_bridge_success navi_to_target=true"));
 
     robot.set("finish_escape", "true");
     EXPECT_EQ(robot.finish(10), FAILURE) << "an escape does";
-    EXPECT_EQ(robot.key("navi_to_target"), "false");
-    EXPECT_FALSE(robot.has("cross_bridge_success"));
+    EXPECT_TRUE(robot.keysAre("navi_to_target=false -cross_bridge_success"));
     EXPECT_TRUE(robot.said("过桥失败"));
 }
 
@@ -94,9 +76,7 @@ TEST_F(NearRun, IsMadeWithoutAPlanAndForgetsTheBridgesWhateverCameOfIt)
 
 TEST_F(NearRun, NoneStopSearchesAgainUntilItIsThereOrThereIsNoPath)
 {
-    robot.set("gridmap_limit", "home");
-    robot.set("avoid_mopped_areas", true);
-    robot.set("navi_target_point", 3000);
+    robot.set("gridmap_limit=home avoid_mopped_areas=true navi_target_point=3000");
     robot.leaf("FindLastInTrajectory").fills("out_point_grid", 1000);
     robot.tree("NavigateFollowWall").fails();
     robot.tree("NavigateProcNoUnknown").decides([](const Moment& now) {
@@ -114,8 +94,7 @@ TEST_F(NearRun, NoneStopSearchesAgainUntilItIsThereOrThereIsNoPath)
     robot.set("current_pose", -300);
     robot.forget();
     EXPECT_EQ(robot.finish(50), SUCCESS) << "within 150 mm";
-    EXPECT_TRUE(robot.started(3, "AwesomeSearch"));
-    EXPECT_TRUE(robot.started(3, "NavigateFollowWall"));
+    EXPECT_TRUE(robot.started(3, "AwesomeSearch | NavigateFollowWall"));
     EXPECT_TRUE(robot.started(1, "ResetBridgeList"));
 }
 

@@ -77,9 +77,7 @@ bool bringToAnEnd(RelocalisingRobot& robot, int at_most)
     robot.has_way = true;
     robot.drives = SUCCESS;
     robot.trapped = false;
-    for (const char* word : {"exp_reloc_result", "ready_exp_again", "rotate_reloc_finish"})
-        robot.erase(word);
-    robot.set("reloc_back_pose", 0);
+    robot.set("-exp_reloc_result -ready_exp_again -rotate_reloc_finish reloc_back_pose=0");
     bool asked = false;
     for (int i = 0; i < at_most; ++i) {
         robot.answer.clear();

@@ -12,12 +12,12 @@ protected:
     void lookFrom(int place)
     {
         robot.sayEnough();
-        robot.tickUntil("RelocMap", {{"reloc_state", "start"}}, 10);
+        robot.tickUntil("RelocMap reloc_state=start", 10);
         robot.sendTo(place);
         ASSERT_TRUE(robot.tells("reach_reloc"));
         EXPECT_EQ(robot.key("current_pose"), std::to_string(place));
         robot.tick(3);
-        EXPECT_TRUE(robot.askedNow("Rotate", {{"angle_deg", "360"}}));
+        EXPECT_TRUE(robot.askedNow("Rotate angle_deg=360"));
     }
 
     // SLAM ends the dialogue.
@@ -37,7 +37,7 @@ protected:
 TEST_F(Relocalising, TurnsUntilItIsEnoughAndWaitsForAWord)
 {
     robot.tick(200);
-    EXPECT_TRUE(robot.askedNow("Rotate", {{"angle_deg", "360"}, {"angular_velocity_deg_s", "60"}}));
+    EXPECT_TRUE(robot.askedNow("Rotate angle_deg=360 angular_velocity_deg_s=60"));
     EXPECT_TRUE(robot.notAsked("RelocMap"));
     robot.sayEnough();
     robot.tick(5);
@@ -45,7 +45,7 @@ TEST_F(Relocalising, TurnsUntilItIsEnoughAndWaitsForAWord)
     EXPECT_EQ(robot.map, "start");
     EXPECT_FALSE(robot.has("rotate_reloc_finish"));
     robot.tick(300);
-    EXPECT_TRUE(robot.started(4, "SaySomething", {{"message", "tolvar wait cmd"}}));
+    EXPECT_TRUE(robot.started(4, "SaySomething message='tolvar wait cmd'"));
     endBy(SUCCESS);
 }
 
@@ -88,12 +88,10 @@ TEST_F(Relocalising, EightIsNoVerdictAndTheNextPlaceIsGoneToFromHere)
     robot.tick(10);
     EXPECT_TRUE(robot.said("tolvar rcv 8"));
     EXPECT_TRUE(robot.said("tolvar not 6/7"));
-    EXPECT_EQ(robot.key("current_pose"), "3000");
-    EXPECT_FALSE(robot.has("relocalize_start_move"));
+    EXPECT_TRUE(robot.keysAre("current_pose=3000 -relocalize_start_move"));
     robot.sendTo(5000);
     EXPECT_TRUE(robot.tells("reach_reloc"));
-    EXPECT_EQ(robot.key("current_pose"), "5000");
-    EXPECT_FALSE(robot.has("ready_exp_again"));
+    EXPECT_TRUE(robot.keysAre("current_pose=5000 -ready_exp_again"));
 }
 
 TEST_F(Relocalising, ASilentSlamIsEndedByAChangeOfMode)
@@ -103,8 +101,7 @@ TEST_F(Relocalising, ASilentSlamIsEndedByAChangeOfMode)
     EXPECT_TRUE(robot.askedNow("Rotate"));
     robot.halt();
     EXPECT_EQ(robot.map, "end");
-    EXPECT_TRUE(robot.halted("Rotate"));
-    EXPECT_TRUE(robot.halted("SlamActiveRelocalize"));
+    EXPECT_TRUE(robot.halted("Rotate | SlamActiveRelocalize"));
     EXPECT_EQ(robot.key("robot_trajectory"), "of the task");
 }
 
@@ -153,15 +150,13 @@ TEST_F(Relocalising, WithoutAPlaceItCrossesToAndFro)
 {
     robot.sayEnough();
     robot.tick(5);
-    robot.set("reloc_back_pose", 0);
-    robot.set("static_exp", "");
+    robot.set("reloc_back_pose=0 static_exp");
     EXPECT_TRUE(robot.tells("reach_reloc", 150));
     EXPECT_TRUE(robot.started(2, "NaviOnePointProc"));
     robot.sayVerdict(true);
     EXPECT_TRUE(robot.tells("back_origin"));
     robot.tick(2);
-    EXPECT_FALSE(robot.has("static_exp"));
-    EXPECT_FALSE(robot.has("exp_reloc_result"));
+    EXPECT_TRUE(robot.keysAre("-static_exp -exp_reloc_result"));
 
     robot.set("static_exp", "");
     robot.drives = FAILURE;
@@ -233,8 +228,7 @@ TEST(OlderRelocalising, LooksBesideItsWalkAndFailsWithTheWalksEnd)
         robot.leaf("Rotate").succeedsAfter(3);
         robot.start(tree);
         EXPECT_EQ(robot.finish(400), FAILURE) << tree;
-        EXPECT_FALSE(robot.has("relocalize_failed"));
-        EXPECT_FALSE(robot.has("relocalize_first_yaw"));
+        EXPECT_TRUE(robot.keysAre("-relocalize_failed -relocalize_first_yaw"));
 
         robot.start(tree);
         robot.tick(20);

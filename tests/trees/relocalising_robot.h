@@ -17,15 +17,13 @@ public:
         pointsOnALine();
         for (const char* key : {"current_pose", "current_coord", "current_odom"})
             set(key, 0);
-        set("current_yaw_deg", 0.0);
-        set("current_odom_yaw_deg", 0.0);
-        set("robot_trajectory", "of the task");
+        set("current_yaw_deg=0.0 current_odom_yaw_deg=0.0 robot_trajectory='of the task'");
         leaf("SlamActiveRelocalize").decides([this](const Moment& now) {
             first_turn = first_turn || now.tick_of_run == 0;
             return slam;
         });
         leaf("Rotate").runs();
-        leaf("AwesomeSearch").decides([this](const Moment&) { return has_way ? SUCCESS : FAILURE; });
+        leaf("AwesomeSearch").follows(has_way);
         leaf("NotTrapped").succeeds();
         leaf("RelocMap").decides([this](const Moment& now) {
             map = now.port("reloc_state");
@@ -73,8 +71,7 @@ public:
     void sendTo(int place)
     {
         set("slam_exp_pose", place);
-        set("reloc_back_pose", 0);
-        set("relocalize_start_move", "");
+        set("reloc_back_pose=0 relocalize_start_move");
     }
     /// Ticks until the tree tells SLAM this, for so many frames at most.
     bool tells(const std::string& what, int at_most = 50)

@@ -13,11 +13,8 @@ protected:
                  "PowerOffModeIndex", "OTAModeDealIndex", "SetWIFIModeIndex"})
     {
         robot.obeys_requests = false;
-        robot.set("task_state", "init");
-        robot.set("task_type", "Idle");
-        robot.set("LastRobotMode", 3);
-        robot.tree("AdvCleanComplete").succeeds();
-        robot.tree("SearchChargeEnding").succeeds();
+        robot.set("task_state=init task_type=Idle LastRobotMode=3");
+        robot.succeed("AdvCleanComplete | SearchChargeEnding");
     }
 
     /// Enters the mode with its tree and ticks.

@@ -8,26 +8,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-TEST_F(RestingMode, PauseWithoutATaskIsAStandbyAndAStandbyWithOneAPause)
-{
-    enter("PauseAndStopMode", "StopModeIndex", 1);
-    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
-
-    robot.set("task_state", "cleaning");
-    enter("PauseAndStopMode", "StopModeIndex", 20);
-    EXPECT_THAT(robot.requests(), IsEmpty());
-    EXPECT_EQ(robot.key("robot_status"), "clean_task_pause");
-    EXPECT_TRUE(robot.askedNow("StopModeDeal"));
-
-    enter("StandbyMode", "StandbyModeIndex", 20);
-    EXPECT_THAT(robot.requests(), Contains("PauseAndStopMode"));
-    robot.set("task_state", "init");
-    enter("StandbyMode", "StandbyModeIndex", 20);
-    EXPECT_THAT(robot.requests(), IsEmpty());
-    EXPECT_EQ(robot.key("robot_status"), "clean_nontask");
-    EXPECT_TRUE(robot.asked("SetCleanSystem", {{"Fan", "0"}}));
-}
-
 TEST_F(RestingMode, PauseEndsASpotCleaningAndHoldsOneGoneForPower)
 {
     robot.set("task_state", "part_cleaning");
@@ -42,8 +22,7 @@ TEST_F(RestingMode, PauseEndsASpotCleaningAndHoldsOneGoneForPower)
         EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
     }
 
-    robot.set("task_state", "cleaning");
-    robot.set("ForceStandby", "true");
+    robot.set("task_state=cleaning ForceStandby=true");
     enter("StandbyMode", "StandbyModeIndex", 20);
     EXPECT_TRUE(robot.asked("AdvCleanComplete")) << "the app closes the task";
     EXPECT_FALSE(robot.has("ForceStandby"));
@@ -58,7 +37,7 @@ TEST_F(RestingMode, SleepsAfterThirtyThousandTicks)
         robot.mode = mode;
         robot.start(tree);
         robot.forgetRequests();
-        robot.tickUntil("StopModeDeal", {}, 20);
+        robot.tickUntil("StopModeDeal", 20);
         const int first = robot.frame();
         robot.tick(first + 29999 - robot.frame());
         EXPECT_THAT(robot.requests(), IsEmpty()) << tree;
@@ -72,7 +51,7 @@ TEST_F(RestingMode, SleepEndsOnTheWheelsTheAppOrAKick)
 {
     for (const char* cause : {"DoesReceiveFindRobot", "DoesWheelsChangedWhenSleep"}) {
         enter("SleepMode", "SleepModeDealIndex", 20);
-        EXPECT_TRUE(robot.asked("Led_Mode_Set", {{"LedMode", "BUTTON_LED_OFF"}}));
+        EXPECT_TRUE(robot.asked("Led_Mode_Set LedMode=BUTTON_LED_OFF"));
         EXPECT_EQ(robot.key("robot_status"), "clean_sleep_done");
         EXPECT_TRUE(robot.notAsked("BackToLastRobotMode"));
         robot.leaf(cause).succeeds();
@@ -80,8 +59,7 @@ TEST_F(RestingMode, SleepEndsOnTheWheelsTheAppOrAKick)
         EXPECT_TRUE(robot.asked("BackToLastRobotMode")) << cause;
         robot.leaf(cause).fails();
     }
-    robot.set("kicked", "false");
-    robot.set("annoy_active_tick", 5);
+    robot.set("kicked=false annoy_active_tick=5");
     enter("SleepMode", "SleepModeDealIndex", 20);
     EXPECT_TRUE(robot.notAsked("BackToLastRobotMode"));
     EXPECT_NE(robot.key("annoy_active_tick"), "5") << "the quiet time is counted";
@@ -99,7 +77,7 @@ TEST_F(RestingMode, SleepOffTheDockTurnsIntoPowerOff)
     robot.battery = 10;
     enter("SleepMode", "SleepModeDealIndex", 20);
     EXPECT_THAT(robot.requests(), IsEmpty());
-    robot.leaf("RobotTimerLongerThan_s").where("long_s", "43200").succeeds();
+    robot.leaf("RobotTimerLongerThan_s long_s=43200").succeeds();
     robot.tick();
     EXPECT_THAT(robot.requests(), Contains("PowerOffMode")) << "after twelve hours";
     EXPECT_EQ(robot.key("update_offline_map_flag"), "1");
@@ -130,12 +108,11 @@ TEST_F(RestingMode, PowerOffSaysGoodbyeAndClosesTheTask)
     EXPECT_TRUE(robot.askedNow("PowerOffModeDeal"));
     EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
 
-    robot.set("task_state", "area_cleaning");
-    robot.set("station_info_save", "");
+    robot.set("task_state=area_cleaning station_info_save");
     robot.battery = 1;
     enter("PowerOffMode", "PowerOffModeIndex", 400);
     EXPECT_THAT(robot.music(), ElementsAre("200", "21", "200"));
-    EXPECT_TRUE(robot.inOrder({{"AdvCleanComplete", {}}, {"CleanInfoSave", {}}, {"PowerOffModeDeal", {}}}));
+    EXPECT_TRUE(robot.inOrder("AdvCleanComplete | CleanInfoSave | PowerOffModeDeal"));
 
     robot.set("task_state", "search_charge");
     robot.battery = 50;
@@ -147,35 +124,20 @@ TEST_F(RestingMode, PowerOffSaysGoodbyeAndClosesTheTask)
 TEST_F(RestingMode, UpdateClosesTheTaskAndHoldsTheEmptying)
 {
     robot.on_charger = true;
-    robot.set("dust_left_time", 700);
-    robot.set("task_state", "cleaning");
-    robot.set("dust_handle", "");
+    robot.set("dust_left_time=700 task_state=cleaning dust_handle");
     enter("OtaModeMode", "OTAModeDealIndex", 5);
     EXPECT_TRUE(robot.started(1, "AdvCleanComplete"));
-    EXPECT_TRUE(robot.asked("Led_Mode_Set", {{"LedMode", "BUTTON_LED_OTA"}}));
-    EXPECT_TRUE(robot.asked("DustContrlSet", {{"dust_status", "DUST_PAUSE"}, {"time_set", "700"}}));
-    EXPECT_FALSE(robot.has("dust_handle"));
-    EXPECT_EQ(robot.key("robot_status"), "clean_ota");
+    EXPECT_TRUE(robot.asked("Led_Mode_Set LedMode=BUTTON_LED_OTA"));
+    EXPECT_TRUE(robot.asked("DustContrlSet dust_status=DUST_PAUSE time_set=700"));
+    EXPECT_TRUE(robot.keysAre("-dust_handle robot_status=clean_ota"));
     EXPECT_TRUE(robot.askedNow("StopModeDeal"));
 
-    robot.set("task_state", "search_charge");
-    robot.set("annoy_ota", "");
+    robot.set("task_state=search_charge annoy_ota");
     enter("OtaModeMode", "OTAModeDealIndex", 5);
     EXPECT_TRUE(robot.asked("SearchChargeEnding"));
     EXPECT_TRUE(robot.notAsked("AdvCleanComplete"));
     EXPECT_TRUE(robot.notAsked("Led_Mode_Set")) << "in quiet hours without a light";
     EXPECT_FALSE(robot.has("annoy_ota"));
-}
-
-TEST_F(RestingMode, WifiSetUpEndsInStandbyWithTheAnswerOrWithoutOne)
-{
-    enter("WIFISetMode", "SetWIFIModeIndex", 300);
-    EXPECT_THAT(robot.requests(), IsEmpty());
-    robot.tick(5);
-    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
-    robot.leaf("DoesAlreadyGetWIFIRes").succeeds();
-    enter("WIFISetMode", "SetWIFIModeIndex", 3);
-    EXPECT_THAT(robot.requests(), Contains("StandbyMode"));
 }
 
 }  // namespace

@@ -10,12 +10,8 @@ protected:
     Review()
     {
         robot.pointsOnALine();
-        robot.set("Enable_Laser", "");
-        robot.set("Enable_AI", "");
-        robot.set("current_draw_mode", "Default");
-        robot.set("current_pose", 0.0);
-        robot.set("current_yaw_deg", 0.0);
-        robot.set("follow_wall_dir", "true");
+        robot.set("Enable_Laser Enable_AI current_draw_mode=Default current_pose=0.0 current_yaw_deg=0.0");
+        robot.set("follow_wall_dir=true");
         robot.leaf("OpenCloseMove").decides([](const Moment& now) {
             const double mean = (std::stod(now.port("left_mm_s")) + std::stod(now.port("right_mm_s"))) / 2;
             now.set("current_pose", now.keys.get<double>("current_pose") + mean / 50);
@@ -29,9 +25,9 @@ protected:
         robot.tree("Back2cm").succeeds();
     }
 
-    [[nodiscard]] int back(const char* mm_s = "-90") const
+    [[nodiscard]] int back(const std::string& mm_s = "-90") const
     {
-        return robot.framesOf("OpenCloseMove", {{"left_mm_s", mm_s}, {"right_mm_s", mm_s}});
+        return robot.framesOf("OpenCloseMove left_mm_s=" + mm_s + " right_mm_s=" + mm_s);
     }
 
     ScriptedRobot robot;
@@ -42,7 +38,7 @@ TEST_F(Review, NeedsItsKeyAndRestoresTheDrawMode)
     robot.start("LaserReviewAction");
     EXPECT_EQ(robot.finish(5), SUCCESS);
     EXPECT_TRUE(robot.notAsked("OpenCloseMove")) << "nothing suspected";
-    EXPECT_TRUE(robot.asked("SetMapDrawMode", {{"draw_mode", "Default"}}));
+    EXPECT_TRUE(robot.asked("SetMapDrawMode draw_mode=Default"));
     EXPECT_FALSE(robot.has("review_halt_token"));
 
     robot.erase("Enable_Laser");
@@ -56,13 +52,11 @@ TEST_F(Review, OfASuspectedWireBacksSwingsAndComesBack)
     EXPECT_EQ(robot.finish(400), SUCCESS);
     EXPECT_NEAR(back(), 50 / 1.8, 1.5) << "just over 50 mm";
     EXPECT_EQ(back("90"), back()) << "as many frames forward as back";
-    EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", "360"}}},
-                               {"Rotate", {{"angle_deg", "-360"}}},
-                               {"Rotate", {{"angle_deg", "360"}}}}));
-    EXPECT_NEAR(robot.framesOf("Rotate", {{"angle_deg", "-360"}}), 40 / 1.2, 1.5);
+    EXPECT_TRUE(robot.inOrder("Rotate angle_deg=360 | Rotate angle_deg=-360 | Rotate angle_deg=360"));
+    EXPECT_NEAR(robot.framesOf("Rotate angle_deg=-360"), 40 / 1.2, 1.5);
     EXPECT_NEAR(robot.keys().get<double>("current_yaw_deg"), 0, 1.3);
     EXPECT_EQ(robot.key("not_trace_token"), "SuspectWireDetect");
-    EXPECT_TRUE(robot.asked("SetMapDrawMode", {{"draw_mode", "BlockOnly"}}));
+    EXPECT_TRUE(robot.asked("SetMapDrawMode draw_mode=BlockOnly"));
     EXPECT_FALSE(robot.has("review_halt_token")) << "it stands where it stood";
 }
 
@@ -81,9 +75,7 @@ TEST_F(Review, StoppedByABumpBehindComesForwardByWhatItWentBack)
 TEST_F(Review, ThatMovedTheRobotEndsWithAStepBackAndARest)
 {
     const auto reviewMoving = [this](double mm, double degrees) {
-        robot.erase("review_halt_token");
-        robot.set("current_pose", 0.0);
-        robot.set("current_yaw_deg", 0.0);
+        robot.set("-review_halt_token current_pose=0.0 current_yaw_deg=0.0");
         robot.leaf("SuspectWireDetect").decides([mm, degrees](const Moment& now) {
             now.set("current_pose", mm);
             now.set("current_yaw_deg", degrees);
@@ -109,23 +101,22 @@ TEST_P(BlindZone, IsLookedIntoTheFurtherTheShorterTheArcWas)
 {
     const auto [arc, turn, on_one_side] = GetParam();
     robot.set("follow_wall_dir", on_one_side ? "true" : "false");
-    const char* const slow_back = on_one_side ? "left_mm_s" : "right_mm_s";
-    const char* const fast_back = on_one_side ? "right_mm_s" : "left_mm_s";
-    robot.leaf("BlindZoneDetected").succeeds();
-    robot.leaf("Rotate").succeeds();
+    const std::string slow = on_one_side ? " left_mm_s=" : " right_mm_s=";
+    const std::string fast = on_one_side ? " right_mm_s=" : " left_mm_s=";
+    robot.succeed("BlindZoneDetected | Rotate");
     // The rear bumper ends the arc; the robot is clear of it afterwards.
-    robot.leaf("BumpdirMatch").where("para_b", "BackWardsBump").decides([=, this, arc = arc](const Moment&) {
-        return robot.framesOf("OpenCloseMove", {{fast_back, "-200"}}) >= arc ? SUCCESS : FAILURE;
+    robot.leaf("BumpdirMatch para_b=BackWardsBump").decides([=, this, arc = arc](const Moment&) {
+        return robot.framesOf("OpenCloseMove" + fast + "-200") >= arc ? SUCCESS : FAILURE;
     });
     robot.start("LaserReviewAction");
     EXPECT_EQ(robot.finish(400), SUCCESS);
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{slow_back, "-55"}, {fast_back, "-200"}}), arc);
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{slow_back, "55"}, {fast_back, "200"}}), arc);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove" + slow + "-55" + fast + "-200"), arc);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove" + slow + "55" + fast + "200"), arc);
     EXPECT_TRUE(robot.started(turn == 0 ? 0 : 2, "Rotate")) << "there and back";
     if (turn != 0) {
         const int there = on_one_side ? -turn : turn;
-        EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", std::to_string(there)}}},
-                                   {"Rotate", {{"angle_deg", std::to_string(-there)}}}}));
+        EXPECT_TRUE(robot.inOrder("Rotate angle_deg=" + std::to_string(there) +
+                                  " | Rotate angle_deg=" + std::to_string(-there)));
     }
 }
 
@@ -138,17 +129,14 @@ TEST_F(Review, WithTheCameraScansAtTheSpeedsThatItAsksFor)
 {
     robot.leaf("AiNeedScan").fills("wheel_left", -100).fills("wheel_right", -20);
     robot.leaf("ScanConditionFinish")
-        .provided([this](const Moment&) {
-            return robot.framesOf("OpenCloseMove", {{"left_mm_s", "-100"}}) >= 25;
-        })
+        .provided([this](const Moment&) { return robot.framesOf("OpenCloseMove left_mm_s=-100") >= 25; })
         .succeeds();
     robot.start("AiReviewAction");
     EXPECT_EQ(robot.finish(400), SUCCESS);
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "-100"}, {"right_mm_s", "-20"}}), 25);
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "100"}, {"right_mm_s", "20"}}), 25)
+    EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=-100 right_mm_s=-20"), 25);
+    EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=100 right_mm_s=20"), 25)
         << "and drives the same arc back";
-    EXPECT_EQ(robot.framesOf("OpenCloseMove", {{"left_mm_s", "-120"}}),
-              robot.framesOf("OpenCloseMove", {{"left_mm_s", "120"}}));
+    EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=-120"), robot.framesOf("OpenCloseMove left_mm_s=120"));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ TEST(ScriptedRobotTool, RefusesNamesThatCannotBeAskedFor)
     EXPECT_THROW(robot.leaf("Delay"), std::invalid_argument) << "the runtime's own";
     EXPECT_THROW(robot.tree("Somersault"), std::invalid_argument);
     EXPECT_THROW((void)robot.notAsked("Somersault"), std::invalid_argument);
-    EXPECT_THROW((void)robot.notAsked("Rotate", {{"angle", "90"}}), std::invalid_argument);
+    EXPECT_THROW((void)robot.notAsked("Rotate angle=90"), std::invalid_argument);
     EXPECT_THROW((void)robot.asked("Escape"), std::invalid_argument) << "not replaced";
     EXPECT_THROW(robot.start("Somersault"), BT::BehaviorTreeException);
     robot.leaf("CheckClifBump").runs();
@@ -27,7 +27,7 @@ TEST(ScriptedRobotTool, TellsRunsHaltsAndPortsApart)
     robot.start("NaviOnePointProc");
     EXPECT_EQ(robot.tick(3), RUNNING);
     EXPECT_EQ(robot.tick(), SUCCESS);
-    EXPECT_TRUE(robot.started(1, "NaviOnePoint", {{"target_point", "10"}}));
+    EXPECT_TRUE(robot.started(1, "NaviOnePoint target_point=10"));
     EXPECT_FALSE(robot.halted("NaviOnePoint"));
     EXPECT_TRUE(robot.halted("TemporarilyDisableSensor"));
     EXPECT_EQ(robot.framesOf("NaviOnePoint"), 4);
@@ -37,14 +37,14 @@ TEST(ScriptedRobotTool, TellsRunsHaltsAndPortsApart)
     robot.set("navi_target_point", 20);
     robot.tick();
     EXPECT_TRUE(robot.started(2, "NaviOnePoint"));
-    EXPECT_TRUE(robot.asked("NaviOnePoint", {{"target_point", "20"}}));
-    EXPECT_FALSE(robot.asked("NaviOnePoint", {{"target_point", "30"}}));
+    EXPECT_TRUE(robot.asked("NaviOnePoint target_point=20"));
+    EXPECT_FALSE(robot.asked("NaviOnePoint target_point=30"));
     robot.halt();
     EXPECT_TRUE(robot.halted("NaviOnePoint"));
-    EXPECT_TRUE(robot.inOrder({{"Escape", {}}, {"NaviOnePoint", {}}, {"Escape", {}}, {"NaviOnePoint", {}}}));
-    EXPECT_FALSE(robot.inOrder({{"NaviOnePoint", {}}, {"NaviOnePoint", {}}, {"NaviOnePoint", {}}}));
+    EXPECT_TRUE(robot.inOrder("Escape | NaviOnePoint | Escape | NaviOnePoint"));
+    EXPECT_FALSE(robot.inOrder("NaviOnePoint | NaviOnePoint | NaviOnePoint"));
 
-    const auto failure = robot.started(5, "NaviOnePoint", {{"target_point", "20"}});
+    const auto failure = robot.started(5, "NaviOnePoint target_point=20");
     EXPECT_FALSE(failure);
     EXPECT_THAT(failure.message(), testing::HasSubstr("was started 0 times, not 5"));
     EXPECT_THAT(failure.message(), testing::HasSubstr("  1-4: NaviOnePoint target_point=\"10\" -> SUCCESS"));

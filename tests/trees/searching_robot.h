@@ -13,13 +13,8 @@ protected:
     SearchingRobot()
     {
         robot.pointsOnALine();
-        robot.set("current_pose", 0);
-        robot.set("current_coord", 0);
-        robot.set("current_yaw_deg", 0.0);
-        robot.set("current_odom_yaw_deg", 0.0);
-        robot.tree("Escape").succeeds();
-        robot.tree("EscapeCoat").succeeds();
-        robot.tree("Back2cm").succeeds();
+        robot.set("current_pose=0 current_coord=0 current_yaw_deg=0.0 current_odom_yaw_deg=0.0");
+        robot.succeed("Escape | EscapeCoat | Back2cm");
         robot.tree("GoChargingFullRoundTurn").decides([this](const Moment& now) {
             heard = at_turn;
             now.set("marker_signal_type", "Middle");
@@ -27,9 +22,8 @@ protected:
             return SUCCESS;
         });
         robot.tree("SearchForChargerRandomWalk").succeeds();
-        robot.leaf("InDockField").decides([this](const Moment&) { return in_field ? SUCCESS : FAILURE; });
-        robot.leaf("NotTrapped").succeeds();
-        robot.leaf("InMiddleDockOnceInAWhile").succeeds();
+        robot.leaf("InDockField").follows(in_field);
+        robot.succeed("NotTrapped | InMiddleDockOnceInAWhile");
         robot.leaf("FollowDockSignalFinal").runs();
         robot.leaf("SignalTypeMatch").decides([](const Moment& now) {
             return now.port("a_type") == now.port("b_type") ? SUCCESS : FAILURE;

@@ -6,13 +6,11 @@ namespace {
 TEST(StartUp, ClearsTheMapWhoseSegmentsCannotBeHad)
 {
     SupervisedRobot robot;
-    robot.set("RobotReuseMapEnable", 1);
-    robot.set("reuse_map_id", "7");
+    robot.set("RobotReuseMapEnable=1 reuse_map_id=7");
     robot.leaf("GetSegmentMap").fails();
     robot.powerOn();
-    EXPECT_TRUE(robot.started(1, "GetSegmentMap", {{"map_id", "7"}})) << "no second try";
-    EXPECT_EQ(robot.key("startup_clear_flag"), "get_segmap_failed");
-    EXPECT_FALSE(robot.has("reuse_map_id"));
+    EXPECT_TRUE(robot.started(1, "GetSegmentMap map_id=7")) << "no second try";
+    EXPECT_TRUE(robot.keysAre("startup_clear_flag=get_segmap_failed -reuse_map_id"));
 }
 
 TEST(StartUp, LoadsTheMapAgainOnRequest)
@@ -20,17 +18,16 @@ TEST(StartUp, LoadsTheMapAgainOnRequest)
     SupervisedRobot robot;
     robot.powerOn();
     robot.forget();
-    for (const char* request : {"save_reuse_info_startup", "update_reuse_app_map_startup",
-                                "update_reuse_app_map_mult_map", "MultmapRecoverDelTrFlag"})
-        robot.set(request, "");
+    robot.set(
+        "save_reuse_info_startup= update_reuse_app_map_startup= update_reuse_app_map_mult_map= "
+        "MultmapRecoverDelTrFlag=");
     robot.tick(5);
     EXPECT_TRUE(robot.notAsked("LoadReuseInfo"));
     robot.set("Start_Map_Load", "true");
     robot.tick(3);
-    EXPECT_TRUE(robot.started(1, "LoadReuseInfo", {{"fullfilename", "/reuse"}}));
-    EXPECT_TRUE(robot.started(1, "SaveReuseInfo"));
-    EXPECT_TRUE(robot.started(2, "UpdateReuseAppMap", {{"mode", "load_charger_del_tr"}}));
-    EXPECT_TRUE(robot.started(1, "UpdateReuseAppMap", {{"mode", ""}}));
+    EXPECT_TRUE(robot.started(1, "LoadReuseInfo fullfilename=/reuse | SaveReuseInfo"));
+    EXPECT_TRUE(robot.started(2, "UpdateReuseAppMap mode=load_charger_del_tr"));
+    EXPECT_TRUE(robot.started(1, "UpdateReuseAppMap mode="));
     EXPECT_TRUE(robot.askedNow("StandbyModeIndex")) << "beside the mode";
 }
 
@@ -41,8 +38,7 @@ protected:
     Completion()
     {
         robot.powerOn();
-        robot.set("last_clean_mode", "AutoCleanMode");
-        robot.set("task_state", "cleaning");
+        robot.set("last_clean_mode=AutoCleanMode task_state=cleaning");
         robot.forget();
     }
 
@@ -50,9 +46,8 @@ protected:
     {
         robot.set("AdvCleanCompleteStart", "");
         robot.tick(2);
-        EXPECT_TRUE(robot.has("AdvCleanCompleteEnd"));
-        EXPECT_EQ(robot.key("task_state"), "init");
-        EXPECT_TRUE(robot.asked("GenerateCleaningLog", {{"clean_mode", "AutoCleanMode"}}));
+        EXPECT_TRUE(robot.keysAre("AdvCleanCompleteEnd task_state=init"));
+        EXPECT_TRUE(robot.asked("GenerateCleaningLog clean_mode=AutoCleanMode"));
     }
 
     SupervisedRobot robot;
@@ -74,16 +69,12 @@ TEST_F(Completion, ClearsTheMapBehindTheLogOrAtOnceWithoutOne)
 {
     robot.set("clear_map_flag", "true");
     complete();
-    EXPECT_TRUE(robot.inOrder({{"SlamCleanComplete", {}},
-                               {"GenerateCleaningLog", {}},
-                               {"SlamCleanComplete", {}},
-                               {"ResetMap", {}},
-                               {"ResetReuseInfo", {}}}));
+    EXPECT_TRUE(robot.inOrder(
+        "SlamCleanComplete | GenerateCleaningLog | SlamCleanComplete | ResetMap | ResetReuseInfo"));
     EXPECT_EQ(robot.key("actively_upload_appmap_once"), "1");
 
     robot.forget();
-    robot.set("clear_map_flag", "true");
-    robot.set("CleanCompleteWithoutCleaningLog", "true");
+    robot.set("clear_map_flag=true CleanCompleteWithoutCleaningLog=true");
     complete();
     EXPECT_TRUE(robot.started(1, "SlamCleanComplete"));
     EXPECT_EQ(robot.key("clear_map_flag"), "true");
@@ -94,8 +85,7 @@ TEST_F(Completion, ThatAsksForALoadFreesTheSwitchAtOnce)
 {
     robot.set("Load_After_Complete", "");
     complete();
-    EXPECT_FALSE(robot.has("RobotModeSwitchLock"));
-    EXPECT_FALSE(robot.has("Load_After_Complete"));
+    EXPECT_TRUE(robot.keysAre("-RobotModeSwitchLock -Load_After_Complete"));
     robot.tick();
     EXPECT_TRUE(robot.asked("LoadReuseInfo"));
 }

@@ -11,12 +11,8 @@ protected:
     {
         robot.on_charger = true;
         robot.powerOn();
-        robot.set("dust_switch", "true");
-        robot.set("dust_left_time", 10000);
-        robot.set("dust_number", 0);
-        robot.set("handle_dust_numbers", 0);
-        robot.set("clean_done_time", 5);
-        robot.set("DustTimesSet", 3);
+        robot.set("dust_switch=true dust_left_time=10000 dust_number=0 handle_dust_numbers=0");
+        robot.set("clean_done_time=5 DustTimesSet=3");
         robot.leaf("DustTimeHandle").succeedsAfter(100);
         robot.leaf("SetDustTime").decides([](const Moment& now) {
             now.set("dust_left_time", std::stoi(now.port("time")));
@@ -27,17 +23,13 @@ protected:
         robot.forgetRequests();
     }
 
-    void landAfterCleaning()
-    {
-        robot.set("Have_Clean_Before_AutoDust", "");
-        robot.set("dust_handle", "");
-    }
+    void landAfterCleaning() { robot.set("Have_Clean_Before_AutoDust dust_handle"); }
 
     SupervisedRobot robot;
 };
 
-const PortValues kRun{{"dust_status", "DUST_START"}, {"time_set", "10000"}};
-const PortValues kQuit{{"dust_status", "DUST_QUIT"}};
+constexpr const char* kRun = "DustContrlSet dust_status=DUST_START time_set=10000";
+constexpr const char* kQuit = "DustContrlSet dust_status=DUST_QUIT";
 
 TEST_F(Station, EmptiesTheRobotBehindACleaning)
 {
@@ -45,17 +37,14 @@ TEST_F(Station, EmptiesTheRobotBehindACleaning)
     robot.tick(200);
     EXPECT_TRUE(robot.notAsked("DustContrlSet"));
     robot.tick(140);
-    EXPECT_TRUE(robot.started(1, "DustContrlSet", kRun));
-    EXPECT_TRUE(robot.has("Have_dust_task"));
-    EXPECT_TRUE(robot.has("dust_delay_start"));
+    EXPECT_TRUE(robot.started(1, kRun));
+    EXPECT_TRUE(robot.keysAre("Have_dust_task dust_delay_start"));
     EXPECT_EQ(robot.music().back(), "110");
     robot.tick(110);
-    EXPECT_TRUE(robot.inOrder(
-        {{"SetDustTime", {}}, {"DustContrlSet", kRun}, {"DustTimeHandle", {}}, {"DustContrlSet", kQuit}}));
+    EXPECT_TRUE(robot.inOrder("SetDustTime | " + std::string(kRun) + " | DustTimeHandle | " + kQuit));
     EXPECT_EQ(robot.key("dust_number"), "1");
     EXPECT_EQ(robot.key("clean_done_time"), "0");
-    for (const char* key : {"dust_handle", "Have_dust_task", "dust_delay_start"})
-        EXPECT_FALSE(robot.has(key)) << key;
+    EXPECT_TRUE(robot.keysAre("-dust_handle -Have_dust_task -dust_delay_start"));
     EXPECT_TRUE(robot.has("dust_delay_end"));
 }
 
@@ -66,7 +55,7 @@ TEST_F(Station, CountsItsRunsUpToAThousand)
     robot.leaf("NeedLongDustHandle").succeeds();
     robot.tick(240);
     EXPECT_EQ(robot.key("dust_number"), "1");
-    EXPECT_TRUE(robot.asked("SetDustTime", {{"time", "20000"}}));
+    EXPECT_TRUE(robot.asked("SetDustTime time=20000"));
 }
 
 TEST_F(Station, WaitsUntilThereWereMoreCleaningsThanItsSetting)
@@ -78,11 +67,11 @@ TEST_F(Station, WaitsUntilThereWereMoreCleaningsThanItsSetting)
     EXPECT_FALSE(robot.has("dust_handle"));
     EXPECT_TRUE(robot.asked("CleanInfoSave"));
     robot.tick(400);
-    EXPECT_TRUE(robot.notAsked("DustContrlSet", kRun));
+    EXPECT_TRUE(robot.notAsked(kRun));
 
     landAfterCleaning();
     robot.tick(460);
-    EXPECT_TRUE(robot.started(1, "DustContrlSet", kRun));
+    EXPECT_TRUE(robot.started(1, kRun));
     robot.set("dust_switch", "false");
     landAfterCleaning();
     robot.tick(2);
@@ -100,7 +89,7 @@ TEST_F(Station, DoesNotEmptyOnTheFirstLandingOfATaskThatGoesOn)
     robot.set("task_state", "area_lowpower");
     landAfterCleaning();
     robot.tick(400);
-    EXPECT_TRUE(robot.notAsked("DustContrlSet", kRun));
+    EXPECT_TRUE(robot.notAsked(kRun));
     EXPECT_TRUE(robot.has("breakpoint_dust_flag"));
     EXPECT_FALSE(robot.has("dust_handle"));
     EXPECT_EQ(robot.key("clean_done_time"), "6") << "counted all the same";
@@ -110,10 +99,10 @@ TEST_F(Station, EmptiesOnDemandAndDropsItWhenTheLinkIsLostForTwentyTries)
 {
     robot.set("APPDustHandle", "true");
     robot.tick(140);
-    EXPECT_TRUE(robot.started(1, "DustContrlSet", kRun));
+    EXPECT_TRUE(robot.started(1, kRun));
     EXPECT_EQ(robot.key("handle_dust_numbers"), "1");
     robot.tick(110);
-    EXPECT_TRUE(robot.asked("DustContrlSet", kQuit));
+    EXPECT_TRUE(robot.asked(kQuit));
     EXPECT_FALSE(robot.has("APPDustHandle"));
 
     robot.leaf("IsInfraredConnect").fails();

@@ -32,8 +32,7 @@ TEST(StepBack, GoesOnUntilTheBumperIsFreeAndFiveFramesMore)
     const int first = robot.firstFrameOf("GoBackwards").value();
     EXPECT_EQ(robot.framesOf("GoBackwards"), 12 - first + 1 + 5);
     EXPECT_EQ(robot.key("bump_dir"), "Left");
-    EXPECT_TRUE(robot.inOrder(
-        {{"Stop", {}}, {"SetMapDrawMode", {{"draw_mode", "BlockOnly"}}}, {"GoBackwards", {}}, {"Stop", {}}}));
+    EXPECT_TRUE(robot.inOrder("Stop | SetMapDrawMode draw_mode=BlockOnly | GoBackwards | Stop"));
 
     // Another touch, and the five frames are counted afresh.
     const int start = robot.frame() + 1;
@@ -44,17 +43,6 @@ TEST(StepBack, GoesOnUntilTheBumperIsFreeAndFiveFramesMore)
     const int again = robot.firstFrameOf("GoBackwards").value();
     EXPECT_EQ(robot.framesOf("GoBackwards"), start + 12 - again + 1 + 5);
     EXPECT_EQ(robot.key("bump_dir"), "Middle") << "all of the collision";
-}
-
-TEST(StepBack, AfterAnEscapeIsNotMade)
-{
-    ScriptedRobot robot;
-    robot.set("finish_escape", "true");
-    robot.start("Back2cm");
-    EXPECT_EQ(robot.finish(10), FAILURE);
-    EXPECT_TRUE(robot.notAsked("Stop"));
-    EXPECT_EQ(robot.finish(10), SUCCESS);
-    EXPECT_TRUE(robot.asked("Stop"));
 }
 
 TEST(BlindAdvance, ThatBumpsGivesTheWholeRunUpAndWaitsBehindItsStepBack)
@@ -90,9 +78,8 @@ TEST(ShakeAndBack, StopsAfterTenCentimetresAndTurnsOnlyBeforeADock)
     robot.set("current_pose", 0);
     robot.forget();
     EXPECT_EQ(robot.finish(600), SUCCESS);
-    EXPECT_TRUE(robot.inOrder({{"Rotate", {{"angle_deg", "-180"}}},
-                               {"OpenCloseMove", {{"left_mm_s", "120"}, {"right_mm_s", "120"}}},
-                               {"Rotate", {{"angle_deg", "180"}}}}));
+    EXPECT_TRUE(robot.inOrder(
+        "Rotate angle_deg=-180 | OpenCloseMove left_mm_s=120 right_mm_s=120 | Rotate angle_deg=180"));
     EXPECT_EQ(robot.framesOf("OpenCloseMove"), 150);
 }
 

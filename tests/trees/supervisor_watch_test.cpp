@@ -9,24 +9,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-TEST(HealthCheck, StopsTellsAndReportsAnErrorOnce)
-{
-    SupervisedRobot robot;
-    robot.powerOn();
-    robot.enterMode("AutoCleanMode");
-    robot.forgetRequests();
-    robot.forget();
-    robot.errors = {"I_FAN_SPEED", "BATTERY_FAULT"};
-    robot.tick();
-    EXPECT_TRUE(robot.asked("Stop"));
-    EXPECT_THAT(robot.requests(), ElementsAre("ErrRepotMode"));
-    EXPECT_THAT(robot.music(), ElementsAre("42")) << "the first of the list";
-    EXPECT_TRUE(robot.halted("AutoModeIndex"));
-    robot.tick(50);
-    EXPECT_THAT(robot.requests(), ElementsAre("ErrRepotMode"));
-    EXPECT_THAT(robot.music(), ElementsAre("42"));
-}
-
 TEST(HealthCheck, WaitsFourTicksBehindACommandAndLeavesRestingModesAlone)
 {
     SupervisedRobot robot;
@@ -115,21 +97,6 @@ TEST(LowBattery, PowersOffBelowOnePercentOffTheDock)
     docked.powerOn();
     docked.tick(50);
     EXPECT_THAT(docked.requests(), Each("ChargingMode"));
-}
-
-TEST(MovedByHand, IsNoticedAtRestAlone)
-{
-    SupervisedRobot robot;
-    robot.powerOn();
-    robot.enterMode("AutoCleanMode");
-    robot.leaf("DoesRobotMoved").succeeds();
-    robot.set("calcu_chargerpos", "");
-    robot.tick(3);
-    EXPECT_EQ(robot.key("robot_moved"), "false");
-    robot.enterMode("PauseAndStopMode");
-    EXPECT_EQ(robot.key("robot_moved"), "true");
-    EXPECT_EQ(robot.key("moved_during_pause"), "true");
-    EXPECT_FALSE(robot.has("calcu_chargerpos"));
 }
 
 TEST(Warnings, OfAPlaceThatCannotBeReachedSendTheCleaningRobotHome)

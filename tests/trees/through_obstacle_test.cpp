@@ -10,20 +10,13 @@ protected:
     ThroughObstacle()
     {
         robot.pointsOnALine();
-        robot.set("initial_bump_pose", 0);
-        robot.set("current_pose", 0);
-        robot.set("current_coord", 0);
-        robot.set("gridmap_limit", "home");
-        robot.set("bump_dir", "Left");
-        robot.set("follow_wall_dir", "true");
+        robot.set("initial_bump_pose=0 current_pose=0 current_coord=0 gridmap_limit=home bump_dir=Left");
+        robot.set("follow_wall_dir=true");
         robot.leaf("MoveThroughWalls").fills("out_point", 1500);
         robot.leaf("GeneratePointCenteredRectMm").fills("out_rect", "square");
-        robot.leaf("IsPointInRectangle").succeeds();
-        robot.leaf("NotTrapped").succeeds();
-        robot.leaf("Bumped").succeeds();
+        robot.succeed("IsPointInRectangle | NotTrapped | Bumped");
         robot.leaf("AdvancedSetFollowWallDirection").writes("follow_wall_dir", "false");
-        robot.tree("NavigateProc").fails();
-        robot.tree("FollowWallTillRectLimitIgnoreCharger").fails();
+        robot.fail("NavigateProc | FollowWallTillRectLimitIgnoreCharger");
     }
 
     void expectCleanUp()
@@ -40,8 +33,7 @@ TEST_F(ThroughObstacle, TriesElevenTimesAlongTheWall)
 {
     robot.start("ThroughObstacleNavigation");
     EXPECT_EQ(robot.finish(100), FAILURE);
-    EXPECT_TRUE(robot.started(11, "NavigateProc"));
-    EXPECT_TRUE(robot.started(11, "FollowWallTillRectLimitIgnoreCharger"));
+    EXPECT_TRUE(robot.started(11, "NavigateProc | FollowWallTillRectLimitIgnoreCharger"));
     EXPECT_TRUE(robot.said("tolvar try over 10 times"));
     expectCleanUp();
 }
