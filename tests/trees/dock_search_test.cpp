@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "trees/searching_robot.h"
 
 namespace vemra::test {
@@ -108,6 +110,42 @@ TEST_F(DockSearch, BacksOutFiveTimesAndThriceWhereItLeavesTheField)
     robot.tickUntil("SearchForChargerRandomWalk", 3000);
     EXPECT_TRUE(robot.started(3, "WeighDockSignalFirstStep"));
     EXPECT_TRUE(robot.notAsked("WeighDockSignalSecondStep"));
+}
+
+// Each counter ends what it counts where its test says: "above 4" lets five pass.
+TEST_F(DockSearch, ATrappedCycleCostsNoMarkingTurnAndTheFifthIsWalkedOutOf)
+{
+    hearAtTurn({{"MiddleLeft", "Middle"}, {"MiddleRight", "Middle"}});
+    bool turned = false;
+    robot.tree("GoChargingFullRoundTurn").decides([&](const Moment& now) {
+        turned = true;
+        now.set("marker_signal_type", "Middle");
+        now.set("marker_dir", 0.0);
+        return SUCCESS;
+    });
+    robot.tree("Escape").decides([&](const Moment&) { return turned ? FAILURE : SUCCESS; });
+    // Asked before the turn, and after it by the cycle that could not go on.
+    robot.leaf("NotTrapped").decides([&](const Moment&) {
+        return std::exchange(turned, false) ? FAILURE : SUCCESS;
+    });
+    robot.start("SearchForCharger_lds");
+    for (int walks = 1; walks <= 2; ++walks) {
+        robot.tickUntil("SearchForChargerRandomWalk", {}, 200);
+        EXPECT_TRUE(robot.started(5 * walks, "GoChargingFullRoundTurn"));
+        EXPECT_EQ(robot.key("full_round_turn_times"), "0");
+        EXPECT_EQ(robot.key("charging_escape_times"), "0");
+        robot.tick();
+    }
+}
+
+TEST_F(DockSearch, ASectorIsArcedThroughFiveTimes)
+{
+    hearAtTurn({{"MiddleLeft", "Left"}, {"MiddleRight", "CentralLeft"}});
+    robot.start("SearchForCharger_lds");
+    robot.tickUntil("GoChargingFullRoundTurn", {}, 200);
+    robot.tickUntil("OpenCloseMove", {}, 200);
+    robot.tickUntil("GoChargingFullRoundTurn", {}, 4000);
+    EXPECT_TRUE(robot.started(6, "Rotate", {{"angle_deg", "-95"}})) << "the sixth is the next cycle's first";
 }
 
 /// The whole way home with the search replaced.
