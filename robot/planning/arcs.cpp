@@ -17,7 +17,7 @@ constexpr std::array kTurns = {-1.0, -0.75, -0.55, -0.4, -0.27, -0.16, -0.08, 0.
                                0.08, 0.16,  0.27,  0.4,  0.55,  0.75,  1.0};
 constexpr std::array kSpeeds = {1.0, 0.6, 0.3};
 // Along a wall: into a corner it goes slowly and as far as it gets, since only a turn on the spot sweeps it.
-constexpr std::array kFollowSpeeds = {1.0, 0.5, 0.2};
+constexpr std::array kFollowSpeeds = {1.0, 0.6, 0.35, 0.2};
 // Beyond this the robot turns on the spot first.
 constexpr double kNotAheadDeg = 55;
 constexpr double kNearestLooksMm = 400;
@@ -126,10 +126,10 @@ std::optional<Motion> towards(PointMm carrot, double left_mm, const PoseMm& pose
 
 Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const FollowManner& manner)
 {
-    constexpr double kLookS = 0.6;
-    constexpr double kMostAway = 30;
+    constexpr double kLookS = 0.5;
+    constexpr double kMostAway = 90;
     constexpr double kStep = 6;
-    constexpr double kOnTheSpot = 70;
+    constexpr double kOnTheSpot = 150;
 
     const auto near = within(obstacles, pose.at, kRobotRadiusMm + kNearestLooksMm);
     const double now = clearanceTo(near, pose.at);

@@ -45,15 +45,16 @@ Node judge_on_a_plane()
         "JudgeOnAPlane",
         FallbackStar(
             IfOnAPlane{"200"},
-            SequenceStar(
-                key::Cnt.set(0),
-                Fallback(IfOnAPlane{"400"},
-                         ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), move_on())))),
-                SaySomething{"${Cnt}"}, unless(key::Cnt.below(50), ForceSuccess(Frameout(100, move_on()))),
-                key::Cnt.above(140), key::Leans_Cnt.set(0),
-                Fallback(IfOnAPlane{"500"},
-                         ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), move_on())))),
-                SaySomething{"${Leans_Cnt}"}, key::Leans_Cnt.above(45), key::robot_leans_charger.flag())));
+            SequenceStar(key::Cnt.set(0),
+                         Fallback(IfOnAPlane{"400"},
+                                  ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), move_on())))),
+                         SaySomething{"${Cnt}"},
+                         unless(IsAGreaterThanBFloat{"50", "${Cnt}"}, ForceSuccess(Frameout(100, move_on()))),
+                         IsAGreaterThanBFloat{"${Cnt}", "140"}, key::Leans_Cnt.set(0),
+                         Fallback(IfOnAPlane{"500"},
+                                  ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), move_on())))),
+                         SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBFloat{"${Leans_Cnt}", "45"},
+                         key::robot_leans_charger.flag())));
 }
 
 Node turn_back_to_start()

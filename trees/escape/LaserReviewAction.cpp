@@ -130,8 +130,9 @@ enum class Way
 Node make_up_for_short_arc(Way way)
 {
     const int sign = way == Way::ToTheWall ? 1 : -1;
-    return optionally(FallbackStar(key::check_cnt.above(30), ForceFailure(turn_to_wall(sign * 80))),
-                      FallbackStar(key::check_cnt.above(49), turn_to_wall(sign * 60)));
+    return optionally(
+        FallbackStar(IsAGreaterThanBFloat{"${check_cnt}", "30"}, ForceFailure(turn_to_wall(sign * 80))),
+        FallbackStar(IsAGreaterThanBFloat{"${check_cnt}", "49"}, turn_to_wall(sign * 60)));
 }
 
 // Right beside the robot the laser sees nothing: it leaves the wall in an arc, looks at the place where it
