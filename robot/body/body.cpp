@@ -158,8 +158,13 @@ void Body::moveOverFloor(double forward_mm, double turn_deg)
 
 void Body::touch(PointMm direction)
 {
-    const Touch touch{pose_.at + kRobotRadiusMm * direction,
-                      pose_.at + (kRobotRadiusMm + kBumperTravelMm) * direction};
+    const PointMm at = pose_.at + kRobotRadiusMm * direction;
+    const auto thing = nearestObstruction(world_.solid(), at, kSubstepMm);
+    if (!thing) {
+        return;
+    }
+    // A corner may lie on the line between cells: a place a little further on would be beside the thing.
+    const Touch touch{at, world_.solid().centreOf(thing->cell)};
     const bool known = std::any_of(touches_.begin(), touches_.end(), [&touch](const Touch& other) {
         return distance(other.at, touch.at) < kBumperTravelMm;
     });

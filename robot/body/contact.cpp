@@ -16,6 +16,7 @@ std::optional<Obstruction> nearestObstruction(const Home& solid, PointMm centre,
     const CellIndex high = solid.cellOf(centre + PointMm{within_mm, within_mm});
     double best = within_mm * within_mm;
     std::optional<PointMm> nearest;
+    CellIndex in;
     for (int row = low.row; row <= high.row; ++row) {
         for (int column = low.column; column <= high.column; ++column) {
             const CellIndex cell{column, row};
@@ -31,6 +32,7 @@ std::optional<Obstruction> nearestObstruction(const Home& solid, PointMm centre,
             if (square <= best) {
                 best = square;
                 nearest = square > 0 ? at : middle;
+                in = cell;
             }
         }
     }
@@ -39,7 +41,7 @@ std::optional<Obstruction> nearestObstruction(const Home& solid, PointMm centre,
     }
     const PointMm offset = *nearest - centre;
     const double length = std::hypot(offset.x, offset.y);
-    return Obstruction{std::sqrt(best), length > 0 ? 1 / length * offset : PointMm{1, 0}};
+    return Obstruction{std::sqrt(best), length > 0 ? 1 / length * offset : PointMm{1, 0}, in};
 }
 
 Move slide(const Home& solid, PointMm from, PointMm step, double radius_mm)

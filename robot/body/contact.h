@@ -12,6 +12,7 @@ struct Obstruction
 {
     double away_mm = 0;  ///< from the disc's centre; 0 from within
     PointMm towards;     ///< of length 1, from the centre to it
+    CellIndex cell;      ///< the one that it lies in, or at the edge of
 };
 
 /// What is not free, as near as within_mm of a centre.

@@ -100,26 +100,78 @@ TEST_F(WallTest, ThroughObstacleNavigationGetsBehindAWall)
     EXPECT_EQ(robot.text("follow_wall_dir"), "false");
 }
 
-// Where floor is open to the edge of the map, with what it passes on its other side no wall to be circled
-// towards.
-TEST_F(WallTest, FollowingGetsOnInEveryMinuteWhereFloorIsOpen)
+TEST_F(WallTest, TheBorderOfThePartIsFollowedLikeAWall)
+{
+    const BT::NodeParameters border{{"sensor", "SubregionBorder"}};
+    robot.blackboard->set("current_subregion", BoxMm{{-1000, -1000}, {1500, 4000}});
+    robot.body.carryTo({{1400, 1500}, {0}});
+    robot.blackboard->set("bump_dir", "None");
+    robot.frames(2);
+    EXPECT_FALSE(robot.passes("SensorTriggerBump", border)) << "it is off";
+    EXPECT_FALSE(robot.passes("SensorTriggerBump", {{"sensor", "Nowhere"}}));
+    EXPECT_EQ(robot.text("bump_dir"), "None");
+
+    robot.switches.open(this, "SubregionBorder", true, false);
+    ASSERT_TRUE(robot.passes("SensorTriggerBump", border));
+    EXPECT_EQ(robot.text("bump_dir"), "virtual");
+    robot.blackboard->set("follow_wall_dir", "true");
+    robot.enter("FollowWallProc");
+    double farthest = 0;
+    double highest = 0;
+    int at_border = 0;
+    for (int i = 0; i < 1500; ++i) {
+        ASSERT_EQ(robot.frame(), NodeStatus::RUNNING);
+        farthest = std::max(farthest, robot.at().x);
+        highest = std::max(highest, robot.at().y);
+        at_border += std::abs(robot.at().x - 1550) < 60 ? 1 : 0;
+    }
+    EXPECT_GT(highest, 2700) << "with the border on its right it goes up";
+    EXPECT_LT(farthest, 1600);
+    EXPECT_GT(at_border, 250);
+    EXPECT_LT(robot.at().x, 1000) << "and along the wall back";
+    EXPECT_FALSE(robot.bumped);
+
+    robot.body.carryTo({{1570, 1500}, {0}});
+    robot.frame();
+    EXPECT_EQ(robot.sensing.contact(), "virtual");
+    robot.body.carryTo({{1570, 1500}, {180}});
+    robot.frame();
+    EXPECT_EQ(robot.sensing.contact(), "None") << "it turns its back to it";
+    robot.body.carryTo({{1800, 700}, {180}});
+    robot.frame();
+    EXPECT_EQ(robot.sensing.contact(), "None") << "it is outside";
+}
+
+// Whatever stands there, and whether or not the laser sees it: in each minute the robot gets on.
+TEST_F(WallTest, FollowingGetsOnInEveryMinuteAlongLowThingsAndOpenFloor)
 {
     constexpr int kMinute = 3000;
+    // Low strips along the walls and across a corner, as wide as a leg and as a sofa.
+    const std::vector<BoxMm> low{{{50, 2850}, {1600, 3050}},
+                                 {{2600, 50}, {4050, 300}},
+                                 {{3700, 1500}, {4050, 1750}},
+                                 {{50, 900}, {120, 960}}};
     std::vector<std::string> open = roomWithBlock();
-    fill(open, {60, 20}, {81, 61}, '.');
-    for (const char* right : {"true", "false"}) {
-        NavigationRig other{sketch(open), {{600, 300}, {0}}};
-        other.blackboard->set("follow_wall_dir", right);
-        other.enter("FollowWallProc");
-        for (int minute = 0; minute < 4; ++minute) {
-            BoxMm span{other.at(), other.at()};
-            for (int i = 0; i < kMinute; ++i) {
-                ASSERT_EQ(other.frame(), NodeStatus::RUNNING);
-                span = {{std::min(span.low.x, other.at().x), std::min(span.low.y, other.at().y)},
-                        {std::max(span.high.x, other.at().x), std::max(span.high.y, other.at().y)}};
+    fill(open, {60, 20}, {81, 61}, '.');  // no wall: floor as far as the map goes
+    for (const bool with_low_things : {true, false}) {
+        for (const bool right : {true, false}) {
+            NavigationRig other{sketch(with_low_things ? roomWithBlock() : open), {{600, 300}, {0}}};
+            if (with_low_things)
+                for (const BoxMm& box : low)
+                    other.world.putDown(box, Height::Low);
+            other.blackboard->set("follow_wall_dir", right ? "true" : "false");
+            other.enter("FollowWallProc");
+            for (int minute = 0; minute < 4; ++minute) {
+                BoxMm span{other.at(), other.at()};
+                for (int i = 0; i < kMinute; ++i) {
+                    ASSERT_EQ(other.frame(), NodeStatus::RUNNING);
+                    span = {{std::min(span.low.x, other.at().x), std::min(span.low.y, other.at().y)},
+                            {std::max(span.high.x, other.at().x), std::max(span.high.y, other.at().y)}};
+                }
+                EXPECT_GT(std::max(span.high.x - span.low.x, span.high.y - span.low.y), 600)
+                    << (with_low_things ? "low things, " : "open floor, ") << (right ? "right" : "left")
+                    << ", minute " << minute << ", at " << other.at();
             }
-            EXPECT_GT(std::max(span.high.x - span.low.x, span.high.y - span.low.y), 600)
-                << "on its right: " << right << ", minute " << minute << ", at " << other.at();
         }
     }
 }

@@ -29,15 +29,21 @@ constexpr int kLostFrames = 200;
 constexpr std::size_t kLoopPoints = 60;
 constexpr int kSamePlaceCells = 3;
 
-// What the robot passes on its other side is not the wall that it follows: taken for it, it is circled
-// towards for ever.
+// The wall stands beside the robot or was just left behind. What stands ahead, or is passed on the other side,
+// is not the wall that it follows: taken for it, it is circled towards again and again.
 bool isAtWall(const PoseMm& pose, std::span<const PointMm> obstacles, Side wall)
 {
+    constexpr double kFromDeg = 60;
+    constexpr double kToDeg = 150;
     const double to_left = wall == Side::Left ? 1 : -1;
-    const PointMm side{-std::sin(radians(pose.yaw)) * to_left, std::cos(radians(pose.yaw)) * to_left};
     return std::any_of(obstacles.begin(), obstacles.end(), [&](PointMm p) {
+        if (distance(p, pose.at) >= kRobotRadiusMm + kAtWallMm) {
+            return false;
+        }
         const PointMm way = p - pose.at;
-        return way.x * side.x + way.y * side.y >= 0 && distance(p, pose.at) < kRobotRadiusMm + kAtWallMm;
+        const Degrees heading = degreesOfRadians(std::atan2(way.y, way.x));
+        const double bearing = to_left * wrapped({heading.value - pose.yaw.value}).value;
+        return bearing >= kFromDeg && bearing <= kToDeg;
     });
 }
 
@@ -61,7 +67,9 @@ BT::NodeStatus FollowStepAction::advance()
     FollowManner manner = manner_(*this);
     const double away = manner.wall == Side::Left ? -1 : 1;
     const bool contact = body().bumper().any() || body().cliffs().any();
-    if (contact && back_off_frames_ == 0) {
+    // A bumper that stays pressed is no new contact before the robot has turned as well: with something behind
+    // it, it cannot back off.
+    if (contact && back_off_frames_ == 0 && turn_away_deg_ == 0) {
         contacts_in_vain_ = distance(pose.at, contact_at_) < kGotOnMm ? contacts_in_vain_ + 1 : 1;
         if (contacts_in_vain_ > kMostContactsInVain) {
             return BT::NodeStatus::FAILURE;
