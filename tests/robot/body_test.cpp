@@ -73,6 +73,17 @@ TEST_F(InARoom, AWallStopsTheBodyAndPressesTheBumperWhereItIsMet)
     EXPECT_EQ(body.bumper(), Sides{}) << "there is none behind";
 }
 
+TEST_F(InARoom, ACornerOnALineOfTheGridPressesTheBumper)
+{
+    world.putDown({{1000, 1000}, {1200, 1500}});
+    for (const double y : {1499.0, 1500.0, 1501.0}) {
+        Body body = bodyAt(700, y, 0);
+        body.drive({200, 200});
+        run(body, 60);
+        EXPECT_TRUE(body.bumper().middle) << y;
+    }
+}
+
 TEST_F(InARoom, NoDriveEverCutsIntoAWall)
 {
     world.putDown({{1000, 1000}, {1200, 1100}});

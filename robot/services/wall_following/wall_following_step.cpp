@@ -29,8 +29,8 @@ constexpr int kLostFrames = 200;
 constexpr std::size_t kLoopPoints = 60;
 constexpr int kSamePlaceCells = 3;
 
-// The wall stands beside the robot or was just left behind. What stands ahead, or is passed on the other side,
-// is not the wall that it follows: taken for it, it is circled towards again and again.
+// The wall stands beside the robot or was just left behind. What stands ahead, or is passed on the other
+// side, is not the wall that it follows: taken for it, it is circled towards again and again.
 bool isAtWall(const PoseMm& pose, std::span<const PointMm> obstacles, Side wall)
 {
     constexpr double kFromDeg = 60;
@@ -67,8 +67,8 @@ BT::NodeStatus FollowStepAction::advance()
     FollowManner manner = manner_(*this);
     const double away = manner.wall == Side::Left ? -1 : 1;
     const bool contact = body().bumper().any() || body().cliffs().any();
-    // A bumper that stays pressed is no new contact before the robot has turned as well: with something behind
-    // it, it cannot back off.
+    // A bumper that stays pressed is no new contact before the robot has turned as well: with something
+    // behind it, it cannot back off.
     if (contact && back_off_frames_ == 0 && turn_away_deg_ == 0) {
         contacts_in_vain_ = distance(pose.at, contact_at_) < kGotOnMm ? contacts_in_vain_ + 1 : 1;
         if (contacts_in_vain_ > kMostContactsInVain) {
