@@ -176,17 +176,18 @@ TEST_F(WallTest, FollowingGetsOnInEveryMinuteAlongLowThingsAndOpenFloor)
     }
 }
 
+// Between two corners that are just as far apart as the body is wide.
 TEST_F(WallTest, WithNoRoomToBackOffItTurnsAway)
 {
-    robot.body.carryTo({{1000, 700}, {0}});
-    robot.world.putDown({{1000 + kRobotRadiusMm, 500}, {1300, 900}}, Height::Low);
-    robot.world.putDown({{700, 500}, {1000 - kRobotRadiusMm, 900}}, Height::Low);
+    robot.world.putDown({{700, 500}, {800, 700}}, Height::Low);
+    robot.world.putDown({{1150, 700}, {1250, 900}}, Height::Low);
+    robot.body.carryTo({{975, 700}, {0}});
     robot.blackboard->set("follow_wall_dir", "true");
     robot.enter("FollowWallProc");
-    for (int i = 0; i < 1500 && robot.away({1000, 700}) < 500; ++i) {
+    for (int i = 0; i < 1500 && robot.away({975, 700}) < 500; ++i) {
         ASSERT_EQ(robot.frame(), NodeStatus::RUNNING) << i;
     }
-    EXPECT_GE(robot.away({1000, 700}), 500) << "at " << robot.at();
+    EXPECT_GE(robot.away({975, 700}), 500) << "at " << robot.at();
 }
 
 TEST_F(WallTest, CollisionsAtOnePlaceAreTooManyAtLastAndElsewhereAreNot)
