@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 
@@ -12,6 +10,7 @@
 #include "generator/built_tree.h"
 #include "generator/emit.h"
 #include "plugin/tree_table.h"
+#include "support/folder.h"
 
 namespace vemra::test {
 namespace {
@@ -24,17 +23,10 @@ using testing::HasSubstr;
 class Treegen : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
     int run(const std::string& registry, std::vector<NamedTree> trees)
     {
-        std::ofstream(folder_ / "registry.txt") << registry;
-        return command({"--registry", folder_ / "registry.txt", "--source", source_, "--exports", exports_},
+        return command({"--registry", folder_.write("registry.txt", registry), "--source", source_,
+                        "--exports", exports_},
                        std::move(trees));
     }
     int command(const std::vector<std::string>& arguments, std::vector<NamedTree> trees)
@@ -51,15 +43,8 @@ protected:
         said_ = said.str();
         return code;
     }
-    static std::string read(const fs::path& file)
-    {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
 
-    const fs::path folder_ =
-        fs::path(testing::TempDir()) /
-        (std::string("treegen_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    const Folder folder_;
     const fs::path source_ = folder_ / "out" / "trees.cpp";
     const fs::path exports_ = folder_ / "out" / "exports.map";
     std::string said_;
@@ -68,11 +53,11 @@ protected:
 TEST_F(Treegen, TouchesNoFileWhenItRefuses)
 {
     ASSERT_EQ(run("A\n", {{"A", Node("AlwaysSuccess", {}, {})}}), 0) << said_;
-    const std::string before = read(source_);
+    const std::string before = bytesOf(source_);
     EXPECT_EQ(run("A\nB\n", {{"A", Node("Inverter", {}, {})}, {"B", Node("Repeat", {}, {})}}), 2);
     EXPECT_THAT(said_, HasSubstr("treegen: A: Inverter: Inverter takes exactly 1 child, has 0\n"));
     EXPECT_THAT(said_, HasSubstr("treegen: B: Repeat: "));  // all faults at once
-    EXPECT_EQ(read(source_), before);
+    EXPECT_EQ(bytesOf(source_), before);
 }
 
 TEST_F(Treegen, NamesLineAndReasonOfAWrongRegistry)
@@ -100,9 +85,9 @@ TEST_F(Treegen, LeavesAFileAloneThatSaysTheSame)
     EXPECT_EQ(fs::last_write_time(source_), long_ago);
     ASSERT_EQ(run("A\nB\n", {}), 0);
     EXPECT_GT(fs::last_write_time(source_), long_ago);
-    EXPECT_THAT(read(exports_), HasSubstr("\"buildB(BT::BehaviorTreeFactory const&, "));
+    EXPECT_THAT(bytesOf(exports_), HasSubstr("\"buildB(BT::BehaviorTreeFactory const&, "));
     fs::remove_all(folder_ / "out");
-    std::ofstream(folder_ / "out") << "no folder";
+    folder_.write("out", "no folder");
     EXPECT_EQ(run("A\n", {}), 2);
     EXPECT_THAT(said_, HasSubstr("treegen: "));
 }

@@ -1,61 +1,41 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
+#include "support/folder.h"
+#include "support/program.h"
 
+namespace vemra::test {
 namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-std::string read(const fs::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 class Leafgen : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        fs::remove_all(folder_);
-        fs::create_directories(folder_ / "catalogue");
-    }
-    void TearDown() override { fs::remove_all(folder_); }
+    Leafgen() { fs::create_directory(folder_ / "catalogue"); }
 
     void write(const std::string& name, const std::string& text) const
     {
-        std::ofstream(folder_ / "catalogue" / name) << text;
+        folder_.write("catalogue/" + name, text);
     }
 
     /// Runs leafgen; what it says on both streams is in `said_`.
-    int run(const std::string& arguments)
+    int run(std::vector<std::string> words)
     {
-        const std::string command = LEAFGEN " " + arguments + " 2>&1";
-        FILE* pipe = popen(command.c_str(), "r");
-        said_.clear();
-        char buffer[512];
-        while (std::fgets(buffer, sizeof buffer, pipe) != nullptr)
-            said_ += buffer;
-        const int status = pclose(pipe);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        words.insert(words.begin(), LEAFGEN);
+        const ProgramResult result = runProgram(words);
+        said_ = result.out + result.err;
+        return result.exit_code;
     }
 
     int generate()
     {
-        return run("--catalogue " + (folder_ / "catalogue").string() + " --header " + header_.string() +
-                   " --table " + (folder_ / "table.cpp").string());
+        return run(
+            {"--catalogue", folder_ / "catalogue", "--header", header_, "--table", folder_ / "table.cpp"});
     }
 
-    const fs::path folder_ =
-        fs::path(testing::TempDir()) /
-        (std::string("leafgen_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    const Folder folder_;
     const fs::path header_ = folder_ / "leaves.h";
     std::string said_;
 };
@@ -133,31 +113,31 @@ TEST_F(Leafgen, LeavesAFileAloneThatSaysTheSameAlready)
 
     write("a.yaml", leafWithPort("name: dir, type: text, about: \"a \\\"side\\\"\", default: \"a\\\\b\""));
     ASSERT_EQ(generate(), 0) << said_;
-    EXPECT_THAT(read(header_), HasSubstr("Port dir = \"a\\\\b\";"));
+    EXPECT_THAT(bytesOf(header_), HasSubstr("Port dir = \"a\\\\b\";"));
 }
 
 TEST_F(Leafgen, TellsWrongUsageFromAWrongCatalogue)
 {
-    EXPECT_EQ(run("--help"), 0);
+    EXPECT_EQ(run({"--help"}), 0);
     EXPECT_THAT(said_, HasSubstr("--catalogue"));
-    EXPECT_EQ(run("--catalogue " + folder_.string()), 1);
-    EXPECT_EQ(run("--catalogue " + (folder_ / "nowhere").string() + " --header " + header_.string()), 2);
+    EXPECT_EQ(run({"--catalogue", folder_.path()}), 1);
+    EXPECT_EQ(run({"--catalogue", folder_ / "nowhere", "--header", header_}), 2);
     write("a.yaml", kHead + kStop);
-    EXPECT_EQ(run("--catalogue " + (folder_ / "catalogue").string() + " --header " + folder_.string()), 1);
+    EXPECT_EQ(run({"--catalogue", folder_ / "catalogue", "--header", folder_.path()}), 1);
 }
 
 TEST_F(Leafgen, TheReferencePagesAreUpToDate)
 {
     const fs::path leaves = folder_ / "leaves.md";
     const fs::path keys = folder_ / "keys.md";
-    ASSERT_EQ(run("--catalogue " VEMRA_SOURCE_DIR "/leaves/catalogue --docs " + leaves.string() +
-                  " --keys-docs " + keys.string()),
-              0)
+    ASSERT_EQ(
+        run({"--catalogue", VEMRA_SOURCE_DIR "/leaves/catalogue", "--docs", leaves, "--keys-docs", keys}), 0)
         << said_;
-    EXPECT_TRUE(read(leaves) == read(VEMRA_SOURCE_DIR "/docs/leaves.md"))
+    EXPECT_TRUE(bytesOf(leaves) == bytesOf(VEMRA_SOURCE_DIR "/docs/leaves.md"))
         << "docs/leaves.md is out of date: build the target docs";
-    EXPECT_TRUE(read(keys) == read(VEMRA_SOURCE_DIR "/docs/keys.md"))
+    EXPECT_TRUE(bytesOf(keys) == bytesOf(VEMRA_SOURCE_DIR "/docs/keys.md"))
         << "docs/keys.md is out of date: build the target docs";
 }
 
 }  // namespace
+}  // namespace vemra::test

@@ -4,12 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <sstream>
 
-#include "behaviortree_cpp/bt_factory.h"
+#include "plugin/plugin_rig.h"
+#include "support/folder.h"
 
 namespace vemra::test {
 namespace {
@@ -19,12 +16,6 @@ using testing::MatchesRegex;
 
 const fs::path kRecord = "/tmp/version_check";
 const std::string kVersion = "commit-[^ ]+-[0-9]+-g[0-9a-f]+";
-
-std::string read(const fs::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// The record of this machine is put aside, and comes back in the end.
 class VersionRecord : public testing::Test
@@ -46,15 +37,6 @@ protected:
         fs::rename(aside_, kRecord);
     }
 
-    static std::string load(BT::BehaviorTreeFactory& factory)
-    {
-        const std::ostringstream said;
-        std::streambuf* const out = std::cout.rdbuf(said.rdbuf());
-        factory.registerFromPlugin(VEMRA_LIB_DIR "/libvemra_tree.so");
-        std::cout.rdbuf(out);
-        return said.str();
-    }
-
     const fs::path aside_ = "/tmp/version_check.aside." + std::to_string(getpid());
 };
 
@@ -68,7 +50,7 @@ TEST_F(VersionRecord, GrowsByALineWithEachLoad)
         BT::BehaviorTreeFactory first;
         BT::BehaviorTreeFactory second;
         banner = load(first) + load(second);
-        record = read(kRecord);
+        record = bytesOf(kRecord);
         if (std::count(record.begin(), record.end(), '\n') == 3)
             break;
     }
@@ -85,7 +67,7 @@ TEST_F(VersionRecord, IsMadeWhereThereIsNone)
     fs::remove(kRecord);
     BT::BehaviorTreeFactory factory;
     load(factory);
-    EXPECT_THAT(read(kRecord), MatchesRegex("(name: vemra_tree, version: " + kVersion + "\n)+"));
+    EXPECT_THAT(bytesOf(kRecord), MatchesRegex("(name: vemra_tree, version: " + kVersion + "\n)+"));
 }
 
 TEST_F(VersionRecord, IsLeftOutWhereItCannotBeWritten)

@@ -19,6 +19,15 @@ Sketch enter(const std::string& tree)
     return leaf("SubtreeCondition", {{"subtree_file_path", tree}, {"expand_in_logger", "false"}});
 }
 
+BT::Tree treeOf(const BT::BehaviorTreeFactory& factory, const std::string& id,
+                const BT::NodeParameters& ports, const BT::Blackboard::Ptr& board)
+{
+    BT::Tree tree;
+    tree.nodes.push_back(factory.instantiateTreeNode(id, id, ports, board));
+    tree.root_node = tree.nodes.front().get();
+    return tree;
+}
+
 TEST(Lifetimes, ValuesAndTreesOfAPlugInOutliveItsFactory)
 {
     const auto board = BT::Blackboard::create<BT::BlackboardLocal>();
@@ -26,8 +35,7 @@ TEST(Lifetimes, ValuesAndTreesOfAPlugInOutliveItsFactory)
     {
         BT::BehaviorTreeFactory factory;
         factory.registerFromPlugin(VEMRA_LIB_DIR "/libuser_plugin.so");
-        tree.nodes.push_back(factory.instantiateTreeNode("DriveTo", "drive", {{"goal", "3;4"}}, board));
-        tree.root_node = tree.nodes.front().get();
+        tree = treeOf(factory, "DriveTo", {{"goal", "3;4"}}, board);
     }
     EXPECT_EQ(tree.root_node->executeTick(), NodeStatus::SUCCESS);
     EXPECT_EQ(board->get<Waypoint>("at").x, 3);
@@ -44,14 +52,9 @@ TEST(Lifetimes, ATreeThatEntersOthersOutlivesItsFactory)
         BT::BehaviorTreeFactory factory;
         factory.registerTreeBuilder(
             "Inner", [](const BT::BehaviorTreeFactory& made_by, const BT::Blackboard::Ptr& on) {
-                BT::Tree inner;
-                inner.nodes.push_back(made_by.instantiateTreeNode("Delay", "wait", {{"ticks", "1"}}, on));
-                inner.root_node = inner.nodes.front().get();
-                return inner;
+                return treeOf(made_by, "Delay", {{"ticks", "1"}}, on);
             });
-        tree.nodes.push_back(factory.instantiateTreeNode("SubtreeCondition", "enter",
-                                                         {{"subtree_file_path", "Inner"}}, board));
-        tree.root_node = tree.nodes.front().get();
+        tree = treeOf(factory, "SubtreeCondition", {{"subtree_file_path", "Inner"}}, board);
         EXPECT_EQ(tree.root_node->executeTick(), NodeStatus::RUNNING);
     }
     EXPECT_EQ(tree.root_node->executeTick(), NodeStatus::SUCCESS);  // what runs is run to its end
@@ -95,11 +98,7 @@ TEST(Lifetimes, TwoThreadsUseOneFactoryEachOnItsBlackboard)
     BT::BehaviorTreeFactory factory;
     factory.registerTreeBuilder(
         "Inner", [](const BT::BehaviorTreeFactory& by, const BT::Blackboard::Ptr& on) {
-            BT::Tree inner;
-            inner.nodes.push_back(by.instantiateTreeNode(
-                "IntAdd", "count", {{"int_a", "${n}"}, {"int_b", "1"}, {"out_sum", "n"}}, on));
-            inner.root_node = inner.nodes.front().get();
-            return inner;
+            return treeOf(by, "IntAdd", {{"int_a", "${n}"}, {"int_b", "1"}, {"out_sum", "n"}}, on);
         });
     const auto count = [&factory](int& counted) {
         for (int i = 0; i < 200; ++i) {
@@ -156,10 +155,7 @@ TEST(Lifetimes, ABuilderMayRegisterTreesItsOwnIncluded)
             for (int i = 0; i < 100; ++i)
                 t.registerTree(long_name + std::to_string(i), action("a", "S"));
             t.registerTree("Growing", action("second", "S"));
-            BT::Tree tree;
-            tree.nodes.push_back(by.instantiateTreeNode("AlwaysSuccess", long_name, {}, on));
-            tree.root_node = tree.nodes.front().get();
-            return tree;
+            return treeOf(by, "AlwaysSuccess", {}, on);
         });
     t.plant(node("Sequence", {enter("Growing"), enter(long_name + "99")}));
     EXPECT_EQ(t.tick(), "S a");

@@ -16,6 +16,20 @@ std::string change(const BT::TreeNode& node, BT::NodeStatus before, BT::NodeStat
     return node.name() + " " + letterOf(before) + letterOf(now);
 }
 
+class Recorder : public BT::StatusObserver
+{
+public:
+    void onStatusChange(const BT::TreeNode& node, BT::NodeStatus before, BT::NodeStatus now) override
+    {
+        changes.push_back(change(node, before, now));
+    }
+    void onTick(const BT::TreeNode& node, BT::NodeStatus result) override
+    {
+        ticks.push_back(node.name() + " " + letterOf(result));
+    }
+    std::vector<std::string> changes, ticks;
+};
+
 TEST(Observation, NumbersOfLiveNodesAreUnique)
 {
     ScriptedTree t;
@@ -45,15 +59,6 @@ TEST(Observation, ASubscriberSeesEachChangeUntilItIsDropped)
 
 TEST(Observation, AnObserverSeesEnteredTreesToo)
 {
-    class Recorder : public BT::StatusObserver
-    {
-    public:
-        void onStatusChange(const BT::TreeNode& node, BT::NodeStatus before, BT::NodeStatus now) override
-        {
-            seen.push_back(change(node, before, now));
-        }
-        std::vector<std::string> seen;
-    };
     ScriptedTree t;
     t.registerTree("Inner", action("a", "RF"));
     t.plant(node("Inverter", {leaf("SubtreeCondition",
@@ -63,28 +68,18 @@ TEST(Observation, AnObserverSeesEnteredTreesToo)
     t.ticks(2);
     t.blackboard->setStatusObserver(nullptr);
     t.tick();
-    EXPECT_THAT(recorder.seen, ElementsAre("Inverter IR", "SubtreeCondition IR", "a IR", "a RF", "a FI",
-                                           "SubtreeCondition RF", "Inverter RS"));
+    EXPECT_THAT(recorder.changes, ElementsAre("Inverter IR", "SubtreeCondition IR", "a IR", "a RF", "a FI",
+                                              "SubtreeCondition RF", "Inverter RS"));
 }
 
 TEST(Observation, AnObserverSeesTicksThatChangeNothing)
 {
-    class Recorder : public BT::StatusObserver
-    {
-    public:
-        void onStatusChange(const BT::TreeNode&, BT::NodeStatus, BT::NodeStatus) override {}
-        void onTick(const BT::TreeNode& node, BT::NodeStatus result) override
-        {
-            seen.push_back(node.name() + " " + letterOf(result));
-        }
-        std::vector<std::string> seen;
-    };
     ScriptedTree t(node("Inverter", {action("a", "RRF")}));
     Recorder recorder;
     t.blackboard->setStatusObserver(&recorder);
     t.ticks(3);
     t.blackboard->setStatusObserver(nullptr);
-    EXPECT_THAT(recorder.seen, ElementsAre("a R", "Inverter R", "a R", "Inverter R", "a F", "Inverter S"));
+    EXPECT_THAT(recorder.ticks, ElementsAre("a R", "Inverter R", "a R", "Inverter R", "a F", "Inverter S"));
 }
 
 TEST(Observation, ALoggerGetsChangesWithTheirTimes)

@@ -42,13 +42,11 @@ private:
             case 5:
                 return leaf("SetBlackboard", {{"key", "flag"}, {"value", oneOf({"true", "false"})}});
             case 6:
-                return node("Sequence", children(1, 4, depth));
             case 7:
-                return node("Fallback", children(1, 4, depth));
+                return node(kind == 6 ? "Sequence" : "Fallback", children(1, 4, depth));
             case 8:
-                return node("SequenceStar", reset(), children(1, 4, depth));
             case 9:
-                return node("FallbackStar", reset(), children(1, 4, depth));
+                return node(kind == 8 ? "SequenceStar" : "FallbackStar", reset(), children(1, 4, depth));
             case 10:
                 return node("IfThenElse", {{"halt_on_switch", oneOf({"true", "false"})}},
                             children(3, 3, depth));
@@ -69,13 +67,16 @@ private:
             case 16:
                 return node(oneOf({"ActionDecorator", "SubTree"}), children(1, 1, depth));
             case 17:
-                return node("RetryUntilSuccesful", {{"num_attempts", count()}}, children(1, 1, depth));
             case 18:
-                return node("Repeat", {{"num_cycles", count()}}, children(1, 1, depth));
             case 19:
-                return node("Loop", {{"num_cycles", count()}}, children(1, 1, depth));
-            case 20:
-                return node("Frameout", {{"frames", count()}}, children(1, 1, depth));
+            case 20: {
+                constexpr const char* kCounting[][2] = {{"RetryUntilSuccesful", "num_attempts"},
+                                                        {"Repeat", "num_cycles"},
+                                                        {"Loop", "num_cycles"},
+                                                        {"Frameout", "frames"}};
+                const auto& [id, port] = kCounting[kind - 17];
+                return node(id, {{port, oneOf({"1", "-1", "2", "3", "0"})}}, children(1, 1, depth));
+            }
             case 21:
                 return node("Timeout", {{"msec", oneOf({"40", "0", "-1", "20", "70"})}},
                             children(1, 1, depth));
@@ -98,7 +99,6 @@ private:
         return below;
     }
 
-    static std::string count() { return oneOf({"1", "-1", "2", "3", "0"}); }
     static BT::NodeParameters reset() { return {{"reset_on_failure", oneOf({"true", "true", "false"})}}; }
 
     int count_ = 0;
