@@ -169,6 +169,33 @@ TEST_F(LeavesTest, ABridgeStaysInHandWhateverTheCrossingDoesToItsKey)
     EXPECT_TRUE(searchTolerating(0));
 }
 
+TEST_F(LeavesTest, AStepIsTakenFromThenOnWhereItWasCrossed)
+{
+    const auto better = [&](const char* from, const char* to) {
+        return robot.passes("NeedToModifyBridge", {{"i_bridge_from_pt", from},
+                                                   {"i_bridge_to_pt", to},
+                                                   {"o_modified_from_pt", "new_from"},
+                                                   {"o_modified_to_pt", "new_to"}});
+    };
+    const auto crossed = [&](const char* from, const char* to) {
+        robot.passes("UpdateStepBridge",
+                     {{"origin_bridge", "STEP;900;900;1900;900"}, {"bridge_from", from}, {"bridge_to", to}});
+    };
+    EXPECT_FALSE(better("900;900", "1900;900"));
+    crossed("950;920", "1880;900");
+    EXPECT_FALSE(better("900;900", "1900;900")) << "about as told";
+    crossed("950;920", "1600;900");
+    EXPECT_TRUE(better("900;900", "1900;900"));
+    EXPECT_THAT(point("new_from"), Optional(PointMm{950, 920}));
+    EXPECT_THAT(point("new_to"), Optional(PointMm{1600, 900}));
+    EXPECT_TRUE(better("1900;900", "900;900")) << "the other way round";
+    EXPECT_THAT(point("new_from"), Optional(PointMm{1600, 900}));
+    EXPECT_FALSE(better("900;1300", "1900;1300")) << "another step";
+
+    robot.passes("InvalidStepBridge", {{"i_bridge", "STEP;900;900;1900;900"}});
+    EXPECT_FALSE(better("900;900", "1900;900"));
+}
+
 TEST(TemporaryBridge, IsCrossedAsSoonAsTheBodyIsOutOfTheVirtualWall)
 {
     NavigationRig robot{NavigationRig::flat(), {{2500, 2600}, {0}}};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "robot/planning/lines.h"
 #include "robot/services/blackboard/blackboard_types.h"
@@ -15,6 +16,8 @@ namespace {
 constexpr double kSameEndMm = 150;
 constexpr double kPassesByMm = 200;
 constexpr double kAcrossMm = 120;
+/// Ends that were learnt so near to the ones told are no better.
+constexpr double kNoBetterMm = 100;
 
 BridgePtr bridgeOf(const BT::TreeNode& node, const char* port = "bridge")
 {
@@ -70,6 +73,38 @@ int BridgeBook::failuresAt(PointMm place) const
         }
     }
     return most;
+}
+
+void StepCrossings::learn(const Ends& bridge, const Ends& crossed)
+{
+    forget(bridge);
+    learnt_.push_back({bridge, crossed});
+}
+
+std::optional<StepCrossings::Ends> StepCrossings::better(const Ends& bridge) const
+{
+    const auto same = [](PointMm a, PointMm b) { return distance(a, b) <= kSameEndMm; };
+    for (const Learnt& known : learnt_) {
+        Ends ends = known.crossed;
+        if (same(known.bridge.from, bridge.to) && same(known.bridge.to, bridge.from)) {
+            std::swap(ends.from, ends.to);
+        } else if (!same(known.bridge.from, bridge.from) || !same(known.bridge.to, bridge.to)) {
+            continue;
+        }
+        if (distance(ends.from, bridge.from) > kNoBetterMm || distance(ends.to, bridge.to) > kNoBetterMm) {
+            return ends;
+        }
+    }
+    return std::nullopt;
+}
+
+void StepCrossings::forget(const Ends& bridge)
+{
+    const auto same = [](PointMm a, PointMm b) { return distance(a, b) <= kSameEndMm; };
+    std::erase_if(learnt_, [&](const Learnt& known) {
+        return (same(known.bridge.from, bridge.from) && same(known.bridge.to, bridge.to)) ||
+               (same(known.bridge.from, bridge.to) && same(known.bridge.to, bridge.from));
+    });
 }
 
 BridgePtr BridgeService::inHand() const
@@ -166,13 +201,48 @@ void BridgeService::install(leaf::LeafHost& host)
         const BridgePtr bridge = bridgeOf(node);
         return passed(bridge && stillFits(*bridge));
     });
+    installCrossing(host);
+    installSteps(host);
+}
+
+void BridgeService::installSteps(leaf::LeafHost& host)
+{
     host.condition("IsCrossingStep", [this](BT::TreeNode&) {
         const BridgePtr bridge = inHand();
         return passed(bridge && bridge->type == BridgeType::Step);
     });
-    // Nothing better than the plan is known about the ends of a step.
-    host.condition("NeedToModifyBridge", [](BT::TreeNode&) { return BT::NodeStatus::FAILURE; });
-    installCrossing(host);
+    host.condition("NeedToModifyBridge", [this](BT::TreeNode& node) {
+        const auto from = pointOf(node, "i_bridge_from_pt");
+        const auto to = pointOf(node, "i_bridge_to_pt");
+        const std::string new_from = textOf(node, "o_modified_from_pt");
+        const std::string new_to = textOf(node, "o_modified_to_pt");
+        if (!from || !to || new_from.empty() || new_to.empty()) {
+            return BT::NodeStatus::FAILURE;
+        }
+        const auto ends = steps_.better({*from, *to});
+        if (!ends) {
+            return BT::NodeStatus::FAILURE;
+        }
+        node.blackboard()->set(new_from, ends->from);
+        node.blackboard()->set(new_to, ends->to);
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("UpdateStepBridge", [this](BT::TreeNode& node) {
+        const BridgePtr bridge = bridgeOf(node, "origin_bridge");
+        const auto from = pointOf(node, "bridge_from");
+        const auto to = pointOf(node, "bridge_to");
+        if (bridge && from && to) {
+            steps_.learn({bridge->from(), bridge->to()}, {*from, *to});
+        }
+        return BT::NodeStatus::SUCCESS;
+    });
+    host.action("InvalidStepBridge", [this](BT::TreeNode& node) {
+        if (const BridgePtr bridge = bridgeOf(node, "i_bridge")) {
+            book_.record(*bridge, false);
+            steps_.forget({bridge->from(), bridge->to()});
+        }
+        return BT::NodeStatus::SUCCESS;
+    });
 }
 
 void BridgeService::installCrossing(leaf::LeafHost& host)
@@ -188,12 +258,6 @@ void BridgeService::installCrossing(leaf::LeafHost& host)
         settle();
         return BT::NodeStatus::SUCCESS;
     });
-    host.action("InvalidStepBridge", [this](BT::TreeNode& node) {
-        if (const BridgePtr bridge = bridgeOf(node, "i_bridge")) {
-            book_.record(*bridge, false);
-        }
-        return BT::NodeStatus::SUCCESS;
-    });
     host.action("ValidateAllBridges", [this](BT::TreeNode&) {
         book_.forgive();
         return BT::NodeStatus::SUCCESS;
@@ -205,7 +269,6 @@ void BridgeService::installCrossing(leaf::LeafHost& host)
     });
     host.action("CrossBridgeMonitor", succeed);
     host.action("CutdownBridges", succeed);
-    host.action("UpdateStepBridge", succeed);
     host.action("StepBridgeCrossed", succeed);
     host.action("TmpProcSpecialBridge", succeed);
 }

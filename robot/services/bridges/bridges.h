@@ -40,6 +40,31 @@ private:
     std::uint64_t version_ = 0;
 };
 
+/// Where steps were really crossed. A bridge over a step is known by where its ends lie, either way.
+class StepCrossings
+{
+public:
+    struct Ends
+    {
+        PointMm from;
+        PointMm to;
+    };
+
+    /// A bridge was crossed from one place to another.
+    void learn(const Ends& bridge, const Ends& crossed);
+    /// The ends to take instead, where they were learnt otherwise than told.
+    [[nodiscard]] std::optional<Ends> better(const Ends& bridge) const;
+    void forget(const Ends& bridge);
+
+private:
+    struct Learnt
+    {
+        Ends bridge;
+        Ends crossed;
+    };
+    std::vector<Learnt> learnt_;
+};
+
 /// Leaves that take bridges apart, watch a crossing and write its outcome into the book. The bridge in hand
 /// is the one taken by `BridgeDestructor`, until `UpdateBridgeCost` has booked it: searches and follows
 /// within the crossing change `navigation_bridge`. A crossing that went well is known by the key
@@ -57,6 +82,7 @@ public:
 
 private:
     void installCrossing(leaf::LeafHost& host);
+    void installSteps(leaf::LeafHost& host);
     [[nodiscard]] BridgePtr inHand() const;
     void settle();
     [[nodiscard]] bool crossed(const BT::TreeNode& node) const;
@@ -66,6 +92,7 @@ private:
     const RobotMap& map_;
     const SensorSwitches& switches_;
     BridgeBook book_;
+    StepCrossings steps_;
     BridgePtr crossing_;
     int frames_across_ = 0;
 };
