@@ -130,8 +130,9 @@ TEST_F(Leafgen, TheReferencePagesAreUpToDate)
 {
     const fs::path leaves = folder_ / "leaves.md";
     const fs::path keys = folder_ / "keys.md";
-    ASSERT_EQ(
-        run({"--catalogue", VEMRA_SOURCE_DIR "/leaves/catalogue", "--docs", leaves, "--keys-docs", keys}), 0)
+    ASSERT_EQ(run({"--catalogue", std::string(VEMRA_SOURCE_DIR) + "/leaves/catalogue", "--docs", leaves,
+                   "--keys-docs", keys}),
+              0)
         << said_;
     EXPECT_TRUE(bytesOf(leaves) == bytesOf(VEMRA_SOURCE_DIR "/docs/leaves.md"))
         << "docs/leaves.md is out of date: build the target docs";

@@ -76,22 +76,6 @@ TEST(HomePicture, ShowsNoSeamsBetweenCellsWhateverTheirSizeInPixels)
     }
 }
 
-TEST(HomePicture, ShowsVirtualWalls)
-{
-    const Folder folder;
-    const Home home = sketch(room(40, 40));
-    HomeMarks marks;
-    marks.walls.lines = {{{525, 1525}, {1525, 1525}}};
-    marks.walls.areas = {{{525, 525}, {1025, 525}, {1025, 1025}, {525, 1025}}};
-    writePng(folder / "home.png", homePicture(home, marks));
-    const Pixels pixels(folder / "home.png");
-    const auto at = [&](int x, int y) { return pixels.at(24 + x / 2, 34 + 1000 - y / 2); };
-    const std::uint32_t floor = at(1275, 1275);
-    EXPECT_NE(at(1325, 1525), floor) << "on the line";
-    EXPECT_NE(at(775, 775), floor) << "in the area";
-    EXPECT_EQ(at(1125, 775), floor) << "beside it";
-}
-
 TEST(HomePicture, ShowsWhereTheDockIsHeardAndWhereRunsBegan)
 {
     const Folder folder;

@@ -87,33 +87,6 @@ TEST_F(EscapeTrees, AnEscapeHaltsTheDriveAndTheDriveStartsAnew)
     EXPECT_GT(rig.at().x, before + 100);
 }
 
-TEST_F(EscapeTrees, EachKindOfTroubleHasAWayOut)
-{
-    for (const EscapeName& kind : kEscapes) {
-        SCOPED_TRACE(kind.word);
-        rig.log.clear();
-        rig.body.carryTo({{1500, 1500}, {0}});
-        rig.escape.raise(kind.kind);
-        rig.enter("EscapeCoat");
-        rig.frames(kind.kind == EscapeKind::Immovable ? 0 : 26);
-        if (kind.kind == EscapeKind::Immovable || kind.kind == EscapeKind::Bump) {
-            // Those are felt only by a robot that wants to move.
-            for (int i = 0; i < 201 && !rig.escape.warns(); ++i) {
-                rig.body.drive({50, 50});
-                rig.frame();
-            }
-        }
-        const NodeStatus status = rig.run(1500);
-        EXPECT_EQ(status, NodeStatus::FAILURE) << "an escape that ran to its end";
-        EXPECT_TRUE(rig.happened("free: "));
-        EXPECT_FALSE(rig.escape.warns());
-        EXPECT_EQ(rig.text("finish_escape"), "true");
-        EXPECT_EQ(rig.body.commanded(), WheelSpeeds{});
-        rig.blackboard->erase("finish_escape");
-        rig.blackboard->erase("origin_tick_cnt");
-    }
-}
-
 TEST_F(EscapeTrees, ARobotAtAnEdgeComesBack)
 {
     rig.world.addCliff({{1750, 0}, {3000, 3000}});

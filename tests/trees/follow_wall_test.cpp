@@ -48,19 +48,6 @@ TEST_F(FollowAfterABump, NeedsABumpAndNoTrap)
     EXPECT_TRUE(robot.started(3, "ResetBridgeList"));
 }
 
-TEST_F(FollowAfterABump, InsideTheRectangleKeepsToTheWallRegardless)
-{
-    robot.leaf("CheckFollowWallMatchingNavi").fails();
-    robot.set("navi_target_point", 10);
-    follow(false);
-    EXPECT_TRUE(robot.asked("SetFollowWallCmd precise=false"));
-    EXPECT_EQ(robot.key("target_mode"), "true");
-    robot.halt();
-    EXPECT_TRUE(robot.halted("SensorConsole"));
-    EXPECT_TRUE(robot.asked("ResetBridgeList")) << "on the halt as well";
-    EXPECT_FALSE(robot.has("target_mode"));
-}
-
 TEST_F(FollowAfterABump, StopsOnEachCauseAndStepsBack)
 {
     using Cause = std::function<void(ScriptedRobot&)>;
@@ -98,22 +85,6 @@ TEST_F(FollowAfterABump, SearchThatFailsOnTheWayOnlyLeavesItsMark)
     robot.leaf("AwesomeSearch").succeeds();
     EXPECT_EQ(robot.tick(60), RUNNING);
     EXPECT_FALSE(robot.has("recalculating_navi_dir"));
-}
-
-TEST_F(FollowAfterABump, WithoutAPathGoesOnlyToTheEdge)
-{
-    robot.leaf("AwesomeSearch").fails();
-    robot.start("NavigateFollowWall");
-    EXPECT_EQ(robot.tick(5), RUNNING);
-    EXPECT_TRUE(robot.notAsked("SensorConsole"));
-    EXPECT_EQ(robot.key("trapped_in_real_block"), "true");
-    EXPECT_EQ(robot.tick(10), RUNNING);
-    EXPECT_TRUE(robot.asked("SensorConsole | AdvancedSetFollowWallDirection"));
-    EXPECT_TRUE(robot.notAsked("NavigatedSetFollowWallDirection"));
-    robot.leaf("CheckFollowWallRectLimit").fails();
-    EXPECT_EQ(robot.finish(5), FAILURE);
-    EXPECT_TRUE(robot.halted("SensorConsole"));
-    EXPECT_TRUE(robot.started(1, "AwesomeSearch"));
 }
 
 // The token is gone as soon as the rest has begun, and the choice is made anew in every frame.

@@ -14,8 +14,7 @@ protected:
         robot.set("navigation_path=path bump_dir=Left");
     }
 
-    void planOf(std::initializer_list<NodeStatus> segments_left) { segments().inTurn(segments_left); }
-    Answer& segments() { return robot.leaf("CheckPathSegment"); }
+    void planOf(std::initializer_list<NodeStatus> left) { robot.leaf("CheckPathSegment").inTurn(left); }
 
     /// Each run of the planner or of a bridge brings the robot to `at` and ends so.
     static Answer::Function bringsTo(int at, NodeStatus result)
@@ -55,23 +54,6 @@ protected:
     ScriptedRobot robot;
 };
 
-TEST_F(PlanWalk, GoesSegmentBySegmentAndThePlaceReachedDecides)
-{
-    robot.leaf("PathSegIsVector").succeeds();
-    robot.leaf("DwaLocalPlanner").succeedsAfter(5);
-    planOf({SUCCESS, SUCCESS, FAILURE});
-    robot.start("GotoPoint");
-    EXPECT_EQ(robot.finish(100), FAILURE) << "the plan led elsewhere";
-    EXPECT_TRUE(robot.started(2, "DwaLocalPlanner path=path"));
-    EXPECT_TRUE(robot.started(2, "MakeMap")) << "the map is renewed behind each segment";
-
-    planOf({FAILURE});
-    robot.set("current_pose", 920);
-    robot.forget();
-    EXPECT_EQ(robot.finish(100), SUCCESS) << "it stands at the goal already";
-    EXPECT_TRUE(robot.notAsked("DwaLocalPlanner"));
-}
-
 TEST_F(PlanWalk, ThatBreaksOffWithin110MmOr220BeforeATrialBridgeHasDoneItsSegment)
 {
     EXPECT_EQ(segmentsAfterGivingUpAt(395), 2);
@@ -106,42 +88,6 @@ TEST_F(PlanWalk, GivesTheRestUpAfter300MmOfBridge)
     EXPECT_EQ(segmentsAfterCrossingTo(390), 2);
     EXPECT_TRUE(robot.notAsked("UpdateBridgeCost")) << "a step keeps its own record";
     EXPECT_FALSE(robot.has("step_bridge_valid"));
-}
-
-TEST_F(PlanWalk, AfterAFailedBridgeStepsBackAndLooksForVirtualWalls)
-{
-    robot.fail("PathSegIsVector | CrossBridge");
-    robot.succeed("Back2cm | CheckInVirtualWall");
-    planOf({SUCCESS});
-    robot.start("GotoPoint");
-    EXPECT_EQ(robot.finish(100), FAILURE);
-    EXPECT_TRUE(robot.started(1, "CheckPathSegment"));
-    EXPECT_TRUE(robot.inOrder("CrossBridge | Back2cm | UpdateBridgeCost"));
-    EXPECT_EQ(robot.key("bump_dir"), "None") << "nobody shall follow this bump";
-    EXPECT_TRUE(robot.notAsked("CheckInVirtualWall"));
-
-    robot.set("tmp_bridge_cross_failed step_bridge_invalid");
-    robot.forget();
-    EXPECT_EQ(robot.finish(100), FAILURE);
-    EXPECT_TRUE(robot.asked("CheckInVirtualWall"));
-    EXPECT_TRUE(robot.notAsked("UpdateBridgeCost"));
-    EXPECT_TRUE(robot.keysAre("-tmp_bridge_cross_failed -step_bridge_invalid"));
-}
-
-TEST_F(PlanWalk, ThatBumpsStepsBackAndLeavesTheDirectionToTheCaller)
-{
-    robot.leaf("PathSegIsVector").succeeds();
-    robot.leaf("DwaLocalPlanner").runs();
-    robot.set("navi_path_target", 500);
-    robot.tree("Back2cm").succeedsAfter(4);
-    planOf({SUCCESS});
-    robot.start("GotoPoint");
-    robot.tick(10);
-    robot.leaf("CheckClifBump").succeeds().fills("out_bump_dir", "Right");
-    EXPECT_EQ(robot.finish(20), FAILURE);
-    EXPECT_TRUE(robot.halted("DwaLocalPlanner"));
-    EXPECT_TRUE(robot.started(1, "Back2cm"));
-    EXPECT_EQ(robot.key("bump_dir"), "Right");
 }
 
 }  // namespace

@@ -74,29 +74,5 @@ TEST_F(NearRun, IsMadeWithoutAPlanAndForgetsTheBridgesWhateverCameOfIt)
     EXPECT_EQ(robot.finish(10), SUCCESS);
 }
 
-TEST_F(NearRun, NoneStopSearchesAgainUntilItIsThereOrThereIsNoPath)
-{
-    robot.set("gridmap_limit=home avoid_mopped_areas=true navi_target_point=3000");
-    robot.leaf("FindLastInTrajectory").fills("out_point_grid", 1000);
-    robot.tree("NavigateFollowWall").fails();
-    robot.tree("NavigateProcNoUnknown").decides([](const Moment& now) {
-        EXPECT_EQ(now.keys.get<bool>("avoid_mopped_areas"), false);
-        const int pose = now.keys.get<int>("current_pose") + 400;
-        now.set("current_pose", pose);
-        return pose > 1000 ? SUCCESS : FAILURE;
-    });
-    robot.leaf("AwesomeSearch").inTurn({SUCCESS, SUCCESS, SUCCESS, FAILURE});
-    robot.start("NavigateProcWithHistoryMapNoneStop");
-    EXPECT_EQ(robot.finish(50), FAILURE) << "200 mm past the goal with no path left";
-    EXPECT_EQ(robot.key("avoid_mopped_areas"), "true") << "as it was before";
-
-    robot.leaf("AwesomeSearch").inTurn({SUCCESS, SUCCESS, SUCCESS, FAILURE});
-    robot.set("current_pose", -300);
-    robot.forget();
-    EXPECT_EQ(robot.finish(50), SUCCESS) << "within 150 mm";
-    EXPECT_TRUE(robot.started(3, "AwesomeSearch | NavigateFollowWall"));
-    EXPECT_TRUE(robot.started(1, "ResetBridgeList"));
-}
-
 }  // namespace
 }  // namespace vemra::test

@@ -3,18 +3,17 @@
 namespace vemra::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class OtherMode : public testing::Test
 {
 protected:
-    OtherMode() : robot({"ErrorReportIndex", "RemoteCtrlModeIndex", "FactoryRunModeIndex"})
+    OtherMode() : robot({"ErrorReportIndex", "FactoryRunModeIndex"})
     {
         robot.obeys_requests = false;
         robot.set("task_state=init bump_dir=None");
-        for (const char* deal : {"ErrorReportModeDeal", "RemoteCtrlModeDeal", "FollowWallModeDeal"})
-            robot.leaf(deal).runs();
+        robot.leaf("ErrorReportModeDeal").runs();
+        robot.leaf("FollowWallModeDeal").runs();
         robot.succeed("RestartCleaning | auto_cleanmode_set | AdvPreAutoOnCharger");
     }
 
@@ -28,24 +27,6 @@ protected:
 
     SupervisedRobot robot;
 };
-
-TEST_F(OtherMode, OnTheDockAnErrorIsLeftForTheChargeAndTheStationCountsToo)
-{
-    robot.on_charger = true;
-    robot.errors = {"I_FAN_SPEED"};
-    enter("ErrRepotMode", "ErrorReportIndex", 5);
-    EXPECT_THAT(robot.requests(), testing::Each("ChargingMode"));
-    EXPECT_FALSE(robot.requests().empty());
-
-    robot.errors.clear();
-    robot.leaf("IsStationNormal").fails();
-    enter("ErrRepotMode", "ErrorReportIndex", 5);
-    EXPECT_THAT(robot.requests(), testing::Each("ChargingMode")) << "the station is not well";
-    robot.leaf("IsStationNormal").succeeds();
-    robot.forgetRequests();
-    robot.tick();
-    EXPECT_THAT(robot.requests(), ElementsAre("StandbyMode"));
-}
 
 TEST_F(OtherMode, AnErrorHoldsEmptyingAndDrying)
 {
@@ -79,21 +60,6 @@ TEST(Laser, SpinsInTheMovingModesAlone)
         EXPECT_TRUE(robot.askedNow(rests ? "LDS_Switch state=false" : "LDS_Switch state=true")) << mode;
         EXPECT_TRUE(robot.notAsked(rests ? "LDS_Switch state=true" : "LDS_Switch state=false")) << mode;
     }
-}
-
-TEST(Laser, IsLeftAloneForThreeHundredTicksAfterAFault)
-{
-    SupervisedRobot robot;
-    robot.mode = "AutoCleanMode";
-    robot.warnings = {"I_LDS_ERROR"};
-    robot.start("LDS_CTRL");
-    EXPECT_EQ(robot.finish(299), RUNNING);
-    EXPECT_EQ(robot.key("LdsForceOff"), "true");
-    robot.warnings.clear();
-    EXPECT_EQ(robot.finish(5), SUCCESS);
-    EXPECT_TRUE(robot.notAsked("LDS_Switch"));
-    EXPECT_EQ(robot.finish(1), FAILURE) << "the laser spins again";
-    EXPECT_TRUE(robot.has("LdsForceOff")) << "a fault is remembered";
 }
 
 TEST_F(OtherMode, TheFactoryRunShowsWhatFailedForEver)

@@ -60,18 +60,6 @@ TEST_F(Review, OfASuspectedWireBacksSwingsAndComesBack)
     EXPECT_FALSE(robot.has("review_halt_token")) << "it stands where it stood";
 }
 
-TEST_F(Review, StoppedByABumpBehindComesForwardByWhatItWentBack)
-{
-    robot.leaf("SuspectWireDetect").succeeds();
-    robot.leaf("SensorCheckBumped").decides([this](const Moment&) {
-        return back() == 20 && robot.framesOf("Rotate") == 0 ? SUCCESS : FAILURE;
-    });
-    robot.start("LaserReviewAction");
-    EXPECT_EQ(robot.finish(400), SUCCESS);
-    EXPECT_EQ(back(), 20);
-    EXPECT_EQ(back("90"), 20);
-}
-
 TEST_F(Review, ThatMovedTheRobotEndsWithAStepBackAndARest)
 {
     const auto reviewMoving = [this](double mm, double degrees) {
