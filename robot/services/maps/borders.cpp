@@ -1,7 +1,5 @@
 #include "robot/services/maps/borders.h"
 
-#include <cmath>
-
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/sensing/sensing_direction.h"
@@ -13,9 +11,7 @@ constexpr char kOfPart[] = "SubregionBorder";
 constexpr char kOfMap[] = "MapBorder";
 // A robot at the border of a part has its middle a little outside, so that the floor is swept up to it: the
 // wall that it keeps off stands so far beyond.
-constexpr double kReachMm = kRobotRadiusMm + 15;
-constexpr double kBeyondPartMm = kReachMm + 50;
-constexpr double kAheadHalfDeg = 90;
+constexpr double kBeyondPartMm = kVirtualReachMm + 50;
 
 PolygonMm outlineOf(const BoxMm& box)
 {
@@ -52,13 +48,7 @@ std::optional<PointMm> BorderLeaves::nearestOf(std::string_view sensor) const
 std::string BorderLeaves::contact(std::string_view sensor) const
 {
     const auto nearest = nearestOf(sensor);
-    const PoseMm pose = map_.pose();
-    if (!nearest || distance(*nearest, pose.at) > kReachMm) {
-        return std::string(kNoBump);
-    }
-    const PointMm offset = *nearest - pose.at;
-    const double bearing = degreesOfRadians(std::atan2(offset.y, offset.x)).value - pose.yaw.value;
-    return std::string(std::abs(wrapped({bearing}).value) <= kAheadHalfDeg ? kVirtualBump : kNoBump);
+    return std::string(nearest && touchesVirtually(map_.pose(), *nearest) ? kVirtualBump : kNoBump);
 }
 
 void BorderLeaves::feltBy(SensingService& sensing) const

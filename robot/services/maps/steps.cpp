@@ -1,30 +1,19 @@
 #include "robot/services/maps/steps.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/sensing/sensing_direction.h"
-#include "robot/world/dock.h"
 
 namespace vemra::robot {
-namespace {
-
-constexpr double kReachMm = kRobotRadiusMm + 15;
-constexpr double kAheadHalfDeg = 90;
-
-}  // namespace
 
 std::string StepLeaves::contact() const
 {
     const PoseMm pose = map_.pose();
     const std::vector<PointMm>& closed = map_.steps().closed();
-    const bool met = std::any_of(closed.begin(), closed.end(), [&](PointMm place) {
-        const PointMm offset = place - pose.at;
-        const double bearing = degreesOfRadians(std::atan2(offset.y, offset.x)).value - pose.yaw.value;
-        return distance(place, pose.at) <= kReachMm && std::abs(wrapped({bearing}).value) <= kAheadHalfDeg;
-    });
+    const bool met = std::any_of(closed.begin(), closed.end(),
+                                 [&pose](PointMm place) { return touchesVirtually(pose, place); });
     return std::string(met ? kVirtualBump : kNoBump);
 }
 

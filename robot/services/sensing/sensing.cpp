@@ -1,6 +1,5 @@
 #include "robot/services/sensing/sensing.h"
 
-#include <cmath>
 #include <utility>
 
 #include "robot/services/core/leaf_functions.h"
@@ -9,9 +8,6 @@
 namespace vemra::robot {
 namespace {
 
-/// A virtual edge counts as touched a little before the casing is on it.
-constexpr double kVirtualReachMm = kRobotRadiusMm + 15;
-constexpr double kAheadHalfDeg = 90;
 constexpr double kRearHalfDeg = 40;
 constexpr double kRearReachMm = kRobotRadiusMm + 30;
 constexpr double kSideHalfDeg = 30;
@@ -87,27 +83,20 @@ void SensingService::update()
     cliffs_off_ = parts_.blackboard.erase("shutdown_cliff");
 }
 
-bool SensingService::isAhead(PointMm point) const
-{
-    const PoseMm pose = pose_.pose();
-    const PointMm offset = point - pose.at;
-    const double bearing = degreesOfRadians(std::atan2(offset.y, offset.x)).value - pose.yaw.value;
-    return std::abs(wrapped({bearing}).value) <= kAheadHalfDeg;
-}
-
 std::string SensingService::virtualContact() const
 {
-    const PointMm at = pose_.pose().at;
+    const PoseMm pose = pose_.pose();
+    const PointMm at = pose.at;
     if (switches_.isOn("VirtualWall")) {
         const auto line = walls_.nearestOfLines(at, kVirtualReachMm);
-        if (line && isAhead(*line)) {
+        if (line && touchesVirtually(pose, *line)) {
             return std::string(kVirtualBump);
         }
     }
     if (switches_.isOn("PolygonVirtualWall") && walls_.areaAt(at) == nullptr) {
         // Within an area nothing holds the robot back from leaving it.
         const auto outline = walls_.nearestOfAreas(at, kVirtualReachMm);
-        if (outline && isAhead(*outline)) {
+        if (outline && touchesVirtually(pose, *outline)) {
             return std::string(kVirtualBump);
         }
     }

@@ -42,7 +42,6 @@ private:
     void installScopes(leaf::LeafHost& host);
     void installBodyState(leaf::LeafHost& host);
     [[nodiscard]] std::string virtualContact() const;
-    [[nodiscard]] bool isAhead(PointMm point) const;
     BT::NodeStatus tellContact(BT::TreeNode& node) const;
 
     RobotParts parts_;

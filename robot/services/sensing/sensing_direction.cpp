@@ -1,5 +1,7 @@
 #include "robot/services/sensing/sensing_direction.h"
 
+#include <cmath>
+
 namespace vemra::robot {
 namespace {
 
@@ -16,6 +18,15 @@ int weight(std::string_view direction)
 }
 
 }  // namespace
+
+bool touchesVirtually(const PoseMm& robot, PointMm place)
+{
+    constexpr double kAheadHalfDeg = 90;
+    const PointMm offset = place - robot.at;
+    const double bearing = degreesOfRadians(std::atan2(offset.y, offset.x)).value - robot.yaw.value;
+    return distance(place, robot.at) <= kVirtualReachMm &&
+           std::abs(wrapped({bearing}).value) <= kAheadHalfDeg;
+}
 
 std::string directionOf(const Sides& sides, std::string_view suffix)
 {
