@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -126,29 +127,39 @@ Shape slanted()
     return {.name = "walls at 20 degrees", .home = sketch(lines), .dock = {{dock, {-70}}}, .coverage = 0.975};
 }
 
-class CleanOf : public testing::TestWithParam<int>
-{};
-
-// From the dock by the start key until it is home again.
-TEST_P(CleanOf, AShapeSweepsItInAboutTheIdealTimeAndWay)
+// From the dock by the start key until it is home again: the report of it.
+nlohmann::ordered_json cleaned(const Shape& shape, const std::vector<std::string>& events = {})
 {
-    static Shape (*const kShapes[])() = {emptyRoom, angle, tableAndChairs, twoRooms, slanted};
-    const Shape shape = kShapes[GetParam()]();
-    RobotRun run(RobotRun::scenario("on_dock: true, battery: 100", {"at: 1s, key: start"}, "15m"),
+    std::vector<std::string> all{"at: 1s, key: start"};
+    all.insert(all.end(), events.begin(), events.end());
+    RobotRun run(RobotRun::scenario("on_dock: true, battery: 100, charge_rate: 6000", all, "15m"),
                  [&shape](RobotSetup& setup) {
                      setup.home = shape.home;
                      setup.dock = shape.dock;
                  });
     Robot& robot = *run.robot;
-    bool left = false;
-    while (robot.frame() < 45000 && !(left && robot.state().contacts.touching())) {
+    std::string task;
+    bool ended = false;
+    while (robot.frame() < 45000 && !ended) {
         robot.step();
-        left = left || (robot.frame() > 100 && !robot.state().contacts.touching());
+        // Charging alone is no end: it may yet go on.
+        ended = robot.frame() > 100 && robot.state().modes.current() == Mode::Charging &&
+                robot.blackboard().get("task_state", task) && task == "init";
     }
-    const nlohmann::ordered_json report = robot.report();
+    EXPECT_TRUE(robot.state().contacts.touching()) << shape.name << ": home again";
+    return robot.report();
+}
+
+class CleanOf : public testing::TestWithParam<int>
+{};
+
+TEST_P(CleanOf, AShapeSweepsItInAboutTheIdealTimeAndWay)
+{
+    static Shape (*const kShapes[])() = {emptyRoom, angle, tableAndChairs, twoRooms, slanted};
+    const Shape shape = kShapes[GetParam()]();
+    const nlohmann::ordered_json report = cleaned(shape);
     SCOPED_TRACE(shape.name + ": " + report.dump());
     constexpr double kBrushM = 0.2;
-    EXPECT_TRUE(robot.state().contacts.touching()) << "home again";
     EXPECT_THAT(report.at("coverage").get<double>(), Ge(shape.coverage));
     EXPECT_THAT(report.at("distance_m").get<double>(),
                 Le(1.4 * report.at("reachable_m2").get<double>() / kBrushM));
@@ -158,6 +169,27 @@ TEST_P(CleanOf, AShapeSweepsItInAboutTheIdealTimeAndWay)
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, CleanOf, testing::Range(0, 5));
+
+// Whenever it is paused, carried off or runs low, it sweeps the rest and comes home.
+TEST(InterruptedClean, LosesNoMoreThanHalfAPercentOfTheFloor)
+{
+    const Shape shape = emptyRoom();
+    const double undisturbed = cleaned(shape).at("coverage").get<double>();
+    Chance chance(11);
+    for (int i = 0; i < 2; ++i) {
+        const auto frame = [&chance] { return 700 + static_cast<int>(6000 * chance.uniform()); };
+        const int paused = frame();
+        const int heading = static_cast<int>(360 * chance.uniform());
+        for (const std::vector<std::string>& events :
+             {std::vector{fmt::format("at: {}, app: pause", paused),
+                          fmt::format("at: {}, app: auto", paused + 500)},
+              std::vector{fmt::format("at: {}, carry_to: [1.8, 1.2, {}]", frame(), heading)},
+              std::vector{fmt::format("at: {}, battery: 15", frame())}}) {
+            const nlohmann::ordered_json report = cleaned(shape, events);
+            EXPECT_THAT(report.at("coverage").get<double>(), Ge(undisturbed - 0.005)) << events.front();
+        }
+    }
+}
 
 }  // namespace
 }  // namespace vemra::robot
