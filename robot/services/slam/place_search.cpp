@@ -38,7 +38,7 @@ void PlaceSearch::begin()
     sure_.reset();
 }
 
-bool PlaceSearch::look()
+bool PlaceSearch::look(const OccupancyMap& known)
 {
     View view = viewFrom(body_);
     // From about the same place it sees the same: the newer view stands for both.
@@ -49,7 +49,6 @@ bool PlaceSearch::look()
     if (views_.size() > kMostViews) {
         views_.erase(views_.begin());
     }
-    const OccupancyMap& known = map_.known();
     const std::vector<PlaceGuess> guesses = PlaceMatcher(known.states(known.window())).search(views_);
     if (const PlaceGuess* sure = PlaceMatcher::sureOf(guesses)) {
         sure_ = *sure;

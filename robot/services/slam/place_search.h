@@ -18,8 +18,8 @@ public:
     {}
 
     void begin();
-    /// A look around; true: now the place is known.
-    bool look();
+    /// A look around, held against what is known of the home; true: now the place is known.
+    bool look(const OccupancyMap& known);
     /// Where the robot is now, if it is known: the place that was recognised and the way since.
     [[nodiscard]] std::optional<PoseMm> pose() const;
     /// The next place to look from: up to 4 m away on the floor around, 1 m from where it looked before. Each

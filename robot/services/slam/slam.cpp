@@ -42,6 +42,13 @@ void SlamService::update()
     const bool knows = localisation_.localised();
     if (knows != knew_ && !knows) {
         parts_.report(event::Note{"SLAM has lost the place", "slam", {{"localised", false}}});
+        // One that was pushed still has its place about right; one that was lifted may stand anywhere.
+        if (parts_.body.wheelDrop().any()) {
+            known_ = map_.known();
+            known_resets_ = map_.resets();
+        }
+    } else if (knows) {
+        known_.reset();
     }
     knew_ = knows;
     turned_deg_ += std::abs(parts_.body.turnRate()) * kFrameS;
@@ -95,7 +102,27 @@ void SlamService::steer()
 
 bool SlamService::isSure()
 {
-    return search_.look() && mood_ != SlamMood::Unsure;
+    return search_.look(keepsKnown() ? *known_ : map_.known()) && mood_ != SlamMood::Unsure;
+}
+
+void SlamService::setAside()
+{
+    const bool keeps = keepsKnown();
+    map_.setAside();
+    if (keeps) {
+        known_resets_ = map_.resets();
+    }
+}
+
+void SlamService::bringBack()
+{
+    const bool keeps = keepsKnown();
+    const std::uint64_t resets = map_.resets();
+    map_.bringBack();
+    if (keeps && map_.resets() != resets) {
+        map_.occupancy() = *known_;
+        known_resets_ = map_.resets();
+    }
 }
 
 void SlamService::giveUp()
@@ -179,7 +206,7 @@ void SlamService::reached(const std::string& what)
 void SlamService::believe()
 {
     const PoseMm pose = *search_.pose();
-    map_.bringBack();
+    bringBack();
     localisation_.believe(pose);
     parts_.report(
         event::Note{fmt::format("SLAM knows the place: {:.2f}, {:.2f} m", pose.at.x / 1e3, pose.at.y / 1e3),
@@ -233,11 +260,11 @@ void SlamService::install(leaf::LeafHost& host)
     // more than once.
     host.action("RelocMap", [this](BT::TreeNode& node) {
         if (textOf(node, "reloc_state") != "start") {
-            map_.bringBack();
+            bringBack();
             return BT::NodeStatus::SUCCESS;
         }
         if (stage_ == Stage::Told || stage_ == Stage::Alone) {
-            map_.setAside();
+            setAside();
             // The first scan of the new map comes with the next frame.
             enter(Stage::Again);
         }

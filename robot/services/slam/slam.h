@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
 #include "robot/belief/localisation.h"
@@ -54,6 +55,10 @@ private:
     void lookOnce();
     void lookInPassing();
     [[nodiscard]] bool isSure();
+    /// What was known before the place was lost, while that is the map to find it on.
+    [[nodiscard]] bool keepsKnown() const { return known_ && map_.resets() == known_resets_; }
+    void setAside();
+    void bringBack();
     void giveUp();
     void offerPoint();
     void reached(const std::string& what);
@@ -65,6 +70,10 @@ private:
     RobotMap& map_;
     MapStore& store_;
     PlaceSearch search_;
+    /// The map as it was when the place was lost: what the robot sees since then it enters at a place where
+    /// it is not.
+    std::optional<OccupancyMap> known_;
+    std::uint64_t known_resets_ = 0;
     bool knew_ = true;               ///< where it is, as last told
     std::optional<bool> on_stored_;  ///< whether the map in use is a stored one, as last told
     Stage stage_ = Stage::Off;
