@@ -108,28 +108,6 @@ TEST_F(BadInput, FullOutputIsNoSuccess)
     EXPECT_THAT(result.err, HasSubstr("standard output"));
 }
 
-TEST(Help, EachCommandTellsItsOptions)
-{
-    const std::vector<std::pair<std::vector<std::string>, std::string>> commands{
-        {{}, "--version"},
-        {{"trees"}, "export"},
-        {{"trees", "list"}, "--names"},
-        {{"trees", "show"}, "--expand"},
-        {{"trees", "export"}, "--format"},
-        {{"trees", "where"}, "--port"},
-        {{"trees", "callers"}, "TREE:LINE"},
-        {{"trees", "keys"}, "erases"},
-        {{"trees", "diff"}, "Exit codes"},
-        {{"leaves"}, "families"},
-        {{"leaves", "list"}, "--family"},
-        {{"leaves", "show"}, "leaf LEAF"},
-        {{"completion", "bash"}, "source <(vemra completion bash)"}};
-    for (auto [command, expected] : commands) {
-        command.emplace_back("--help");
-        EXPECT_THAT(vemraOutput(command), HasSubstr(expected));
-    }
-}
-
 TEST(Manual, IsReadByManAndTellsAllThatHelpTells)
 {
     const Folder folder;

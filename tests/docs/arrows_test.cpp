@@ -27,31 +27,22 @@ std::set<std::string> namesIn(const std::string& cell)
     return names;
 }
 
-// The rooms of docs/architecture.md and what each knows.
-Rooms rooms()
-{
-    Rooms read;
-    std::istringstream page(bytesOf(kSource / "docs/architecture.md"));
-    for (std::string line; std::getline(page, line);) {
-        std::smatch row;
-        if (std::regex_match(line, row, std::regex(R"(\| `([a-z_/]+)` \|[^|]*\|([^|]*)\|)")))
-            read[row[1]] = namesIn(row[2]);
-    }
-    return read;
-}
-
-// The families of services of docs/architecture.md and whom each knows.
-Rooms families()
+// What the rows of docs/architecture.md tell that look so.
+Rooms toldIn(const std::string& rows)
 {
     Rooms told;
     std::istringstream page(bytesOf(kSource / "docs/architecture.md"));
     for (std::string line; std::getline(page, line);) {
         std::smatch row;
-        if (std::regex_match(line, row, std::regex(R"(\| `([a-z_]+)` \|([^|]*)\|)")))
+        if (std::regex_match(line, row, std::regex(rows)))
             told[row[1]] = namesIn(row[2]);
     }
     return told;
 }
+
+// The rooms and what each knows, and the families of services and whom each knows.
+const Rooms kRooms = toldIn(R"(\| `([a-z_/]+)` \|[^|]*\|([^|]*)\|)");
+const Rooms kFamilies = toldIn(R"(\| `([a-z_]+)` \|([^|]*)\|)");
 
 // The room of a path: the longest name that it begins with; empty for none.
 std::string roomOf(const Rooms& rooms, const std::string& path)
@@ -65,7 +56,7 @@ std::string roomOf(const Rooms& rooms, const std::string& path)
 
 TEST(Arrows, RunAsThePageTellsAndNowhereElse)
 {
-    const Rooms all = rooms();
+    const Rooms& all = kRooms;
     ASSERT_GT(all.size(), 15U);
     std::map<std::string, int> seen;
     for (const char* top :
@@ -98,8 +89,7 @@ TEST(Arrows, RunAsThePageTellsAndNowhereElse)
 // Beside what all stand on, a family of services knows those that the page names, and each of these still.
 TEST(Arrows, FamiliesOfServicesKnowOneAnotherAsThePageTells)
 {
-    const Rooms told = families();
-    ASSERT_FALSE(told.empty());
+    ASSERT_FALSE(kFamilies.empty());
     Rooms found;
     for (const auto& file : fs::recursive_directory_iterator(kSource / "robot/services")) {
         if (!file.is_regular_file())
@@ -112,13 +102,13 @@ TEST(Arrows, FamiliesOfServicesKnowOneAnotherAsThePageTells)
                 other != family && other != "core" && other != "blackboard")
                 found[family].insert(other);
     }
-    EXPECT_EQ(found, told);
+    EXPECT_EQ(found, kFamilies);
 }
 
 TEST(Arrows, RunInNoCircle)
 {
-    Rooms left = rooms();
-    left.merge(families());
+    Rooms left = kRooms;
+    left.insert(kFamilies.begin(), kFamilies.end());
     for (bool moved = true; moved;) {
         moved = false;
         for (auto room = left.begin(); room != left.end();) {
