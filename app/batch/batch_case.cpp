@@ -134,8 +134,8 @@ std::unique_ptr<Robot> makeRobot(const BatchCase& one, const std::filesystem::pa
 nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path& plugin)
 {
     robot::LogKeeper traps([](const robot::Event& event) {
-        return std::holds_alternative<robot::event::EscapeBegins>(event) ||
-               std::holds_alternative<robot::event::EscapeEnds>(event);
+        const auto* note = std::get_if<robot::event::Note>(&event);
+        return note != nullptr && note->what == "trap";
     });
     const std::unique_ptr<Robot> made = makeRobot(one, plugin);
     Robot& robot = *made;
@@ -209,7 +209,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
             line[figure] = report.at(figure);
         line["stall_s"] = tenths(stall.seconds());
         line["stall_leaf"] = stall.leaf();
-        line["traps"] = traps.entries().size();
+        line["trap_reports"] = traps.entries().size();
     }
     line["run_m"] = tenths(report.at("run_mm").get<double>() / 1e3);
     line["replay"] = one.replay;

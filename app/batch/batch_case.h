@@ -37,8 +37,8 @@ std::unique_ptr<robot::Robot> makeRobot(const BatchCase& one, const std::filesys
 /// `ended`: "docked", for a search by a contact that holds for a second; "gave up", when the robot stands by
 /// without its dock; "tree failed"; "time", when the run was not over at its limit; "off". `why` says of a
 /// search that failed what it was spent on. `good` says that it came out as it was meant to. A clean has its
-/// figures of floor; `stall_s` is the longest time in which no floor was newly swept while it cleaned, and
-/// `stall_leaf` what ran then.
+/// figures of floor; `trap_reports` tells how often the robot told that it is shut in; `stall_s` is the
+/// longest time in which no floor was newly swept while it cleaned, and `stall_leaf` what ran then.
 nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path& plugin);
 
 }  // namespace vemra::app

@@ -16,7 +16,7 @@ struct BatchFigure
     bool more_is_better;
 };
 
-inline constexpr std::array<BatchFigure, 9> kBatchFigures = {{
+inline constexpr std::array<BatchFigure, 10> kBatchFigures = {{
     {"time_s", "time", 1, "s", false},
     {"after_hearing_s", "time from hearing the dock", 1, "s", false},
     {"attempts", "final approaches", 1, "", false},
@@ -25,6 +25,7 @@ inline constexpr std::array<BatchFigure, 9> kBatchFigures = {{
     {"t97_s", "time to 97 %", 1, "s", false},
     {"run_m", "driven", 1, "m", false},
     {"turns", "turns", 1, "", false},
+    {"trap_reports", "reports of a trap", 1, "", false},
     {"stall_s", "longest stall", 1, "s", false},
 }};
 

@@ -12,16 +12,18 @@ struct Notice
 {
     const char* key;
     const char* text;
+    const char* what = "notice";
 };
 
-constexpr std::array<Notice, 8> kNotices{{{"close_door_trapped", "trapped: a door was closed"},
-                                          {"automode_trapped", "trapped: no way on"},
-                                          {"polygon_vw_trapped", "trapped: within a forbidden area"},
-                                          {"start_vw_trapped", "trapped: begun within virtual walls"},
-                                          {"clean_vw_blocked", "trapped: a virtual wall bars the way"},
-                                          {"clear_blocked_trapped", "reports of a trap are void"},
-                                          {"PushInfoApp", "the app is told that the task cannot begin here"},
-                                          {"robot_leans_charger", "the robot leans on its dock"}}};
+constexpr std::array<Notice, 8> kNotices{
+    {{"close_door_trapped", "trapped: a door was closed", "trap"},
+     {"automode_trapped", "trapped: no way on", "trap"},
+     {"polygon_vw_trapped", "trapped: within a forbidden area", "trap"},
+     {"start_vw_trapped", "trapped: begun within virtual walls", "trap"},
+     {"clean_vw_blocked", "trapped: a virtual wall bars the way", "trap"},
+     {"clear_blocked_trapped", "reports of a trap are void"},
+     {"PushInfoApp", "the app is told that the task cannot begin here"},
+     {"robot_leans_charger", "the robot leans on its dock"}}};
 
 }  // namespace
 
@@ -29,7 +31,7 @@ void NoticeService::update()
 {
     for (const Notice& notice : kNotices)
         if (parts_.blackboard.erase(notice.key))
-            parts_.report(event::Note{notice.text, "notice", {{"key", std::string(notice.key)}}});
+            parts_.report(event::Note{notice.text, notice.what, {{"key", std::string(notice.key)}}});
     if (parts_.blackboard.erase("infrared_calibration_finished"))
         tellCalibration();
 }
