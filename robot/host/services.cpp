@@ -43,7 +43,8 @@ Services makeServices(const RobotParts& parts, Knowledge& knowledge, const Scena
     add(std::make_unique<CleaningSystemService>(parts));
     add(std::make_unique<CommandService>(parts, start));
     add(std::make_unique<DockContactService>(parts));
-    add(std::make_unique<DockPlace>(parts, knowledge.map, knowledge.switches));
+    add(std::make_unique<DockPlace>(parts, knowledge.localisation, knowledge.store, knowledge.map,
+                                    knowledge.switches));
     auto dock_signal = std::make_unique<DockSignalService>(parts, knowledge.localisation);
     const DockSignalService& dock = *dock_signal;
     add(std::move(dock_signal));

@@ -19,6 +19,10 @@ constexpr std::array kAwayMm = {525.0, 575.0, 475.0, 650.0, 425.0, 750.0};
 
 void DockPlace::update()
 {
+    if (localisation_.restarts() != frames_of_map_) {
+        frames_of_map_ = localisation_.restarts();
+        docked_ = store_.in_use && store_.map ? store_.map->docked : std::nullopt;
+    }
     if (parts_.state.contacts.touching()) {
         docked_ = map_.pose();
     }
