@@ -287,18 +287,6 @@ TEST(DockPlace, IsKeptFromTheContactsAndReckonedFromTheDriveOffThem)
     EXPECT_NEAR(found.x, 2000, 10);
     EXPECT_NEAR(found.y, 50 + 700, 10) << "on the middle line, 700 mm before the face";
 
-    // A map is begun away from the dock; then the stored one is found to hold.
-    rig.state.contacts.update(false);
-    rig.pose.restart({});
-    rig.frame();
-    EXPECT_FALSE(rig.passes("GetChargerFromReuseInfo", out)) << "it stood in another frame";
-    rig.store = {.present = true, .map = KeptMap{.docked = PoseMm{{500, 500}, {0}}}, .in_use = true};
-    rig.pose.restart({});
-    rig.frame();
-    ASSERT_TRUE(rig.passes("GetChargerFromReuseInfo", out));
-    rig.blackboard->get("found", found);
-    EXPECT_LT(distance(found, {500, 500}), 800) << "where it stood when the map was kept";
-
     const PoseMm docked = rig.body.odometry();
     rig.blackboard->set("odom_pos_before", docked);
     EXPECT_FALSE(rig.passes("CalcChargerPosition", {{"out_charger_position", "dock"}}));
@@ -310,6 +298,19 @@ TEST(DockPlace, IsKeptFromTheContactsAndReckonedFromTheDriveOffThem)
     ASSERT_TRUE(rig.blackboard->get("dock", dock));
     EXPECT_THAT(distance(dock.at, dockedPose(kDock).at), Lt(10));
     EXPECT_THAT(std::abs(wrapped({dock.yaw.value - dockedPose(kDock).yaw.value}).value), Lt(2));
+
+    // A map is begun away from the dock; then the stored one is found to hold.
+    rig.state.contacts.update(false);
+    rig.pose.restart({});
+    rig.frame();
+    EXPECT_FALSE(rig.passes("GetChargerFromReuseInfo", out)) << "it stood in another frame";
+    rig.store.in_use = true;
+    rig.store.map.emplace().docked = PoseMm{{500, 500}, {180}};
+    rig.pose.restart({});
+    rig.frame();
+    ASSERT_TRUE(rig.passes("GetChargerFromReuseInfo", out));
+    rig.blackboard->get("found", found);
+    EXPECT_NEAR(found.x, 500 + 525, 1) << "where it stood when the map was kept";
 }
 
 }  // namespace

@@ -130,7 +130,7 @@ TEST_F(DockSearch, ATrappedCycleCostsNoMarkingTurnAndTheFifthIsWalkedOutOf)
     });
     robot.start("SearchForCharger_lds");
     for (int walks = 1; walks <= 2; ++walks) {
-        robot.tickUntil("SearchForChargerRandomWalk", {}, 200);
+        robot.tickUntil("SearchForChargerRandomWalk", 200);
         EXPECT_TRUE(robot.started(5 * walks, "GoChargingFullRoundTurn"));
         EXPECT_EQ(robot.key("full_round_turn_times"), "0");
         EXPECT_EQ(robot.key("charging_escape_times"), "0");
@@ -142,10 +142,10 @@ TEST_F(DockSearch, ASectorIsArcedThroughFiveTimes)
 {
     hearAtTurn({{"MiddleLeft", "Left"}, {"MiddleRight", "CentralLeft"}});
     robot.start("SearchForCharger_lds");
-    robot.tickUntil("GoChargingFullRoundTurn", {}, 200);
-    robot.tickUntil("OpenCloseMove", {}, 200);
-    robot.tickUntil("GoChargingFullRoundTurn", {}, 4000);
-    EXPECT_TRUE(robot.started(6, "Rotate", {{"angle_deg", "-95"}})) << "the sixth is the next cycle's first";
+    robot.tickUntil("GoChargingFullRoundTurn", 200);
+    robot.tickUntil("OpenCloseMove", 200);
+    robot.tickUntil("GoChargingFullRoundTurn", 4000);
+    EXPECT_TRUE(robot.started(6, "Rotate angle_deg=-95")) << "the sixth is the next cycle's first";
 }
 
 /// The whole way home with the search replaced.
