@@ -32,12 +32,6 @@ Node count_one(const char* key)
     return IntAdd{"${" + std::string(key) + "}", "1", key};
 }
 
-// Slowly on, away from the dock: forwards in a product that leaves it forwards.
-Node move_on()
-{
-    return IfThenElse(switched_off(), DetachNode{"80"}, DetachNode{"-80"});
-}
-
 // A robot that still leans on its dock by then backs on, until it is level, and counts how long it leans.
 Node judge_on_a_plane()
 {
@@ -45,16 +39,17 @@ Node judge_on_a_plane()
         "JudgeOnAPlane",
         FallbackStar(
             IfOnAPlane{"200"},
-            SequenceStar(key::Cnt.set(0),
-                         Fallback(IfOnAPlane{"400"},
-                                  ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), move_on())))),
-                         SaySomething{"${Cnt}"},
-                         unless(IsAGreaterThanBFloat{"50", "${Cnt}"}, ForceSuccess(Frameout(100, move_on()))),
-                         IsAGreaterThanBFloat{"${Cnt}", "140"}, key::Leans_Cnt.set(0),
-                         Fallback(IfOnAPlane{"500"},
-                                  ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), move_on())))),
-                         SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBFloat{"${Leans_Cnt}", "45"},
-                         key::robot_leans_charger.flag())));
+            SequenceStar(
+                key::Cnt.set(0),
+                Fallback(IfOnAPlane{"400"},
+                         ForceSuccess(Frameout(150, DoWhile(count_one("Cnt"), DetachNode{"-80"})))),
+                SaySomething{"${Cnt}"},
+                unless(IsAGreaterThanBFloat{"50", "${Cnt}"}, ForceSuccess(Frameout(100, DetachNode{"-80"}))),
+                IsAGreaterThanBFloat{"${Cnt}", "140"}, key::Leans_Cnt.set(0),
+                Fallback(IfOnAPlane{"500"},
+                         ForceSuccess(Frameout(50, DoWhile(count_one("Leans_Cnt"), DetachNode{"-80"})))),
+                SaySomething{"${Leans_Cnt}"}, IsAGreaterThanBFloat{"${Leans_Cnt}", "45"},
+                key::robot_leans_charger.flag())));
 }
 
 Node turn_back_to_start()

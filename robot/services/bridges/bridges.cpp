@@ -19,6 +19,11 @@ constexpr double kAcrossMm = 120;
 /// Ends that were learnt so near to the ones told are no better.
 constexpr double kNoBetterMm = 100;
 
+bool isSame(const StepCrossings::Ends& a, const StepCrossings::Ends& b)
+{
+    return distance(a.from, b.from) <= kSameEndMm && distance(a.to, b.to) <= kSameEndMm;
+}
+
 BridgePtr bridgeOf(const BT::TreeNode& node, const char* port = "bridge")
 {
     return node.getParam<BridgePtr>(port).value_or(nullptr);
@@ -83,12 +88,11 @@ void StepCrossings::learn(const Ends& bridge, const Ends& crossed)
 
 std::optional<StepCrossings::Ends> StepCrossings::better(const Ends& bridge) const
 {
-    const auto same = [](PointMm a, PointMm b) { return distance(a, b) <= kSameEndMm; };
     for (const Learnt& known : learnt_) {
         Ends ends = known.crossed;
-        if (same(known.bridge.from, bridge.to) && same(known.bridge.to, bridge.from)) {
+        if (isSame(known.bridge, {bridge.to, bridge.from})) {
             std::swap(ends.from, ends.to);
-        } else if (!same(known.bridge.from, bridge.from) || !same(known.bridge.to, bridge.to)) {
+        } else if (!isSame(known.bridge, bridge)) {
             continue;
         }
         if (distance(ends.from, bridge.from) > kNoBetterMm || distance(ends.to, bridge.to) > kNoBetterMm) {
@@ -100,10 +104,8 @@ std::optional<StepCrossings::Ends> StepCrossings::better(const Ends& bridge) con
 
 void StepCrossings::forget(const Ends& bridge)
 {
-    const auto same = [](PointMm a, PointMm b) { return distance(a, b) <= kSameEndMm; };
     std::erase_if(learnt_, [&](const Learnt& known) {
-        return (same(known.bridge.from, bridge.from) && same(known.bridge.to, bridge.to)) ||
-               (same(known.bridge.from, bridge.to) && same(known.bridge.to, bridge.from));
+        return isSame(known.bridge, bridge) || isSame(known.bridge, {bridge.to, bridge.from});
     });
 }
 
