@@ -54,9 +54,9 @@ class StallWatch
 public:
     void look(const Robot& robot, const LeafWatch& leaves)
     {
-        const double swept = robot.sweptM2();
+        const double swept = robot.passSweptM2();
         const bool cleans = robot.state().modes.current() == robot::Mode::AutoClean;
-        if (!cleans || swept >= swept_ + kSweptStepM2) {
+        if (!cleans || swept < swept_ || swept >= swept_ + kSweptStepM2) {
             swept_ = swept;
             since_ = robot.frame();
             return;
@@ -133,18 +133,18 @@ std::unique_ptr<Robot> makeRobot(const BatchCase& one, const std::filesystem::pa
 
 nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path& plugin)
 {
-    robot::LogKeeper traps([](const robot::Event& event) {
-        const auto* note = std::get_if<robot::event::Note>(&event);
-        return note != nullptr && note->what == "trap";
-    });
+    robot::LogKeeper traps(
+        [](const robot::Event& event) { return std::holds_alternative<robot::event::TrapReport>(event); });
     const std::unique_ptr<Robot> made = makeRobot(one, plugin);
     Robot& robot = *made;
     robot.addSink(traps);
-    std::uint64_t limit = one.scenario.frames;
-    if (one.cleans) {
-        const double ideal_s = robot.report().at("ideal_time_s").get<double>();
-        limit = static_cast<std::uint64_t>((kTimesIdeal * ideal_s + kBesidesS) * kFramesPerSecond);
-    }
+    const double ideal_s = one.cleans ? robot.report().at("ideal_time_s").get<double>() : 0;
+    const auto limit = [&] {
+        return one.cleans ? static_cast<std::uint64_t>(
+                                (kTimesIdeal * ideal_s * static_cast<double>(robot.passes()) + kBesidesS) *
+                                kFramesPerSecond)
+                          : one.scenario.frames;
+    };
     LeafWatch leaves;
     StallWatch stall;
     if (one.cleans)
@@ -154,7 +154,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
     std::uint64_t stands_by_frames = 0;
     std::optional<std::uint64_t> heard;
     std::uint64_t touches_frames = 0;
-    while (robot.frame() < limit) {
+    while (robot.frame() < limit()) {
         if (robot.over()) {
             ended = "off";
             break;
@@ -209,6 +209,7 @@ nlohmann::ordered_json runCase(const BatchCase& one, const std::filesystem::path
             line[figure] = report.at(figure);
         line["stall_s"] = tenths(stall.seconds());
         line["stall_leaf"] = stall.leaf();
+        line["passes"] = report.at("passes");
         line["trap_reports"] = traps.entries().size();
     }
     line["run_m"] = tenths(report.at("run_mm").get<double>() / 1e3);

@@ -53,6 +53,8 @@ std::string_view kindOf(const Event& event)
                             [](const Motion&) -> Kind { return "motion"; },
                             [](const EscapeBegins&) -> Kind { return "escape"; },
                             [](const EscapeEnds&) -> Kind { return "escape"; },
+                            [](const TrapReport&) -> Kind { return "custom"; },
+                            [](const PassBegins&) -> Kind { return "custom"; },
                             [](const CleaningLog&) -> Kind { return "custom"; },
                             [](const Unmet&) -> Kind { return "expectation"; },
                             [](const Note&) -> Kind { return "custom"; }},
@@ -77,6 +79,7 @@ std::string toText(const Event& event)
               [](const StationCode& e) { return "station: " + warned(e.warning, changed(e.code, e.raised)); },
               [](const EscapeBegins& e) { return "escape: " + about(e.kind); },
               [](const EscapeEnds& e) { return (e.free ? "free: " : "still stuck: ") + about(e.kind); },
+              [](const PassBegins&) { return std::string("the floor is cleaned once more"); },
               [](const CleaningLog& e) {
                   return fmt::format("cleaning log: {}, {} s, {:.1f} m2, {}", e.mode, e.seconds, e.area_m2,
                                      e.done ? "done" : "broken off");

@@ -136,6 +136,17 @@ struct EscapeEnds
     bool free;
 };
 
+/// The robot tells that it is shut in.
+struct TrapReport
+{
+    std::string text;
+    std::string key;  ///< under which the trees told it
+};
+
+/// The floor is cleaned once more in the same task.
+struct PassBegins
+{};
+
 /// A task has ended that is worth a record.
 struct CleaningLog
 {
@@ -165,12 +176,12 @@ struct Note
 
 }  // namespace event
 
-using Event =
-    std::variant<event::ModeChange, event::KeyChange, event::Light, event::StationLight, event::Music,
-                 event::Message, event::LevelMessage, event::UserAct, event::DockContact, event::Approach,
-                 event::BatteryLevel, event::BatteryEmpty, event::ChargeBegins, event::HealthCode,
-                 event::EscapeError, event::StationCode, event::Motion, event::EscapeBegins,
-                 event::EscapeEnds, event::CleaningLog, event::Unmet, event::Note>;
+using Event = std::variant<event::ModeChange, event::KeyChange, event::Light, event::StationLight,
+                           event::Music, event::Message, event::LevelMessage, event::UserAct,
+                           event::DockContact, event::Approach, event::BatteryLevel, event::BatteryEmpty,
+                           event::ChargeBegins, event::HealthCode, event::EscapeError, event::StationCode,
+                           event::Motion, event::EscapeBegins, event::EscapeEnds, event::TrapReport,
+                           event::PassBegins, event::CleaningLog, event::Unmet, event::Note>;
 
 /// The word under which a log files it: "mode", "task_state", "body", ... Several types share one.
 [[nodiscard]] std::string_view kindOf(const Event& event);

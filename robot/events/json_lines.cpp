@@ -64,6 +64,12 @@ Json fieldsOf(const Event& event)
                             [](const EscapeEnds& e) {
                                 return Json{{"kind", nameOf(e.kind).word}, {"free", e.free}};
                             },
+                            [](const TrapReport& e) {
+                                return Json{{"what", "trap"}, {"key", e.key}};
+                            },
+                            [](const PassBegins&) {
+                                return Json{{"what", "pass"}};
+                            },
                             [](const CleaningLog& e) {
                                 Json ways = Json::object();
                                 for (const auto& [reason, way_mm] : e.way_mm)

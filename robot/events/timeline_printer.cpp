@@ -95,6 +95,8 @@ void TimelinePrinter::summarise(const nlohmann::ordered_json& report)
         out_ << fmt::format("{:.1f} % of {:.1f} m2 cleaned, {:.1f} m2 of it again; ideal time {:.0f} s\n",
                             100 * report.value("coverage", 0.0), report.value("reachable_m2", 0.0),
                             report.value("recleaned_m2", 0.0), report.value("ideal_time_s", 0.0));
+        if (const auto passes = report.find("passes"); passes != report.end() && passes->size() > 1)
+            summarisePasses(*passes);
         if (const auto by = report.find("t97_s"); by != report.end() && by->is_number())
             out_ << fmt::format("97 % after {:.0f} s, {:.1f} times the ideal; ", by->get<double>(),
                                 by->get<double>() / std::max(1.0, report.value("ideal_time_s", 1.0)));
@@ -111,6 +113,15 @@ void TimelinePrinter::summarise(const nlohmann::ordered_json& report)
     for (const auto& [leaf, ticks] : unanswered->items()) {
         out_ << fmt::format(" {} {}", leaf, ticks.get<std::uint64_t>());
     }
+    out_ << '\n';
+}
+
+void TimelinePrinter::summarisePasses(const nlohmann::ordered_json& passes)
+{
+    out_ << "passes over the floor:";
+    for (const auto& pass : passes)
+        out_ << fmt::format(" {:.1f} % in {:.0f} s;", 100 * pass.value("coverage", 0.0),
+                            pass.value("time_s", 0.0));
     out_ << '\n';
 }
 

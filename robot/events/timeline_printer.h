@@ -38,6 +38,7 @@ private:
     void print();
     /// What the run came to, of the fields of the robot's report.
     void summarise(const nlohmann::ordered_json& report);
+    void summarisePasses(const nlohmann::ordered_json& passes);
     void summariseExpectations(const nlohmann::ordered_json& expected);
 
     std::ostream& out_;

@@ -108,6 +108,7 @@ Robot::Robot(RobotSetup setup)
     blackboard_->setClock(clock_);
     log_.addSink(expectations_);
     log_.addSink(figures_);
+    log_.addSink(passes_);
     setup_.load_trees(factory_);
     if (!factory_.hasTree(setup_.tree))
         throw InputError("--tree", 0, fmt::format("there is no tree \"{}\"", setup_.tree));
@@ -285,8 +286,9 @@ void Robot::step()
     showMode();
     showKeys();
     showResult(result, reason);
+    passes_.frame(state_.frame, body_, swept_, first_place_);
     swept_.follow(body_.truePose(), state_.brushes_on && !body_.lifted(), state_.frame);
-    figures_.frame(body_, state_.brushes_on, swept_.areaM2());
+    figures_.frame(body_, state_.brushes_on, swept_.passAreaM2());
     showUnmet(expectations_.look(moment()));
     ++state_.frame;
 }

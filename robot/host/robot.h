@@ -13,6 +13,7 @@
 #include "robot/body/body.h"
 #include "robot/events/event_log.h"
 #include "robot/host/expectations.h"
+#include "robot/host/passes.h"
 #include "robot/host/run_figures.h"
 #include "robot/host/services.h"
 #include "robot/scenario/scenario.h"
@@ -80,6 +81,10 @@ public:
     [[nodiscard]] PoseMm believedPose() const { return knowledge_.localisation.pose(); }
     /// The floor that was swept, in square metres.
     [[nodiscard]] double sweptM2() const { return swept_.areaM2(); }
+    /// The same of the pass at hand.
+    [[nodiscard]] double passSweptM2() const { return swept_.passAreaM2(); }
+    /// How often the floor was cleaned, the pass at hand included.
+    [[nodiscard]] std::size_t passes() const { return passes_.count(); }
     /// The share of the floor within reach that was swept, 0 to 1; takes a look at the whole home.
     [[nodiscard]] double coverage() const { return swept_.shareOf(first_place_).part(); }
     /// Of the floor that its laser can see from where it can get to, the share that is on its map, 0 to 1;
@@ -155,6 +160,7 @@ private:
     std::vector<WatchedKey> keys_;
     SweptFloor swept_;
     RunFigures figures_;
+    Passes passes_;
     PointMm first_place_;
     Expectations expectations_;
     std::vector<Unmet> unmet_;

@@ -27,6 +27,17 @@ nlohmann::ordered_json secondsOrNull(const std::optional<std::uint64_t>& frame)
                  : nlohmann::ordered_json(nullptr);
 }
 
+nlohmann::ordered_json told(const std::vector<Passes::Pass>& passes)
+{
+    nlohmann::ordered_json all = nlohmann::ordered_json::array();
+    for (const Passes::Pass& pass : passes)
+        all.push_back({{"time_s", hundredths(static_cast<double>(pass.frames * kFrameMs) / 1000)},
+                       {"distance_m", hundredths(pass.run_mm / 1000)},
+                       {"coverage", std::round(pass.coverage * 1e4) / 1e4},
+                       {"recleaned_m2", hundredths(pass.again_m2)}});
+    return all;
+}
+
 }  // namespace
 
 nlohmann::ordered_json Robot::report() const
@@ -66,6 +77,7 @@ nlohmann::ordered_json Robot::report() const
             {"ideal_time_s", std::round(share.reachable_m2 * 1e6 / kBrushWidthMm / kLineSpeedMmS)},
             {"t90_s", secondsOrNull(swept_by[0])},
             {"t97_s", secondsOrNull(swept_by[1])},
+            {"passes", told(passes_.upTo(state_.frame, body_, swept_, first_place_))},
             {"turns", figures_.turns()},
             {"bumps", figures_.bumps()},
             {"escapes", figures_.escapes()},

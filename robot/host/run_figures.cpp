@@ -28,7 +28,7 @@ void RunFigures::frame(const Body& body, bool brushes_on, double swept_m2)
     const bool pressed = body.bumper().any();
     bumps_ += pressed && !pressed_ ? 1 : 0;
     pressed_ = pressed;
-    idle_frames_ = !brushes_on || swept_m2 > swept_m2_ ? 0 : idle_frames_ + 1;
+    idle_frames_ = !brushes_on || swept_m2 != swept_m2_ ? 0 : idle_frames_ + 1;
     swept_m2_ = swept_m2;
     if (idle_frames_ == kMinuteFrames) {
         idle_frames_ = 0;

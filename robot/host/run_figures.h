@@ -11,7 +11,7 @@ namespace vemra::robot {
 class RunFigures final : public LogSink
 {
 public:
-    /// A frame is over; swept_m2: the floor that was swept so far.
+    /// A frame is over; swept_m2: the floor that was swept so far in the pass at hand.
     void frame(const Body& body, bool brushes_on, double swept_m2);
     void take(const LogEntry& entry) override;
     void finish(const nlohmann::ordered_json& /*report*/) override {}
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] std::uint64_t dockingAttempts() const { return docking_attempts_; }
     [[nodiscard]] std::uint64_t docked() const { return docked_; }
     [[nodiscard]] std::uint64_t charges() const { return charges_; }
-    /// Whole minutes in which the brushes ran and no floor was swept that was not before.
+    /// Whole minutes in which the brushes ran and no floor was swept that was not before in the pass.
     [[nodiscard]] std::uint64_t stalls() const { return stalls_; }
 
 private:

@@ -37,8 +37,9 @@ SweptFloor::SweptFloor(const Home& home)
       columns_(static_cast<int>(std::lround(home.columns() * Home::kCellMm / cell_mm_))),
       rows_(static_cast<int>(std::lround(home.rows() * Home::kCellMm / cell_mm_))),
       swept_at_(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_)),
-      first_in_(swept_at_.size()),
-      swept_again_(swept_at_.size())
+      first_in_(swept_at_.size(), kNever),
+      swept_again_(swept_at_.size()),
+      again_in_pass_(swept_at_.size())
 {}
 
 PointMm SweptFloor::centreOf(std::size_t index) const
@@ -61,18 +62,35 @@ void SweptFloor::sweepAt(std::uint32_t frame, const PoseMm& pose)
         }
         const std::size_t index = static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
                                   static_cast<std::size_t>(column);
-        if (swept_at_[index] == 0) {
-            if (home_.at(point) != CellState::Free) {
-                return;
+        const auto again = [index](std::vector<bool>& marks, std::uint64_t& count) {
+            count += marks[index] ? 0U : 1U;
+            marks[index] = true;
+        };
+        if (swept_at_[index] != 0) {
+            if (now - swept_at_[index] >= kAgainAfter) {
+                again(swept_again_, again_);
+                again(again_in_pass_, pass_again_);
             }
+        } else if (isSwept(index)) {
+            again(swept_again_, again_);
+            ++pass_count_;
+        } else if (home_.at(point) == CellState::Free) {
             ++count_;
+            ++pass_count_;
             first_in_[index] = frame;
-        } else if (now - swept_at_[index] >= kAgainAfter && !swept_again_[index]) {
-            swept_again_[index] = true;
-            ++again_;
+        } else {
+            return;
         }
         swept_at_[index] = now;
     });
+}
+
+void SweptFloor::beginPass()
+{
+    std::fill(swept_at_.begin(), swept_at_.end(), 0);
+    std::fill(again_in_pass_.begin(), again_in_pass_.end(), false);
+    pass_count_ = 0;
+    pass_again_ = 0;
 }
 
 void SweptFloor::follow(const PoseMm& pose, bool brushes_on, std::uint64_t frame)
@@ -150,7 +168,19 @@ SweptFloor::Share SweptFloor::shareOf(PointMm from, const std::optional<BoxMm>& 
             continue;
         }
         ++all;
-        done += swept_at_[i] != 0 ? 1U : 0U;
+        done += isSwept(i) ? 1U : 0U;
+    }
+    return {areaOf(all), areaOf(done)};
+}
+
+SweptFloor::Share SweptFloor::passShareOf(PointMm from) const
+{
+    const std::vector<bool> floor = reachable(from);
+    std::uint64_t all = 0;
+    std::uint64_t done = 0;
+    for (std::size_t i = 0; i < floor.size(); ++i) {
+        all += floor[i] ? 1U : 0U;
+        done += floor[i] && swept_at_[i] != 0 ? 1U : 0U;
     }
     return {areaOf(all), areaOf(done)};
 }
@@ -163,7 +193,7 @@ std::vector<std::optional<std::uint64_t>> SweptFloor::sweptBy(PointMm from,
     std::size_t all = 0;
     for (std::size_t i = 0; i < floor.size(); ++i) {
         all += floor[i] ? 1U : 0U;
-        if (floor[i] && swept_at_[i] != 0) {
+        if (floor[i] && isSwept(i)) {
             frames.push_back(first_in_[i]);
         }
     }
@@ -182,7 +212,7 @@ std::vector<PointMm> SweptFloor::missed(PointMm from) const
     const std::vector<bool> floor = reachable(from);
     std::vector<PointMm> places;
     for (std::size_t i = 0; i < floor.size(); ++i) {
-        if (floor[i] && swept_at_[i] == 0) {
+        if (floor[i] && !isSwept(i)) {
             places.push_back(centreOf(i));
         }
     }

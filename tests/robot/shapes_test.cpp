@@ -160,9 +160,12 @@ TEST_P(CleanOf, AShapeSweepsItInAboutTheIdealTimeAndWay)
     const nlohmann::ordered_json report = cleaned(shape);
     SCOPED_TRACE(shape.name + ": " + report.dump());
     constexpr double kBrushM = 0.2;
-    EXPECT_THAT(report.at("coverage").get<double>(), Ge(shape.coverage));
-    EXPECT_THAT(report.at("distance_m").get<double>(),
-                Le(1.4 * report.at("reachable_m2").get<double>() / kBrushM));
+    ASSERT_EQ(report.at("passes").size(), 2) << "a small home is cleaned twice";
+    for (const nlohmann::ordered_json& pass : report.at("passes")) {
+        EXPECT_THAT(pass.at("coverage").get<double>(), Ge(shape.coverage));
+        EXPECT_THAT(pass.at("distance_m").get<double>(),
+                    Le(1.4 * report.at("reachable_m2").get<double>() / kBrushM));
+    }
     ASSERT_TRUE(report.at("t97_s").is_number());
     EXPECT_THAT(report.at("t97_s").get<double>(),
                 Le(shape.times_ideal_t97 * report.at("ideal_time_s").get<double>()));
@@ -174,7 +177,10 @@ INSTANTIATE_TEST_SUITE_P(Shapes, CleanOf, testing::Range(0, 5));
 TEST(InterruptedClean, LosesNoMoreThanHalfAPercentOfTheFloor)
 {
     const Shape shape = emptyRoom();
-    const double undisturbed = cleaned(shape).at("coverage").get<double>();
+    const auto first_pass = [](const nlohmann::ordered_json& report) {
+        return report.at("passes").at(0).at("coverage").get<double>();
+    };
+    const double undisturbed = first_pass(cleaned(shape));
     Chance chance(11);
     for (int i = 0; i < 2; ++i) {
         const auto frame = [&chance] { return 700 + static_cast<int>(6000 * chance.uniform()); };
@@ -186,7 +192,7 @@ TEST(InterruptedClean, LosesNoMoreThanHalfAPercentOfTheFloor)
               std::vector{fmt::format("at: {}, carry_to: [1.8, 1.2, {}]", frame(), heading)},
               std::vector{fmt::format("at: {}, battery: 15", frame())}}) {
             const nlohmann::ordered_json report = cleaned(shape, events);
-            EXPECT_THAT(report.at("coverage").get<double>(), Ge(undisturbed - 0.005)) << events.front();
+            EXPECT_THAT(first_pass(report), Ge(undisturbed - 0.005)) << events.front();
         }
     }
 }

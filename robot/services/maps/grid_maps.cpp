@@ -245,6 +245,7 @@ void GridMapService::install(leaf::LeafHost& host)
         // Before a second pass the walls stay; all that tells what is done is begun anew.
         if (parts_.blackboard.contains("reset_map_remain_submap")) {
             map_.forgetCleaning();
+            parts_.report(event::PassBegins{});
         } else {
             map_.reset();
         }

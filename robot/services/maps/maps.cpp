@@ -152,7 +152,8 @@ void MapService::install(leaf::LeafHost& host)
         for (const char* key : {"subregion_fixed", "subregion_offset_grid", "subregion_offset_x_fix",
                                 "subregion_offset_y_fix", "mop_dirty"})
             parts_.blackboard.erase(key);
-        parts_.blackboard.set("clean_time_for_app", 0);
+        for (const char* account : {"clean_time_for_app", "follow_wall_frames_consumption"})
+            parts_.blackboard.set(account, 0);
         return BT::NodeStatus::SUCCESS;
     });
     host.condition("NeedToMergeRegion", [this](BT::TreeNode& node) {

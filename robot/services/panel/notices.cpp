@@ -12,18 +12,17 @@ struct Notice
 {
     const char* key;
     const char* text;
-    const char* what = "notice";
+    bool trap = false;
 };
 
-constexpr std::array<Notice, 8> kNotices{
-    {{"close_door_trapped", "trapped: a door was closed", "trap"},
-     {"automode_trapped", "trapped: no way on", "trap"},
-     {"polygon_vw_trapped", "trapped: within a forbidden area", "trap"},
-     {"start_vw_trapped", "trapped: begun within virtual walls", "trap"},
-     {"clean_vw_blocked", "trapped: a virtual wall bars the way", "trap"},
-     {"clear_blocked_trapped", "reports of a trap are void"},
-     {"PushInfoApp", "the app is told that the task cannot begin here"},
-     {"robot_leans_charger", "the robot leans on its dock"}}};
+constexpr std::array<Notice, 8> kNotices{{{"close_door_trapped", "trapped: a door was closed", true},
+                                          {"automode_trapped", "trapped: no way on", true},
+                                          {"polygon_vw_trapped", "trapped: within a forbidden area", true},
+                                          {"start_vw_trapped", "trapped: begun within virtual walls", true},
+                                          {"clean_vw_blocked", "trapped: a virtual wall bars the way", true},
+                                          {"clear_blocked_trapped", "reports of a trap are void"},
+                                          {"PushInfoApp", "the app is told that the task cannot begin here"},
+                                          {"robot_leans_charger", "the robot leans on its dock"}}};
 
 }  // namespace
 
@@ -31,7 +30,9 @@ void NoticeService::update()
 {
     for (const Notice& notice : kNotices)
         if (parts_.blackboard.erase(notice.key))
-            parts_.report(event::Note{notice.text, notice.what, {{"key", std::string(notice.key)}}});
+            parts_.report(
+                notice.trap ? Event(event::TrapReport{notice.text, notice.key})
+                            : Event(event::Note{notice.text, "notice", {{"key", std::string(notice.key)}}}));
     if (parts_.blackboard.erase("infrared_calibration_finished"))
         tellCalibration();
 }
