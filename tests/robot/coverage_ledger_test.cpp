@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -171,6 +172,112 @@ TEST(UnsweptFloor, IsFoundExactlyWhenThePlannerHasALine)
     }
     EXPECT_THAT(found_some, Ge(6));
     EXPECT_THAT(found_none, Ge(4));
+}
+
+TEST(UnsweptFloor, BehindAWallHasNoLine)
+{
+    std::vector<std::string> lines = room(64, 46);
+    fill(lines, {32, 1}, {32, 44}, '#');
+    CoverageRig robot(sketch(lines), {{450, 450}, {0}});
+    robot.knowHome();
+    robot.blackboard->set("part", BoxMm{{1700, 0}, {3200, 2300}});
+    const auto hasLineFrom = [&robot](PointMm place) {
+        robot.blackboard->set("there", place);
+        return robot.passes("PlanNextLine",
+                            {{"is_rotate", "false"}, {"region", "${part}"}, {"source_point", "${there}"}});
+    };
+    EXPECT_FALSE(hasLineFrom({450, 450}));
+    EXPECT_TRUE(hasLineFrom({2450, 450}));
+}
+
+// --- what is cleaned at a time ----------------------------------------------------------------------
+
+TEST(Parts, StayAsTheyWereMadeAndLieOnTheMap)
+{
+    CoverageRig robot(sketch(room(64, 46)), {{450, 450}, {0}});
+    robot.knowHome();
+    const auto partAt = [&robot](PointMm place) {
+        robot.blackboard->set("there", place);
+        robot.blackboard->erase("current_subregion");
+        const bool made = robot.passes("SetCurrentSubregion", {{"source_point", "${there}"}});
+        return made ? std::optional(robot.blackboard->get<BoxMm>("current_subregion")) : std::nullopt;
+    };
+    const auto first = partAt({500, 500});
+    ASSERT_TRUE(first);
+    EXPECT_EQ(partAt({2500, 1800}), first) << "the first owner counts";
+    EXPECT_TRUE(robot.passes("GridmapLimitCheck"));
+    robot.blackboard->set("gridmap_limit", BoxMm{{1000, 1000}, {3000, 2000}});
+    EXPECT_FALSE(robot.passes("GridmapLimitCheck"));
+    EXPECT_FALSE(partAt({500, 500}));
+}
+
+TEST(Parts, OfDrawnRoomsAreNumberedAndAPointHasANumberOfItsOwn)
+{
+    CoverageRig robot(sketch(room(64, 46)), {{450, 450}, {0}});
+    robot.knowHome();
+    const auto roomAt = [&robot](PointMm goal) {
+        robot.blackboard->set("navi_target_point", goal);
+        EXPECT_TRUE(robot.passes("SetDrawAreaSegmentMap") && robot.passes("SetCurrentArea"));
+        return robot.text("current_area_val");
+    };
+    robot.blackboard->set("Draw_Area_Set", std::vector<double>{500, 500, 1000, 1800, 1500, 500, 2000, 1800});
+    EXPECT_EQ(roomAt({700, 1000}), "1");
+    EXPECT_EQ(roomAt({1700, 1000}), "2");
+    EXPECT_EQ(roomAt({1250, 1000}), "127") << "beside them";
+    robot.blackboard->set("Select_Point_Set", std::vector<double>{1200, 1000});
+    ASSERT_TRUE(robot.passes("SetPointCleaningArea"));
+    EXPECT_EQ(roomAt({1250, 1000}), "126");
+}
+
+TEST(Chains, AreClosedWhereTheyRunOntoATracedWall)
+{
+    CoverageRig robot(sketch(room(64, 46)), {{1000, 235}, {0}});
+    robot.knowHome();
+    TracedWalls& walls = robot.map.tracedWalls();
+    for (const double begin : {600.0, 850.0}) {
+        const int chain = walls.begin(true);
+        for (double x = begin; x < (chain == 1 ? 1400 : 1000); x += 25)
+            ASSERT_FALSE(walls.draw(chain, {{x, 235}, {0}}));
+    }
+    EXPECT_FALSE(robot.passes("MarkChainCheckOverlap", {{"chain_id", "2"}, {"follow_wall_right", "true"}}));
+    EXPECT_TRUE(walls.chains()[0].open);
+    EXPECT_FALSE(walls.chains()[1].open);
+}
+
+// The loops of the trees rest on it: whatever is offered, each time in vain, the searches come to an end.
+TEST(Searches, EndWhenNothingComesOfWhatTheyOffer)
+{
+    std::vector<std::string> lines = room(64, 46);
+    fill(lines, {30, 20}, {33, 23}, '#');
+    fill(lines, {50, 38}, {60, 45}, '?');
+    CoverageRig robot(sketch(lines), {{450, 450}, {0}});
+    robot.knowHome();
+    // A wall was followed for half a metre, and somebody drew a room.
+    TracedWalls& walls = robot.map.tracedWalls();
+    const int chain = walls.begin(true);
+    for (double x = 600; x < 1100; x += 25)
+        walls.draw(chain, {{x, 235}, {0}});
+    robot.blackboard->set("Draw_Area_Set", std::vector<double>{500, 500, 2000, 1800});
+    ASSERT_TRUE(robot.passes("SetDrawAreaSegmentMap"));
+
+    constexpr int kMany = 500;
+    const auto countOf = [](const auto& offers) {
+        int given = 0;
+        while (given < kMany && offers())
+            ++given;
+        return given;
+    };
+    for (const char* mode : {"Chain", "Block", "SlamRetry", "Segment", "SegmentRetry"})
+        EXPECT_THAT(countOf([&] { return robot.search(mode); }), AllOf(Gt(0), testing::Lt(kMany))) << mode;
+    const auto hasLine = [&](const char* from) {
+        return robot.passes("PlanNextLine",
+                            {{"is_rotate", "false"}, {"region", "${gridmap_limit}"}, {"source_point", from}});
+    };
+    EXPECT_THAT(countOf([&] {
+                    return hasLine("${current_coord}") ||
+                           (robot.search("Normal") && hasLine("${navi_target_point}"));
+                }),
+                AllOf(Gt(0), testing::Lt(kMany)));
 }
 
 }  // namespace

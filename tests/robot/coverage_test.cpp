@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 
 #include "robot/base/chance.h"
@@ -123,6 +125,11 @@ TEST(CleanedFloor, KeepsThePassInWhichFloorWasSwept)
     EXPECT_EQ(floor.sweptQuarters(cellAt({1000, 20})), 0);
     EXPECT_TRUE(floor.follow({{1000, 10}, {90}}, true));
     EXPECT_FALSE(floor.follow({{1000, 10}, {90}}, true)) << "it has not moved";
+    const double once = floor.areaM2();
+    drive(floor, {2000, 0}, {0, 0}, true);
+    EXPECT_EQ(floor.sweptQuarters(cellAt({1000, 20})), 4) << "again";
+    EXPECT_EQ(floor.sweptQuarters(cellAt({1000, 20}), 1), 4);
+    EXPECT_THAT(floor.areaM2(), Gt(once)) << "the side brush was on the other side";
 }
 
 // Round a rectangle with the wall on the right; how far it got until it knew that it had been here.
@@ -155,6 +162,8 @@ TEST(TracedWalls, AChainClosesAtItsOwnBeginningAndShutsItsFloorIn)
     EXPECT_EQ(outside.at(cellAt({1000, 800})), 0);
     EXPECT_EQ(outside.at(cellAt({2200, 800})), 1);
     EXPECT_TRUE(walls.isTraced(cellAt({1000, -200}))) << "the wall on the right";
+    EXPECT_TRUE(walls.isTraced(cellAt({1000, -200}), {1100, 0}));
+    EXPECT_FALSE(walls.isTraced(cellAt({1000, -200}), {1000, -400})) << "its other side";
     EXPECT_FALSE(walls.isTraced(cellAt({1000, 200})));
 }
 
@@ -197,6 +206,32 @@ TEST(OfferBook, GivesTheSameTwiceAndAThirdTimeWhenSomethingChanged)
     EXPECT_FALSE(book.isOpen("chain", {0, 0}));
     book.reset();
     EXPECT_TRUE(book.isOpen("line", {0, 0}));
+}
+
+// However the rows of a narrow floor lie to those that lines are planned in.
+TEST(CleaningRuns, ReachEachRowOfACorridor)
+{
+    for (int open_rows = 1; open_rows <= 4; ++open_rows) {
+        for (int below = 0; below < kRowsPerLine; ++below) {
+            std::vector<std::string> lines = room(40, 30);
+            fill(lines, {1, 1}, {38, 1 + below}, '#');
+            const int upper = 2 + below + 7 + open_rows;
+            fill(lines, {1, upper}, {38, 28}, '#');
+            const PlanningMap plan = makePlanningMap(gridOf(lines), {});
+            const auto runs = cleaningRuns(plan, plan.window(), false, [](CellIndex) { return true; });
+            int rows = 0;
+            for (int row = 0; row < 30; ++row) {
+                const bool open = plan.at({20, row}) == Ground::Open;
+                rows += open ? 1 : 0;
+                EXPECT_TRUE(!open || std::any_of(runs.begin(), runs.end(),
+                                                 [row](const CleaningRun& run) {
+                                                     return std::abs(run.first.row - row) <= 1;
+                                                 }))
+                    << open_rows << ' ' << below;
+            }
+            EXPECT_THAT(rows, Gt(0)) << open_rows;
+        }
+    }
 }
 
 // Drives each run that the planner gives, as it gives them, until it gives none.

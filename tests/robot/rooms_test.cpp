@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <set>
 
 #include "robot/files.h"
@@ -11,8 +12,8 @@
 namespace vemra::robot {
 namespace {
 
+using testing::AllOf;
 using testing::Each;
-using testing::Ge;
 using testing::Gt;
 using testing::Lt;
 using testing::Ne;
@@ -38,8 +39,8 @@ TEST(Rooms, TheFlatIsCutInItsDoorsAndNotBetweenItsFurniture)
 
 TEST(Rooms, EachMadeHomeIsDividedIntoAboutItsRooms)
 {
-    int right = 0;
-    constexpr int kHomes = 30;
+    int off = 0;
+    constexpr int kHomes = 10;
     for (int seed = 1; seed <= kHomes; ++seed) {
         const RandomHome made = randomHome(static_cast<std::uint64_t>(seed));
         const RoomGrid rooms = divideIntoRooms(gridOf(homeOfPlan(made.plan)));
@@ -54,10 +55,22 @@ TEST(Rooms, EachMadeHomeIsDividedIntoAboutItsRooms)
         }
         EXPECT_THAT(static_cast<double>(covered) / static_cast<double>(free), Gt(0.95)) << "seed " << seed;
         const int found = static_cast<int>(roomsOf(rooms).size());
-        right += found == made.rooms ? 1 : 0;
-        EXPECT_LE(std::abs(found - made.rooms), 2) << "seed " << seed;
+        off += std::abs(found - made.rooms);
+        EXPECT_LE(std::abs(found - made.rooms), 3) << "seed " << seed;
     }
-    EXPECT_THAT(right, Ge(kHomes / 2));
+    EXPECT_THAT(off, Lt(kHomes * 3 / 2)) << "rooms too many or too few in all homes";
+}
+
+TEST(Rooms, AThingInAWideOpeningMakesNoDoorsOfIt)
+{
+    std::vector<std::string> lines = room(124, 62);
+    fill(lines, {61, 1}, {62, 60}, '#');
+    fill(lines, {61, 17}, {62, 44}, '.');
+    ASSERT_EQ(roomsOf(divideIntoRooms(gridOf(lines))).size(), 1U);
+    fill(lines, {61, 27}, {62, 33}, '#');
+    EXPECT_EQ(roomsOf(divideIntoRooms(gridOf(lines))).size(), 1U) << "1.4 m, and a post in it";
+    fill(lines, {61, 17}, {62, 30}, '#');
+    EXPECT_EQ(roomsOf(divideIntoRooms(gridOf(lines))).size(), 2U) << "a door";
 }
 
 TEST(Rooms, AFenceLetsTheMiddleCrossTheBorderALittleAndTheBodyTouchNothing)
@@ -72,8 +85,10 @@ TEST(Rooms, AFenceLetsTheMiddleCrossTheBorderALittleAndTheBodyTouchNothing)
     EXPECT_TRUE(closed(within, 2160, 1000));
     EXPECT_TRUE(closed(within, 1000, 2500)) << "floor of no room";
     EXPECT_TRUE(closed(within, 1000, 9000));
-    for (const PointMm p : within.edge)
-        EXPECT_FALSE(contains(BoxMm{{-200, -200}, {2200, 2200}}, p)) << p.x << ' ' << p.y;
+    for (const PointMm p : within.edge) {
+        const PointMm nearest{std::clamp(p.x, 0.0, 2000.0), std::clamp(p.y, 0.0, 2000.0)};
+        EXPECT_THAT(distance(p, nearest), AllOf(Gt(180), Lt(310))) << p.x << ' ' << p.y;
+    }
     EXPECT_THAT(within.edge.size(), Gt(100U));
 
     const RoomFence beside = fenceOf(rooms, 1, false);
