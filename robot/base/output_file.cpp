@@ -9,18 +9,41 @@
 #include "robot/base/input_error.h"
 
 namespace vemra::robot {
+namespace {
+
+// A link stays, and what it leads to is written.
+std::filesystem::path behindLinks(const std::filesystem::path& file)
+{
+    std::error_code fault;
+    std::filesystem::path real = std::filesystem::canonical(file, fault);
+    return fault ? file : real;
+}
+
+// A device or a pipe takes the bytes as they come; a file put in its place would be no device any more. So
+// does what /dev/stdout leads to, whatever that is.
+bool isDevice(const std::filesystem::path& file)
+{
+    std::error_code fault;
+    return std::filesystem::is_other(file, fault) || file.string().starts_with("/dev/");
+}
+
+}  // namespace
 
 /// The bytes of a file to be, beside it; gone again unless it gets its name.
 class PartFile
 {
 public:
-    explicit PartFile(std::filesystem::path file)
-        : file_(std::move(file)), part_(file_.string() + ".part"), out_(part_, std::ios::binary)
+    explicit PartFile(const std::filesystem::path& file)
+        : file_(isDevice(file) ? file : behindLinks(file)),
+          part_(isDevice(file) ? file_ : std::filesystem::path(file_.string() + ".part")),
+          out_(part_, part_ == file_ ? std::ios::binary | std::ios::app : std::ios::binary)
     {}
     ~PartFile()
     {
         std::error_code ignored;
-        std::filesystem::remove(part_, ignored);
+        if (part_ != file_) {
+            std::filesystem::remove(part_, ignored);
+        }
     }
     PartFile(const PartFile&) = delete;
     PartFile& operator=(const PartFile&) = delete;
@@ -37,7 +60,9 @@ public:
     void take() const
     {
         std::error_code fault;
-        std::filesystem::rename(part_, file_, fault);
+        if (part_ != file_) {
+            std::filesystem::rename(part_, file_, fault);
+        }
         if (fault) {
             fail();
         }

@@ -10,8 +10,8 @@
 
 namespace vemra::robot {
 
-/// Writes a whole file or nothing: the bytes go to a file beside it that takes its name at the end. Throws
-/// InputError if that cannot be done.
+/// Writes a whole file or nothing: the bytes go to a file beside it that takes its name at the end. Links are
+/// followed; a device or a pipe is written to as it is. Throws InputError if that cannot be done.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
 class PartFile;

@@ -13,16 +13,34 @@ constexpr int kGrowByCells = 40;
 void Track::follow(PointMm at)
 {
     const CellIndex cell = cellAt(at);
-    if (!points_.empty() && points_.back() == cell) {
+    if (!points_.empty() && points_.back().cell == cell) {
         return;
     }
-    points_.push_back(cell);
+    points_.push_back({cell, size()});
     cover(cell);
+    if (points_.size() >= drop_at_) {
+        dropEarlierVisits();
+        drop_at_ = points_.size() + kDropEvery;
+    }
+}
+
+// Whoever looks for a place on the track wants the latest visit of a cell, so that no answer changes.
+void Track::dropEarlierVisits()
+{
+    Grid<unsigned char> kept(passed_.window(), 0, 0);
+    const auto drops =
+        std::remove_if(points_.rbegin() + kRecent, points_.rend(), [&kept](const Point& point) {
+            const bool again = kept.at(point.cell) != 0;
+            kept.set(point.cell, 1);
+            return again;
+        });
+    points_.erase(points_.begin(), drops.base());
 }
 
 void Track::reset()
 {
     points_.clear();
+    drop_at_ = kDropEvery;
     passed_ = Grid<unsigned char>{kNever};
 }
 
@@ -54,9 +72,9 @@ std::optional<CellIndex> Track::nearest(PointMm place, const Usable& usable) con
     std::optional<CellIndex> best;
     double best_mm = 0;
     for (auto point = points_.rbegin(); point != points_.rend(); ++point) {
-        const double away = distance(centreOf(*point), place);
-        if ((!best || away < best_mm) && usable(*point)) {
-            best = *point;
+        const double away = distance(centreOf(point->cell), place);
+        if ((!best || away < best_mm) && usable(point->cell)) {
+            best = point->cell;
             best_mm = away;
         }
     }
@@ -65,8 +83,9 @@ std::optional<CellIndex> Track::nearest(PointMm place, const Usable& usable) con
 
 std::optional<CellIndex> Track::last(const Usable& usable) const
 {
-    const auto found = std::find_if(points_.rbegin(), points_.rend(), usable);
-    return found == points_.rend() ? std::nullopt : std::optional(*found);
+    const auto found = std::find_if(points_.rbegin(), points_.rend(),
+                                    [&usable](const Point& point) { return usable(point.cell); });
+    return found == points_.rend() ? std::nullopt : std::optional(found->cell);
 }
 
 std::optional<CellIndex> Track::lastWithin(PointMm place, double radius_mm, const Usable& usable) const

@@ -18,12 +18,23 @@ public:
     void follow(PointMm at);
     void reset();
 
-    const std::vector<CellIndex>& points() const { return points_; }
-    std::size_t size() const { return points_.size(); }
+    struct Point
+    {
+        CellIndex cell;
+        std::size_t number;  ///< how many points came before it
+    };
+    /// In the order in which they were passed. Of what lies long back each cell is kept once, where it was
+    /// passed last, so that a track of many hours needs no more room than the floor has cells.
+    const std::vector<Point>& points() const { return points_; }
+    /// The points ever passed, those that were dropped among them.
+    std::size_t size() const { return points_.empty() ? 0 : points_.back().number + 1; }
     bool empty() const { return points_.empty(); }
     bool passed(CellIndex cell) const { return passed_.at(cell) == kCentre; }
     /// The body has been over the cell.
     bool covered(CellIndex cell) const { return passed_.at(cell) != kNever; }
+
+    /// So many points at the end are always all there.
+    static constexpr std::size_t kRecent = 4096;
 
     using Usable = std::function<bool(CellIndex)>;
     /// The point of the track that is usable and lies nearest to a place; of two equal ones the later.
@@ -34,6 +45,8 @@ public:
     std::optional<CellIndex> lastWithin(PointMm place, double radius_mm, const Usable& usable) const;
 
 private:
+    static constexpr std::size_t kDropEvery = 4 * kRecent;
+
     enum : unsigned char
     {
         kNever,
@@ -42,8 +55,10 @@ private:
     };
 
     void cover(CellIndex cell);
+    void dropEarlierVisits();
 
-    std::vector<CellIndex> points_;
+    std::vector<Point> points_;
+    std::size_t drop_at_ = kDropEvery;
     Grid<unsigned char> passed_{kNever};
 };
 

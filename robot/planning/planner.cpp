@@ -1,6 +1,7 @@
 #include "robot/planning/planner.h"
 
 #include <array>
+#include <cstdlib>
 
 #include "robot/planning/lines.h"
 
@@ -25,35 +26,71 @@ int nearObstacle(int squared_room)
     return cells < kNearObstacle.size() ? kNearObstacle.at(cells) : 0;
 }
 
-// The cells of the virtual wall in which the robot stands.
-Grid<std::uint8_t> virtualWallAround(const PlanningMap& map, CellIndex from)
+bool isTight(Ground ground)
 {
-    Grid<std::uint8_t> around(map.window(), 0, 0);
-    if (map.at(from) != Ground::Forbidden) {
-        return around;
-    }
+    return ground == Ground::Tight || ground == Ground::ForbiddenTight;
+}
+
+// The cells of the virtual wall in which the robot stands.
+struct OwnWall
+{
+    Grid<std::uint8_t> cells;
+    bool leads_out = false;
+};
+
+// Where the body would touch something, only cells that `passable` holds for belong to it; of a line, only
+// those that `over_line` holds for.
+OwnWall floodWall(const PlanningMap& map, CellIndex from, const std::function<bool(CellIndex)>& passable,
+                  const std::function<bool(CellIndex)>& over_line)
+{
+    OwnWall wall{Grid<std::uint8_t>(map.window(), 0, 0)};
     std::vector<CellIndex> waiting{from};
-    around.set(from, 1);
+    wall.cells.set(from, 1);
     while (!waiting.empty()) {
         const CellIndex cell = waiting.back();
         waiting.pop_back();
         for (const CellIndex beside :
              {CellIndex{cell.column + 1, cell.row}, CellIndex{cell.column - 1, cell.row},
               CellIndex{cell.column, cell.row + 1}, CellIndex{cell.column, cell.row - 1}}) {
-            if (map.at(beside) == Ground::Forbidden && around.at(beside) == 0) {
-                around.set(beside, 1);
+            const Ground ground = map.at(beside);
+            wall.leads_out = wall.leads_out || ground == Ground::Open || ground == Ground::Unknown ||
+                             (ground == Ground::Tight && passable(beside));
+            if (wall.cells.at(beside) == 0 &&
+                (ground == Ground::Forbidden || (ground == Ground::ForbiddenTight && passable(beside)) ||
+                 (ground == Ground::ForbiddenLine && over_line(beside)))) {
+                wall.cells.set(beside, 1);
                 waiting.push_back(beside);
             }
         }
     }
-    return around;
+    return wall;
+}
+
+// A robot beside a line leaves its wall to its own side, one that stands on the very line to either. Only
+// between a line and something else, where its own side is no way out, it goes over the line.
+Grid<std::uint8_t> virtualWallAround(const PlanningMap& map, CellIndex from,
+                                     const std::function<bool(CellIndex)>& passable)
+{
+    constexpr int kOffTheLineCells = 2;
+    if (!isForbidden(map.at(from))) {
+        return Grid<std::uint8_t>(map.window(), 0, 0);
+    }
+    const bool on_line = map.at(from) == Ground::ForbiddenLine;
+    OwnWall wall = floodWall(map, from, passable, [&](CellIndex cell) {
+        return on_line && std::abs(cell.column - from.column) <= kOffTheLineCells &&
+               std::abs(cell.row - from.row) <= kOffTheLineCells;
+    });
+    if (!wall.leads_out) {
+        wall = floodWall(map, from, passable, [](CellIndex) { return true; });
+    }
+    return std::move(wall.cells);
 }
 
 // The narrow stretch in which the robot stands, as far as it came through it.
 Grid<std::uint8_t> wayItCame(const PlanningMap& map, CellIndex from, const WayRules& rules)
 {
     Grid<std::uint8_t> way(map.window(), 0, 0);
-    if (!rules.came_by || map.at(from) != Ground::Tight) {
+    if (!rules.came_by || !isTight(map.at(from))) {
         return way;
     }
     std::vector<CellIndex> waiting{from};
@@ -64,7 +101,7 @@ Grid<std::uint8_t> wayItCame(const PlanningMap& map, CellIndex from, const WayRu
         for (int row = -1; row <= 1; ++row) {
             for (int column = -1; column <= 1; ++column) {
                 const CellIndex beside{cell.column + column, cell.row + row};
-                if (map.at(beside) == Ground::Tight && way.at(beside) == 0 && rules.came_by(beside)) {
+                if (isTight(map.at(beside)) && way.at(beside) == 0 && rules.came_by(beside)) {
                     way.set(beside, 1);
                     waiting.push_back(beside);
                 }
@@ -79,33 +116,44 @@ Grid<std::uint8_t> wayItCame(const PlanningMap& map, CellIndex from, const WayRu
 CostGrid costsFor(const PlanningMap& map, CellIndex from, const WayRules& rules)
 {
     CostGrid costs(map.window(), 0, 0);
-    const Grid<std::uint8_t> own_wall = virtualWallAround(map, from);
     const bool bounded = rules.region && rules.region->contains(from);
     const int room_at_start = map.room.at(from);
     const Grid<std::uint8_t> way_it_came = wayItCame(map, from, rules);
+    const auto isAtStart = [&](CellIndex cell) {
+        const int room = map.room.at(cell);
+        return std::abs(cell.column - from.column) <= kRimCells &&
+               std::abs(cell.row - from.row) <= kRimCells && room > 0 && room >= room_at_start;
+    };
+    const auto costOfTight = [&](CellIndex cell) {
+        return isAtStart(cell) || way_it_came.at(cell) != 0 ? kOffTheRim
+               : rules.narrow && rules.narrow(cell)         ? kNarrow
+                                                            : 0;
+    };
+    const Grid<std::uint8_t> own_wall =
+        virtualWallAround(map, from, [&](CellIndex cell) { return costOfTight(cell) != 0; });
     for (std::size_t i = 0; i < costs.cells().size(); ++i) {
         const CellIndex cell = map.window().cellOf(i);
         if (bounded && !rules.region->contains(cell)) {
             continue;
         }
         const int room = map.room.cells()[i];
-        const bool at_start = std::abs(cell.column - from.column) <= kRimCells &&
-                              std::abs(cell.row - from.row) <= kRimCells && room > 0 && room >= room_at_start;
         int cost = 0;
         switch (map.ground.cells()[i]) {
             case Ground::Open:
                 cost = kPlainStep + nearObstacle(room);
                 break;
             case Ground::Unknown:
-                cost = rules.unknown || at_start ? kPlainStep + kOnUnknown + nearObstacle(room) : 0;
+                cost = rules.unknown || isAtStart(cell) ? kPlainStep + kOnUnknown + nearObstacle(room) : 0;
                 break;
             case Ground::Tight:
-                cost = at_start || way_it_came.cells()[i] != 0 ? kOffTheRim
-                       : rules.narrow && rules.narrow(cell)    ? kNarrow
-                                                               : 0;
+                cost = costOfTight(cell);
                 break;
             case Ground::Forbidden:
+            case Ground::ForbiddenLine:
                 cost = own_wall.cells()[i] != 0 ? kOutOfVirtualWall : 0;
+                break;
+            case Ground::ForbiddenTight:
+                cost = own_wall.cells()[i] != 0 ? costOfTight(cell) : 0;
                 break;
             case Ground::Solid:
                 break;
@@ -118,10 +166,11 @@ CostGrid costsFor(const PlanningMap& map, CellIndex from, const WayRules& rules)
 std::vector<WayPiece> piecesOf(const PlanningMap& map, const CostGrid& costs, const GridPath& path)
 {
     const auto kindOf = [&](CellIndex cell) {
+        const int cost = costs.at(cell);
         const Ground ground = map.at(cell);
-        return ground == Ground::Forbidden && costs.at(cell) == kOutOfVirtualWall ? Stretch::OutOfVirtualWall
-               : ground == Ground::Tight && costs.at(cell) == kNarrow             ? Stretch::Narrow
-                                                                                  : Stretch::Plain;
+        return isTight(ground) && cost == kNarrow ? Stretch::Narrow
+               : isForbidden(ground) && cost != 0 ? Stretch::OutOfVirtualWall
+                                                  : Stretch::Plain;
     };
     std::vector<WayPiece> pieces;
     Stretch before = Stretch::Plain;

@@ -20,37 +20,44 @@ bool isBetween(const Grid<CellState>& obstacles, CellIndex cell)
 // A beam alone leaves a trace that is no way yet.
 constexpr int kSeenAroundCells = 3;
 
-void forbid(PlanningMap& map, const BoxMm& around, const std::function<bool(PointMm)>& touches)
+// Ground becomes what `changed` makes of it, as far as a body may reach into the box.
+void change(PlanningMap& map, const BoxMm& box, const std::function<Ground(PointMm, Ground)>& changed)
 {
-    const CellWindow window = intersection(cellsOf({around.low - PointMm{kRobotRadiusMm, kRobotRadiusMm},
-                                                    around.high + PointMm{kRobotRadiusMm, kRobotRadiusMm}}),
+    const CellWindow window = intersection(cellsOf({box.low - PointMm{kRobotRadiusMm, kRobotRadiusMm},
+                                                    box.high + PointMm{kRobotRadiusMm, kRobotRadiusMm}}),
                                            map.window());
     for (int row = window.low.row; row < window.end.row; ++row) {
         for (int column = window.low.column; column < window.end.column; ++column) {
             const CellIndex cell{column, row};
-            const Ground ground = map.at(cell);
-            if ((ground == Ground::Open || ground == Ground::Unknown) && touches(centreOf(cell))) {
-                map.ground.set(cell, Ground::Forbidden);
-            }
+            map.ground.set(cell, changed(centreOf(cell), map.at(cell)));
         }
     }
 }
 
 void enterVirtualWalls(PlanningMap& map, const VirtualWalls& walls)
 {
+    // All cells that a line runs through are so near to it: neither a straight nor a diagonal step leads
+    // across.
+    const double on_line_mm = kCellMm * std::sqrt(0.5);
     for (const SegmentMm& line : walls.lines) {
-        const BoxMm around{{std::min(line.from.x, line.to.x), std::min(line.from.y, line.to.y)},
-                           {std::max(line.from.x, line.to.x), std::max(line.from.y, line.to.y)}};
-        forbid(map, around, [&](PointMm p) { return distance(nearestOn(line, p), p) < kRobotRadiusMm; });
+        const BoxMm box{{std::min(line.from.x, line.to.x), std::min(line.from.y, line.to.y)},
+                        {std::max(line.from.x, line.to.x), std::max(line.from.y, line.to.y)}};
+        change(map, box, [&](PointMm p, Ground ground) {
+            const double away = distance(nearestOn(line, p), p);
+            return away >= kRobotRadiusMm                          ? ground
+                   : away <= on_line_mm && ground != Ground::Solid ? Ground::ForbiddenLine
+                                                                   : forbidden(ground);
+        });
     }
     for (const PolygonMm& area : walls.areas) {
-        BoxMm around{area.front(), area.front()};
+        BoxMm box{area.front(), area.front()};
         for (const PointMm corner : area) {
-            around.low = {std::min(around.low.x, corner.x), std::min(around.low.y, corner.y)};
-            around.high = {std::max(around.high.x, corner.x), std::max(around.high.y, corner.y)};
+            box.low = {std::min(box.low.x, corner.x), std::min(box.low.y, corner.y)};
+            box.high = {std::max(box.high.x, corner.x), std::max(box.high.y, corner.y)};
         }
-        forbid(map, around, [&](PointMm p) {
-            return isInside(area, p) || distance(nearestOn(area, p), p) < kRobotRadiusMm;
+        change(map, box, [&](PointMm p, Ground ground) {
+            return isInside(area, p) || distance(nearestOn(area, p), p) < kRobotRadiusMm ? forbidden(ground)
+                                                                                         : ground;
         });
     }
 }

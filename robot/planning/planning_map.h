@@ -12,12 +12,34 @@ namespace vemra::robot {
 /// What the middle of the robot may do on a cell.
 enum class Ground : std::uint8_t
 {
-    Open,       ///< stand there
-    Unknown,    ///< perhaps: nobody has seen all of what the body would stand on
-    Tight,      ///< the body would touch something, as far as the map knows
-    Forbidden,  ///< nothing but a virtual wall is in the way
-    Solid       ///< there is something
+    Open,            ///< stand there
+    Unknown,         ///< perhaps: nobody has seen all of what the body would stand on
+    Tight,           ///< the body would touch something, as far as the map knows
+    Forbidden,       ///< nothing but a virtual wall is in the way
+    ForbiddenTight,  ///< a virtual wall, and the body would touch something as well
+    ForbiddenLine,   ///< the very line of a virtual wall, which no way crosses
+    Solid            ///< there is something
 };
+
+/// A virtual wall holds the robot off the place, or in it.
+inline bool isForbidden(Ground ground)
+{
+    return ground == Ground::Forbidden || ground == Ground::ForbiddenTight || ground == Ground::ForbiddenLine;
+}
+
+/// The same ground within a virtual wall.
+inline Ground forbidden(Ground ground)
+{
+    switch (ground) {
+        case Ground::Open:
+        case Ground::Unknown:
+            return Ground::Forbidden;
+        case Ground::Tight:
+            return Ground::ForbiddenTight;
+        default:
+            return ground;
+    }
+}
 
 /// The map as a search sees it: obstacles grown by the robot's radius.
 struct PlanningMap

@@ -100,6 +100,23 @@ TEST_F(BadInput, NothingIsHalfWritten)
     EXPECT_GT(fs::file_size(kept), 1000U);
 }
 
+TEST_F(BadInput, LinksAndDevicesAreWrittenToAndNotReplaced)
+{
+    const fs::path kept = folder_ / "kept.json";
+    const fs::path link = folder_ / "link.json";
+    const fs::path device = folder_ / "device";
+    std::ofstream(kept) << "as before";
+    fs::create_symlink(kept, link);
+    fs::create_symlink("/dev/full", device);
+    EXPECT_EQ(vemraOutput({"trees", "export", "--out", link.string()}), "");
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_GT(fs::file_size(kept), 1000U);
+    expectRefusal({"trees", "export", "--out", device.string()}, "device: cannot be written");
+    EXPECT_TRUE(fs::is_symlink(device));
+    EXPECT_EQ(vemraOutput({"trees", "export", "Escape", "--out", "/dev/stdout"}),
+              vemraOutput({"trees", "export", "Escape"}));
+}
+
 TEST_F(BadInput, FullOutputIsNoSuccess)
 {
     const ProgramResult result =

@@ -125,6 +125,36 @@ TEST(RobotMap, AWallThatTheLaserSeesIsNoContactAndAnEdgeOfTheFloorIs)
     EXPECT_FALSE(stairs.map.contacts().all().empty());
 }
 
+TEST(Track, OfManyHoursKeepsEachPlaceWhereItWasPassedLast)
+{
+    // Round and round, and a little aside of it in each second round.
+    Track track;
+    std::size_t number = 0;
+    const auto round = [&](int row) {
+        for (int column = 0; column < 300; ++column, ++number) {
+            track.follow(centreOf({column, row + column % 2}));
+        }
+    };
+    for (int rounds = 0; rounds < 500; ++rounds) {
+        round(rounds % 2 == 0 ? 0 : 2);
+    }
+    EXPECT_EQ(track.size(), number);
+    EXPECT_LT(track.points().size(), 30000U);
+    const std::size_t since = track.points().size() - Track::kRecent;
+    for (std::size_t i = since; i < track.points().size(); ++i) {
+        ASSERT_EQ(track.points()[i].number, number - (track.points().size() - i)) << "the end is whole";
+    }
+    round(90);
+    for (int i = 0; i < 500; ++i) {
+        round(60);
+    }
+    const auto first_rounds = [](CellIndex cell) { return cell.row < 60; };
+    EXPECT_EQ(track.last(first_rounds), (CellIndex{299, 3}));
+    EXPECT_EQ(track.nearest(centreOf({150, 80}), [](CellIndex) { return true; }), (CellIndex{150, 90}));
+    EXPECT_EQ(track.lastWithin(centreOf({7, 0}), 60, first_rounds), (CellIndex{8, 0}));
+    EXPECT_LT(track.points().size(), 30000U);
+}
+
 TEST(Localisation, ErrsLittleWhileItKnowsAndDriftsWhenLost)
 {
     MapRig rig(room(100, 40), {{600, 1000}, {0}});

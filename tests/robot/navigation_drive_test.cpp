@@ -23,6 +23,16 @@ constexpr BoxMm kDoorToKitchen{{5000, 1500}, {5100, 2400}};
 
 struct FlatTest : testing::Test
 {
+    double knownShare() const
+    {
+        const std::vector<PointMm> visible =
+            floorInSight(robot.world, robot.at(), robot.body.laser().range_mm);
+        const auto known = std::count_if(visible.begin(), visible.end(), [this](PointMm place) {
+            return robot.map.occupancy().at(cellAt(place)) != CellState::Unknown;
+        });
+        return static_cast<double>(known) / static_cast<double>(visible.size());
+    }
+
     // As the cleaning trees do it: search, drive, follow what was hit, until there or until there is no way.
     bool goTo(PointMm goal, const std::string& mode, int most_tries = 10)
     {
@@ -165,6 +175,27 @@ TEST_F(FlatTest, ItLeavesAVirtualWallThatItStandsIn)
     EXPECT_FALSE(robot.search("TargetNoUnknown", kLivingRoom.at));
 }
 
+TEST_F(FlatTest, ItLeavesAVirtualWallInWhichItTouchesSomething)
+{
+    robot.knowHome();
+    robot.world.putDown({{2600, 2350}, {2800, 2420}}, Height::Low);
+    robot.blackboard->set("virtual_wall_rects", "1800;1200;3600;2900");
+    ASSERT_TRUE(robot.passes("GenerateVirtualWalls"));
+    robot.passes("SetMapDrawMode", {{"draw_mode", "BlockOnly"}});
+    robot.body.drive({100, 100});
+    robot.frames(60);
+    ASSERT_THAT(robot.map.contacts().all(), testing::SizeIs(1));
+    EXPECT_EQ(robot.runTree("Back2cm", 100), NodeStatus::SUCCESS);
+    ASSERT_LT(distance(robot.map.contacts().all().front().at, robot.at()), 200) << "no room to stand";
+    ASSERT_TRUE(robot.search("Target", kBathroom));
+    ASSERT_TRUE(robot.passes("CheckPathSegment", {{"input_navi_path", "${navigation_path_segments}"}}));
+    EXPECT_FALSE(robot.passes("PathSegIsVector")) << "a plan begins with the way out";
+    EXPECT_FALSE(robot.passes("PromptInVirtualWall"));
+    EXPECT_TRUE(robot.blackboard->contains("out_vw_point"));
+    EXPECT_EQ(robot.runTree("CheckInVirtualWall", 2000), NodeStatus::SUCCESS);
+    EXPECT_EQ(robot.map.virtualWalls().areaAt(robot.at()), nullptr);
+}
+
 TEST_F(FlatTest, OnItsWayOutOfAnAreaItKeepsToTheLineWallBeyond)
 {
     robot.knowHome();
@@ -205,11 +236,7 @@ TEST_F(FlatTest, ExploringShowsTheWholeFlat)
         ++drives;
     }
     EXPECT_LT(drives, 60);
-    const std::vector<PointMm> visible = floorInSight(robot.world, robot.at(), robot.body.laser().range_mm);
-    const auto known = std::count_if(visible.begin(), visible.end(), [this](PointMm place) {
-        return robot.map.occupancy().at(cellAt(place)) != CellState::Unknown;
-    });
-    EXPECT_GT(static_cast<double>(known), 0.98 * static_cast<double>(visible.size()));
+    EXPECT_GT(knownShare(), 0.98);
     EXPECT_TRUE(robot.search("TargetNoUnknown", kBathroom));
 }
 
@@ -235,6 +262,21 @@ TEST_F(FlatTest, ExploringComesToAnEndWhereEveryDriveFails)
     robot.map.reset();
     robot.frames(10);
     EXPECT_TRUE(robot.passes("AwesomeSearch", frontier)) << "a new map, a new book";
+}
+
+// A thing that only the bumper meets stands on the way, so that a wall is followed too.
+TEST_F(FlatTest, QuickExploreDrivesAlongTheEdgeOfTheKnownUntilThereIsNone)
+{
+    robot.world.putDown({{4000, 3400}, {4600, 3500}}, Height::Low);
+    robot.frame();
+    const double before = knownShare();
+    EXPECT_EQ(robot.runTree("QuickExplore", 30000), NodeStatus::FAILURE) << "it always fails";
+    EXPECT_LT(before, 0.5);
+    EXPECT_GT(knownShare(), 0.98);
+    EXPECT_TRUE(robot.bumped);
+    EXPECT_EQ(robot.text("no_point_fs"), "true");
+    EXPECT_EQ(robot.text("current_draw_mode"), "Default") << "as it was";
+    EXPECT_TRUE(robot.search("TargetNoUnknown", kBathroom));
 }
 
 }  // namespace

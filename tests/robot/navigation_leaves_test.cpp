@@ -256,6 +256,36 @@ TEST_F(LeavesTest, AFailedSearchIsNotRepeatedUntilSomethingHasChanged)
     EXPECT_FALSE(robot.happened("beyond the map"));
 }
 
+TEST_F(LeavesTest, NoWayLeadsThroughALineThatTheUserDrew)
+{
+    const auto draw = [&](const char* line) {
+        robot.blackboard->set("virtual_wall_lines", line);
+        robot.passes("GenerateVirtualWalls");
+    };
+    ASSERT_TRUE(searchTolerating(0));
+    draw("1550;400;1550;1000");
+    EXPECT_FALSE(searchTolerating(0)) << "it bars the gap, in which there is no room to stand";
+    // So near to a line that it stands in its wall, the robot leaves that to its own side.
+    draw("1100;0;1100;1600");
+    for (const double x : {940.0, 1260.0}) {
+        robot.body.carryTo({{x, 900}, {0}});
+        robot.frame();
+        EXPECT_EQ(robot.search("Target", {500, 900}), x < 1100) << x;
+        EXPECT_EQ(robot.search("Target", {1285, 300}), x > 1100) << x;
+    }
+    draw("1100;700;1100;1600");
+    EXPECT_TRUE(robot.search("Target", {500, 900})) << "round its end";
+    draw("250;0;250;1600");
+    robot.body.carryTo({{225, 900}, {0}});
+    robot.frame();
+    EXPECT_TRUE(robot.search("Target", {500, 900})) << "on the other side there is no room";
+    draw("700;500;1500;1300");
+    robot.body.carryTo({{1110, 900}, {0}});
+    robot.frame();
+    EXPECT_TRUE(robot.search("Target", {500, 1300})) << "who stands on the line goes to either side";
+    EXPECT_TRUE(robot.search("Target", {1285, 500}));
+}
+
 TEST_F(LeavesTest, AGoalBeyondTheMapIsRefusedWithAWord)
 {
     const auto words = [&] {

@@ -66,6 +66,28 @@ TEST(RunCommand, WhatItPrintsForMachinesKeepsToItsSchema)
               "body custom last_line light message mode motion music robot_status station_light task_state "
               "user\n");
     EXPECT_THAT(kinds("--scenario " + source + "/scenarios/emptying_with_a_block.yaml"), HasSubstr("error"));
+    EXPECT_THAT(kinds("--frames 2400 --scenario " + source + "/scenarios/stuck_in_every_way.yaml"),
+                HasSubstr("escape"));
+}
+
+// `./run --json | jq .event` works with a build to do.
+TEST(RunScript, KeepsItsOutputForTheRun)
+{
+    const Folder folder;
+    std::filesystem::copy_file(VEMRA_SOURCE_DIR "/run", folder / "run");
+    for (const auto& [file, line] : {std::pair{"scripts/packages", "echo installing"},
+                                     {"bin/cmake", "echo building"},
+                                     {"build/release/bin/vemra", "echo \"{\\\"ran\\\": \\\"$*\\\"}\""}}) {
+        std::filesystem::create_directories((folder / file).parent_path());
+        folder.write(file, std::string("#!/bin/sh\n") + line + "\n");
+        std::filesystem::permissions(folder / file, std::filesystem::perms::owner_all);
+    }
+    const ProgramResult result =
+        test::runProgram({"env", "PATH=" + (folder / "bin").string() + ":/usr/bin:/bin",
+                          (folder / "run").string(), "--json", "--frames", "9"});
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_EQ(result.out, "{\"ran\": \"run --json --frames 9\"}\n");
+    EXPECT_EQ(result.err, "installing\nbuilding\nbuilding\n");
 }
 
 TEST(RunCommand, LeavesItsRecordsInAFolder)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "leaves/contract.h"
 #include "robot/robot_run.h"
 
 namespace vemra::robot {
@@ -37,6 +38,15 @@ TEST(Run, SameFilesAndSeedGiveTheSameBytesInWhateverOrderTheServicesStand)
                       return services;
                   };
               })));
+}
+
+TEST(Run, TheRobotsModesAreThoseThatTreesKnow)
+{
+    std::vector<std::string_view> modes;
+    for (int number = 1; const auto mode = modeFromNumber(number); ++number)
+        modes.emplace_back(toText(*mode));
+    const leaf::PortContract& port = leaf::find("RobotModeAdjugement")->ports.front();
+    EXPECT_THAT(port.values, testing::UnorderedElementsAreArray(modes));
 }
 
 TEST(Run, RefusesAPlaceOutsideTheHome)

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "robot/planning/grid_search.h"
+#include "robot/planning/planner.h"
 #include "robot/services/blackboard/blackboard_types.h"
 #include "robot/services/core/leaf_functions.h"
 #include "robot/services/maps/forbidden.h"
@@ -85,10 +86,9 @@ PolygonMm boxOutline(PointMm a, PointMm b)
 void closeRooms(PlanningMap& plan, const Grid<unsigned char>& closed)
 {
     for (std::size_t i = 0; i < plan.ground.cells().size(); ++i) {
-        Ground& ground = plan.ground.cells()[i];
-        if ((ground == Ground::Open || ground == Ground::Unknown) &&
-            closed.at(plan.window().cellOf(i)) != 0) {
-            ground = Ground::Forbidden;
+        if (closed.at(plan.window().cellOf(i)) != 0) {
+            Ground& ground = plan.ground.cells()[i];
+            ground = forbidden(ground);
         }
     }
 }
@@ -277,13 +277,15 @@ BT::NodeStatus GridMapService::findWayOutOfVirtualWall()
 {
     const PlanningMap plan = planningMapOf(map_, switches_);
     const CellIndex here = cellAt(map_.pose().at);
-    if (plan.at(here) != Ground::Forbidden) {
+    if (!isForbidden(plan.at(here))) {
         return BT::NodeStatus::FAILURE;
     }
-    CostGrid costs(plan.window(), 0, 0);
+    // Whatever it touches as well, it gets off that.
+    CostGrid costs = costsFor(plan, here, {.unknown = false});
     for (std::size_t i = 0; i < costs.cells().size(); ++i) {
         const Ground ground = plan.ground.cells()[i];
-        costs.cells()[i] = ground == Ground::Forbidden || ground == Ground::Open ? kPlainStep : 0;
+        std::uint8_t& cost = costs.cells()[i];
+        cost = cost != 0 || ground == Ground::Forbidden || ground == Ground::Open ? kPlainStep : 0;
     }
     const auto way = findNearest(costs, here, [&](CellIndex cell) { return isOpenAround(plan, cell); });
     if (!way) {

@@ -111,14 +111,19 @@ BT::NodeStatus FollowStepAction::advance()
 
 bool NotLoopedCondition::closesNow(std::size_t from) const
 {
-    const auto& points = map_.track().points();
-    if (points.size() < from + kLoopPoints) {
+    static_assert(kLoopPoints <= Track::kRecent);
+    const Track& track = map_.track();
+    if (track.size() < from + kLoopPoints) {
         return false;
     }
-    const CellIndex here = points.back();
+    const auto& points = track.points();
+    const CellIndex here = points.back().cell;
+    const auto begin =
+        std::lower_bound(points.begin(), points.end(), from,
+                         [](const Track::Point& point, std::size_t number) { return point.number < number; });
     const auto end = points.end() - static_cast<std::ptrdiff_t>(kLoopPoints);
-    return std::any_of(points.begin() + static_cast<std::ptrdiff_t>(from), end, [here](CellIndex there) {
-        return std::max(std::abs(there.column - here.column), std::abs(there.row - here.row)) <=
+    return std::any_of(begin, end, [here](const Track::Point& there) {
+        return std::max(std::abs(there.cell.column - here.column), std::abs(there.cell.row - here.row)) <=
                kSamePlaceCells;
     });
 }

@@ -61,7 +61,7 @@ std::optional<GridPath> chargerOrFarthest(const SearchGround& ground)
     const auto fromTrack = [&](CellIndex cell) {
         double nearest = std::numeric_limits<double>::infinity();
         for (std::size_t i = 0; i < track.size(); i += 10) {
-            nearest = std::min(nearest, distance(centreOf(track[i]), centreOf(cell)));
+            nearest = std::min(nearest, distance(centreOf(track[i].cell), centreOf(cell)));
         }
         return nearest;
     };
