@@ -1,13 +1,11 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "support/folder.h"
+#include "support/matchers.h"
 #include "support/program.h"
 
 namespace vemra::test {
@@ -24,15 +22,6 @@ inline std::string vemraOutput(const std::vector<std::string>& arguments)
     EXPECT_EQ(result.exit_code, 0) << result.err;
     EXPECT_EQ(result.err, "");
     return result.out;
-}
-
-inline std::vector<std::string> linesOf(const std::string& text)
-{
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 // The nodes of the trees, by tree.

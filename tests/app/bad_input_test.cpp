@@ -3,13 +3,10 @@
 namespace vemra::test {
 namespace {
 
-using testing::HasSubstr;
-using testing::MatchesRegex;
 namespace fs = std::filesystem;
 
-class BadInput : public testing::Test
+struct BadInput : testing::Test
 {
-protected:
     static void expectRefusal(const std::vector<std::string>& arguments, const std::string& message)
     {
         const ProgramResult result = runVemra(arguments);

@@ -5,13 +5,6 @@
 namespace vemra::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::IsSupersetOf;
-using testing::Not;
-using testing::UnorderedElementsAre;
-
 // What bash offers behind these words, the last one being typed.
 std::vector<std::string> offered(const std::vector<std::string>& words, const std::string& folder = "/")
 {

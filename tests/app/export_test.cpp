@@ -11,7 +11,6 @@ namespace vemra::test {
 namespace {
 
 using nlohmann::json;
-using testing::ElementsAre;
 
 TEST(ExportJson, HoldsEveryRegisteredTreeWithNodesInCreationOrder)
 {
@@ -37,7 +36,7 @@ TEST(ExportJson, HoldsEveryRegisteredTreeWithNodesInCreationOrder)
         }
     }
     EXPECT_EQ(exported, registered);
-    EXPECT_THAT(linesOf(vemraOutput({"trees", "list", "--names"})), testing::ElementsAreArray(registered));
+    EXPECT_THAT(linesOf(vemraOutput({"trees", "list", "--names"})), ElementsAreArray(registered));
 }
 
 TEST(ExportJson, SaysWhatTheNodesAre)
@@ -57,7 +56,7 @@ TEST(ExportJson, SaysWhatTheNodesAre)
 
     const json own = exportedNodes({"OwnLeaf", "--plugin", foreignTrees()}).at("OwnLeaf");
     EXPECT_EQ(own[0]["name"], "a \\ label");
-    EXPECT_EQ(own[0]["ports"]["tune"], "a \"quoted\"\n<tune> & more");
+    EXPECT_EQ(own[0]["ports"]["tune"], "a \"quoted\"\n<tune> & </script>");
 }
 
 // An XML export as an editor reads it.
@@ -110,7 +109,7 @@ private:
             if (path == nullptr)
                 return 1 + count(id);
             ++entered_;
-            EXPECT_THAT(std::string(path), testing::HasSubstr(id));
+            EXPECT_THAT(std::string(path), HasSubstr(id));
             EXPECT_TRUE(declared_.at("SubTree " + std::string(id)).contains("subtree_file_path"));
             return 1;
         }
@@ -175,14 +174,14 @@ TEST(ExportXml, InnerTreesOfOneNameStayApartWhereTheyDiffer)
     EXPECT_EQ(file.count("InnerTwins"), 7U);
     EXPECT_EQ(file.count("OwnLeaf"), 1U);
     EXPECT_STREQ(file.trees().at("OwnLeaf")->FirstChildElement()->Attribute("tune"),
-                 "a \"quoted\"\n<tune> & more");
+                 "a \"quoted\"\n<tune> & </script>");
 }
 
 TEST(ExportDot, WritesLabelsSoThatTheyAreReadAsTheyWere)
 {
     EXPECT_THAT(
         vemraOutput({"trees", "export", "OwnLeaf", "--format", "dot", "--plugin", foreignTrees()}),
-        testing::HasSubstr("label=\"Whistle\\n(a \\\\ label)\\ntune = a \\\"quoted\\\"\\n<tune> & more\""));
+        HasSubstr("label=\"Whistle\\n(a \\\\ label)\\ntune = a \\\"quoted\\\"\\n<tune> & </script>\""));
 }
 
 TEST(ExportDot, IsDrawn)
@@ -214,7 +213,7 @@ TEST(ExportDot, IsDrawn)
         nodes += tree.size();
     EXPECT_EQ(seen["node"], nodes);
     EXPECT_EQ(seen["edge"], nodes - names.size());
-    EXPECT_THAT(clusters, testing::UnorderedElementsAreArray(names));
+    EXPECT_THAT(clusters, UnorderedElementsAreArray(names));
 }
 
 }  // namespace

@@ -1,80 +1,77 @@
-#include <initializer_list>
-#include <string>
+// A library of trees as somebody else might bring it: with texts that are markup elsewhere, a leaf that
+// nobody knows and one that never returns, a tree that enters itself, and one that has a name and no
+// description, as a generator leaves it.
 
-#include "behaviortree_cpp/bt_factory.h"
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+
+#include "support/hang.h"
 
 namespace {
 
-struct Made
-{
-    const BT::BehaviorTreeFactory& factory;
-    const BT::Blackboard::Ptr& blackboard;
-    BT::Tree tree;
+using BT::NodeStatus;
+using Factory = BT::BehaviorTreeFactory;
+using Board = BT::Blackboard::Ptr;
 
-    BT::TreeNode* add(const std::string& id, const BT::NodeParameters& ports = {},
-                      const std::string& label = {})
-    {
-        tree.nodes.push_back(factory.instantiateTreeNode(id, label.empty() ? id : label, ports, blackboard));
-        return tree.nodes.back().get();
-    }
-    BT::TreeNode* over(BT::TreeNode* above, BT::TreeNode* child)
-    {
-        if (auto* control = dynamic_cast<BT::ControlNode*>(above))
-            control->addChild(child);
-        else
-            dynamic_cast<BT::DecoratorNode&>(*above).setChild(child);
-        return child;
-    }
-    BT::Tree done()
-    {
-        tree.root_node = tree.nodes.front().get();
-        return std::move(tree);
-    }
+struct Node
+{
+    std::string id;
+    BT::NodeParameters ports;
+    std::string label;
+    std::vector<Node> below;
 };
 
-BT::Tree innerTwins(const BT::BehaviorTreeFactory& factory, const BT::Blackboard::Ptr& blackboard)
+BT::TreeNode& grow(BT::Tree& tree, const Node& node, const Factory& factory, const Board& board)
 {
-    Made made{factory, blackboard, {}};
-    BT::TreeNode* root = made.add("Sequence");
-    for (const char* body : {"AlwaysSuccess", "AlwaysFailure", "AlwaysSuccess"}) {
-        BT::TreeNode* inner = made.over(root, made.add("SubTree", {{"name", "Twin"}}, "Twin"));
-        made.over(inner, made.add(body));
-    }
-    return made.done();
+    tree.nodes.push_back(
+        factory.instantiateTreeNode(node.id, node.label.empty() ? node.id : node.label, node.ports, board));
+    BT::TreeNode& made = *tree.nodes.back();
+    for (const Node& child : node.below)
+        vemra::test::hang(made, grow(tree, child, factory, board));
+    return made;
 }
 
-BT::Tree ownLeaf(const BT::BehaviorTreeFactory& factory, const BT::Blackboard::Ptr& blackboard)
+Node enter(const std::string& tree)
 {
-    Made made{factory, blackboard, {}};
-    made.add("Whistle", {{"tune", "a \"quoted\"\n<tune> & more"}}, "a \\ label");
-    return made.done();
+    return {"SubtreeCondition", {{"subtree_file_path", tree}}, {}, {}};
 }
 
-BT::Tree entersItself(const BT::BehaviorTreeFactory& factory, const BT::Blackboard::Ptr& blackboard)
+Node twin(const std::string& body)
 {
-    Made made{factory, blackboard, {}};
-    BT::TreeNode* root = made.add("Fallback");
-    made.over(root, made.add("SubtreeCondition", {{"subtree_file_path", "reuse/EntersItself.xml"}}));
-    made.over(root, made.add("SubtreeCondition", {{"subtree_file_path", "Nowhere"}}));
-    return made.done();
-}
-
-BT::Tree unknownLeaf(const BT::BehaviorTreeFactory& factory, const BT::Blackboard::Ptr& blackboard)
-{
-    Made made{factory, blackboard, {}};
-    made.add("NobodyKnowsThis");
-    return made.done();
+    return {"SubTree", {{"name", "Twin"}}, "Twin", {{body, {}, {}, {}}}};
 }
 
 }  // namespace
 
 BT_REGISTER_NODES(factory)
 {
-    factory.registerSimpleAction("Whistle", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
+    factory.registerSimpleAction("Whistle", [](BT::TreeNode&) { return NodeStatus::SUCCESS; });
+    // Leaves a file, so that whoever waits knows that it has come so far.
+    factory.registerSimpleAction("Hang", [](BT::TreeNode&) -> NodeStatus {
+        if (const char* const mark = std::getenv("HANGS"))
+            std::ofstream(mark) << "hangs";
+        while (true)
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+    });
+    const auto tree = [&factory](const char* name, const Node& root) {
+        factory.registerTreeBuilder(name, [root](const Factory& made_by, const Board& board) {
+            BT::Tree built;
+            built.root_node = &grow(built, root, made_by, board);
+            return built;
+        });
+    };
+    tree("InnerTwins",
+         {"Sequence", {}, {}, {twin("AlwaysSuccess"), twin("AlwaysFailure"), twin("AlwaysSuccess")}});
+    tree("OwnLeaf", {"Whistle", {{"tune", "a \"quoted\"\n<tune> & </script>"}}, "a \\ label", {}});
+    tree("EntersItself", {"Fallback", {}, {}, {enter("reuse/EntersItself.xml"), enter("Nowhere")}});
+#ifndef FOR_THE_ROBOT
     // Also in the contract: whoever brings an own one is left it.
-    factory.registerSimpleAction("Rotate", [](BT::TreeNode&) { return BT::NodeStatus::SUCCESS; });
-    factory.registerTreeBuilder("InnerTwins", innerTwins);
-    factory.registerTreeBuilder("OwnLeaf", ownLeaf);
-    factory.registerTreeBuilder("EntersItself", entersItself);
-    factory.registerTreeBuilder("UnknownLeaf", unknownLeaf);
+    factory.registerSimpleAction("Rotate", [](BT::TreeNode&) { return NodeStatus::SUCCESS; });
+    tree("UnknownLeaf", {"NobodyKnowsThis", {}, {}, {}});
+#endif
+    tree("Unwritten", {"AlwaysFailure", {}, "not written", {}});
+    tree("EntersUnwritten", enter("Unwritten"));
+    tree("Hangs", {"Hang", {}, {}, {}});
 }

@@ -186,7 +186,7 @@ TEST(Keyboard, WantsATerminal)
 {
     const ProgramResult piped = runVemra({"run", "--keyboard"});
     EXPECT_EQ(piped.exit_code, 2);
-    EXPECT_THAT(piped.err, testing::HasSubstr("--keyboard: standard input and output are no terminal"));
+    EXPECT_THAT(piped.err, HasSubstr("--keyboard: standard input and output are no terminal"));
     EXPECT_EQ(piped.out, "");
     EXPECT_EQ(runVemra({"run", "--keyboard", "--json"}).exit_code, 2);
 }

@@ -5,8 +5,6 @@ namespace vemra::test {
 namespace {
 
 using nlohmann::json;
-using testing::AllOf;
-using testing::HasSubstr;
 
 TEST(Leaves, ListHoldsTheWholeContract)
 {
@@ -43,6 +41,18 @@ TEST(Leaves, ShowTellsKindAndPorts)
     EXPECT_EQ(leaf["kind"], "condition");
     EXPECT_EQ(leaf["ports"][0]["name"], "key");
     EXPECT_EQ(leaf["ports"][0]["type"], "key");
+}
+
+TEST(FirstLeaf, BacksTheRobotOff)
+{
+    const std::string program = std::string(VEMRA_BIN_DIR) + "/first_leaf";
+    const ProgramResult freed = runProgram({program});
+    EXPECT_EQ(freed.exit_code, 0) << freed.err;
+    EXPECT_THAT(freed.out, AllOf(HasSubstr("draws on the map: BlockOnly"),
+                                 HasSubstr("mm from the obstacle, backing"), HasSubstr("SUCCESS")));
+    const ProgramResult lost = runProgram({program, "NoSuchTree"});
+    EXPECT_EQ(lost.exit_code, 2);
+    EXPECT_THAT(lost.err, HasSubstr("NoSuchTree"));
 }
 
 }  // namespace

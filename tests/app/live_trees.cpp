@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "behaviortree_cpp/bt_factory.h"
+#include "support/hang.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ public:
             tree.nodes.push_back(factory.instantiateTreeNode(id[0], id[0], ports, blackboard));
             above.resize(depth);
             if (depth > 0)
-                hang(*above.back(), *tree.nodes.back());
+                vemra::test::hang(*above.back(), *tree.nodes.back());
             above.push_back(tree.nodes.back().get());
         }
         tree.root_node = tree.nodes.front().get();
@@ -40,14 +40,6 @@ public:
     }
 
 private:
-    static void hang(BT::TreeNode& parent, BT::TreeNode& child)
-    {
-        if (auto* control = dynamic_cast<BT::ControlNode*>(&parent))
-            control->addChild(&child);
-        else
-            dynamic_cast<BT::DecoratorNode&>(parent).setChild(&child);
-    }
-
     std::string text_;
 };
 

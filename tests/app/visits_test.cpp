@@ -4,11 +4,6 @@ namespace vemra::test {
 namespace {
 
 using nlohmann::json;
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 const std::string kPlugin = std::string(VEMRA_LIB_DIR) + "/liblive_trees.so";
 
@@ -27,11 +22,11 @@ TEST(Live, WhatConstantsEndlessLoopsAndNobodySwitchOn)
                     "RobotNode:8: Inverter  off by line 7: BoolMatch bool_a=\"true\" bool_b=\"true\"",
                     "RobotNode:12: AlwaysSuccess  off by line 10: Loop num_cycles=\"-1\""));
     EXPECT_THAT(linesOf(vemraOutput({"trees", "show", "RobotNode", "--off", "--plugin", kPlugin})),
-                testing::SizeIs(3));
+                SizeIs(3));
     const std::string shown =
         vemraOutput({"trees", "show", "RobotNode", "--color", "always", "--plugin", kPlugin});
     EXPECT_THAT(shown, HasSubstr("\033[2mSubtreeCondition subtree_file_path=\"Dead\"\033[0m"));
-    EXPECT_THAT(shown, testing::Not(HasSubstr("\033[2mSubtreeCondition subtree_file_path=\"Living")));
+    EXPECT_THAT(shown, Not(HasSubstr("\033[2mSubtreeCondition subtree_file_path=\"Living")));
 }
 
 TEST(Live, IsWhatARunComesToAndNothingElse)
@@ -42,14 +37,12 @@ TEST(Live, IsWhatARunComesToAndNothingElse)
     const json report = json::parse(vemraOutput({"trees", "visits", file, "--json"}));
     EXPECT_GT(report["visited"], 500);
     for (const json& tree : report["trees"])
-        for (const json& node : tree["nodes"]) {
+        for (const json& node : tree["nodes"])
             EXPECT_TRUE(node["live"] == true || node["ticks"] == 0) << tree["name"] << " " << node;
-        }
 }
 
-class VisitsOf : public testing::Test
+struct VisitsOf : testing::Test
 {
-protected:
     VisitsOf() : file_(folder_ / "visits.json")
     {
         vemraOutput({"run", "--plugin", kPlugin, "--tree", "RobotNode", "--frames", "5", "--visits", file_});

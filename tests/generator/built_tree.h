@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/trees/node_children.h"
 #include "behaviortree_cpp/bt_factory.h"
 #include "description/node.h"
 
@@ -25,11 +26,8 @@ inline description::Node described(const BT::TreeNode& node)
     for (const auto& [name, text] : node.initializationParameters())
         ports.push_back({name, text});
     std::vector<description::Node> children;
-    if (const auto* control = dynamic_cast<const BT::ControlNode*>(&node))
-        for (const BT::TreeNode* child : control->children())
-            children.push_back(described(*child));
-    else if (const auto* decorator = dynamic_cast<const BT::DecoratorNode*>(&node))
-        children.push_back(described(*decorator->child()));
+    for (const BT::TreeNode* child : app::childrenOf(node))
+        children.push_back(described(*child));
     description::Node told(node.registrationName(), std::move(ports), std::move(children));
     told.name = node.name();
     sortPorts(told);

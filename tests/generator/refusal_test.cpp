@@ -1,15 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "description/check.h"
 #include "description/check_keys.h"
 #include "description/tree.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 std::vector<std::string> faultsOf(const std::vector<NamedTree>& trees,
                                   const std::vector<std::string>& registry = {"A", "B", "C"})

@@ -1,8 +1,5 @@
 #include "generator/treegen.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <iostream>
 #include <sstream>
 
@@ -11,6 +8,7 @@
 #include "generator/emit.h"
 #include "plugin/tree_table.h"
 #include "support/folder.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
@@ -18,11 +16,9 @@ namespace {
 namespace fs = std::filesystem;
 using description::NamedTree;
 using description::Node;
-using testing::HasSubstr;
 
-class Treegen : public testing::Test
+struct Treegen : testing::Test
 {
-protected:
     int run(const std::string& registry, std::vector<NamedTree> trees)
     {
         return command({"--registry", folder_.write("registry.txt", registry), "--source", source_,

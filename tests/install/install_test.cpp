@@ -1,16 +1,13 @@
 // What `cmake --install` lays down, as somebody finds it who has nothing else.
 
-#include <gmock/gmock.h>
-
 #include "support/folder.h"
+#include "support/matchers.h"
 #include "support/program.h"
 
 namespace vemra::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::AllOf;
-using testing::HasSubstr;
 
 std::string outputOf(const std::vector<std::string>& words)
 {
@@ -19,9 +16,8 @@ std::string outputOf(const std::vector<std::string>& words)
     return result.out;
 }
 
-class Installed : public testing::Test
+struct Installed : testing::Test
 {
-protected:
     static void SetUpTestSuite()
     {
         folder_ = std::make_unique<Folder>();
@@ -34,6 +30,18 @@ protected:
     static fs::path prefix() { return *folder_ / "prefix"; }
     static const Folder& folder() { return *folder_; }
 
+    // Builds a project against the installation and runs its program.
+    static std::string builtAndRun(const std::string& source, const std::string& program)
+    {
+        const std::string build = source + "/build";
+        outputOf({VEMRA_CMAKE, "-S", source, "-B", build, "-G", "Ninja",
+                  "-DCMAKE_PREFIX_PATH=" + prefix().string(),
+                  std::string("-DCMAKE_CXX_COMPILER=") + VEMRA_COMPILER,
+                  std::string("-DCMAKE_CXX_FLAGS=") + VEMRA_FLAGS});
+        outputOf({VEMRA_CMAKE, "--build", build});
+        return outputOf({build + "/" + program});
+    }
+
 private:
     static std::unique_ptr<Folder> folder_;
 };
@@ -44,13 +52,7 @@ TEST_F(Installed, AHostThatIsNoPartOfThisIsBuiltAndRuns)
 {
     const std::string source = folder() / "own_project";
     fs::copy(std::string(VEMRA_SOURCE_DIR) + "/examples/own_project", source);
-    const std::string build = folder() / "build";
-    outputOf({VEMRA_CMAKE, "-S", source, "-B", build, "-G", "Ninja",
-              "-DCMAKE_PREFIX_PATH=" + prefix().string(),
-              std::string("-DCMAKE_CXX_COMPILER=") + VEMRA_COMPILER,
-              std::string("-DCMAKE_CXX_FLAGS=") + VEMRA_FLAGS});
-    outputOf({VEMRA_CMAKE, "--build", build});
-    const std::string said = outputOf({build + "/own_host"});
+    const std::string said = builtAndRun(source, "own_host");
     EXPECT_THAT(said,
                 AllOf(HasSubstr("frame 50: cleaning"), HasSubstr("nobody answers NeedInitialAutoMode")));
 }
@@ -59,29 +61,21 @@ TEST_F(Installed, HostsReadTreesFromXmlWhereTheyAskForIt)
 {
     const std::string source = folder() / "xml_project";
     fs::create_directory(source);
-    folder().write("xml_project/CMakeLists.txt",
-                   "cmake_minimum_required(VERSION 3.25)\n"
-                   "project(xml_host CXX)\n"
-                   "find_package(vemra 0.1 REQUIRED COMPONENTS xml)\n"
-                   "add_executable(xml_host main.cpp)\n"
-                   "target_link_libraries(xml_host PRIVATE vemra::xml)\n");
-    folder().write(
-        "xml_project/main.cpp",
-        "#include \"behaviortree_cpp/bt_factory.h\"\n"
-        "#include \"behaviortree_cpp/xml_parsing.h\"\n"
-        "int main()\n"
-        "{\n"
-        "    BT::BehaviorTreeFactory factory;\n"
-        "    BT::buildTreeFromText(factory, R\"(<root main_tree_to_execute=\"T\"><BehaviorTree ID=\"T\">"
-        "<AlwaysSuccess/></BehaviorTree></root>)\", BT::Blackboard::create());\n"
-        "}\n");
-    const std::string build = folder() / "xml_build";
-    outputOf({VEMRA_CMAKE, "-S", source, "-B", build, "-G", "Ninja",
-              "-DCMAKE_PREFIX_PATH=" + prefix().string(),
-              std::string("-DCMAKE_CXX_COMPILER=") + VEMRA_COMPILER,
-              std::string("-DCMAKE_CXX_FLAGS=") + VEMRA_FLAGS});
-    outputOf({VEMRA_CMAKE, "--build", build});
-    outputOf({build + "/xml_host"});
+    folder().write("xml_project/CMakeLists.txt", R"(cmake_minimum_required(VERSION 3.25)
+project(xml_host CXX)
+find_package(vemra 0.1 REQUIRED COMPONENTS xml)
+add_executable(xml_host main.cpp)
+target_link_libraries(xml_host PRIVATE vemra::xml))");
+    folder().write("xml_project/main.cpp",
+                   R"cpp(#include "behaviortree_cpp/xml_parsing.h"
+                         int main()
+                         {
+                             BT::BehaviorTreeFactory factory;
+                             BT::buildTreeFromText(
+                                 factory, "<root><BehaviorTree ID='T'><AlwaysSuccess/></BehaviorTree></root>",
+                                 BT::Blackboard::create());
+                         })cpp");
+    builtAndRun(source, "xml_host");
 }
 
 TEST_F(Installed, TheCommandFindsWhatItWorksOn)
@@ -95,7 +89,7 @@ TEST_F(Installed, TheCommandFindsWhatItWorksOn)
     EXPECT_TRUE(fs::exists(prefix() / "share/vemra/scenarios/whole_home.yaml"));
     EXPECT_THAT(bytesOf(prefix() / "share/man/man1/vemra.1"), HasSubstr(".SH NAME"));
     EXPECT_THAT(bytesOf(prefix() / "share/bash-completion/completions/vemra"), HasSubstr("complete -F"));
-    EXPECT_THAT(bytesOf(prefix() / "share/zsh/site-functions/_vemra"), testing::StartsWith("#compdef vemra"));
+    EXPECT_THAT(bytesOf(prefix() / "share/zsh/site-functions/_vemra"), StartsWith("#compdef vemra"));
 }
 
 }  // namespace

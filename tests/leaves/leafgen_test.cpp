@@ -1,18 +1,14 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "support/folder.h"
+#include "support/matchers.h"
 #include "support/program.h"
 
 namespace vemra::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
 
-class Leafgen : public testing::Test
+struct Leafgen : testing::Test
 {
-protected:
     Leafgen() { fs::create_directory(folder_ / "catalogue"); }
 
     void write(const std::string& name, const std::string& text) const

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/trees/node_children.h"
+#include "support/hang.h"
 
 namespace vemra::test {
 namespace {
@@ -89,13 +90,8 @@ BT::TreeNode* plant(const Branch& branch, BT::Tree& tree, const BT::BehaviorTree
 {
     tree.nodes.push_back(factory.instantiateTreeNode(branch.id, branch.name, branch.ports, blackboard));
     BT::TreeNode* const node = tree.nodes.back().get();
-    for (const Branch& below : branch.below) {
-        BT::TreeNode* const child = plant(below, tree, factory, blackboard);
-        if (auto* control = dynamic_cast<BT::ControlNode*>(node))
-            control->addChild(child);
-        else
-            dynamic_cast<BT::DecoratorNode&>(*node).setChild(child);
-    }
+    for (const Branch& below : branch.below)
+        hang(*node, *plant(below, tree, factory, blackboard));
     return node;
 }
 

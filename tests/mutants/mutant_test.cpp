@@ -1,22 +1,21 @@
 #include "mutants/mutant.h"
 
-#include <gmock/gmock.h>
+#include "support/hang.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
 
 // Sequence(AlwaysSuccess, SequenceStar(BoolMatch, AlwaysFailure)), as identifiers in creation order.
-class MutantOf : public testing::Test
+struct MutantOf : testing::Test
 {
-protected:
     BT::Tree original() const
     {
         BT::Tree tree;
         const auto add = [&](const std::string& id, int parent, const BT::NodeParameters& ports = {}) {
             tree.nodes.push_back(factory_.instantiateTreeNode(id, id, ports, blackboard_));
             if (parent >= 0)
-                dynamic_cast<BT::ControlNode&>(*tree.nodes[static_cast<std::size_t>(parent)])
-                    .addChild(tree.nodes.back().get());
+                hang(*tree.nodes[static_cast<std::size_t>(parent)], *tree.nodes.back());
         };
         add("Sequence", -1);
         add("AlwaysSuccess", 0);

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -10,22 +7,16 @@
 
 #include "behaviortree_cpp/bt_factory.h"
 #include "leaves/contract.h"
+#include "support/folder.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 
 constexpr const char* kPlugin = VEMRA_LIB_DIR "/libvemra_tree.so";
 
-inline std::vector<std::string> linesOf(std::istream&& in)
-{
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
-}
-
 inline const std::vector<std::string>& registry()
 {
-    static const auto kNames = linesOf(std::ifstream(VEMRA_SOURCE_DIR "/trees/registry.txt"));
+    static const auto kNames = linesOf(bytesOf(VEMRA_SOURCE_DIR "/trees/registry.txt"));
     return kNames;
 }
 
@@ -39,9 +30,8 @@ inline std::string load(BT::BehaviorTreeFactory& factory)
     return said.str();
 }
 
-class Plugin : public testing::Test
+struct Plugin : testing::Test
 {
-protected:
     Plugin() { load(factory); }
 
     // Any answer will do: only building is looked at.

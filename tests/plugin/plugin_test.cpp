@@ -1,16 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cstdio>
 #include <set>
 
 #include "plugin/plugin_rig.h"
+#include "support/program.h"
 
 namespace vemra::test {
 namespace {
-
-using testing::HasSubstr;
 
 TEST_F(Plugin, RegistersAllTreesInTheirOrder)
 {
@@ -42,7 +36,7 @@ TEST_F(Plugin, EachBuildMakesNodesOfItsOwn)
 TEST_F(Plugin, AnUnknownLeafComesOutOfTheBuildFunction)
 {
     EXPECT_THAT([this] { (void)factory.createTree("Escape", blackboard); },
-                testing::ThrowsMessage<BT::BehaviorTreeException>(HasSubstr("no node type '")));
+                ThrowsMessage<BT::BehaviorTreeException>(HasSubstr("no node type '")));
     registerAllLeaves();
     EXPECT_FALSE(factory.createTree("Escape", blackboard).nodes.empty());
 }
@@ -53,15 +47,11 @@ TEST(PluginFile, ExportsTheEntryPointAndTheBuildFunctionsAlone)
     for (const std::string& name : registry())
         wanted.insert("build" + name +
                       "(BT::BehaviorTreeFactory const&, std::shared_ptr<BT::Blackboard> const&)");
-    FILE* pipe = popen((std::string(VEMRA_NM " -DC --defined-only ") + kPlugin).c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
+    const ProgramResult symbols = runProgram({VEMRA_NM, "-DC", "--defined-only", kPlugin});
+    ASSERT_EQ(symbols.exit_code, 0) << symbols.err;
     std::set<std::string> exported;
-    for (std::array<char, 512> line{}; std::fgets(line.data(), line.size(), pipe) != nullptr;) {
-        // address, type, name
-        const std::string text = line.data();
-        exported.insert(text.substr(text.find(' ') + 3, text.size() - text.find(' ') - 4));
-    }
-    ASSERT_EQ(pclose(pipe), 0);
+    for (const std::string& line : linesOf(symbols.out))  // address, type, name
+        exported.insert(line.substr(line.find(' ') + 3));
     EXPECT_EQ(exported, wanted);
 }
 

@@ -1,26 +1,20 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <algorithm>
 
 #include "plugin/plugin_rig.h"
-#include "support/folder.h"
 
 namespace vemra::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::MatchesRegex;
 
 const fs::path kRecord = "/tmp/version_check";
 const std::string kVersion = "commit-[^ ]+-[0-9]+-g[0-9a-f]+";
 
 /// The record of this machine is put aside, and comes back in the end.
-class VersionRecord : public testing::Test
+struct VersionRecord : testing::Test
 {
-protected:
     void SetUp() override
     {
         std::error_code fault;

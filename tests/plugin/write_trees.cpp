@@ -6,6 +6,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "app/trees/node_children.h"
 #include "leaves/host/host.h"
 
 namespace {
@@ -25,13 +26,9 @@ std::string hex(const std::string& text)
 void write(const std::string& name, const BT::Tree& tree)
 {
     std::unordered_map<const BT::TreeNode*, int> parents;
-    for (std::size_t i = 0; i < tree.nodes.size(); ++i) {
-        if (const auto* control = dynamic_cast<const BT::ControlNode*>(tree.nodes[i].get()))
-            for (const BT::TreeNode* child : control->children())
-                parents[child] = static_cast<int>(i);
-        else if (const auto* decorator = dynamic_cast<const BT::DecoratorNode*>(tree.nodes[i].get()))
-            parents[decorator->child()] = static_cast<int>(i);
-    }
+    for (std::size_t i = 0; i < tree.nodes.size(); ++i)
+        for (const BT::TreeNode* child : vemra::app::childrenOf(*tree.nodes[i]))
+            parents[child] = static_cast<int>(i);
     for (const auto& node : tree.nodes) {
         const auto parent = parents.find(node.get());
         std::cout << name << ' ' << (parent == parents.end() ? -1 : parent->second) << ' '

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -12,8 +10,6 @@ namespace {
 
 using test::ProgramResult;
 using test::runVemra;
-using testing::Ge;
-using testing::HasSubstr;
 
 struct Runs
 {
@@ -33,8 +29,7 @@ Runs batch(std::vector<std::string> words)
     if (runs.result.exit_code != 0)
         return runs;
     runs.bytes = bytesOf(file);
-    std::istringstream in(runs.bytes);
-    for (std::string line; std::getline(in, line);) {
+    for (const std::string& line : test::linesOf(runs.bytes)) {
         runs.lines.push_back(nlohmann::json::parse(line));
         runs.good += runs.lines.back().at("good").get<bool>() ? 1 : 0;
     }
@@ -102,7 +97,7 @@ TEST(BatchCommand, SaysWhyASearchAtAWrongDockWasInVainAndDrawsWhereEachBegan)
     for (const auto& line : wrong.lines)
         EXPECT_TRUE(line.contains("why") && !line.at("good").get<bool>()) << line;
     EXPECT_THAT(wrong.result.out, HasSubstr("final approaches"));
-    EXPECT_THAT(bytesOf(picture), testing::StartsWith("\x89PNG"));
+    EXPECT_THAT(bytesOf(picture), StartsWith("\x89PNG"));
     EXPECT_THAT(batch({"--homes", "1", "--picture", picture}).result.err, HasSubstr("goes with --poses"));
 }
 

@@ -15,7 +15,7 @@ class BodyRig : public RobotRig
 public:
     BodyRig(const std::vector<std::string>& home, const PoseMm& at) : RobotRig(sketch(home), at)
     {
-        install(installPointLeaves);
+        install({&motion, &sensing, &escape, &review}, installPointLeaves);
     }
     ~BodyRig() override { dropTrees(); }
 
@@ -25,9 +25,6 @@ public:
     SensingService sensing{parts, pose, switches, walls};
     EscapeService escape{parts, sensing};
     ReviewService review{parts, pose};
-
-private:
-    std::vector<Service*> services() override { return {&motion, &sensing, &escape, &review}; }
 };
 
 }  // namespace vemra::robot

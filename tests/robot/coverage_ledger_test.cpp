@@ -160,10 +160,8 @@ TEST(UnsweptFloor, IsFoundExactlyWhenThePlannerHasALine)
             }
         }
         const bool found = robot.search("Normal");
-        const auto hasLine = [&](const char* from) {
-            return robot.passes(
-                "PlanNextLine",
-                {{"is_rotate", "false"}, {"region", "${gridmap_limit}"}, {"source_point", from}});
+        const auto hasLine = [&](const std::string& from) {
+            return robot.passes("PlanNextLine is_rotate=false region=${gridmap_limit} source_point=" + from);
         };
         const bool planned = hasLine("${current_coord}") || (found && hasLine("${navi_target_point}"));
         EXPECT_EQ(found, planned);
@@ -183,8 +181,7 @@ TEST(UnsweptFloor, BehindAWallHasNoLine)
     robot.blackboard->set("part", BoxMm{{1700, 0}, {3200, 2300}});
     const auto hasLineFrom = [&robot](PointMm place) {
         robot.blackboard->set("there", place);
-        return robot.passes("PlanNextLine",
-                            {{"is_rotate", "false"}, {"region", "${part}"}, {"source_point", "${there}"}});
+        return robot.passes("PlanNextLine is_rotate=false region=${part} source_point=${there}");
     };
     EXPECT_FALSE(hasLineFrom({450, 450}));
     EXPECT_TRUE(hasLineFrom({2450, 450}));
@@ -199,7 +196,7 @@ TEST(Parts, StayAsTheyWereMadeAndLieOnTheMap)
     const auto partAt = [&robot](PointMm place) {
         robot.blackboard->set("there", place);
         robot.blackboard->erase("current_subregion");
-        const bool made = robot.passes("SetCurrentSubregion", {{"source_point", "${there}"}});
+        const bool made = robot.passes("SetCurrentSubregion source_point=${there}");
         return made ? std::optional(robot.blackboard->get<BoxMm>("current_subregion")) : std::nullopt;
     };
     const auto first = partAt({500, 500});
@@ -239,7 +236,7 @@ TEST(Chains, AreClosedWhereTheyRunOntoATracedWall)
         for (double x = begin; x < (chain == 1 ? 1400 : 1000); x += 25)
             ASSERT_FALSE(walls.draw(chain, {{x, 235}, {0}}));
     }
-    EXPECT_FALSE(robot.passes("MarkChainCheckOverlap", {{"chain_id", "2"}, {"follow_wall_right", "true"}}));
+    EXPECT_FALSE(robot.passes("MarkChainCheckOverlap chain_id=2 follow_wall_right=true"));
     EXPECT_TRUE(walls.chains()[0].open);
     EXPECT_FALSE(walls.chains()[1].open);
 }
@@ -269,9 +266,8 @@ TEST(Searches, EndWhenNothingComesOfWhatTheyOffer)
     };
     for (const char* mode : {"Chain", "Block", "SlamRetry", "Segment", "SegmentRetry"})
         EXPECT_THAT(countOf([&] { return robot.search(mode); }), AllOf(Gt(0), testing::Lt(kMany))) << mode;
-    const auto hasLine = [&](const char* from) {
-        return robot.passes("PlanNextLine",
-                            {{"is_rotate", "false"}, {"region", "${gridmap_limit}"}, {"source_point", from}});
+    const auto hasLine = [&](const std::string& from) {
+        return robot.passes("PlanNextLine is_rotate=false region=${gridmap_limit} source_point=" + from);
     };
     EXPECT_THAT(countOf([&] {
                     return hasLine("${current_coord}") ||

@@ -14,9 +14,8 @@ class CoverageRig : public RobotRig
 public:
     CoverageRig(Home home, const PoseMm& at) : RobotRig(std::move(home), at)
     {
-        install();
-        for (Service* service : services())
-            service->update();
+        install({&navigation, &coverage});
+        update();
     }
     ~CoverageRig() override { dropTrees(); }
 
@@ -29,12 +28,9 @@ public:
 
     bool search(const std::string& mode)
     {
-        return passes("AwesomeSearch", {{"search_mode", mode},
-                                        {"source_point", "${current_coord}"},
-                                        {"target", "default"},
-                                        {"region", "${gridmap_limit}"},
-                                        {"output_point", "navi_target_point"},
-                                        {"failure_tolerance", "0"}});
+        return passes("AwesomeSearch search_mode=" + mode +
+                      " source_point=${current_coord} target=default region=${gridmap_limit} "
+                      "output_point=navi_target_point failure_tolerance=0");
     }
 
     Localisation localisation{body};
@@ -42,9 +38,6 @@ public:
     MapStore store;
     NavigationService navigation{parts, map, switches};
     CoverageService coverage{parts, map, store, switches, navigation.search()};
-
-private:
-    std::vector<Service*> services() override { return {&navigation, &coverage}; }
 };
 
 }  // namespace vemra::robot

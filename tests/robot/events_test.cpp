@@ -1,26 +1,20 @@
-#include <gmock/gmock.h>
-
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <stdexcept>
 
 #include "robot/events/json_lines.h"
 #include "robot/events/timeline_printer.h"
+#include "support/matchers.h"
 
 namespace vemra::robot {
 namespace {
-
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
 
 void shortRun(EventLog& log)
 {
     log.record(0, event::BatteryLevel{80});
     log.record(9, event::ModeChange{Mode::None, Mode::Charging});
-    for (std::uint64_t frame = 10; frame < 13; ++frame) {
+    for (std::uint64_t frame = 10; frame < 13; ++frame)
         log.record(frame, event::Message{"charging"});
-    }
     log.record(14, event::Message{"two\nlines \"quoted\" \xff"});
     log.record(20, event::BatteryLevel{79});
     log.record(21, event::ChargeBegins{1, 79});
@@ -37,25 +31,21 @@ TEST(JsonLines, BytesAreFixedAndNothingIsFolded)
     EventLog log;
     log.addSink(json);
     shortRun(log);
-    EXPECT_EQ(
-        out.str(),
-        "{\"frame\":0,\"ms\":0,\"event\":\"body\",\"text\":\"battery 80 %\",\"battery\":80}\n"
-        "{\"frame\":9,\"ms\":180,\"event\":\"mode\",\"text\":\"ChargingMode\",\"from\":\"\",\"to\":"
-        "\"ChargingMode\"}\n"
-        "{\"frame\":10,\"ms\":200,\"event\":\"message\",\"text\":\"charging\"}\n"
-        "{\"frame\":11,\"ms\":220,\"event\":\"message\",\"text\":\"charging\"}\n"
-        "{\"frame\":12,\"ms\":240,\"event\":\"message\",\"text\":\"charging\"}\n"
-        "{\"frame\":14,\"ms\":280,\"event\":\"message\",\"text\":\"two\\nlines \\\"quoted\\\" "
-        "\xEF\xBF\xBD\"}\n"
-        "{\"frame\":20,\"ms\":400,\"event\":\"body\",\"text\":\"battery 79 %\",\"battery\":79}\n"
-        "{\"frame\":21,\"ms\":420,\"event\":\"body\",\"text\":\"charges from 79 "
-        "%\",\"charge\":1,\"battery\":79}\n"
-        "{\"frame\":22,\"ms\":440,\"event\":\"error\",\"text\":\"station: warning DUST_BOX raised\",\"code\":"
-        "\"DUST_BOX\",\"raised\":true}\n"
-        "{\"frame\":23,\"ms\":460,\"event\":\"custom\",\"text\":\"map "
-        "cleared\",\"what\":\"map\",\"cleared\":true}\n"
-        "{\"frame\":180001,\"ms\":3600020,\"event\":\"body\",\"text\":\"battery 70 %\",\"battery\":70}\n"
-        "{\"report\":{\"frames\":180002}}\n");
+    EXPECT_EQ(out.str(), R"({"frame":0,"ms":0,"event":"body","text":"battery 80 %","battery":80}
+{"frame":9,"ms":180,"event":"mode","text":"ChargingMode","from":"","to":"ChargingMode"}
+{"frame":10,"ms":200,"event":"message","text":"charging"}
+{"frame":11,"ms":220,"event":"message","text":"charging"}
+{"frame":12,"ms":240,"event":"message","text":"charging"}
+{"frame":14,"ms":280,"event":"message","text":"two\nlines \"quoted\" )"
+                         "\xEF\xBF\xBD"
+                         R"("}
+{"frame":20,"ms":400,"event":"body","text":"battery 79 %","battery":79}
+{"frame":21,"ms":420,"event":"body","text":"charges from 79 %","charge":1,"battery":79}
+{"frame":22,"ms":440,"event":"error","text":"station: warning DUST_BOX raised","code":"DUST_BOX","raised":true}
+{"frame":23,"ms":460,"event":"custom","text":"map cleared","what":"map","cleared":true}
+{"frame":180001,"ms":3600020,"event":"body","text":"battery 70 %","battery":70}
+{"report":{"frames":180002}}
+)");
 }
 
 TEST(TimelinePrinter, FoldsWhatIsSaidFrameAfterFrameAndSkipsSingleBatteryPercents)

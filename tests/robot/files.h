@@ -1,11 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
 
 #include "robot/base/input_error.h"
 #include "support/folder.h"
+#include "support/matchers.h"
 
 namespace vemra::robot {
 

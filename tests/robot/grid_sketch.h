@@ -15,9 +15,8 @@ inline Grid<CellState> gridOf(const Home& home)
     Grid<CellState> cells({low, {low.column + home.columns(), low.row + home.rows()}}, CellState::Unknown,
                           CellState::Unknown);
     for (int row = 0; row < home.rows(); ++row) {
-        for (int column = 0; column < home.columns(); ++column) {
+        for (int column = 0; column < home.columns(); ++column)
             cells.set({low.column + column, low.row + row}, home.at(CellIndex{column, row}));
-        }
     }
     return cells;
 }
@@ -31,10 +30,9 @@ inline Grid<CellState> gridOf(const std::vector<std::string>& lines)
 inline void fill(std::vector<std::string>& lines, CellIndex from, CellIndex to, char kind)
 {
     for (int row = from.row; row <= to.row; ++row) {
-        for (int column = from.column; column <= to.column; ++column) {
+        for (int column = from.column; column <= to.column; ++column)
             lines.at(lines.size() - 1 - static_cast<std::size_t>(row)).at(static_cast<std::size_t>(column)) =
                 kind;
-        }
     }
 }
 

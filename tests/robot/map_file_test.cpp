@@ -1,7 +1,5 @@
 #include "robot/world/map_file.h"
 
-#include <gmock/gmock.h>
-
 #include <numbers>
 
 #include "robot/files.h"
@@ -11,13 +9,8 @@
 namespace vemra::robot {
 namespace {
 
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-class MapFile : public testing::Test
+struct MapFile : testing::Test
 {
-protected:
     // A map's YAML with fields replaced or added.
     std::filesystem::path yaml(const std::string& changes = "") const
     {

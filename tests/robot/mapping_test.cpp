@@ -1,14 +1,10 @@
-#include <gmock/gmock.h>
-
 #include "robot/belief/localisation.h"
 #include "robot/belief/robot_map.h"
 #include "robot/grid_sketch.h"
+#include "support/matchers.h"
 
 namespace vemra::robot {
 namespace {
-
-using testing::AnyOf;
-using testing::Eq;
 
 // A robot that drives by wheel speeds in a drawn home and maps it.
 struct MapRig
@@ -23,6 +19,12 @@ struct MapRig
             body.step(0.02);
             map.update(frame);
         }
+    }
+
+    void drive(const WheelSpeeds& speeds, int count)
+    {
+        body.drive(speeds);
+        frames(count);
     }
 
     World world;
@@ -43,25 +45,21 @@ TEST(OccupancyMap, AWallStaysAndAThingThatIsCarriedAwayFades)
     EXPECT_EQ(map.at(cellAt({1200, 10})), CellState::Unknown) << "behind the wall";
     // Beams that graze the wall do not take it away.
     std::vector<Beam> grazing{{{0}, 1000}};
-    for (int i = 1; i <= 12; ++i) {
+    for (int i = 1; i <= 12; ++i)
         grazing.push_back({{0.2 * i}, 1400});
-    }
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 20; ++i)
         map.enter({0, 0}, grazing, 2000);
-    }
     EXPECT_EQ(map.at(cellAt({1010, 10})), CellState::Occupied);
-    for (int i = 0; i < 30; ++i) {
+    for (int i = 0; i < 30; ++i)
         map.enter({0, 0}, std::vector<Beam>{{{0}, 1400}}, 2000);
-    }
     EXPECT_EQ(map.at(cellAt({1010, 10})), CellState::Free);
 }
 
 TEST(OccupancyMap, GrowsToItsLimitAndNoFurther)
 {
     OccupancyMap map;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 20; ++i)
         map.enter({i * 5000.0, 0}, std::vector<Beam>{{{0}, 4000}}, 5000);
-    }
     EXPECT_EQ(map.window().columns(), OccupancyMap::kMostCells);
     EXPECT_EQ(map.at(cellAt({2000, 10})), CellState::Free);
     EXPECT_EQ(map.at(cellAt({95000, 10})), CellState::Unknown);
@@ -70,8 +68,7 @@ TEST(OccupancyMap, GrowsToItsLimitAndNoFurther)
 TEST(RobotMap, ADriveThroughARoomGivesItsWalls)
 {
     MapRig rig(room(60, 40), {{600, 1000}, {0}});
-    rig.body.drive({200, 200});
-    rig.frames(300);
+    rig.drive({200, 200}, 300);
     int free = 0;
     int wrong = 0;
     for (int row = 1; row < 39; ++row) {
@@ -84,10 +81,9 @@ TEST(RobotMap, ADriveThroughARoomGivesItsWalls)
     }
     EXPECT_GT(free, 38 * 58 * 9 / 10);
     EXPECT_EQ(wrong, 0);
-    for (int column = 2; column < 58; ++column) {
+    for (int column = 2; column < 58; ++column)
         EXPECT_THAT(CellState::Occupied,
                     AnyOf(Eq(rig.map.occupancy().at({column, 0})), Eq(rig.map.occupancy().at({column, 1}))));
-    }
 }
 
 TEST(RobotMap, ALowThingIsFoundByTheBumperAndForgottenUnlessDrawn)
@@ -96,14 +92,12 @@ TEST(RobotMap, ALowThingIsFoundByTheBumperAndForgottenUnlessDrawn)
         MapRig rig(room(60, 40), {{600, 1000}, {0}});
         rig.world.putDown({{1500, 900}, {1600, 1100}}, Height::Low);
         rig.map.setDrawMode(mode);
-        rig.body.drive({200, 200});
-        rig.frames(250);
+        rig.drive({200, 200}, 250);
         ASSERT_EQ(rig.map.contacts().all().size(), 1U);
         EXPECT_LT(distance(rig.map.contacts().all().front().at, {1500, 1000}), 60);
         EXPECT_GT(rig.map.lastContactFrame(), 0U);
         EXPECT_FALSE(rig.map.obstaclesNear(400, false).empty());
-        rig.body.drive({-200, -200});
-        rig.frames(100);
+        rig.drive({-200, -200}, 100);
         rig.body.stop();
         rig.frames(ContactMap::kRememberedFrames);
         EXPECT_EQ(rig.map.contacts().all().size(), mode == DrawMode::BlockOnly ? 1U : 0U);
@@ -113,15 +107,13 @@ TEST(RobotMap, ALowThingIsFoundByTheBumperAndForgottenUnlessDrawn)
 TEST(RobotMap, AWallThatTheLaserSeesIsNoContactAndAnEdgeOfTheFloorIs)
 {
     MapRig rig(room(60, 40), {{600, 1000}, {180}});
-    rig.body.drive({200, 200});
-    rig.frames(200);
+    rig.drive({200, 200}, 200);
     EXPECT_TRUE(rig.body.bumper().any());
     EXPECT_TRUE(rig.map.contacts().all().empty());
 
     MapRig stairs(room(60, 40), {{600, 1000}, {0}});
     stairs.world.addCliff({{1500, 50}, {2900, 1900}});
-    stairs.body.drive({200, 200});
-    stairs.frames(200);
+    stairs.drive({200, 200}, 200);
     EXPECT_FALSE(stairs.map.contacts().all().empty());
 }
 

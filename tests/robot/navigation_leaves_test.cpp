@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <chrono>
 
@@ -7,12 +5,6 @@
 
 namespace vemra::robot {
 namespace {
-
-using testing::AllOf;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Optional;
-using testing::StartsWith;
 
 // Two rooms of 1.5 m; the gap between them is one cell too narrow by the map.
 std::vector<std::string> roomsWithGap()
@@ -31,10 +23,6 @@ struct LeavesTest : testing::Test
     LeavesTest() { robot.knowHome(); }
 
     std::optional<PointMm> point(const std::string& key) const { return pointOf(*robot.blackboard, key); }
-    bool takeUp()
-    {
-        return robot.passes("CheckPathSegment", {{"input_navi_path", "${navigation_path_segments}"}});
-    }
     bool searchTolerating(int failures)
     {
         return robot.search("Origin", kRight, "navi_target_point", failures);
@@ -42,13 +30,9 @@ struct LeavesTest : testing::Test
     // Takes the plan up to its bridge, which ends well or not.
     void crossBridge(bool well)
     {
-        takeUp();
-        takeUp();
-        if (well) {
-            robot.blackboard->set("cross_bridge_success", "");
-        } else {
-            robot.blackboard->erase("cross_bridge_success");
-        }
+        robot.takeUp();
+        robot.takeUp();
+        robot.set(well ? "cross_bridge_success" : "-cross_bridge_success");
         EXPECT_TRUE(robot.passes("UpdateBridgeCost"));
     }
 
@@ -58,10 +42,9 @@ struct LeavesTest : testing::Test
 TEST_F(LeavesTest, ThresholdsAreInMmOrCellsAndTheUnusedOneIsNegative)
 {
     robot.blackboard->set("line", SegmentMm{{0, 0}, {1000, 0}});
-    const auto nearLine = [&](const char* mm, const char* cells) {
-        return robot.passes(
-            "IsPointCloseToLine",
-            {{"line", "${line}"}, {"point", "400;150"}, {"threshold_mm", mm}, {"threshold_grid", cells}});
+    const auto nearLine = [&](const std::string& mm, const std::string& cells) {
+        return robot.passes("IsPointCloseToLine line=${line} point=400;150 threshold_mm=" + mm +
+                            " threshold_grid=" + cells);
     };
     EXPECT_TRUE(nearLine("150", "-1"));
     EXPECT_FALSE(nearLine("-1", "1"));
@@ -71,32 +54,28 @@ TEST_F(LeavesTest, ThresholdsAreInMmOrCellsAndTheUnusedOneIsNegative)
 
 TEST_F(LeavesTest, APlanIsHandedOutSegmentBySegment)
 {
-    EXPECT_FALSE(takeUp()) << "no plan yet";
+    EXPECT_FALSE(robot.takeUp()) << "no plan yet";
     ASSERT_TRUE(robot.search("TargetNoUnknown", kRight));
-    ASSERT_TRUE(takeUp());
+    ASSERT_TRUE(robot.takeUp());
     EXPECT_TRUE(robot.passes("PathSegIsVector"));
-    EXPECT_EQ(robot.text("trial_bridge_next_to_this_vector"), "true");
-    EXPECT_FALSE(robot.blackboard->contains("navigation_bridge"));
+    EXPECT_TRUE(robot.keysAre("trial_bridge_next_to_this_vector=true -navigation_bridge"));
     const auto before_gap = point("navi_path_target");
-    EXPECT_TRUE(robot.passes("PathSegHasTrialBridge", {{"input_navi_path", "${navigation_path_segments}"}}));
+    EXPECT_TRUE(robot.passes("PathSegHasTrialBridge input_navi_path=${navigation_path_segments}"));
 
-    ASSERT_TRUE(takeUp());
+    ASSERT_TRUE(robot.takeUp());
     EXPECT_FALSE(robot.passes("PathSegIsVector"));
-    EXPECT_TRUE(robot.passes("BridgeDestructor", {{"bridge", "${navigation_bridge}"},
-                                                  {"out_from_point", "from"},
-                                                  {"out_to_point", "to"},
-                                                  {"out_follow_wall_dist", "follow"}}));
+    EXPECT_TRUE(robot.takeBridge());
     EXPECT_EQ(point("from"), before_gap);
     EXPECT_GT(point("to")->x, 1600);
-    EXPECT_TRUE(robot.passes("BridgeValid", {{"bridge", "${navigation_bridge}"}}));
+    EXPECT_TRUE(robot.passes("BridgeValid bridge=${navigation_bridge}"));
 
-    ASSERT_TRUE(takeUp());
+    ASSERT_TRUE(robot.takeUp());
     EXPECT_TRUE(robot.passes("PathSegIsVector"));
     EXPECT_THAT(point("navi_path_target"), Optional(kRight));
     EXPECT_EQ(robot.text("trial_bridge_next_to_this_vector"), "false");
-    EXPECT_FALSE(takeUp()) << "that was all";
+    EXPECT_FALSE(robot.takeUp()) << "that was all";
     ASSERT_TRUE(robot.search("TargetNoUnknown", kRight));
-    EXPECT_TRUE(takeUp()) << "a new plan begins at its beginning";
+    EXPECT_TRUE(robot.takeUp()) << "a new plan begins at its beginning";
 }
 
 TEST_F(LeavesTest, APlanCanBeShownAndWrittenAsText)
@@ -104,28 +83,28 @@ TEST_F(LeavesTest, APlanCanBeShownAndWrittenAsText)
     ASSERT_TRUE(robot.search("TargetNoUnknown", kRight));
     const std::string whole = robot.text("navigation_path_segments");
     EXPECT_THAT(whole, AllOf(HasSubstr(" | TRIALNOTRACE;"), EndsWith(";2500;900")));
-    ASSERT_TRUE(takeUp());
+    ASSERT_TRUE(robot.takeUp());
     const std::string rest = robot.text("navigation_path_segments");
     EXPECT_THAT(rest, StartsWith("TRIALNOTRACE;")) << "what is left of it";
-    ASSERT_TRUE(takeUp());
+    ASSERT_TRUE(robot.takeUp());
     const std::string bridge = robot.text("navigation_bridge");
     EXPECT_EQ(rest.substr(0, rest.find(" | ")), bridge);
 
     robot.blackboard->set("navigation_path_segments", rest);
-    ASSERT_TRUE(takeUp());
+    ASSERT_TRUE(robot.takeUp());
     EXPECT_FALSE(robot.passes("PathSegIsVector"));
     EXPECT_EQ(robot.text("navigation_bridge"), bridge);
-    ASSERT_TRUE(takeUp()) << "the next one, not the first again";
+    ASSERT_TRUE(robot.takeUp()) << "the next one, not the first again";
     EXPECT_THAT(point("navi_path_target"), Optional(kRight));
-    EXPECT_FALSE(takeUp());
+    EXPECT_FALSE(robot.takeUp());
     for (const char* no_plan :
          {"", "500", "500;900;1200", "BOAT;500;900;1200;900", "HISTORY;500;900", "500;900 | "}) {
         robot.blackboard->set("navigation_path_segments", no_plan);
-        EXPECT_FALSE(takeUp()) << no_plan;
+        EXPECT_FALSE(robot.takeUp()) << no_plan;
     }
 
     robot.blackboard->set("line", "0;0;1000;0");
-    EXPECT_TRUE(robot.passes("GetMidPointOfLine", {{"line", "${line}"}, {"out_point", "middle"}}));
+    EXPECT_TRUE(robot.passes("GetMidPointOfLine line=${line} out_point=middle"));
     EXPECT_EQ(robot.text("middle"), "500;0");
     robot.passes("MakeMap");
     EXPECT_THAT(robot.text("obstacle_expanded_map"), HasSubstr(" cells from "));
@@ -148,16 +127,10 @@ TEST_F(LeavesTest, ABridgeThatFailedServesOnlyWhoToleratesThat)
 
 TEST_F(LeavesTest, ABridgeStaysInHandWhateverTheCrossingDoesToItsKey)
 {
-    const auto take = [&] {
-        return robot.passes("BridgeDestructor", {{"bridge", "${navigation_bridge}"},
-                                                 {"out_from_point", "from"},
-                                                 {"out_to_point", "to"},
-                                                 {"out_follow_wall_dist", "follow"}});
-    };
     ASSERT_TRUE(searchTolerating(0));
-    takeUp();
-    takeUp();
-    ASSERT_TRUE(take());
+    robot.takeUp();
+    robot.takeUp();
+    ASSERT_TRUE(robot.takeBridge());
     robot.passes("ResetBridgeList");
     EXPECT_FALSE(robot.blackboard->contains("navigation_bridge"));
     robot.passes("UpdateBridgeCost");
@@ -171,15 +144,13 @@ TEST_F(LeavesTest, ABridgeStaysInHandWhateverTheCrossingDoesToItsKey)
 
 TEST_F(LeavesTest, AStepIsTakenFromThenOnWhereItWasCrossed)
 {
-    const auto better = [&](const char* from, const char* to) {
-        return robot.passes("NeedToModifyBridge", {{"i_bridge_from_pt", from},
-                                                   {"i_bridge_to_pt", to},
-                                                   {"o_modified_from_pt", "new_from"},
-                                                   {"o_modified_to_pt", "new_to"}});
+    const auto better = [&](const std::string& from, const std::string& to) {
+        return robot.passes("NeedToModifyBridge i_bridge_from_pt=" + from + " i_bridge_to_pt=" + to +
+                            " o_modified_from_pt=new_from o_modified_to_pt=new_to");
     };
-    const auto crossed = [&](const char* from, const char* to) {
-        robot.passes("UpdateStepBridge",
-                     {{"origin_bridge", "STEP;900;900;1900;900"}, {"bridge_from", from}, {"bridge_to", to}});
+    const auto crossed = [&](const std::string& from, const std::string& to) {
+        robot.passes("UpdateStepBridge origin_bridge=STEP;900;900;1900;900 bridge_from=" + from +
+                     " bridge_to=" + to);
     };
     EXPECT_FALSE(better("900;900", "1900;900"));
     crossed("950;920", "1880;900");
@@ -192,7 +163,7 @@ TEST_F(LeavesTest, AStepIsTakenFromThenOnWhereItWasCrossed)
     EXPECT_THAT(point("new_from"), Optional(PointMm{1600, 900}));
     EXPECT_FALSE(better("900;1300", "1900;1300")) << "another step";
 
-    robot.passes("InvalidStepBridge", {{"i_bridge", "STEP;900;900;1900;900"}});
+    robot.passes("InvalidStepBridge i_bridge=STEP;900;900;1900;900");
     EXPECT_FALSE(better("900;900", "1900;900"));
 }
 
@@ -200,26 +171,19 @@ TEST(TemporaryBridge, IsCrossedAsSoonAsTheBodyIsOutOfTheVirtualWall)
 {
     NavigationRig robot{NavigationRig::flat(), {{2500, 2600}, {0}}};
     robot.knowHome();
-    robot.blackboard->set("virtual_wall_rects", "2200;2200;3200;3000");
-    ASSERT_TRUE(robot.passes("GenerateVirtualWalls"));
+    robot.drawWalls("virtual_wall_rects=2200;2200;3200;3000");
     ASSERT_TRUE(robot.search("Target", {5700, 1200}));
-    ASSERT_TRUE(robot.passes("CheckPathSegment", {{"input_navi_path", "${navigation_path_segments}"}}));
-    ASSERT_TRUE(robot.passes("BridgeDestructor", {{"bridge", "${navigation_bridge}"},
-                                                  {"out_from_point", "from"},
-                                                  {"out_to_point", "to"},
-                                                  {"out_follow_wall_dist", "follow"}}));
+    ASSERT_TRUE(robot.takeUp() && robot.takeBridge());
     // A follow within the crossing; then the plan goes on from outside.
     robot.passes("ResetBridgeList");
-    const BT::NodeParameters across{{"bridge_to_point", "${far}"}, {"ticks_threshold", "0"}};
-    robot.blackboard->set("far", PointMm{5700, 1200});
-    EXPECT_FALSE(robot.passes("BridgeCrossed", across));
-    robot.body.carryTo({{4000, 2600}, {0}});
-    robot.frame();
-    EXPECT_TRUE(robot.passes("BridgeCrossed", across)) << "however far the goal is";
+    const std::string across = "BridgeCrossed bridge_to_point=5700;1200 ticks_threshold=0";
+    EXPECT_FALSE(robot.passes(across));
+    robot.carryTo({{4000, 2600}, {0}});
+    EXPECT_TRUE(robot.passes(across)) << "however far the goal is";
 
-    robot.blackboard->erase("cross_bridge_success");
+    robot.set("-cross_bridge_success");
     robot.passes("UpdateBridgeCost");
-    EXPECT_TRUE(robot.blackboard->contains("tmp_bridge_cross_failed"));
+    EXPECT_TRUE(robot.keysAre("tmp_bridge_cross_failed"));
 }
 
 TEST_F(LeavesTest, AFailedSearchIsNotRepeatedUntilSomethingHasChanged)
@@ -229,23 +193,18 @@ TEST_F(LeavesTest, AFailedSearchIsNotRepeatedUntilSomethingHasChanged)
         EXPECT_FALSE(searchTolerating(0));
         return std::chrono::steady_clock::now() - start;
     };
-    const auto wall = [&](const char* line) {
-        robot.blackboard->set("virtual_wall_lines", line);
-        robot.passes("GenerateVirtualWalls");
-    };
-    wall("1300;0;1300;1600");
+    robot.drawWalls("virtual_wall_lines=1300;0;1300;1600");
     const auto first = took();
     auto again = took();
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 20; ++i)
         again = std::min(again, took());
-    }
     EXPECT_LT(again, first / 3);
 
     robot.switches.open(this, "VirtualWall", false, false);
     EXPECT_TRUE(searchTolerating(0)) << "the wall does not count";
     robot.switches.close(this);
     took();
-    wall("");
+    robot.drawWalls("virtual_wall_lines=");
     EXPECT_TRUE(searchTolerating(0)) << "it is gone";
     crossBridge(false);
     took();
@@ -304,38 +263,32 @@ TEST_F(LeavesTest, AGoalBeyondTheMapIsRefusedWithAWord)
 
 TEST_F(LeavesTest, ASearchDuringAFollowWantsTheGoalWhateverWasSearchedBefore)
 {
-    robot.blackboard->set("wanted", PointMm{500, 300});
-    robot.blackboard->set("navi_followwall_mode", "TargetNoUnknown");
-    const BT::NodeParameters block{{"search_mode", "Block"},
-                                   {"source_point", "${current_coord}"},
-                                   {"target", "${wanted}"},
-                                   {"output_point", "found"},
-                                   {"target_mode", "${target_mode}"}};
-    EXPECT_FALSE(robot.passes("AwesomeSearch", block));
-    robot.blackboard->set("target_mode", true);
-    EXPECT_TRUE(robot.passes("AwesomeSearch", block));
+    robot.set("navi_followwall_mode=TargetNoUnknown");
+    const std::string block =
+        "AwesomeSearch search_mode=Block source_point=${current_coord} target=500;300 output_point=found "
+        "target_mode=${target_mode}";
+    EXPECT_FALSE(robot.passes(block));
+    robot.set("target_mode=true");
+    EXPECT_TRUE(robot.passes(block));
     EXPECT_THAT(point("found"), Optional(PointMm{500, 300}));
     EXPECT_EQ(robot.text("awesome_search_mode"), "Block");
 }
 
 TEST_F(LeavesTest, TheTrackGivesPlacesThatAreStillClear)
 {
-    robot.body.drive({200, 200});
-    robot.frames(200);
+    robot.drive({200, 200}, 200);
     const PointMm spot{800, 900};
-    const auto awayOfNearest = [&](const char* kind) {
-        EXPECT_TRUE(
-            robot.passes("FindNearestInTrajectory",
-                         {{"start_from", "800;900"}, {"search_for", kind}, {"out_point_grid", "found"}}));
+    const auto awayOfNearest = [&](const std::string& kind) {
+        EXPECT_TRUE(robot.passes("FindNearestInTrajectory start_from=800;900 search_for=" + kind +
+                                 " out_point_grid=found"));
         return distance(*point("found"), spot);
     };
     EXPECT_LT(awayOfNearest("clear"), 50);
     // A virtual wall is nothing to the laser.
-    robot.blackboard->set("virtual_wall_rects", "750;700;850;1100");
-    robot.passes("GenerateVirtualWalls");
+    robot.drawWalls("virtual_wall_rects=750;700;850;1100");
     EXPECT_LT(awayOfNearest("slamclear"), 50);
     EXPECT_GE(awayOfNearest("clear"), 50 + kRobotRadiusMm - kCellMm / 2);
-    ASSERT_TRUE(robot.passes("FindLastInTrajectory", {{"search_for", "clear"}, {"out_point_grid", "last"}}));
+    ASSERT_TRUE(robot.passes("FindLastInTrajectory search_for=clear out_point_grid=last"));
     EXPECT_LT(distance(*point("last"), robot.map.pose().at), 50);
     // A search keeps out of it unless the sensor is off.
     ASSERT_TRUE(robot.search("TargetNoUnknown", spot, "found"));
@@ -347,59 +300,76 @@ TEST_F(LeavesTest, TheTrackGivesPlacesThatAreStillClear)
 
 TEST_F(LeavesTest, LooksAtTheMap)
 {
-    const auto clear = [&](const char* to) {
-        return robot.passes("IsPathClear",
-                            {{"from_point", "${current_pose}"}, {"to_point", to}, {"is_explore", "true"}});
+    const auto clear = [&](const std::string& to) {
+        return robot.passes("IsPathClear from_point=${current_pose} to_point=" + to + " is_explore=true");
     };
     EXPECT_TRUE(clear("1200;900"));
     EXPECT_FALSE(clear("2500;1300")) << "a wall";
-    const auto shutIn = [&](const char* threshold) {
-        return robot.passes("AreaCheck", {{"source_point", "${current_coord}"}, {"threshold", threshold}});
+    const auto shutIn = [&](const std::string& threshold) {
+        return robot.passes("AreaCheck source_point=${current_coord} threshold=" + threshold);
     };
     EXPECT_FALSE(shutIn("400"));
     EXPECT_TRUE(shutIn("600")) << "one room has 552 cells to stand on";
 
     robot.blackboard->set("navi_target_point", kRight);
     ASSERT_TRUE(robot.passes("FindNearestTarget"));
-    EXPECT_LT(point("navi_target_point")->x, 1500);
-    EXPECT_GT(point("navi_target_point")->x, 1200);
+    EXPECT_THAT(point("navi_target_point")->x, AllOf(Lt(1500), Gt(1200)));
 }
 
 TEST_F(LeavesTest, ALockedDrawModeHoldsAgainstInnerSteps)
 {
-    const std::shared_ptr<BT::TreeNode> lock = robot.factory.instantiateTreeNode(
-        "SetMapDrawMode", "lock", {{"draw_mode", "BlockOnly"}, {"LockState", "true"}}, robot.blackboard);
-    EXPECT_EQ(lock->executeTick(), BT::NodeStatus::RUNNING);
-    EXPECT_TRUE(robot.passes("SetMapDrawMode", {{"draw_mode", "None"}}));
+    const auto lock = robot.make("SetMapDrawMode draw_mode=BlockOnly LockState=true");
+    EXPECT_EQ(lock->executeTick(), NodeStatus::RUNNING);
+    EXPECT_TRUE(robot.passes("SetMapDrawMode draw_mode=None"));
     EXPECT_EQ(robot.map.drawMode(), DrawMode::BlockOnly);
     BT::haltNode(*lock);
     EXPECT_EQ(robot.map.drawMode(), DrawMode::Everything);
     EXPECT_EQ(robot.text("current_draw_mode"), "Default");
-    EXPECT_TRUE(robot.passes("SetMapDrawMode", {{"draw_mode", "None"}, {"LockState", "false"}}));
+    EXPECT_TRUE(robot.passes("SetMapDrawMode draw_mode=None LockState=false"));
     EXPECT_EQ(robot.map.drawMode(), DrawMode::Nothing);
-    EXPECT_FALSE(robot.passes("SetMapDrawMode", {{"draw_mode", "Sometimes"}}));
+    EXPECT_FALSE(robot.passes("SetMapDrawMode draw_mode=Sometimes"));
 }
 
 TEST_F(LeavesTest, AHaltedDriveStops)
 {
-    robot.blackboard->set("there", PointMm{1200, 900});
+    robot.set("there=1200;900");
     ASSERT_TRUE(robot.search("Target", {1200, 900}));
-    takeUp();
-    for (const BT::NodeParameters& ports : {BT::NodeParameters{{"path", "${navigation_path}"}},
-                                            BT::NodeParameters{{"target_point", "${there}"}}}) {
-        const std::string id = ports.contains("path") ? "DwaLocalPlanner" : "NaviOnePoint";
-        const std::shared_ptr<BT::TreeNode> drive =
-            robot.factory.instantiateTreeNode(id, id, ports, robot.blackboard);
+    robot.takeUp();
+    for (const char* leaf :
+         {"DwaLocalPlanner path=${navigation_path}", "NaviOnePoint target_point=${there}"}) {
+        const auto drive = robot.make(leaf);
         for (int i = 0; i < 50; ++i) {
             robot.frame();
-            EXPECT_EQ(drive->executeTick(), BT::NodeStatus::RUNNING);
+            EXPECT_EQ(drive->executeTick(), NodeStatus::RUNNING);
         }
         EXPECT_FALSE(robot.body.commanded() == WheelSpeeds{});
         BT::haltNode(*drive);
         EXPECT_EQ(robot.body.commanded(), WheelSpeeds{});
     }
-    EXPECT_FALSE(robot.passes("NaviOnePoint", {{"target_point", "${nowhere}"}}));
-    EXPECT_FALSE(robot.passes("DwaLocalPlanner", {{"path", "${nowhere}"}}));
+    EXPECT_FALSE(robot.passes("NaviOnePoint target_point=${nowhere}"));
+    EXPECT_FALSE(robot.passes("DwaLocalPlanner path=${nowhere}"));
+}
+
+TEST_F(LeavesTest, ASecondPassKeepsTheWallsAndForgetsWhatWasSwept)
+{
+    const auto knowsFloor = [&] { return robot.map.occupancy().at(cellAt({1200, 900})) == CellState::Free; };
+    const auto sweep = [&] {
+        robot.map.cleaned().follow({{500, 900}, {0}}, true);
+        robot.map.cleaned().follow({{520, 900}, {0}}, true);
+        return robot.map.cleaned().areaM2() > 0;
+    };
+    ASSERT_TRUE(knowsFloor());
+    ASSERT_TRUE(sweep());
+    robot.set("reset_map_remain_submap=true");
+    ASSERT_TRUE(robot.passes("ResetMap"));
+    EXPECT_TRUE(knowsFloor());
+    EXPECT_EQ(robot.map.cleaned().areaM2(), 0);
+
+    ASSERT_TRUE(sweep());
+    robot.set("-reset_map_remain_submap");
+    ASSERT_TRUE(robot.passes("ResetMap"));
+    EXPECT_FALSE(knowsFloor());
+    EXPECT_EQ(robot.map.cleaned().areaM2(), 0);
 }
 
 }  // namespace

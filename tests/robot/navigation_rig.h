@@ -19,11 +19,9 @@ class NavigationRig : public RobotRig
 public:
     NavigationRig(Home home, const PoseMm& at) : RobotRig(std::move(home), at)
     {
-        install();
+        install({&motion, &sensing, &escape, &navigation, &wall_following});
         navigation.borders().feltBy(sensing);
-        for (Service* service : services()) {
-            service->update();
-        }
+        update();
     }
     ~NavigationRig() override { dropTrees(); }
 
@@ -37,13 +35,12 @@ public:
     }
 
     // Enters a tree and ticks it until it ends; nothing runs after that.
-    BT::NodeStatus runTree(const std::string& name, int most_frames)
+    NodeStatus runTree(const std::string& name, int most_frames)
     {
         enter(name);
-        const BT::NodeStatus status = run(most_frames);
-        if (status != BT::NodeStatus::RUNNING) {
+        const NodeStatus status = run(most_frames);
+        if (status != NodeStatus::RUNNING)
             tree = {};
-        }
         return status;
     }
 
@@ -51,12 +48,31 @@ public:
                 int tolerated_failures = 0)
     {
         blackboard->set("wanted", target);
-        return passes("AwesomeSearch", {{"search_mode", mode},
-                                        {"source_point", "${current_coord}"},
-                                        {"target", "${wanted}"},
-                                        {"region", "${gridmap_limit}"},
-                                        {"output_point", output},
-                                        {"failure_tolerance", std::to_string(tolerated_failures)}});
+        return passes(
+            "AwesomeSearch search_mode=" + mode +
+            " source_point=${current_coord} target=${wanted} region=${gridmap_limit} output_point=" + output +
+            " failure_tolerance=" + std::to_string(tolerated_failures));
+    }
+
+    // Takes up the next piece of the plan; the bridge that it is.
+    bool takeUp() { return passes("CheckPathSegment input_navi_path=${navigation_path_segments}"); }
+    bool takeBridge()
+    {
+        return passes(
+            "BridgeDestructor bridge=${navigation_bridge} out_from_point=from out_to_point=to "
+            "out_follow_wall_dist=follow");
+    }
+    // A place at the edge of what is known.
+    bool frontier()
+    {
+        return passes(
+            "AwesomeSearch search_mode=Explore source_point=${current_coord} target=default "
+            "region=${gridmap_limit} output_point=navi_target_point");
+    }
+    void drawWalls(const std::string& notes)
+    {
+        set(notes);
+        EXPECT_TRUE(passes("GenerateVirtualWalls"));
     }
 
     Localisation localisation{body};
@@ -66,12 +82,6 @@ public:
     EscapeService escape{parts, sensing};
     NavigationService navigation{parts, map, switches};
     WallFollowing wall_following{parts, navigation.view(), navigation.search()};
-
-private:
-    std::vector<Service*> services() override
-    {
-        return {&motion, &sensing, &escape, &navigation, &wall_following};
-    }
 };
 
 }  // namespace vemra::robot

@@ -1,11 +1,7 @@
-#include <gmock/gmock.h>
-
 #include "robot/navigation_rig.h"
 
 namespace vemra::robot {
 namespace {
-
-using BT::NodeStatus;
 
 // A room of 4 m by 3 m with a block of 600 mm in its middle.
 std::vector<std::string> roomWithBlock()
@@ -64,21 +60,18 @@ TEST_F(WallTest, FollowWallProcKeepsTheWallOnTheAskedSide)
 
 TEST_F(WallTest, FollowingEndsAtTheEdgeOfTheRectangle)
 {
-    robot.body.carryTo({{1000, 300}, {0}});
-    robot.frame();
-    robot.blackboard->set("follow_wall_dir", "true");
+    robot.carryTo({{1000, 300}, {0}});
+    robot.set("follow_wall_dir=true");
     ASSERT_TRUE(robot.passes("SetFollowWallRectLimit"));
     EXPECT_EQ(robot.runTree("FollowWallTillRectLimit", 2000), NodeStatus::SUCCESS);
-    EXPECT_GT(robot.away({1000, 300}), 500);
-    EXPECT_LT(robot.away({1000, 300}), 800);
+    EXPECT_THAT(robot.away({1000, 300}), AllOf(Gt(500), Lt(800)));
 }
 
 TEST_F(WallTest, FollowingEndsWhenItComesRound)
 {
     robot.body.carryTo({{2050, 1060}, {0}});  // the block on the left
     robot.frame();
-    robot.blackboard->set("follow_wall_dir", "false");
-    robot.blackboard->set("follow_wall_limit", "0;0;4100;3100");
+    robot.set("follow_wall_dir=false follow_wall_limit=0;0;4100;3100");
     EXPECT_EQ(robot.runTree("FollowWallTillRectLimit", 4000), NodeStatus::FAILURE);
     EXPECT_GT(robot.frames_run, 700) << "once round the block";
     EXPECT_LT(robot.away({2050, 1060}), 400);
@@ -88,10 +81,7 @@ TEST_F(WallTest, ThroughObstacleNavigationGetsBehindAWall)
 {
     // A wall across the room, open at its upper end.
     robot.world.putDown({{3000, 50}, {3100, 2200}});
-    robot.body.carryTo({{2700, 800}, {0}});
-    for (int i = 0; i < 60; ++i) {
-        robot.frame();
-    }
+    robot.carryTo({{2700, 800}, {0}}, 60);
     robot.blackboard->slot("initial_bump_pose").assign(*robot.blackboard->getAny("current_pose"));
     robot.blackboard->set("follow_wall_dir", "false");
     EXPECT_EQ(robot.runTree("ThroughObstacleNavigation", 5000), NodeStatus::SUCCESS);
@@ -102,17 +92,17 @@ TEST_F(WallTest, ThroughObstacleNavigationGetsBehindAWall)
 
 TEST_F(WallTest, TheBorderOfThePartIsFollowedLikeAWall)
 {
-    const BT::NodeParameters border{{"sensor", "SubregionBorder"}};
+    const std::string border = "SensorTriggerBump sensor=SubregionBorder";
     robot.blackboard->set("current_subregion", BoxMm{{-1000, -1000}, {1500, 4000}});
     robot.body.carryTo({{1400, 1500}, {0}});
     robot.blackboard->set("bump_dir", "None");
     robot.frames(2);
-    EXPECT_FALSE(robot.passes("SensorTriggerBump", border)) << "it is off";
-    EXPECT_FALSE(robot.passes("SensorTriggerBump", {{"sensor", "Nowhere"}}));
+    EXPECT_FALSE(robot.passes(border)) << "it is off";
+    EXPECT_FALSE(robot.passes("SensorTriggerBump sensor=Nowhere"));
     EXPECT_EQ(robot.text("bump_dir"), "None");
 
     robot.switches.open(this, "SubregionBorder", true, false);
-    ASSERT_TRUE(robot.passes("SensorTriggerBump", border));
+    ASSERT_TRUE(robot.passes(border));
     EXPECT_EQ(robot.text("bump_dir"), "virtual");
     robot.blackboard->set("follow_wall_dir", "true");
     robot.enter("FollowWallProc");
@@ -131,15 +121,13 @@ TEST_F(WallTest, TheBorderOfThePartIsFollowedLikeAWall)
     EXPECT_LT(robot.at().x, 1000) << "and along the wall back";
     EXPECT_FALSE(robot.bumped);
 
-    robot.body.carryTo({{1570, 1500}, {0}});
-    robot.frame();
-    EXPECT_EQ(robot.sensing.contact(), "virtual");
-    robot.body.carryTo({{1570, 1500}, {180}});
-    robot.frame();
-    EXPECT_EQ(robot.sensing.contact(), "None") << "it turns its back to it";
-    robot.body.carryTo({{1800, 700}, {180}});
-    robot.frame();
-    EXPECT_EQ(robot.sensing.contact(), "None") << "it is outside";
+    const auto contactAt = [this](const PoseMm& at) {
+        robot.carryTo(at);
+        return robot.sensing.contact();
+    };
+    EXPECT_EQ(contactAt({{1570, 1500}, {0}}), "virtual");
+    EXPECT_EQ(contactAt({{1570, 1500}, {180}}), "None") << "it turns its back to it";
+    EXPECT_EQ(contactAt({{1800, 700}, {180}}), "None") << "it is outside";
 }
 
 // Whatever stands there, and whether or not the laser sees it: in each minute the robot gets on.
@@ -184,23 +172,19 @@ TEST_F(WallTest, WithNoRoomToBackOffItTurnsAway)
     robot.body.carryTo({{975, 700}, {0}});
     robot.blackboard->set("follow_wall_dir", "true");
     robot.enter("FollowWallProc");
-    for (int i = 0; i < 1500 && robot.away({975, 700}) < 500; ++i) {
+    for (int i = 0; i < 1500 && robot.away({975, 700}) < 500; ++i)
         ASSERT_EQ(robot.frame(), NodeStatus::RUNNING) << i;
-    }
     EXPECT_GE(robot.away({975, 700}), 500) << "at " << robot.at();
 }
 
 TEST_F(WallTest, CollisionsAtOnePlaceAreTooManyAtLastAndElsewhereAreNot)
 {
     int times = 0;
-    while (times < 50 && robot.passes("CheckSuccessiveCollision")) {
+    while (times < 50 && robot.passes("CheckSuccessiveCollision"))
         ++times;
-    }
-    EXPECT_GE(times, 3);
-    EXPECT_LT(times, 20);
+    EXPECT_THAT(times, AllOf(Ge(3), Lt(20)));
     for (int i = 0; i < 18; ++i) {
-        robot.body.carryTo({{400.0 + 400 * (i % 9), 400}, {0}});
-        robot.frame();
+        robot.carryTo({{400.0 + 400 * (i % 9), 400}, {0}});
         EXPECT_TRUE(robot.passes("CheckSuccessiveCollision")) << "counting begins anew";
     }
 }

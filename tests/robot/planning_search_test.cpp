@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <limits>
 
 #include "robot/base/chance.h"
@@ -7,12 +5,10 @@
 #include "robot/planning/arcs.h"
 #include "robot/planning/planner.h"
 #include "robot/world/dock.h"
+#include "support/matchers.h"
 
 namespace vemra::robot {
 namespace {
-
-using testing::ElementsAre;
-using testing::Ge;
 
 // Two rooms of 1.5 m and a wall between them, with a door in it of so many cells.
 std::vector<std::string> twoRooms(int door_cells)
@@ -111,9 +107,8 @@ TEST(FindWay, TheNearestPlaceIsFoundWithoutAFlood)
     int failed = 0;
     for (int i = 0; i < 300; ++i) {
         CostGrid costs({{-3, -3}, {17, 17}}, 0, 0);
-        for (std::uint8_t& cost : costs.cells()) {
+        for (std::uint8_t& cost : costs.cells())
             cost = chance.uniform() < 0.6 ? static_cast<std::uint8_t>(10 + chance.uniform() * 30) : 0;
-        }
         const PointMm to{chance.uniform() * 1400 - 400, chance.uniform() * 1400 - 400};
         const double radius_mm =
             i % 10 == 0 ? std::numeric_limits<double>::infinity() : chance.uniform() * 400;
@@ -132,8 +127,7 @@ TEST(FindWay, TheNearestPlaceIsFoundWithoutAFlood)
             EXPECT_EQ(way->cells.front(), (CellIndex{5, 5}));
         }
     }
-    EXPECT_GT(failed, 50);
-    EXPECT_LT(failed, 250);
+    EXPECT_THAT(failed, AllOf(Gt(50), Lt(250)));
 }
 
 TEST(FindPath, NoStepGoesPastACornerOrThroughTheRim)

@@ -1,7 +1,4 @@
-#include <gmock/gmock.h>
-
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "robot/files.h"
 #include "support/program.h"
@@ -9,26 +6,14 @@
 namespace vemra::robot {
 namespace {
 
+using test::linesOf;
 using test::ProgramResult;
 using test::runVemra;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
 
 ProgramResult run(std::vector<std::string> words)
 {
     words.insert(words.begin(), "run");
     return runVemra(words);
-}
-
-std::vector<std::string> linesOf(const std::string& text)
-{
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 TEST(RunCommand, PrintsOneObjectALineAndTheReportLast)
@@ -96,7 +81,7 @@ TEST(RunCommand, LeavesItsRecordsInAFolder)
     const auto out = folder / "deep/out";
     const ProgramResult result = run({"--frames", "300", "--out", out.string()});
     ASSERT_EQ(result.exit_code, 0) << result.err;
-    EXPECT_THAT(result.out, AllOf(HasSubstr("ChargingMode"), testing::Not(HasSubstr("\033["))));
+    EXPECT_THAT(result.out, AllOf(HasSubstr("ChargingMode"), Not(HasSubstr("\033["))));
     EXPECT_THAT(bytesOf(out / "timeline.txt"), testing::StrEq(result.out));
     EXPECT_EQ(linesOf(bytesOf(out / "events.jsonl")).back().substr(0, 10), "{\"report\":");
     EXPECT_EQ(nlohmann::json::parse(bytesOf(out / "report.json"))["frames"], 300);
@@ -105,8 +90,8 @@ TEST(RunCommand, LeavesItsRecordsInAFolder)
     EXPECT_THAT(track[0], StartsWith("frame,time_s,x_mm,y_mm,yaw_deg,believed_x_mm"));
     for (const std::string& row : track)
         EXPECT_EQ(std::count(row.begin(), row.end(), ','), 12) << row;
-    EXPECT_THAT(track, testing::Contains(
-                           "20,0.40,3000.0,3625.0,90.00,3000.0,3625.0,90.00,0,0,100.00,ChargingMode,0.00"))
+    EXPECT_THAT(track,
+                Contains("20,0.40,3000.0,3625.0,90.00,3000.0,3625.0,90.00,0,0,100.00,ChargingMode,0.00"))
         << "a change of mode";
     for (const char* picture : {"timeline.png", "home.png"})
         EXPECT_THAT(bytesOf(out / picture), StartsWith("\x89PNG")) << picture;
@@ -145,8 +130,9 @@ TEST(RunCommand, TicksAnotherTreeAsRoot)
 TEST(RunCommand, RefusesBadInputWithPlaceAndExpectation)
 {
     const Folder folder;
-    const std::string scenario =
-        folder.write("bad.yaml", "name: b\nframes: 9\nevents:\n  - {at: 1, key: go}\n").string();
+    const auto scenario = [&](const std::string& name, const std::string& fields) {
+        return folder.write(name, "name: b\nframes: 9\n" + fields + "\n").string();
+    };
     const std::string out = (folder / "out").string();
     const auto fault = [&](std::vector<std::string> words) {
         words.insert(words.begin(), {"--out", out});
@@ -156,28 +142,26 @@ TEST(RunCommand, RefusesBadInputWithPlaceAndExpectation)
         EXPECT_FALSE(std::filesystem::exists(out)) << "nothing is left behind";
         return result.err;
     };
-    EXPECT_THAT(fault({"--scenario", scenario}), HasSubstr("bad.yaml:4: \"key\": expected one of start"));
+    EXPECT_THAT(fault({"--scenario", scenario("bad.yaml", "events:\n  - {at: 1, key: go}")}),
+                HasSubstr("bad.yaml:4: \"key\": expected one of start"));
     EXPECT_THAT(fault({"--home", "nowhere.yaml"}), HasSubstr("nowhere.yaml: cannot be read"));
     EXPECT_THAT(fault({"--dock", "3,3"}), HasSubstr("expected X,Y,DEG"));
     EXPECT_THAT(fault({"--dock", "0,0,0"}), HasSubstr("has no room for the robot"));
     EXPECT_THAT(fault({"--tree", "RobotNod"}), HasSubstr("did you mean 'RobotNode'?"));
-    EXPECT_THAT(fault({"--plugin", scenario}), HasSubstr("cannot be loaded as a library of trees"));
+    EXPECT_THAT(fault({"--plugin", folder / "bad.yaml"}),
+                HasSubstr("cannot be loaded as a library of trees"));
     EXPECT_THAT(fault({"--sede", "1"}), HasSubstr("--sede"));
     for (const char* number : {"0", "-1", "1.5", "many", "99999999999999999999999"})
         EXPECT_THAT(fault({"--frames", number}), HasSubstr("expected a whole number from 1 to")) << number;
     EXPECT_THAT(fault({"--seed", "-1"}), HasSubstr("expected a whole number of at least 0, not '-1'"));
-    const std::string posed =
-        folder.write("posed.yaml", "name: p\nframes: 9\nstart:\n  on_dock: false\n  pose: [90, 0, 0]\n")
-            .string();
-    EXPECT_THAT(fault({"--scenario", posed}), HasSubstr("posed.yaml:5: \"pose\": expected a place"));
-    EXPECT_EQ(run({"--frames", "5", "--out", scenario}).exit_code, 2) << "a file where a folder is to be";
-    const std::string outside =
-        folder
-            .write("outside.yaml",
-                   "name: o\nframes: 9\nevents:\n  - {at: 1, put_down: a, box_at: [1, 1, 99, 2]}\n")
-            .string();
-    EXPECT_THAT(fault({"--scenario", outside}),
-                HasSubstr("outside.yaml:4: \"box_at\": expected a place within"));
+    for (const char* event : {"box_at: [1, 1, 99, 2], put_down: a", "carry_to: [-50, 0, 0]"})
+        EXPECT_THAT(
+            fault({"--scenario", scenario("far.yaml", std::string("events:\n  - {at: 1, ") + event + "}")}),
+            AllOf(HasSubstr("far.yaml:4: \""), HasSubstr("\": expected a place")));
+    EXPECT_THAT(fault({"--scenario", scenario("far.yaml", "start:\n  on_dock: false\n  pose: [90, 0, 0]")}),
+                HasSubstr("far.yaml:5: \"pose\": expected a place"));
+    EXPECT_EQ(run({"--frames", "5", "--out", folder / "bad.yaml"}).exit_code, 2)
+        << "a file where a folder is to be";
     EXPECT_THAT(fault({"--tree", "GotoPoint", "--goal", "99,0"}),
                 HasSubstr("--goal: expected a place within"));
     EXPECT_THAT(fault({"--goal", "1"}), HasSubstr("expected X,Y in metres"));

@@ -1,21 +1,12 @@
 #include "robot/scenario/scenario.h"
 
-#include <gmock/gmock.h>
-
 #include "robot/files.h"
 
 namespace vemra::robot {
 namespace {
 
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Optional;
-using testing::Pair;
-
-class ScenarioFile : public testing::Test
+struct ScenarioFile : testing::Test
 {
-protected:
     Scenario read(const std::string& text) const { return readScenario(folder_.write("day.yaml", text)); }
 
     // A scenario of one event, which stands on line 4.
@@ -35,19 +26,29 @@ protected:
         return faultOf([&] { readEvent(event); });
     }
 
+    static auto here(const std::string& expected)
+    {
+        return AllOf(HasSubstr("day.yaml:4: "), HasSubstr(expected));
+    }
+    std::string whole(const std::string& text) const
+    {
+        return faultOf([&] { read(text); });
+    }
+
     Folder folder_;
 };
 
 TEST(ScenarioTime, CountsOfFramesAndTimesWithUnits)
 {
-    EXPECT_THAT(framesOfText("500"), Optional(500));
-    EXPECT_THAT(framesOfText("0"), Optional(0));
-    EXPECT_THAT(framesOfText("20ms"), Optional(1));
-    EXPECT_THAT(framesOfText("12s"), Optional(600));
-    EXPECT_THAT(framesOfText("1.5s"), Optional(75));
-    EXPECT_THAT(framesOfText("3m"), Optional(9000));
-    EXPECT_THAT(framesOfText("2h"), Optional(360000));
-    EXPECT_THAT(framesOfText("1h30m"), Optional(270000));
+    for (const auto& [text, frames] : {std::pair{"500", 500U},
+                                       {"0", 0U},
+                                       {"20ms", 1U},
+                                       {"12s", 600U},
+                                       {"1.5s", 75U},
+                                       {"3m", 9000U},
+                                       {"2h", 360000U},
+                                       {"1h30m", 270000U}})
+        EXPECT_THAT(framesOfText(text), Optional(frames)) << text;
     for (const char* bad : {"", "-1", "-0s", "1.5", "30ms", "12 s", "12x", "s", "1m30", "1e3", "nan", "inf",
                             "999999999h", "0s5"}) {
         EXPECT_EQ(framesOfText(bad), std::nullopt) << bad;
@@ -105,24 +106,20 @@ TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
     EXPECT_TRUE(open.on_dock);
     EXPECT_EQ(open.charge_rate, std::nullopt);
 
-    const ScenarioStart start =
-        read(
-            "name: a\nframes: 1\nstart: {on_dock: false, pose: [1, 2, 90], battery: 14.5, "
-            "child_lock: true, drain_rate: 20, breakpoint_resume: false, annoy: {from: 1s, "
-            "to: 2s}, parameters_confirmed_after: 30, map: {present: false, known: true, been: [[1, 2.5]], "
-            "check: -1}, keys: {a: 1}}\n")
-            .start;
+    const ScenarioStart start = read(
+                                    "name: a\nframes: 1\nstart: {on_dock: false, pose: [1, 2, 90], battery: "
+                                    "14.5, drain_rate: 20, breakpoint_resume: "
+                                    "false, annoy: {from: 1s, to: 2s}, map: {known: true, been: [[1, 2.5]], "
+                                    "check: -1}, keys: {a: 1}}\n")
+                                    .start;
     EXPECT_FALSE(start.on_dock);
     EXPECT_THAT(start.pose, Optional(PoseMm{{1000, 2000}, {90}}));
     EXPECT_EQ(start.battery, 14.5);
-    EXPECT_TRUE(start.child_lock);
     EXPECT_THAT(start.drain_rate, Optional(20));
     EXPECT_THAT(start.breakpoint_resume, Optional(false));
     ASSERT_TRUE(start.annoy);
     EXPECT_EQ(start.annoy->from, 50U);
     EXPECT_EQ(start.annoy->to, 100U);
-    EXPECT_THAT(start.parameters_confirmed_after, Optional(30));
-    EXPECT_FALSE(start.map.present);
     EXPECT_THAT(start.keys.values, ElementsAre(Pair("a", "1")));
     EXPECT_EQ(start.map.check, -1);
     EXPECT_EQ(start.map.been, (std::vector<PointMm>{{1000, 2500}}));
@@ -131,7 +128,6 @@ TEST_F(ScenarioFile, StartKeepsWhatItSaysAndLeavesTheRestOpen)
 // Four bytes that the parser makes no headway with, and ten lines that stand for ten million values.
 TEST_F(ScenarioFile, WhatATextStandsForIsBounded)
 {
-    const auto whole = [&](const std::string& text) { return faultOf([&] { read(text); }); };
     EXPECT_THAT(whole(", a"), HasSubstr("day.yaml:1: not YAML: a value was expected here"));
     std::string bomb = "a0: &a0 [x, x, x, x, x, x, x, x, x, x]\n";
     for (int i = 1; i < 8; ++i) {
@@ -161,11 +157,8 @@ TEST_F(ScenarioFile, ExpectationsStandBesideEventsOrAlone)
     EXPECT_EQ(scenario.expectations[2].to, 14U);
     EXPECT_EQ(scenario.expectations[2].line, 4);
     EXPECT_EQ(scenario.expectations[2].state.mode, Mode::Charging);
-    EXPECT_THAT(scenario.expectations[2].events.music, Optional(testing::IsEmpty()));
+    EXPECT_THAT(scenario.expectations[2].events.music, Optional(IsEmpty()));
 
-    const auto here = [](const std::string& expected) {
-        return AllOf(HasSubstr("day.yaml:4: "), HasSubstr(expected));
-    };
     EXPECT_THAT(fault("at: 1, expect: {}"), here("something to look for"));
     EXPECT_THAT(fault("at: 1, expect: {within: 3}"), here("something to look for"));
     EXPECT_THAT(fault("at: 1, expect: {mood: good}"), here("no field \"mood\": expected one of mode"));
@@ -180,9 +173,6 @@ TEST_F(ScenarioFile, ExpectationsStandBesideEventsOrAlone)
 
 TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
 {
-    const auto here = [](const std::string& expected) {
-        return AllOf(HasSubstr("day.yaml:4: "), HasSubstr(expected));
-    };
     EXPECT_THAT(fault("at: 1, key: go"), here("one of start, home, key1, key2"));
     EXPECT_THAT(fault("at: 1, app: dance"), here("one of pause, standby, auto"));
     EXPECT_THAT(fault("at: 1, enter_mode: auto"), here("one of part_clean, follow_wall, wifi"));
@@ -212,7 +202,6 @@ TEST_F(ScenarioFile, FaultsNameTheLineAndTheWordsThatWouldDo)
     EXPECT_THAT(fault("at: 1, take_away: chair"), here("put down before, not \"chair\""));
     EXPECT_THAT(fault("at: 1h, key: start"), here("before the end of the run"));
 
-    const auto whole = [&](const std::string& text) { return faultOf([&] { read(text); }); };
     EXPECT_THAT(whole("name: a\nframes: 0\n"), HasSubstr("day.yaml:2: \"frames\": expected at least one"));
     EXPECT_THAT(whole("name: a\nframes: 9\nevent: []\n"),
                 HasSubstr("day.yaml:3: a scenario has no field \"event\""));

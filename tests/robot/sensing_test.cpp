@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <algorithm>
 
 #include "robot/body_rig.h"
 #include "robot/services/sensing/sensing_direction.h"
@@ -6,17 +6,14 @@
 namespace vemra::robot {
 namespace {
 
-using BT::NodeStatus;
-
-class Sensing : public testing::Test
+struct Sensing : testing::Test
 {
-protected:
     // 3 m by 3 m of floor; the robot in the middle looks to the right.
     BodyRig rig{room(60, 60), {{1500, 1500}, {0}}};
 
-    bool bumped(const char* leaf = "SensorCheckBumped")
+    bool bumped(const std::string& leaf = "SensorCheckBumped")
     {
-        return rig.passes(leaf, {{"out_bump_dir", "bump_dir"}});
+        return rig.passes(leaf + " out_bump_dir=bump_dir");
     }
 
     // What is felt now, as the trees see it.
@@ -35,9 +32,8 @@ TEST(BumpDirection, TwoContactsMakeOne)
                                     {"", "None", "None"},
                                     {"virtual", "right_dock", "right_dock"},
                                     {"left_cliff", "right", "right"}};  // what was touched counts most
-    for (const auto& [a, b, merged] : cases) {
+    for (const auto& [a, b, merged] : cases)
         EXPECT_EQ(mergedDirection(a, b), merged) << a << ' ' << b;
-    }
 }
 
 TEST(SensorSwitches, TheYoungestScopeDecidesUnlessAnOlderOneIsLocked)
@@ -63,16 +59,14 @@ TEST(SensorSwitches, TheYoungestScopeDecidesUnlessAnOlderOneIsLocked)
 TEST_F(Sensing, TheBumperTellsWhereItIsPressed)
 {
     EXPECT_EQ(felt(), "None");
-    EXPECT_FALSE(rig.passes("Bumped", {{"bump_dir", "${bump_dir}"}}));
+    EXPECT_FALSE(rig.passes("Bumped bump_dir=${bump_dir}"));
     rig.body.carryTo({{2740, 1500}, {60}});
-    rig.body.drive({150, 150});
-    rig.frames(40);
+    rig.drive({150, 150}, 40);
     EXPECT_EQ(felt(), "right");
-    EXPECT_TRUE(rig.passes("Bumped", {{"bump_dir", "${bump_dir}"}}));
-    EXPECT_TRUE(rig.passes("BumpdirMatch", {{"para_a", "${bump_dir}"}, {"para_b", "right"}}));
-    ASSERT_TRUE(rig.passes(
-        "BumpdirMerge",
-        {{"bumpdir1", "${bump_dir}"}, {"bumpdir2", "${merge_bump_dir}"}, {"out_bumpdir", "bump_dir"}}));
+    EXPECT_TRUE(rig.passes("Bumped bump_dir=${bump_dir}"));
+    EXPECT_TRUE(rig.passes("BumpdirMatch para_a=${bump_dir} para_b=right"));
+    ASSERT_TRUE(
+        rig.passes("BumpdirMerge bumpdir1=${bump_dir} bumpdir2=${merge_bump_dir} out_bumpdir=bump_dir"));
     EXPECT_EQ(rig.text("bump_dir"), "right") << "a key that is not there adds nothing";
     rig.blackboard->set("ignore_all_bump_event_flag", "");
     EXPECT_FALSE(bumped());
@@ -82,11 +76,11 @@ TEST_F(Sensing, BehindTheRobotCountsWhereATreeAsksForIt)
 {
     rig.body.carryTo({{250, 1500}, {0}});
     EXPECT_EQ(felt(), "None");
-    rig.enterLeaf("TemporarilyEnableSensor", {{"sensor", "BackWardsBump"}});
+    rig.enterLeaf("TemporarilyEnableSensor sensor=BackWardsBump");
     rig.frame();
     EXPECT_EQ(felt(), "BackWardsBump");
-    EXPECT_FALSE(rig.passes("BodyInObstacle", {{"outline_dist", "0"}}));
-    EXPECT_TRUE(rig.passes("BodyInObstacle", {{"outline_dist", "60"}}));
+    EXPECT_FALSE(rig.passes("BodyInObstacle outline_dist=0"));
+    EXPECT_TRUE(rig.passes("BodyInObstacle outline_dist=60"));
 }
 
 TEST_F(Sensing, AnEdgeCountsUnlessItIsSwitchedOffInThisFrame)
@@ -111,7 +105,7 @@ TEST_F(Sensing, VirtualWallsHoldTheRobotBackButLetItOut)
     EXPECT_EQ(felt(), "None") << "behind the robot";
     rig.body.carryTo({{1500, 1500}, {0}});
 
-    rig.enterLeaf("TemporarilyDisableSensor", {{"sensor", "VirtualWall"}, {"lock_status", "false"}});
+    rig.enterLeaf("TemporarilyDisableSensor sensor=VirtualWall lock_status=false");
     EXPECT_EQ(rig.frame(), NodeStatus::RUNNING);
     EXPECT_EQ(felt(), "None");
     BT::haltNode(*rig.tree.root_node);
@@ -120,7 +114,7 @@ TEST_F(Sensing, VirtualWallsHoldTheRobotBackButLetItOut)
     rig.walls.lines.clear();
     rig.walls.areas.push_back({{1650, 1000}, {2500, 1000}, {2500, 2000}, {1650, 2000}});
     EXPECT_EQ(felt(), "virtual");
-    ASSERT_TRUE(rig.passes("SensorProbeBump", {{"out_str", "sensor_probe_trap"}}));
+    ASSERT_TRUE(rig.passes("SensorProbeBump out_str=sensor_probe_trap"));
     EXPECT_EQ(rig.text("sensor_probe_trap"), "PolygonTrap");
     rig.body.carryTo({{2400, 1500}, {0}});
     EXPECT_EQ(felt(), "None") << "from within it is free to leave";
@@ -141,6 +135,84 @@ TEST_F(Sensing, BeingMovedAndLiftedIsFelt)
     EXPECT_FALSE(rig.passes("DoesWheelsChangedWhenSleep"));
     rig.frames(60);
     EXPECT_FALSE(rig.passes("DoesIMUDetectMoveLast2S"));
+}
+
+// The review of an obstacle, by the tree of the plug-in.
+struct Review : testing::Test
+{
+    BodyRig rig{room(60, 60), {{1500, 1500}, {0}}};
+    double least_yaw = 0;
+    double most_yaw = 0;
+    PointMm furthest;
+
+    // One step of a wall follow's review; how the robot moved in it is kept.
+    NodeStatus step()
+    {
+        rig.blackboard->set("current_draw_mode", "Default");
+        const PointMm from = rig.at();
+        least_yaw = most_yaw = rig.yaw();
+        furthest = from;
+        rig.enter("LaserReviewAction");
+        NodeStatus status = NodeStatus::RUNNING;
+        for (int i = 0; i < 2000 && status == NodeStatus::RUNNING; ++i) {
+            status = rig.frame();
+            least_yaw = std::min(least_yaw, rig.yaw());
+            most_yaw = std::max(most_yaw, rig.yaw());
+            if (distance(rig.at(), from) > distance(furthest, from))
+                furthest = rig.at();
+        }
+        rig.tree = {};
+        rig.frames(20);
+        return status;
+    }
+};
+
+TEST_F(Review, ALowThingAheadIsLookedAtOnceFromSidesAndALittleAway)
+{
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_EQ(furthest, (PointMm{1500, 1500})) << "nothing to look at";
+
+    rig.world.putDown({{1750, 1450}, {1800, 1550}}, Height::Low);
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_NEAR(furthest.x, 1450, 12) << "50 mm back";
+    EXPECT_NEAR(most_yaw, 20, 4);
+    EXPECT_NEAR(least_yaw, -20, 4);
+    EXPECT_NEAR(rig.yaw(), 0, 4);
+    EXPECT_NEAR(rig.at().x, 1500, 12);
+    EXPECT_TRUE(rig.keysAre("current_action=SuspectWireDetect -review_halt_token")) << "it is where it was";
+
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_LT(most_yaw - least_yaw, 1) << "known by now";
+
+    // A thing that the laser sees needs no second look.
+    rig.world.putDown({{1400, 2250}, {1600, 2300}});
+    rig.body.carryTo({{1500, 2000}, {90}});
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_LT(most_yaw - least_yaw, 1);
+}
+
+TEST_F(Review, AStepInTheFloorIsLookedAtOnceFromAHandsWidthAway)
+{
+    rig.set("fAngle_start=20 fAngle_dest=20");
+    // Felt to the left of where the robot looks, under the rim of its body.
+    rig.world.putDown({{1580, 1600}, {1700, 1900}}, Height::Step);
+    rig.frame();
+    EXPECT_TRUE(rig.blackboard->contains("suspect_step"));
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_TRUE(rig.keysAre("current_action=SuspectLineDetect -suspect_step"));
+    EXPECT_NEAR(distance(furthest, {1500, 1500}), 100, 12);
+    EXPECT_NEAR(most_yaw, 70, 10) << "turned to it, then 20 degrees to either side";
+    EXPECT_NEAR(rig.yaw(), 50, 10);
+
+    EXPECT_EQ(step(), NodeStatus::SUCCESS);
+    EXPECT_LT(most_yaw - least_yaw, 1) << "known by now";
+
+    // One that it has left behind is no longer looked for.
+    rig.world.putDown({{2120, 1450}, {2200, 1550}}, Height::Step);
+    rig.carryTo({{1950, 1500}, {0}});
+    EXPECT_TRUE(rig.blackboard->contains("suspect_step"));
+    rig.carryTo({{1200, 1500}, {0}});
+    EXPECT_FALSE(rig.blackboard->contains("suspect_step"));
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <gmock/gmock.h>
 
 #include <cmath>
 #include <nlohmann/json.hpp>
@@ -14,9 +13,6 @@
 namespace vemra::robot {
 namespace {
 
-using testing::Ge;
-using testing::Le;
-
 struct Shape
 {
     std::string name;
@@ -30,11 +26,9 @@ struct Shape
 // Walls of two cells around so much floor.
 std::vector<std::string> walled(int columns, int rows)
 {
-    std::vector<std::string> lines = room(columns + 4, rows + 4);
-    fill(lines, {1, 1}, {columns + 2, 1}, '#');
-    fill(lines, {1, rows + 2}, {columns + 2, rows + 2}, '#');
-    fill(lines, {1, 1}, {1, rows + 2}, '#');
-    fill(lines, {columns + 2, 1}, {columns + 2, rows + 2}, '#');
+    std::vector<std::string> lines(static_cast<std::size_t>(rows) + 4,
+                                   std::string(static_cast<std::size_t>(columns) + 4, '#'));
+    fill(lines, {2, 2}, {columns + 1, rows + 1}, '.');
     return lines;
 }
 

@@ -13,9 +13,8 @@ inline Home sketch(const std::vector<std::string>& lines)
 {
     std::vector<CellState> cells;
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
-        for (const char c : *line) {
+        for (const char c : *line)
             cells.push_back(c == '#' ? CellState::Occupied : c == '.' ? CellState::Free : CellState::Unknown);
-        }
     }
     return {static_cast<int>(lines.front().size()), static_cast<int>(lines.size()), {0, 0}, std::move(cells)};
 }
@@ -26,9 +25,8 @@ inline std::vector<std::string> sketched(const Home& home)
     std::vector<std::string> lines;
     for (int row = home.rows() - 1; row >= 0; --row) {
         std::string line;
-        for (int column = 0; column < home.columns(); ++column) {
+        for (int column = 0; column < home.columns(); ++column)
             line += ".#?"[static_cast<int>(home.at(CellIndex{column, row}))];
-        }
         lines.push_back(line);
     }
     return lines;

@@ -1,11 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <thread>
 
 #include "runtime/scripted_tree.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
@@ -146,7 +144,7 @@ TEST(Coroutine, AHaltEndsThoughTheFlowCatchesAll)
         node.halt();
         EXPECT_EQ(node.status(), NodeStatus::IDLE);
         EXPECT_EQ(node.executeTick(), NodeStatus::RUNNING);
-        EXPECT_THAT(node.steps, testing::ElementsAre("begins", "goes on", "caught", "begins"));
+        EXPECT_THAT(node.steps, ElementsAre("begins", "goes on", "caught", "begins"));
         node.halt();
     }
 }

@@ -1,11 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <optional>
 
 #include "runtime/host_store.h"
 #include "runtime/scripted_tree.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {

@@ -2,19 +2,16 @@
 // on both kinds of blackboard.
 #include "runtime/host_store.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "runtime/scripted_tree.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
 
 using BT::NodeStatus;
 
-class HostStore : public testing::Test
+struct HostStore : testing::Test
 {
-protected:
     HostStore() { t.blackboard = board; }
 
     [[nodiscard]] std::string stored(const std::string& key) const
@@ -40,7 +37,7 @@ TEST_F(HostStore, HoldsWhatTheBlackboardIsGiven)
     store("room", "hall");
     EXPECT_TRUE(board->contains("room"));
     EXPECT_EQ(board->get<std::string>("room"), "hall");
-    EXPECT_THAT(board->keys(), testing::ElementsAre("n", "place"));
+    EXPECT_THAT(board->keys(), ElementsAre("n", "place"));
     EXPECT_TRUE(board->erase("room"));
     EXPECT_FALSE(board->erase("room"));
     EXPECT_FALSE(board->contains("room"));

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <malloc.h>
 
 #include <optional>
@@ -8,6 +6,7 @@
 
 #include "runtime/scripted_tree.h"
 #include "runtime/user_plugin.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
@@ -70,9 +69,9 @@ TEST(Lifetimes, ATreeIsMovedAndHaltsWhatRunsWhenItGoes)
     t.script->asked.clear();
     BT::Tree second = std::move(t.tree);
     EXPECT_EQ(t.tree.root_node, nullptr);  // NOLINT(bugprone-use-after-move): that is what it is about
-    EXPECT_THAT(t.script->asked, testing::IsEmpty());
+    EXPECT_THAT(t.script->asked, IsEmpty());
     second = {};
-    EXPECT_THAT(t.script->asked, testing::ElementsAre("a!"));
+    EXPECT_THAT(t.script->asked, ElementsAre("a!"));
 }
 
 TEST(Lifetimes, ABlackboardGoesWithItsLastTree)

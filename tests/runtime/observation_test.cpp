@@ -1,15 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <set>
 
-#include "behaviortree_cpp/loggers/bt_cout_logger.h"
+#include "behaviortree_cpp/loggers/abstract_logger.h"
 #include "runtime/scripted_tree.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
-
-using testing::ElementsAre;
 
 std::string change(const BT::TreeNode& node, BT::NodeStatus before, BT::NodeStatus now)
 {
@@ -109,21 +105,6 @@ TEST(Observation, ALoggerGetsChangesWithTheirTimes)
     logger.setEnabled(false);
     t.tick();
     EXPECT_THAT(logger.lines, ElementsAre("100 Inverter IR", "100 a IR", "120 a RS", "120 Inverter RF"));
-}
-
-TEST(Observation, TheConsoleShowsChangesAndTheTree)
-{
-    ScriptedTree t(node("Sequence", {node("Inverter", {action("a", "S")}), action("b", "S")}));
-    testing::internal::CaptureStdout();
-    {
-        BT::StdCoutLogger logger(&t.at("a"));
-        t.tick();
-        logger.flush();
-    }
-    BT::printTreeRecursively(t.tree.root_node);
-    const std::string out = testing::internal::GetCapturedStdout();
-    EXPECT_THAT(out, testing::HasSubstr("a  IDLE -> SUCCESS\n"));
-    EXPECT_THAT(out, testing::HasSubstr("\nSequence\n   Inverter\n      a\n   b\n"));
 }
 
 }  // namespace

@@ -15,37 +15,14 @@
 #include "behaviortree_cpp/xml_parsing.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 
+#include "runtime/user_plugin.h"
 #include "support/folder.h"
 
 using namespace BT;
-
-namespace {
-
-struct Shelf
-{
-    int row = 0;
-    double height = 0;
-};
-
-}  // namespace
-
-namespace BT {
-
-template <>
-Shelf convertFromString(const StringView& key)
-{
-    const auto parts = splitString(key, ';');
-    if (parts.size() != 2)
-        throw std::runtime_error("a shelf is row;height");
-    return {std::stoi(parts[0].to_string()), convertFromString<double>(parts[1])};
-}
-
-}  // namespace BT
 
 namespace {
 
@@ -64,29 +41,6 @@ public:
         return NodeStatus::SUCCESS;
     }
     bool is_open = false;
-};
-
-class Reach : public SyncActionNode
-{
-public:
-    Reach(const std::string& name, const NodeParameters& params) : SyncActionNode(name, params) {}
-
-    static const NodeParameters& requiredNodeParameters()
-    {
-        static NodeParameters params = {{"shelf", "1;0.5"}};
-        return params;
-    }
-
-    NodeStatus tick() override
-    {
-        BT::optional<Shelf> shelf = BT::nullopt;
-        shelf = getParam<Shelf>("shelf");
-        if (!shelf)
-            return NodeStatus::FAILURE;
-        std::cout << "row " << shelf->row << std::endl;
-        blackboard()->set("row", shelf.value().row);
-        return NodeStatus::SUCCESS;
-    }
 };
 
 /// Carries something for a while on a thread.
@@ -128,12 +82,11 @@ public:
     NodeStatus tick() override { return NodeStatus::SUCCESS; }
 };
 
-class OlderHost : public testing::Test
+struct OlderHost : testing::Test
 {
-protected:
     OlderHost()
     {
-        factory.registerNodeType<Reach>("Reach");
+        factory.registerFromPlugin(VEMRA_LIB_DIR "/libuser_plugin.so");
         factory.registerNodeType<Carry>("Carry");
         factory.registerNodeType<Counting>("Counting");
         factory.registerSimpleAction("OpenArm", std::bind(&Arm::open, &arm));
@@ -162,7 +115,7 @@ constexpr const char* kFetch = R"(
       <BehaviorTree ID="Fetch">
         <Sequence name="fetch">
           <MakeReady/>
-          <Action ID="Reach" shelf="${shelf}"/>
+          <Action ID="DriveTo" goal="${shelf}"/>
           <Carry name="carry"/>
           <CloseArm/>
         </Sequence>
@@ -188,14 +141,16 @@ TEST_F(OlderHost, RunsItsTreeWithAllLoggers)
         MinitraceLogger to_trace(tree.root_node, trace.c_str());
         printTreeRecursively(tree.root_node);
         EXPECT_EQ(tickToTheEnd(tree), NodeStatus::SUCCESS);
-        EXPECT_EQ(tree.root_node->blackboard()->get<int>("row"), 3);
+        EXPECT_EQ(tree.root_node->blackboard()->get<Waypoint>("at").y, 1.5);
         for (const auto& node : tree.nodes)
             EXPECT_EQ(node->blackboard(), tree.root_node->blackboard());
         const SerializedTreeStatus statuses = buildSerializedStatusSnapshot(tree.root_node);
         EXPECT_EQ(statuses.size(), tree.nodes.size());
         EXPECT_EQ(statuses.front().second, static_cast<std::uint8_t>(NodeStatus::SUCCESS));
     }
-    EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::HasSubstr("row 3\n"));
+    const std::string shown = testing::internal::GetCapturedStdout();
+    EXPECT_THAT(shown, testing::ContainsRegex("carry +IDLE -> RUNNING\n"));
+    EXPECT_THAT(shown, testing::HasSubstr("\nfetch\n   MakeReady\n"));
     EXPECT_FALSE(arm.is_open);
     std::ifstream in(trace);
     const std::string events((std::istreambuf_iterator<char>(in)), {});
@@ -246,9 +201,9 @@ TEST_F(OlderHost, WritesTheModelOfItsNodesWithTheirPorts)
     const std::string xml = writeXML(factory, tree.root_node);
     const auto model = xml.find("<TreeNodesModel>");
     ASSERT_NE(model, std::string::npos);
-    EXPECT_THAT(xml.substr(model),
-                testing::ContainsRegex("<Action ID=\"Reach\">[ \n]*<input_port name=\"shelf\" "
-                                       "default=\"1;0.5\"/>"));
+    EXPECT_THAT(
+        xml.substr(model),
+        testing::ContainsRegex("<Action ID=\"DriveTo\">[ \n]*<input_port name=\"goal\" default=\"0;0\"/>"));
 }
 
 TEST_F(OlderHost, PutsNodesTogetherByHand)
@@ -310,7 +265,9 @@ TEST_F(OlderHost, ChecksKeysByDecorator)
 TEST_F(OlderHost, FindsTheSmallThingsInTheHeaders)
 {
     const std::set<std::string>& builtin = factory.builtinNodes();
-    EXPECT_TRUE(builtin.count("Sequence") == 1 && builtin.count("Reach") == 0);
+    EXPECT_TRUE(builtin.count("Sequence") == 1 && builtin.count("DriveTo") == 0);
+    const BT::optional<int> none = BT::nullopt;
+    EXPECT_FALSE(none);
     EXPECT_TRUE(TreeNode::isBlackboardPattern("${key}"));
     for (const char* text : {"key", "${key", "${}", "to ${key}", "${a}${b}"})
         EXPECT_FALSE(TreeNode::isBlackboardPattern(text)) << text;

@@ -3,10 +3,12 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "behaviortree_cpp/bt_factory.h"
+#include "support/hang.h"
 
 namespace vemra::test {
 
@@ -47,6 +49,15 @@ inline Sketch condition(std::string name, std::string script)
     return {"ScriptedCondition", {{"script", std::move(script)}}, {}, std::move(name)};
 }
 
+inline char letterOf(BT::NodeStatus status)
+{
+    return "IRSF"[static_cast<std::size_t>(status)];
+}
+inline BT::NodeStatus statusOf(char letter)
+{
+    return static_cast<BT::NodeStatus>(std::string_view("IRSF").find(letter));
+}
+
 /// The scripts' places, kept by the name of the leaf, and what was asked of the leaves: "a" is a tick,
 /// "a!" a halt.
 struct Script
@@ -57,16 +68,7 @@ struct Script
     BT::NodeStatus next(const std::string& name, const std::string& letters)
     {
         asked.push_back(name);
-        switch (letters[places[name]++ % letters.size()]) {
-            case 'R':
-                return BT::NodeStatus::RUNNING;
-            case 'S':
-                return BT::NodeStatus::SUCCESS;
-            case 'F':
-                return BT::NodeStatus::FAILURE;
-            default:
-                return BT::NodeStatus::IDLE;
-        }
+        return statusOf(letters[places[name]++ % letters.size()]);
     }
 
     /// All asked since the last call, in one line.
@@ -107,11 +109,6 @@ public:
     [[nodiscard]] std::int64_t milliseconds() const override { return now; }
     std::int64_t now = 0;
 };
-
-inline char letterOf(BT::NodeStatus status)
-{
-    return std::string("IRSF")[static_cast<std::size_t>(status)];
-}
 
 /// A factory and a blackboard with a tree that was grown from a sketch.
 class ScriptedTree
@@ -159,6 +156,18 @@ public:
     {
         BT::haltAllActions(tree.root_node);
         return told(letterOf(tree.root_node->status()));
+    }
+
+    /// Ticks, or halts where "halt " stands, once for each part of the line, and gives what came of it in
+    /// that form: "R a b, F b, halt I, R a".
+    std::string replay(const std::string& line)
+    {
+        std::string came;
+        for (std::size_t at = 0; at < line.size(); at = std::min(line.find(", ", at), line.size() - 2) + 2) {
+            const bool halts = line.compare(at, 5, "halt ") == 0;
+            came += (came.empty() ? "" : ", ") + (halts ? "halt " + halt() : tick());
+        }
+        return came;
     }
 
     /// The first node of that name.
@@ -216,10 +225,7 @@ private:
         if (sketch.id == "SubtreeCondition")
             return made.get();
         for (const Sketch& child : sketch.children)
-            if (auto* control = dynamic_cast<BT::ControlNode*>(made.get()))
-                control->addChild(grow(child, into));
-            else
-                dynamic_cast<BT::DecoratorNode&>(*made).setChild(grow(child, into));
+            hang(*made, *grow(child, into));
         return made.get();
     }
 };

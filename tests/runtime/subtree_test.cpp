@@ -1,8 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "behaviortree_cpp/decorators/subtree_condition_node.h"
 #include "runtime/scripted_tree.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
@@ -12,9 +10,8 @@ Sketch enter(const std::string& path)
     return {"SubtreeCondition", {{"subtree_file_path", path}, {"expand_in_logger", "false"}}, {}, path};
 }
 
-class Subtree : public testing::Test
+struct Subtree : testing::Test
 {
-protected:
     Subtree() { t.registerTree("Inner", action("a", "RS")); }
 
     ScriptedTree t;
@@ -124,8 +121,7 @@ TEST(Levels, ATreeDeeperThanTheStackAllowsIsRefused)
                     tree.nodes.push_back(from.instantiateTreeNode(
                         level < levels ? "Inverter" : "AlwaysSuccess", "n", {}, board));
                     if (level > 1)
-                        dynamic_cast<BT::DecoratorNode&>(*tree.nodes[level - 2])
-                            .setChild(tree.nodes.back().get());
+                        hang(*tree.nodes[level - 2], *tree.nodes.back());
                 }
                 tree.root_node = tree.nodes.front().get();
                 return tree;
@@ -159,7 +155,7 @@ TEST(TreesByName, AreLookedUpLetterForLetter)
     ScriptedTree t;
     t.registerTree("b", action("a", "S"));
     t.registerTree("B", action("a", "S"));
-    EXPECT_THAT(t.factory.treeNames(), testing::ElementsAre("b", "B"));
+    EXPECT_THAT(t.factory.treeNames(), ElementsAre("b", "B"));
     EXPECT_THROW((void)t.factory.createTree("c", t.blackboard), BT::BehaviorTreeException);
     EXPECT_THROW(t.factory.registerTreeBuilder("", [](const auto&, const auto&) { return BT::Tree{}; }),
                  BT::BehaviorTreeException);

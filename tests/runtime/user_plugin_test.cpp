@@ -1,12 +1,10 @@
 #include "runtime/user_plugin.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <thread>
 
 #include "runtime/scripted_tree.h"
+#include "support/matchers.h"
 
 namespace vemra::test {
 namespace {
@@ -15,9 +13,8 @@ using BT::NodeStatus;
 
 constexpr const char* kPlugin = VEMRA_LIB_DIR "/libuser_plugin.so";
 
-class UserPlugin : public testing::Test
+struct UserPlugin : testing::Test
 {
-protected:
     UserPlugin() { t.factory.registerFromPlugin(kPlugin); }
 
     std::unique_ptr<BT::TreeNode> make(const std::string& id, const BT::NodeParameters& ports = {})
@@ -138,7 +135,7 @@ TEST(Factory, TellsWhatAPlugInLacks)
             factory.registerFromPlugin(file);
             ADD_FAILURE() << file << " was taken";
         } catch (const BT::BehaviorTreeException& fault) {
-            EXPECT_THAT(fault.what(), testing::AllOf(testing::HasSubstr(file), testing::HasSubstr(why)));
+            EXPECT_THAT(fault.what(), AllOf(HasSubstr(file), HasSubstr(why)));
         }
     };
     refused("/nowhere/libnone.so", "cannot open");
@@ -165,8 +162,7 @@ TEST(Factory, TakesAndGivesBackIdentifiers)
     EXPECT_FALSE(t.factory.unregisterBuilder("Beep"));
     EXPECT_EQ(kept->executeTick(), NodeStatus::SUCCESS);
     EXPECT_THAT([&] { (void)t.factory.instantiateTreeNode("Beep", "second", {}, t.blackboard); },
-                testing::ThrowsMessage<BT::BehaviorTreeException>(
-                    testing::AllOf(testing::HasSubstr("'Beep'"), testing::HasSubstr("second"))));
+                ThrowsMessage<BT::BehaviorTreeException>(AllOf(HasSubstr("'Beep'"), HasSubstr("second"))));
 }
 
 TEST(BasicTypes, ReadFromTextAndGiveText)

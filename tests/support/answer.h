@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "behaviortree_cpp/bt_factory.h"
+#include "support/notation.h"
 
 namespace vemra::test {
 
@@ -29,6 +30,7 @@ struct Moment
     {
         keys.set(key, value);
     }
+    void set(std::string_view notes) const { setKeys(keys, notes); }
 };
 
 /// What a leaf answers, said in one line:

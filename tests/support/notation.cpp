@@ -74,4 +74,38 @@ std::vector<KeyNote> keysOf(std::string_view text)
     return notes;
 }
 
+void setKeys(BT::Blackboard& keys, std::string_view notes)
+{
+    for (const KeyNote& note : keysOf(notes)) {
+        std::int64_t integer = 0;
+        double real = 0.0;
+        if (note.kind == KeyNote::Kind::Gone)
+            keys.erase(note.key);
+        else if (BT::parseInteger(note.value, integer))
+            keys.set(note.key, integer);
+        else if (BT::parseReal(note.value, real))
+            keys.set(note.key, real);
+        else
+            keys.set(note.key, note.value);
+    }
+}
+
+testing::AssertionResult keysAre(const BT::Blackboard& keys, std::string_view notes)
+{
+    std::string wrong;
+    for (const KeyNote& note : keysOf(notes)) {
+        const BT::Any* const value = keys.getAny(note.key);
+        std::string text;
+        if (value != nullptr)
+            value->appendText(text);
+        const bool as_noted = (value != nullptr) == (note.kind != KeyNote::Kind::Gone) &&
+                              (note.kind != KeyNote::Kind::Valued || text == note.value);
+        if (!as_noted)
+            wrong += "\n  " + note.key + (value != nullptr ? " is \"" + text + "\"" : " is not there");
+    }
+    if (wrong.empty())
+        return testing::AssertionSuccess() << notes;
+    return testing::AssertionFailure() << "not " << notes << ":" << wrong;
+}
+
 }  // namespace vemra::test

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "behaviortree_cpp/blackboard/blackboard.h"
 
 namespace vemra::test {
 
@@ -37,5 +41,9 @@ struct KeyNote
 
 /// "task_state=init moved -charger_pose": keys with a value, keys without, and keys that are not there.
 std::vector<KeyNote> keysOf(std::string_view text);
+/// Sets keys to a number or a text, or to the empty text, and erases those that go.
+void setKeys(BT::Blackboard& keys, std::string_view notes);
+/// These have these values, are there at all, or are not there.
+testing::AssertionResult keysAre(const BT::Blackboard& keys, std::string_view notes);
 
 }  // namespace vemra::test

@@ -215,36 +215,18 @@ std::optional<std::string> ScriptedRobot::key(std::string_view key) const
     return text;
 }
 
-void ScriptedRobot::set(std::string_view notes)
+void ScriptedRobot::textsAsTheyStand()
 {
-    for (const KeyNote& note : keysOf(notes)) {
-        std::int64_t integer = 0;
-        double real = 0.0;
-        if (note.kind == KeyNote::Kind::Gone)
-            erase(note.key);
-        else if (BT::parseInteger(note.value, integer))
-            set(note.key, integer);
-        else if (BT::parseReal(note.value, real))
-            set(note.key, real);
-        else
-            set(note.key, note.value);
-    }
-}
-
-testing::AssertionResult ScriptedRobot::keysAre(std::string_view notes) const
-{
-    std::string wrong;
-    for (const KeyNote& note : keysOf(notes)) {
-        const std::optional<std::string> is = key(note.key);
-        const bool right = note.kind == KeyNote::Kind::Valued
-                               ? is == note.value
-                               : is.has_value() == (note.kind == KeyNote::Kind::Plain);
-        if (!right)
-            wrong += "\n  " + note.key + (is ? " is \"" + *is + "\"" : " is not there");
-    }
-    if (wrong.empty())
-        return testing::AssertionSuccess() << notes;
-    return testing::AssertionFailure() << "not " << notes << ":" << wrong;
+    const auto same = [this](const char* id, const char* a, const char* b) {
+        leaf(id).decides(
+            [a, b](const Moment& now) { return now.port(a) == now.port(b) ? SUCCESS : FAILURE; });
+    };
+    same("SignalTypeMatch", "a_type", "b_type");
+    same("BumpdirMatch", "para_a", "para_b");
+    leaf("Bumped").decides([](const Moment& now) {
+        const std::string side = now.port("bump_dir");
+        return side.empty() || side == "None" ? FAILURE : SUCCESS;
+    });
 }
 
 void ScriptedRobot::begin(BT::Tree tree)
@@ -395,6 +377,16 @@ int ScriptedRobot::framesOf(std::string_view text) const
 {
     const auto [who, values] = knownStep(text);
     return transcript_.frames(who, values);
+}
+
+std::string ScriptedRobot::letters(std::initializer_list<std::pair<const char*, char>> names) const
+{
+    std::string all;
+    for (const Asking& asking : transcript_.askings())
+        for (const auto& [who, letter] : names)
+            if (asking.who == who)
+                all += letter;
+    return all;
 }
 
 std::optional<int> ScriptedRobot::firstFrameOf(std::string_view text) const

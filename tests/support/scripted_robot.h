@@ -16,8 +16,6 @@
 /// and the drives without an end of their own (OpenCloseMove, GoBackwards) run until halted. The runtime's
 /// own leaves (keys, comparisons, delays) are the real ones.
 
-#include <gmock/gmock.h>
-
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +24,7 @@
 
 #include "behaviortree_cpp/bt_factory.h"
 #include "support/answer.h"
+#include "support/matchers.h"
 #include "support/transcript.h"
 
 namespace vemra::test {
@@ -53,6 +52,8 @@ public:
 
     /// From here on points are numbers, millimetres on a line, for the leaves that measure distances.
     void pointsOnALine();
+    /// Directions and signals match where their texts are the same; "None" is no bump.
+    void textsAsTheyStand();
 
     // --- keys ---
 
@@ -63,13 +64,13 @@ public:
     }
     /// Keys with a number or a text, with the empty text, and keys that go: "current_pose=0 kicked
     /// -charger_pose".
-    void set(std::string_view notes);
+    void set(std::string_view notes) { setKeys(*keys_, notes); }
     void erase(std::string_view key) { keys_->erase(key); }
     [[nodiscard]] bool has(std::string_view key) const { return keys_->contains(key); }
     /// The value as text; nothing where the key is not there.
     [[nodiscard]] std::optional<std::string> key(std::string_view key) const;
     /// These have these values, are there at all, or are not there: "task_state=init moved -charger_pose".
-    testing::AssertionResult keysAre(std::string_view notes) const;
+    testing::AssertionResult keysAre(std::string_view notes) const { return test::keysAre(*keys_, notes); }
     [[nodiscard]] BT::Blackboard& keys() { return *keys_; }
 
     // --- driving ---
@@ -85,6 +86,22 @@ public:
     NodeStatus finish(int at_most);
     /// Ticks until this is asked in the frame just ticked; fails the test when that takes longer.
     void tickUntil(std::string_view step, int at_most = 2000);
+    /// As tick(), finish() and tickUntil(), of a tree that is started first.
+    NodeStatus run(const std::string& tree, int frames = 1)
+    {
+        start(tree);
+        return tick(frames);
+    }
+    NodeStatus finish(const std::string& tree, int at_most)
+    {
+        start(tree);
+        return finish(at_most);
+    }
+    void runUntil(const std::string& tree, std::string_view step, int at_most = 2000)
+    {
+        start(tree);
+        tickUntil(step, at_most);
+    }
     void halt();
     /// The number of frames ticked; the first frame is 1.
     [[nodiscard]] int frame() const { return frame_; }
@@ -105,6 +122,8 @@ public:
     [[nodiscard]] bool askedNow(std::string_view step) const;
     [[nodiscard]] int framesOf(std::string_view step) const;
     [[nodiscard]] std::optional<int> firstFrameOf(std::string_view step) const;
+    /// A letter for each asking of these, in order.
+    [[nodiscard]] std::string letters(std::initializer_list<std::pair<const char*, char>> names) const;
     void forget() { transcript_.clear(); }
     [[nodiscard]] const Transcript& transcript() const { return transcript_; }
 
@@ -131,6 +150,13 @@ private:
     std::unordered_map<std::string, std::unique_ptr<LeafScript>> scripts_;
     BT::BehaviorTreeFactory factory_;
     BT::Tree root_;
+};
+
+/// On a line of floor, places in millimetres.
+struct RobotOnALine : testing::Test
+{
+    RobotOnALine() { robot.pointsOnALine(); }
+    ScriptedRobot robot;
 };
 
 }  // namespace vemra::test

@@ -160,6 +160,13 @@ void SupervisedRobot::enterMode(const std::string& name)
     tick();
 }
 
+NodeStatus SupervisedRobot::enter(const std::string& name, const std::string& tree, int frames)
+{
+    mode = name;
+    forgetRequests();
+    return run(tree, frames);
+}
+
 void SupervisedRobot::press(const std::string& key_leaf)
 {
     key_leaf_ = key_leaf;

@@ -43,6 +43,8 @@ public:
     void powerOn();
     /// Changes the mode as from outside and ticks until the change is dealt with.
     void enterMode(const std::string& name);
+    /// Sets the mode and runs this tree of it alone for so many frames; requests count from here.
+    NodeStatus enter(const std::string& name, const std::string& tree, int frames);
     /// One press, taken on the next frame: "Is_Key1_Click", or a leaf of another key.
     void press(const std::string& key_leaf);
     /// One command of the app, taken on the next frame, by the mode that it names.
@@ -50,9 +52,18 @@ public:
 
     /// The modes asked for since the start or forgetRequests(), in order.
     [[nodiscard]] const std::vector<std::string>& requests() const { return requests_; }
-    void forgetRequests() { requests_.clear(); }
+    void forgetRequests()
+    {
+        requests_.clear();
+        music_before_ = music_.size();
+    }
     /// Numbers of the music asked for in that time, the blank request at power-on left out.
     [[nodiscard]] const std::vector<std::string>& music() const { return music_; }
+    /// Those since forgetRequests().
+    [[nodiscard]] std::vector<std::string> newMusic() const
+    {
+        return {music_.begin() + static_cast<std::ptrdiff_t>(music_before_), music_.end()};
+    }
 
 private:
     void scriptModes();
@@ -68,6 +79,7 @@ private:
     std::string command_;
     std::vector<std::string> requests_;
     std::vector<std::string> music_;
+    std::size_t music_before_ = 0;
 };
 
 }  // namespace vemra::test

@@ -3,13 +3,9 @@
 namespace vemra::test {
 namespace {
 
-using testing::Contains;
-using testing::IsEmpty;
-
 /// The mode of the way home, with the way itself replaced.
-class BackHome : public testing::Test
+struct BackHome : testing::Test
 {
-protected:
     BackHome() : robot({"BackHomeIndex"})
     {
         robot.obeys_requests = false;
@@ -29,8 +25,7 @@ protected:
         robot.set("task_state", task_state);
         robot.forget();
         robot.forgetRequests();
-        robot.start("BackHomeIndex");
-        return robot.finish(400);
+        return robot.finish("BackHomeIndex", 400);
     }
 
     SupervisedRobot robot;
@@ -60,27 +55,21 @@ TEST_F(BackHome, OnTheDockTheTaskIsClosedByWhatItWas)
 TEST_F(BackHome, WithoutADockItStandsByAndTheTaskIsClosedByWhatItWas)
 {
     robot.tree("GoCharging_lds").failsAfter(10);
-    struct Row
-    {
-        const char* before;
-        const char* closed_by;
-        int searched;
-    };
-    const Row rows[] = {{"search_charge", "SearchChargeEnding", 100},
-                        {"search_charge", "", 60000},
-                        {"completing", "AdvCleanComplete", 0},
-                        {"lowpower", "AdvCleanComplete", 0}};
+    const std::tuple<const char*, const char*, int> rows[] = {{"search_charge", "SearchChargeEnding", 100},
+                                                              {"search_charge", "", 60000},
+                                                              {"completing", "AdvCleanComplete", 0},
+                                                              {"lowpower", "AdvCleanComplete", 0}};
     int failed = 0;
-    for (const Row& row : rows) {
-        robot.tree("GoCharging_lds").decides([&row](const Moment& now) {
-            now.set("search_charger_time", row.searched);
+    for (const auto& [before, closed_by, searched] : rows) {
+        robot.tree("GoCharging_lds").decides([time = searched](const Moment& now) {
+            now.set("search_charger_time", time);
             return FAILURE;
         });
         robot.set("search_charger_time", 0);
-        goHome(row.before);
+        goHome(before);
         for (const std::string tree : {"AdvCleanComplete", "SearchChargeEnding"})
-            EXPECT_EQ(bool(robot.asked(tree)), tree == row.closed_by) << row.before << ' ' << tree;
-        EXPECT_THAT(robot.requests(), Contains("StandbyMode")) << row.before;
+            EXPECT_EQ(bool(robot.asked(tree)), tree == closed_by) << before << ' ' << tree;
+        EXPECT_THAT(robot.requests(), Contains("StandbyMode")) << before;
         EXPECT_THAT(robot.music(), Contains("17"));
         EXPECT_EQ(robot.key("backhome_fail_times"), std::to_string(++failed));
     }
@@ -92,8 +81,7 @@ TEST_F(BackHome, ABudgetThatIsSpentIsRenewedAndAnotherGoesOn)
     for (const auto& [before, then] : {std::pair{60000, "0"}, std::pair{59999, "59999"}}) {
         robot.set("search_charger_time", before);
         robot.set("task_state", "charge");
-        robot.start("BackHomeIndex");
-        robot.tickUntil("GoCharging_lds", 400);
+        robot.runUntil("BackHomeIndex", "GoCharging_lds", 400);
         EXPECT_EQ(robot.key("search_charger_time"), then);
     }
 }
@@ -117,8 +105,7 @@ TEST_F(BackHome, AStopDuringTheSearchEndsItWithoutAnotherMode)
 {
     robot.tree("GoCharging_lds").runs();
     robot.set("task_state", "area_lowpower");
-    robot.start("BackHomeIndex");
-    robot.tickUntil("GoCharging_lds", 400);
+    robot.runUntil("BackHomeIndex", "GoCharging_lds", 400);
     robot.forgetRequests();
     robot.set("stop_clean_task_falg", "");
     EXPECT_EQ(robot.finish(5), SUCCESS);
@@ -133,8 +120,7 @@ TEST_F(BackHome, KnockedOffAndBackOnTheContactsItChargesWithoutASearch)
     robot.set("kicked", "true");
     robot.on_charger = true;
     robot.set("task_state", "charge");
-    robot.start("BackHomeIndex");
-    robot.tick(70);
+    robot.run("BackHomeIndex", 70);
     EXPECT_THAT(robot.requests(), Contains("ChargingMode"));
     EXPECT_TRUE(robot.notAsked("GoCharging_lds"));
 }

@@ -4,12 +4,10 @@ namespace vemra::test {
 namespace {
 
 /// A bridge from 1000 to 1600 mm on a line, the robot at its near end.
-class Bridge : public testing::Test
+struct Bridge : RobotOnALine
 {
-protected:
     Bridge()
     {
-        robot.pointsOnALine();
         robot.set("navigation_bridge=bridge current_pose=900 current_coord=900 navi_target_point=3000");
         robot.set("gridmap_limit=home current_subregion=room navigation_path=path");
         robot.set("navigation_path_segments=plan path_bridge_max_failure_cnt=0 awesome_search_mode=Target");
@@ -24,8 +22,6 @@ protected:
     }
 
     void ofType(const char* type) { robot.leaf("BridgeTypeReader").fills("out_bridge_type", type); }
-
-    ScriptedRobot robot;
 };
 
 TEST_F(Bridge, OfAnyOtherKindIsRunToItsFarEnd)
@@ -33,8 +29,7 @@ TEST_F(Bridge, OfAnyOtherKindIsRunToItsFarEnd)
     ofType("NARROW");
     robot.tree("NavigateTree").succeedsAfter(30);
     robot.set("cross_bridge_trap_times", 9);
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.tick(10), RUNNING);
+    EXPECT_EQ(robot.run("CrossBridge", 10), RUNNING);
     EXPECT_TRUE(robot.keysAre("cross_bridge_trap_times=0 navi_target_point=1600 bridges_crossing=bridge"));
     EXPECT_TRUE(robot.keysAre("not_trace_token=CrossBridge"));
     EXPECT_EQ(robot.finish(50), SUCCESS);
@@ -47,8 +42,7 @@ TEST_F(Bridge, ThatNoLongerFitsTheMapIsUsedUp)
 {
     ofType("NARROW");
     robot.tree("NavigateTree").runs();
-    robot.start("CrossBridge");
-    robot.tick(5);
+    robot.run("CrossBridge", 5);
     robot.leaf("BridgeValid").fails();
     EXPECT_EQ(robot.finish(10), FAILURE);
     EXPECT_TRUE(robot.halted("NavigateTree"));
@@ -71,8 +65,7 @@ TEST_F(Bridge, BlockedByAnObstacleIsTriedAlongItOnBothSides)
     robot.tree("FollowWallProc").failsAfter(5);
     robot.leaf("Bumped").succeeds();
     robot.set("bump_dir=Left follow_wall_dir=true");
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_EQ(robot.finish("CrossBridge", 100), FAILURE);
     EXPECT_TRUE(robot.started(2, "PreciseFollowWallProc")) << "a short allowance is followed precisely";
     EXPECT_TRUE(robot.notAsked("FollowWallProc"));
     EXPECT_EQ(robot.key("follow_wall_dir"), "false");
@@ -94,8 +87,7 @@ TEST_F(Bridge, OnceCrossedEndsInTheCurrentAreaAndAnyOtherNearAnOpenEndOfTheChain
         ofType(type);
         robot.tree("NavigateTree").runs();
         robot.fail("InCurrentArea | IsNearChainOpenEnd");
-        robot.start("CrossBridge");
-        EXPECT_EQ(robot.tick(5), RUNNING) << type;
+        EXPECT_EQ(robot.run("CrossBridge", 5), RUNNING) << type;
         robot.leaf(by).succeeds();
         return robot.finish(5);
     };
@@ -115,7 +107,7 @@ TEST_F(Bridge, OnWhichTheRobotIsTrappedIsTriedAgainAfterOneFrameOfRest)
         EXPECT_EQ(robot.tick(), RUNNING);
         tries.push_back(robot.askedNow("NavigateTree"));
     }
-    EXPECT_THAT(tries, testing::ElementsAre(true, false, true, false, true, false));
+    EXPECT_THAT(tries, ElementsAre(true, false, true, false, true, false));
     EXPECT_EQ(robot.key("cross_bridge_trap_times"), "3");
 }
 
@@ -125,8 +117,7 @@ TEST_F(Bridge, OutOfAVirtualWallIsDrivenUntilTheRobotIsOutside)
     robot.leaf("DwaLocalPlanner").failsAfter(10);
     robot.leaf("BridgeCrossed").provided([](const Moment& now) { return now.frame > 20; }).succeeds();
     robot.tree("NavigateFollowWall").fails();
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.finish(60), SUCCESS);
+    EXPECT_EQ(robot.finish("CrossBridge", 60), SUCCESS);
     EXPECT_TRUE(robot.started(2, "DwaLocalPlanner")) << "the first try ended inside";
     EXPECT_TRUE(robot.started(1, "AwesomeSearch search_mode=Target"));
     EXPECT_TRUE(robot.asked("TemporarilyDisableSensor sensor=PolygonVirtualWall"));
@@ -142,8 +133,7 @@ TEST_F(Bridge, OutOfAVirtualWallThatFailsIsReportedAsATrap)
     robot.leaf("PromptInVirtualWall").succeeds();
     robot.leaf("SensorProbeBump").fills("out_str", "PolygonTrap");
     robot.tree("NavigateFollowWall").fails();
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.finish(100), FAILURE);
+    EXPECT_EQ(robot.finish("CrossBridge", 100), FAILURE);
     EXPECT_TRUE(robot.started(5, "DwaLocalPlanner")) << "five tries";
     EXPECT_TRUE(robot.keysAre("polygon_vw_trapped have_trapped_type"));
     EXPECT_TRUE(robot.notAsked("CutdownBridges")) << "it was a bridge for this once";
@@ -169,8 +159,7 @@ TEST_F(Bridge, OverAStepIsAcrossWhenNearerToTheFarEnd)
             return FAILURE;
         });
     robot.set("tries=0 lands_at=1380");
-    robot.start("CrossBridge");
-    EXPECT_EQ(robot.finish(50), SUCCESS) << "380 mm behind, 220 mm to go";
+    EXPECT_EQ(robot.finish("CrossBridge", 50), SUCCESS) << "380 mm behind, 220 mm to go";
     EXPECT_TRUE(robot.has("step_bridge_valid"));
     EXPECT_TRUE(robot.asked("UpdateStepBridge bridge_to=1380"));
     EXPECT_EQ(robot.key("tries"), "2");

@@ -4,12 +4,8 @@
 namespace vemra::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class CleaningModes : public CleaningTask
+struct CleaningModes : CleaningTask
 {
-protected:
     static std::string underWay(const CleaningModeNames& mode)
     {
         return std::string(mode.prefix) + "cleaning";
@@ -67,8 +63,7 @@ TEST_F(CleaningModes, GoBackAfterAWashToWhereTheyWereAndTakeTheLineUp)
         EXPECT_THAT(robot.requests(), IsEmpty()) << mode.tree;
         robot.set("mop_dirty", 101.0);
         awaitRequest(5);
-        EXPECT_EQ(robot.key("mop_is_dirty"), "true") << mode.tree;
-        EXPECT_EQ(robot.key("wash_mop_break_point"), "7") << mode.tree;
+        EXPECT_TRUE(robot.keysAre("mop_is_dirty=true wash_mop_break_point=7")) << mode.tree;
         EXPECT_EQ(robot.key("wash_mop_break_deg"), "45") << mode.tree;
 
         robot.set("mop_dirty", 0.0);
@@ -98,12 +93,10 @@ TEST_F(CleaningModes, GoBackAfterAWashToWhereTheyWereAndTakeTheLineUp)
         robot.tree("NavigateProcWithHistoryMapNoneStop").succeeds();
 
         // A turn that fails there leaves no place behind for the next wash.
-        robot.set("wash_mop_break_point", 9);
-        robot.set("wash_mop_break_deg", 30.0);
+        robot.set("wash_mop_break_point=9 wash_mop_break_deg=30.0");
         robot.leaf("Rotate").fails();
         ASSERT_TRUE(enter(mode, std::string(mode.prefix) + "lowpower"));
-        EXPECT_FALSE(robot.has("wash_mop_break_point")) << mode.tree;
-        EXPECT_FALSE(robot.has("wash_mop_break_deg")) << mode.tree;
+        EXPECT_TRUE(robot.keysAre("-wash_mop_break_point -wash_mop_break_deg")) << mode.tree;
         robot.leaf("Rotate").succeeds();
     }
 }
@@ -135,19 +128,6 @@ TEST_F(CleaningModes, KeepTheDockThatTheyKnow)
     }
 }
 
-TEST_F(CleaningModes, GiveTheUsersSettingBackHoweverTheyEnd)
-{
-    for (const CleaningModeNames& mode : kCleaningModes) {
-        robot.tree(mode.coverage).failsAfter(3);
-        robot.set("cleanmode_restore", "true");
-        ASSERT_TRUE(enter(mode, underWay(mode)));
-        awaitRequest();
-        robot.tick();
-        EXPECT_TRUE(robot.asked("RestoreCleanMode")) << mode.tree;
-        EXPECT_FALSE(robot.has("cleanmode_restore")) << mode.tree;
-    }
-}
-
 TEST_F(CleaningModes, OfASelectionThatWasNotAllReachedEndWithoutATune)
 {
     robot.set("second_time_cleaning", "");
@@ -158,7 +138,7 @@ TEST_F(CleaningModes, OfASelectionThatWasNotAllReachedEndWithoutATune)
         robot.set("prompt_zone_not_reached", "true");
         awaitRequest();
         EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode")) << mode.tree;
-        EXPECT_THAT(music(), testing::SizeIs(1)) << mode.tree << ": none but that of the start";
+        EXPECT_THAT(music(), SizeIs(1)) << mode.tree << ": none but that of the start";
         EXPECT_TRUE(robot.has("have_trapped_type"));
     }
 }

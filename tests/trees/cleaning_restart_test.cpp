@@ -1,17 +1,11 @@
-#include <gmock/gmock.h>
-
 #include "support/supervised_robot.h"
 
 namespace vemra::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// The choice of a map for a task.
-class ChoiceOfMap : public testing::Test
+struct ChoiceOfMap : testing::Test
 {
-protected:
     ChoiceOfMap()
     {
         robot.obeys_requests = false;
@@ -27,29 +21,16 @@ protected:
     std::string choose()
     {
         robot.forgetRequests();
-        music_before_ = robot.music().size();
-        robot.start("AdvRestartCleaning");
-        EXPECT_EQ(robot.finish(200), SUCCESS);
+        EXPECT_EQ(robot.finish("AdvRestartCleaning", 200), SUCCESS);
         EXPECT_TRUE(robot.keysAre("OdomAfterCopied=true odom_pos_after=3"));
-        std::string steps;
-        for (const Asking& asking : robot.transcript().askings())
-            for (const auto& [tree, letter] : {std::pair{"ActiveRelocalize_LdsInteractive", 'L'},
-                                               {"RestartCleaning", 'N'},
-                                               {"ReuseRestartCleaning", 'R'}})
-                if (asking.who == tree)
-                    steps += letter;
-        return steps;
+        return robot.letters({{"ActiveRelocalize_LdsInteractive", 'L'},
+                              {"RestartCleaning", 'N'},
+                              {"ReuseRestartCleaning", 'R'}});
     }
 
-    [[nodiscard]] std::vector<std::string> music() const
-    {
-        return {robot.music().begin() + static_cast<std::ptrdiff_t>(music_before_), robot.music().end()};
-    }
+    [[nodiscard]] std::vector<std::string> music() const { return robot.newMusic(); }
 
     SupervisedRobot robot;
-
-private:
-    std::size_t music_before_ = 0;
 };
 
 TEST_F(ChoiceOfMap, OnTheDockTheStoredOneIsTakenUnseen)
@@ -159,9 +140,8 @@ TEST_F(ChoiceOfMap, ASelectionWithoutItsMapBecomesACleanOfTheWholeHome)
 // --- what a task begins with --------------------------------------------------------------------
 
 /// The keys that the last task left.
-class NewTask : public testing::Test
+struct NewTask : testing::Test
 {
-protected:
     NewTask()
     {
         robot.set(
@@ -188,8 +168,7 @@ protected:
 TEST_F(NewTask, OnANewMapTurnsMoreThanHalfRoundByOdometry)
 {
     robot.set("virtual_wall_lines", "1;2;3;4");
-    robot.start("RestartCleaning");
-    robot.tickUntil("Rotate angle_deg=360");
+    robot.runUntil("RestartCleaning", "Rotate angle_deg=360");
     EXPECT_TRUE(robot.inOrder("SetOdometry | ResetMap | SlamReset"));
     robot.set("current_yaw_deg=190.0 current_odom_yaw_deg=200.0");
     robot.tick(3);
@@ -213,8 +192,7 @@ TEST_F(NewTask, OnAStoredMapTakesItsWallsAndKnowsWhetherItHasRooms)
          {std::tuple{true, true, "1"}, {false, true, "4"}, {true, false, "4"}}) {
         robot.set("map_id_in_map_ids", known);
         robot.leaf("SlamIsResumable").gives(resumable);
-        robot.start("ReuseRestartCleaning");
-        EXPECT_EQ(robot.finish(3), SUCCESS);
+        EXPECT_EQ(robot.finish("ReuseRestartCleaning", 3), SUCCESS);
         EXPECT_EQ(robot.key("reuse_cleaning"), value);
         EXPECT_EQ(robot.key("pretend_reuse_cleaning"), value == std::string("1") ? "true" : "false")
             << "told once";
@@ -230,22 +208,19 @@ TEST(Resume, DrivesToWhereTheTaskWasBrokenOff)
     ScriptedRobot robot;
     robot.tree("NavigateProcWithHistoryMapNoneStop").fails();
     robot.set("lowpower_coord_save", 6);
-    robot.start("LowpowerResume");
-    EXPECT_EQ(robot.finish(3), SUCCESS);
+    EXPECT_EQ(robot.finish("LowpowerResume", 3), SUCCESS);
     EXPECT_EQ(robot.key("navi_target_point"), "6");
     EXPECT_TRUE(robot.asked("NavigateProcWithHistoryMapNoneStop"));
     EXPECT_FALSE(robot.has("lowpower_coord_save"));
-    robot.start("LowpowerResume");
-    EXPECT_EQ(robot.finish(3), SUCCESS);
+    EXPECT_EQ(robot.finish("LowpowerResume", 3), SUCCESS);
     EXPECT_TRUE(robot.notAsked("NavigateProcWithHistoryMapNoneStop"));
 }
 
 // --- the end of a task --------------------------------------------------------------------------
 
 /// A mode that closes its task, under the supervisor that does it.
-class EndOfTask : public testing::Test
+struct EndOfTask : testing::Test
 {
-protected:
     EndOfTask() : robot({"AutoModeIndex"})
     {
         robot.set("last_clean_mode", "AutoCleanMode");

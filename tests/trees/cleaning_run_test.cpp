@@ -3,14 +3,10 @@
 namespace vemra::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 // --- power and cloth ----------------------------------------------------------------------------
 
-class CleaningRun : public CleaningTask
+struct CleaningRun : CleaningTask
 {
-protected:
     /// Under way, with this much dirt in a cloth that is washed by the area.
     void wipe(const CleaningModeNames& mode = kHome)
     {
@@ -46,18 +42,12 @@ TEST_F(CleaningRun, IsBrokenOffAtSixteenPercentAndGoesOnFromWhereItWas)
     EXPECT_FALSE(robot.has("clean_task_end"));
 }
 
-TEST_F(CleaningRun, OffItsLinesKeepsNoHeadingAndAnOlderBreakPointStays)
+TEST_F(CleaningRun, OnItsWayToABreakPointKeepsThat)
 {
-    wipe();
-    robot.set("current_motion_type=Charge wash_mop_break_deg=30.0 mop_dirty=101.0");
-    awaitRequest(5);
-    EXPECT_TRUE(robot.keysAre("-wash_mop_break_deg wash_mop_break_point=7"));
-
-    robot.set("current_pose=8 mop_dirty=0.0");
+    robot.set("use_mop=true wash_mop_mode=10 wash_mop_break_point=7 current_pose=8 mop_dirty=0.0");
     robot.tree("NavigateProcWithHistoryMapNoneStop").runs();
     robot.mode = kHome.mode;
-    robot.start(kHome.tree);
-    robot.tickUntil("NavigateProcWithHistoryMapNoneStop");
+    robot.runUntil(kHome.tree, "NavigateProcWithHistoryMapNoneStop");
     robot.set("mop_dirty", 101.0);
     robot.forgetRequests();
     awaitRequest(5);
@@ -86,27 +76,20 @@ TEST_F(CleaningRun, KeepsABreakPointOnlyWhereTheClothIsWashedUnderWay)
 
 TEST_F(CleaningRun, OfTenMinutesOrLessIsDoneTwice)
 {
-    struct Row
-    {
-        int seconds;
-        bool second_already;
-        int passes;
-    };
     robot.leaf("PresetBlackboard").writes("clean_time_for_app", 0);
-    for (const Row& row : {Row{600, false, 2}, Row{601, false, 1}, Row{100, true, 1}}) {
-        robot.erase("second_time_cleaning");
-        if (row.second_already)
-            robot.set("second_time_cleaning", "");
+    for (const auto& [seconds, second_already, passes] :
+         {std::tuple{600, false, 2}, {601, false, 1}, {100, true, 1}}) {
+        robot.set(second_already ? "second_time_cleaning" : "-second_time_cleaning");
         robot.set("follow_wall_frames_consumption", 7000);
-        robot.tree(kHome.coverage).decides([&row](const Moment& now) {
-            now.set("clean_time_for_app", row.seconds);
+        robot.tree(kHome.coverage).decides([time = seconds](const Moment& now) {
+            now.set("clean_time_for_app", time);
             return SUCCESS;
         });
         enter(kHome, "cleaning");
-        EXPECT_TRUE(robot.started(row.passes, kHome.coverage)) << row.seconds;
-        EXPECT_EQ(robot.key("clean_time_for_app"), std::to_string(row.seconds));
-        EXPECT_EQ(bool(robot.asked("ResetMap")), row.passes == 2);
-        EXPECT_EQ(robot.key("follow_wall_frames_consumption"), row.passes == 2 ? "1000" : "7000");
+        EXPECT_TRUE(robot.started(passes, kHome.coverage)) << seconds;
+        EXPECT_EQ(robot.key("clean_time_for_app"), std::to_string(seconds));
+        EXPECT_EQ(bool(robot.asked("ResetMap")), passes == 2);
+        EXPECT_EQ(robot.key("follow_wall_frames_consumption"), passes == 2 ? "1000" : "7000");
         EXPECT_FALSE(robot.has("reset_map_remain_submap"));
         EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
     }
@@ -140,14 +123,17 @@ TEST_F(CleaningRun, ThatGivesUpReportsATrapOnceAndGoesHomeWithItsTaskOpen)
             robot.erase(other);
             robot.tree(mode.coverage).failsAfter(3);
             robot.leaf("AreaCheck").gives(shut_in);
+            robot.set("cleanmode_restore=true");
             ASSERT_TRUE(enter(mode, "init"));
             awaitRequest();
             EXPECT_THAT(robot.requests(), ElementsAre("BackHomeMode"));
             EXPECT_TRUE(robot.has(told)) << mode.tree;
             EXPECT_FALSE(robot.has(other)) << mode.tree;
-            EXPECT_TRUE(robot.has("have_trapped_type"));
             EXPECT_EQ(robot.key("task_state"), std::string(mode.prefix) + "cleaning");
-            EXPECT_THAT(music(), testing::SizeIs(1)) << "none but that of the start";
+            EXPECT_THAT(music(), SizeIs(1)) << "none but that of the start";
+            robot.tick();
+            EXPECT_TRUE(robot.asked("RestoreCleanMode")) << mode.tree;
+            EXPECT_TRUE(robot.keysAre("have_trapped_type -cleanmode_restore"));
         }
     }
     // What is known to shut the robot in is not told again.
@@ -160,9 +146,8 @@ TEST_F(CleaningRun, ThatGivesUpReportsATrapOnceAndGoesHomeWithItsTaskOpen)
 
 // --- the spot -----------------------------------------------------------------------------------
 
-class Spot : public testing::Test
+struct Spot : testing::Test
 {
-protected:
     Spot() : robot({"PartCleanModeIndex"})
     {
         robot.obeys_requests = false;
@@ -177,8 +162,7 @@ protected:
     NodeStatus clean()
     {
         robot.forgetRequests();
-        robot.start("PartCleanModeIndex");
-        return robot.finish(800);
+        return robot.finish("PartCleanModeIndex", 800);
     }
 
     SupervisedRobot robot;
@@ -205,8 +189,7 @@ TEST_F(Spot, IsLeftBelowFifteenPercentForGood)
 {
     robot.tree("NeighborCleaningMode").runs();
     robot.battery = 15;
-    robot.start("PartCleanModeIndex");
-    robot.tickUntil("NeighborCleaningMode");
+    robot.runUntil("PartCleanModeIndex", "NeighborCleaningMode");
     robot.battery = 14;
     robot.tick(3);
     EXPECT_TRUE(robot.halted("NeighborCleaningMode"));

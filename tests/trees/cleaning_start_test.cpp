@@ -1,34 +1,21 @@
-#include <gmock/gmock.h>
-
 #include "support/supervised_robot.h"
 
 namespace vemra::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 // --- off the dock -------------------------------------------------------------------------------
 
 /// Backs off the dock; places are millimetres on a line, and the robot has come so far.
-class Detach : public testing::Test
+struct Detach : RobotOnALine
 {
-protected:
     Detach()
     {
-        robot.pointsOnALine();
         robot.set("current_yaw_deg=90.0 current_odom=0");
         robot.leaf("DetachNode").runs();
         robot.succeed("NotTrapped | IfOnAPlane | Escape");
     }
 
-    void leaveDock()
-    {
-        robot.start("PreAutoOnCharger");
-        robot.tickUntil("DetachNode");
-    }
-
-    ScriptedRobot robot;
+    void leaveDock() { robot.runUntil("PreAutoOnCharger", "DetachNode"); }
 };
 
 TEST_F(Detach, EndsHalfAMetreOff)
@@ -65,22 +52,18 @@ TEST_F(Detach, CalibratesTheReceiversBetweenAQuarterAndHalfAMetre)
 
 TEST_F(Detach, ARobotThatLeansBacksOnUntilItIsLevelOrIsKnownToLean)
 {
-    // Degrees in hundredths, as the robot stands; it is level after so many further frames.
-    struct Row
-    {
-        int level_after;
-        bool leans;
-    };
-    for (const Row& row : {Row{40, false}, Row{120, false}, Row{145, false}, Row{1000, true}}) {
+    // It is level after so many further frames.
+    for (const auto& [level_after, leans] :
+         {std::pair{40, false}, {120, false}, {145, false}, {1000, true}}) {
         robot.erase("robot_leans_charger");
-        robot.leaf("IfOnAPlane").decides([this, &row](const Moment&) {
-            return robot.framesOf("DetachNode back_speed=-80") >= row.level_after ? SUCCESS : FAILURE;
+        robot.leaf("IfOnAPlane").decides([this, level_after = level_after](const Moment&) {
+            return robot.framesOf("DetachNode back_speed=-80") >= level_after ? SUCCESS : FAILURE;
         });
         robot.set("current_odom", 0);
         leaveDock();
         robot.set("current_odom", -500);
         EXPECT_EQ(robot.finish(400), SUCCESS);
-        EXPECT_EQ(robot.has("robot_leans_charger"), row.leans) << row.level_after;
+        EXPECT_EQ(robot.has("robot_leans_charger"), leans) << level_after;
     }
 }
 
@@ -95,9 +78,8 @@ TEST_F(Detach, AHeadingThatTheEscapeTurnedIsTakenUpAgain)
 }
 
 /// Where a task begins.
-class LeaveDock : public testing::Test
+struct LeaveDock : testing::Test
 {
-protected:
     LeaveDock()
     {
         robot.succeed("EscapeCoat | PreAutoOnCharger");
@@ -108,8 +90,7 @@ protected:
     std::optional<std::string> startFromCharger(const std::string& stage)
     {
         robot.set("task_state", stage);
-        robot.start("AdvPreAutoOnCharger");
-        EXPECT_EQ(robot.finish(400), SUCCESS);
+        EXPECT_EQ(robot.finish("AdvPreAutoOnCharger", 400), SUCCESS);
         return robot.key("start_from_charger");
     }
 
@@ -135,26 +116,19 @@ TEST_F(LeaveDock, OnItTheStoredMapIsOfferedAndTheOdometryNoted)
 
 TEST_F(LeaveDock, OffItItsPoseIsKeptWhereNobodyMovedTheRobotSince)
 {
-    struct Row
-    {
-        const char* noted;  // record_charge_pose_start
-        bool fake;          // from_charge_fake_flag
-        const char* moved;
-        const char* stage;
-        const char* kept;
-    };
+    // Noted at the start, noted by another mode, moved since, the stage; and what is kept.
     for (const bool near : {false, true})
-        for (const Row& row :
-             {Row{"true", false, "false", "init", "true"}, Row{"true", false, "false", "cleaning", "false"},
-              Row{"false", true, "false", "cleaning", "true"}, Row{"true", true, "true", "init", "false"},
-              Row{"false", false, "false", "init", "false"}}) {
+        for (const auto& [noted, fake, moved, stage, kept] :
+             {std::tuple{"true", false, "false", "init", "true"},
+              {"true", false, "false", "cleaning", "false"},
+              {"false", true, "false", "cleaning", "true"},
+              {"true", true, "true", "init", "false"},
+              {"false", false, "false", "init", "false"}}) {
             robot.leaf("DoesRobotGetChargerSigCheck").gives(near);
-            robot.set("record_charge_pose_start", row.noted);
-            robot.erase("from_charge_fake_flag");
-            if (row.fake)
-                robot.set("from_charge_fake_flag", "");
-            robot.set("robot_moved", row.moved);
-            EXPECT_EQ(startFromCharger(row.stage), row.kept) << row.stage << ' ' << row.fake << row.moved;
+            robot.set("record_charge_pose_start", noted);
+            robot.set("robot_moved", moved);
+            robot.set(fake ? "from_charge_fake_flag" : "-from_charge_fake_flag");
+            EXPECT_EQ(startFromCharger(stage), kept) << stage << ' ' << fake << moved;
             EXPECT_EQ(robot.framesOf("GoBackwards"), near ? 300 : 0);
             EXPECT_EQ(robot.key("rotate_target_angle"), "0");
             EXPECT_TRUE(robot.notAsked("PreAutoOnCharger"));
@@ -176,35 +150,30 @@ TEST(DockPose, IsReckonedFromTheDriveOffOrForgotten)
 {
     ScriptedRobot robot;
     robot.set("current_odom=3 start_from_charger=true start_from_charger_pose=5");
-    robot.start("CalcChargerPositionOrNot");
-    EXPECT_EQ(robot.finish(3), SUCCESS);
+    const auto reckon = [&robot] { EXPECT_EQ(robot.finish("CalcChargerPositionOrNot", 3), SUCCESS); };
+    reckon();
     EXPECT_TRUE(robot.asked("CalcChargerPosition out_charger_position=charger_position"));
     EXPECT_EQ(robot.key("odom_pos_after"), "3");
 
     robot.set("OdomAfterCopied=true current_odom=9");
-    robot.start("CalcChargerPositionOrNot");
-    robot.finish(3);
-    EXPECT_EQ(robot.key("odom_pos_after"), "3") << "noted before";
-    EXPECT_FALSE(robot.has("OdomAfterCopied"));
+    reckon();
+    EXPECT_TRUE(robot.keysAre("odom_pos_after=3 -OdomAfterCopied")) << "noted before";
 
     robot.set("moved_flag_for_calc_charger", "");
-    robot.start("CalcChargerPositionOrNot");
-    robot.finish(3);
+    reckon();
     EXPECT_TRUE(robot.notAsked("CalcChargerPosition"));
     EXPECT_FALSE(robot.has("start_from_charger_pose"));
 
     robot.set("start_from_charger_pose=5 start_from_charger=false");
-    robot.start("CalcChargerPositionOrNot");
-    robot.finish(3);
+    reckon();
     EXPECT_FALSE(robot.has("start_from_charger_pose"));
 }
 
 // --- the cloth ----------------------------------------------------------------------------------
 
 /// A task with a cloth, about to begin.
-class ClothAtStart : public testing::Test
+struct ClothAtStart : testing::Test
 {
-protected:
     ClothAtStart()
     {
         robot.obeys_requests = false;
@@ -217,8 +186,7 @@ protected:
     {
         robot.set("robot_indock=true -need_back_station");
         robot.forgetRequests();
-        robot.start("CleanFromChargerJudgment");
-        EXPECT_NE(robot.finish(300), RUNNING);
+        EXPECT_NE(robot.finish("CleanFromChargerJudgment", 300), RUNNING);
         EXPECT_FALSE(robot.has("robot_indock"));
         EXPECT_EQ(robot.has("need_back_station"),
                   robot.requests() == std::vector<std::string>{"BackHomeMode"});
@@ -270,20 +238,15 @@ TEST_F(ClothAtStart, ThatHearsNoDockDoesNotBegin)
 TEST_F(ClothAtStart, ASelectionThatIsNowToBeMoppedKeepsItsInputForAfterTheVisit)
 {
     for (const auto& [stage, input, flag] :
-         {std::tuple<const char*, const char*, const char*>{"area_cleaning", "Areas_Clean_Set_List_Ping",
-                                                            nullptr},
+         {std::tuple{"area_cleaning", "Areas_Clean_Set_List_Ping", "no_flag"},
           {"zone_cleaning", "Draw_Area_Set_Ping", "reset_zone_cleaning"},
           {"point_cleaning", "Select_Point_Set_Ping", "reset_point_cleaning"}}) {
         robot.set("task_state", stage);
-        robot.set("changed_mop_mode", "1");
-        robot.set(std::string(input) + "_bak", "kept");
-        if (flag != nullptr)
-            robot.set(std::string(flag) + "_bak", "kept too");
+        robot.set(std::string("changed_mop_mode=1 ") + input + "_bak=kept " + flag + "_bak=too");
         EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
-        EXPECT_EQ(robot.key("task_state"), "precleaning") << stage;
-        EXPECT_EQ(robot.key(input), "kept");
-        EXPECT_FALSE(robot.has(std::string(input) + "_bak"));
-        EXPECT_TRUE(flag == nullptr || robot.key(flag) == "kept too") << stage;
+        EXPECT_TRUE(
+            robot.keysAre(std::string("task_state=precleaning -") + input + "_bak " + input + "=kept"));
+        EXPECT_TRUE(flag == std::string("no_flag") || robot.key(flag) == "too") << stage;
     }
     robot.set("task_state", "lowpower");
     EXPECT_THAT(judge(), ElementsAre("BackHomeMode"));
@@ -302,30 +265,11 @@ TEST_F(ClothAtStart, OnTheDockAChangeToMoppingClosesTheTask)
     EXPECT_FALSE(robot.has("need_back_mode_changed"));
 }
 
-TEST(Cloth, TheStatusFollowsHowItIsUsed)
-{
-    ScriptedRobot robot;
-    robot.set("robot_status", "before");
-    robot.start("WashModeJudge");
-    robot.tick();
-    EXPECT_EQ(robot.key("robot_status"), "before");
-    for (const auto& [mode, status] : {std::pair{"0", "clean_sweep"},
-                                       {"1", "clean_mop"},
-                                       {"2", "clean_sweep_mop"},
-                                       {"7", "clean_sweep_mop"}}) {
-        robot.set("robot_mop_mode", mode);
-        robot.tick();
-        EXPECT_EQ(robot.key("robot_status"), status) << mode;
-    }
-    EXPECT_TRUE(robot.said("mop mode error..."));
-}
-
 TEST(Cloth, OnACarpetTheWaterIsShutOffAndTheFanTurnedUp)
 {
     ScriptedRobot robot;
     robot.set("water_box", "");
-    robot.start("auto_cleanmode_set");
-    EXPECT_EQ(robot.tick(), SUCCESS);
+    EXPECT_EQ(robot.run("auto_cleanmode_set"), SUCCESS);
     EXPECT_FALSE(robot.has("close_water_box")) << "nobody looks out for carpet";
     robot.leaf("DoesRobotCheckCarpet").succeeds();
     robot.tick();

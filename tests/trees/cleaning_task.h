@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -28,9 +26,8 @@ constexpr CleaningModeNames kCleaningModes[] = {kHome, kRooms, kZones, kPoint};
 
 /// The four modes that clean by a map, with what they enter replaced: the maps, the way off the dock, the
 /// coverage. The robot stands where it stood, its SLAM goes on.
-class CleaningTask : public testing::Test
+struct CleaningTask : testing::Test
 {
-protected:
     CleaningTask() : robot({kHome.tree, kRooms.tree, kZones.tree, kPoint.tree})
     {
         robot.obeys_requests = false;
@@ -58,7 +55,6 @@ protected:
         robot.mode = mode.mode;
         robot.set("task_state", stage);
         robot.forgetRequests();
-        music_before_ = robot.music().size();
         robot.start(mode.tree);
         for (int i = 0; i < 400; ++i) {
             const NodeStatus result = robot.tick();
@@ -79,32 +75,19 @@ protected:
         EXPECT_FALSE(robot.requests().empty()) << robot.transcript().print();
     }
 
-    /// What was played since the entry.
-    [[nodiscard]] std::vector<std::string> music() const
-    {
-        return {robot.music().begin() + static_cast<std::ptrdiff_t>(music_before_), robot.music().end()};
-    }
-
+    [[nodiscard]] std::vector<std::string> music() const { return robot.newMusic(); }
     /// What closed tasks and began maps since the entry, in order: S and C a task closed, as a search and as
     /// a clean, A a map chosen, N a new map, R the stored one.
     [[nodiscard]] std::string closedAndBegun() const
     {
-        std::string letters;
-        for (const Asking& asking : robot.transcript().askings())
-            for (const auto& [tree, letter] : {std::pair{"SearchChargeEnding", 'S'},
-                                               {"AdvCleanComplete", 'C'},
-                                               {"AdvRestartCleaning", 'A'},
-                                               {"RestartCleaning", 'N'},
-                                               {"ReuseRestartCleaning", 'R'}})
-                if (asking.who == tree)
-                    letters += letter;
-        return letters;
+        return robot.letters({{"SearchChargeEnding", 'S'},
+                              {"AdvCleanComplete", 'C'},
+                              {"AdvRestartCleaning", 'A'},
+                              {"RestartCleaning", 'N'},
+                              {"ReuseRestartCleaning", 'R'}});
     }
 
     SupervisedRobot robot;
-
-private:
-    std::size_t music_before_ = 0;
 };
 
 }  // namespace vemra::test

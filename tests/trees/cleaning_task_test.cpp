@@ -3,11 +3,6 @@
 namespace vemra::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
-
 constexpr const char* kHalfTurn = "Rotate angle_deg=180";
 
 // --- which task this is -------------------------------------------------------------------------
@@ -297,7 +292,7 @@ TEST_F(CleaningTask, IsCalledHomeByTheStation)
         EXPECT_THAT(robot.requests(), IsEmpty());
         robot.set("need_back_station", "");
         robot.tick(2);
-        EXPECT_THAT(robot.requests(), testing::Contains("BackHomeMode"));
+        EXPECT_THAT(robot.requests(), Contains("BackHomeMode"));
         EXPECT_EQ(robot.key("continue_work"), work);
     }
 }

@@ -3,14 +3,9 @@
 namespace vemra::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 /// The robot stands by, and what follows is a command.
-class Command : public testing::Test
+struct Command : testing::Test
 {
-protected:
     Command()
     {
         robot.powerOn();
@@ -46,38 +41,27 @@ protected:
 constexpr const char* kStart = "Is_Key1_Click";
 constexpr const char* kHome = "Is_Key2_Click";
 
-struct KindOfTask
-{
-    std::string mode;
-    std::string type;
-    std::vector<std::string> states;
-};
-
-const std::vector<KindOfTask>& kindsOfTask()
-{
-    static const std::vector<KindOfTask> kinds = {
-        {"DrawAreaCleanMode", "ZoneClean", {"zone_cleaning", "zone_lowpower", "zone_lowpower_pause"}},
-        {"SelectAreaCleanMode", "AreaClean", {"area_cleaning", "area_lowpower", "area_lowpower_pause"}},
-        {"SelectPointCleanMode", "PointClean", {"point_cleaning", "point_lowpower", "point_lowpower_pause"}},
-        {"AutoCleanMode", "AutoClean", {"cleaning", "lowpower", "lowpower_pause"}},
-    };
-    return kinds;
-}
+// The kinds of tasks: mode, type, and how their states begin.
+constexpr std::tuple<const char*, const char*, const char*> kKinds[] = {
+    {"DrawAreaCleanMode", "ZoneClean", "zone_"},
+    {"SelectAreaCleanMode", "AreaClean", "area_"},
+    {"SelectPointCleanMode", "PointClean", "point_"},
+    {"AutoCleanMode", "AutoClean", ""}};
+constexpr const char* kOpen[] = {"cleaning", "lowpower", "lowpower_pause"};
 
 TEST_F(Command, ToStartResumesTheOpenKindOfTask)
 {
     const auto started = [this](const std::string& state, const std::string& type) {
-        robot.set("task_state", state);
-        robot.set("task_type", type);
+        robot.set("task_state=" + state + " task_type=" + type);
         auto by_key = pressed(kStart, "PauseAndStopMode");
         EXPECT_EQ(robot.key("start_clean_method_key"), "1");
         EXPECT_EQ(commanded("AutoCleanMode", "PauseAndStopMode"), by_key) << state << " by the app";
         return by_key;
     };
-    for (const KindOfTask& kind : kindsOfTask()) {
-        for (const std::string& state : kind.states)
-            EXPECT_THAT(started(state, "Idle"), ElementsAre(kind.mode)) << state;
-        EXPECT_THAT(started("precleaning", kind.type), ElementsAre(kind.mode)) << kind.type;
+    for (const auto& [mode, type, prefix] : kKinds) {
+        for (const char* state : kOpen)
+            EXPECT_THAT(started(std::string(prefix) + state, "Idle"), ElementsAre(mode)) << state;
+        EXPECT_THAT(started("precleaning", type), ElementsAre(mode)) << type;
     }
     EXPECT_THAT(started("init", "Idle"), ElementsAre("AutoCleanMode"));
     EXPECT_THAT(started("map_cleaning", "Idle"), ElementsAre("FastMapBuildMode"));
@@ -86,16 +70,6 @@ TEST_F(Command, ToStartResumesTheOpenKindOfTask)
     EXPECT_THAT(started("completing", "Idle"), ElementsAre("FastMapBuildMode"));
     robot.set("last_clean_mode", "AutoCleanMode");
     EXPECT_THAT(started("completing", "Idle"), ElementsAre("AutoCleanMode"));
-}
-
-TEST_F(Command, OfAKeyInARunningModePauses)
-{
-    for (const char* mode : {"AutoCleanMode", "SelectAreaCleanMode", "BackHomeMode", "FastMapBuildMode"})
-        for (const char* key : {kStart, kHome, "Is_Key2_LongPressed"})
-            EXPECT_THAT(pressed(key, mode), ElementsAre("PauseAndStopMode")) << mode << " " << key;
-    EXPECT_THAT(robot.music(), testing::Each("11"));
-    EXPECT_TRUE(robot.asked("Stop"));
-    EXPECT_THAT(pressed(kHome, "PartCleanMode"), ElementsAre("StandbyMode")) << "a spot is given up";
 }
 
 TEST_F(Command, OfTheHomeKeySendsTheRobotHomeUnlessItIsThere)
@@ -108,21 +82,7 @@ TEST_F(Command, OfTheHomeKeySendsTheRobotHomeUnlessItIsThere)
     EXPECT_FALSE(robot.has("start_backhome_method_key")) << "the app was first";
     EXPECT_EQ(robot.key("FastMapCleanCancleFlag"), "true");
     robot.on_charger = true;
-    EXPECT_THAT(pressed(kHome, "ChargingMode"), IsEmpty());
-    EXPECT_THAT(robot.music(), Contains("18"));
     EXPECT_THAT(commanded("BackHomeMode", "ChargingMode"), IsEmpty());
-}
-
-TEST_F(Command, OfALongPressSwitchesOffOnlyAtRestAndOffTheDock)
-{
-    EXPECT_THAT(pressed("Is_Key1_LongPressed", "PauseAndStopMode"), ElementsAre("PowerOffMode"));
-    EXPECT_THAT(pressed("Is_Key1_LongPressed", "AutoCleanMode"), IsEmpty());
-    robot.on_charger = true;
-    EXPECT_THAT(pressed("Is_Key1_LongPressed", "ChargingMode"), IsEmpty());
-    EXPECT_THAT(robot.music(), Contains("19"));
-    robot.on_charger = false;
-    EXPECT_THAT(pressed("Is_Key2_LongPressed", "StandbyMode"), ElementsAre("PartCleanMode"));
-    EXPECT_EQ(robot.key("start_clean_method_key"), "2");
 }
 
 TEST_F(Command, OfTheAppAsksForItsMode)
@@ -154,11 +114,10 @@ TEST_F(Command, OfTheAppAsksForItsMode)
 
 TEST_F(Command, OfATimerTakesUpTheOpenTaskFromAPause)
 {
-    for (const KindOfTask& kind : kindsOfTask())
-        for (const std::string& state : kind.states) {
-            robot.set("task_state", state);
-            robot.set("OrderAutoClean", "");
-            EXPECT_THAT(commanded("AutoCleanMode", "PauseAndStopMode"), Contains(kind.mode)) << state;
+    for (const auto& [mode, type, prefix] : kKinds)
+        for (const char* state : kOpen) {
+            robot.set(std::string("OrderAutoClean task_state=") + prefix + state);
+            EXPECT_THAT(commanded("AutoCleanMode", "PauseAndStopMode"), Contains(mode)) << prefix << state;
         }
 }
 

@@ -7,12 +7,10 @@ namespace vemra::test {
 namespace {
 
 /// A robot on the map of a home, with no floor left to clean and a sound way to where it began.
-class HomeToCover : public testing::Test
+struct HomeToCover : RobotOnALine
 {
-protected:
     HomeToCover()
     {
-        robot.pointsOnALine();
         robot.set("current_pose=0 current_coord=0 navi_target_point=0 search_target_point=0");
         robot.set("gridmap_limit=home map_mask=0 path_bridge_max_failure_cnt=0");
         robot.leaf("GridmapLimitCheck").follows(on_map);
@@ -40,7 +38,6 @@ protected:
         });
     }
 
-    ScriptedRobot robot;
     bool on_map = true;
     std::vector<std::string> parts;  ///< what was cleaned, one after the other
 };
@@ -49,8 +46,7 @@ TEST_F(HomeToCover, IsLeftForTheWayBackWhileTheRobotIsOffTheMap)
 {
     robot.tree("PlanInSubregion_FollowGong").runs();
     robot.tree("BackToMapLimit").runs();
-    robot.start("RecursiveAutoMode_FollowGong");
-    EXPECT_EQ(robot.tick(5), RUNNING);
+    EXPECT_EQ(robot.run("RecursiveAutoMode_FollowGong", 5), RUNNING);
     EXPECT_TRUE(robot.askedNow("PlanInSubregion_FollowGong"));
     robot.set("current_coord", 900);
     on_map = false;
@@ -75,8 +71,7 @@ TEST_F(HomeToCover, EndsWhenNoFloorIsReachedThatASearchOffers)
     robot.leaf("FindNearestBoundary").fills("out_target_point", 5000);
     robot.tree("NavigateProc").failsAfter(2);
     robot.tree("NavigateFollowWall").failsAfter(2);
-    robot.start("AutoMode_FollowGong");
-    EXPECT_EQ(robot.finish(200), SUCCESS) << robot.transcript().print();
+    EXPECT_EQ(robot.finish("AutoMode_FollowGong", 200), SUCCESS) << robot.transcript().print();
     EXPECT_TRUE(robot.started(5, "NavigateProc | NavigateFollowWall"));
     EXPECT_EQ(parts.size(), 1U) << "only where it stood";
 }
@@ -90,8 +85,7 @@ TEST_F(HomeToCover, ADoubtfulWayBackIsDrivenAndLookedAtAgain)
         robot.set("path_bridge_max_failure_cnt", 0);
         return SUCCESS;
     });
-    robot.start("AutoMode_FollowGong");
-    EXPECT_EQ(robot.finish(100), SUCCESS);
+    EXPECT_EQ(robot.finish("AutoMode_FollowGong", 100), SUCCESS);
     EXPECT_TRUE(robot.started(1, "NavigateProc"));
     EXPECT_EQ(parts.size(), 2U) << "the floor is looked over again from where it came out";
     EXPECT_FALSE(robot.has("ignore_pointcloud_during_escaping"));
@@ -103,8 +97,7 @@ TEST_F(HomeToCover, ADoorThatClosedBehindTheRobotIsATrapAndAPolygonWallIsNone)
         barTheWayBack(by_polygon_wall);
         for (const char* coverage : {"AutoMode_FollowGong", "RecursiveAutoMode_GongFollow"}) {
             robot.succeed("IncreaseCoverage_mod | GongCompleteReconfirm");
-            robot.start(coverage);
-            EXPECT_EQ(robot.finish(200), by_polygon_wall ? SUCCESS : FAILURE) << coverage;
+            EXPECT_EQ(robot.finish(coverage, 200), by_polygon_wall ? SUCCESS : FAILURE) << coverage;
             EXPECT_FALSE(robot.has("OnElave")) << "it does not outlive " << coverage;
         }
     }
@@ -112,9 +105,8 @@ TEST_F(HomeToCover, ADoorThatClosedBehindTheRobotIsATrapAndAPolygonWallIsNone)
 
 // --- rooms ------------------------------------------------------------------------------------------
 
-class RoomsToClean : public HomeToCover
+struct RoomsToClean : HomeToCover
 {
-protected:
     RoomsToClean()
     {
         robot.set("segment_map_info=segment_map is_draw_area_cleaning=true in_new_area=false");
@@ -141,8 +133,7 @@ protected:
     NodeStatus clean()
     {
         parts.clear();
-        robot.start("CleanSelectedAreas");
-        return robot.finish(1000);
+        return robot.finish("CleanSelectedAreas", 1000);
     }
 
     int room = 1;
@@ -157,8 +148,8 @@ TEST_F(RoomsToClean, TheClothIsWashedBetweenRoomsAndNotBeforeTheFirst)
         robot.set("-mop_dirty -current_area_val -mop_reach_target_segment");
         parts.clear();
         robot.start("CleanSelectedAreas");
-        for (int i = 0; i < 1000 && robot.tick() == RUNNING && !robot.has("mop_dirty"); ++i) {
-        }
+        for (int i = 0; i < 1000 && robot.tick() == RUNNING && !robot.has("mop_dirty");)
+            ++i;
         const bool washes = wash_mop_mode == 0 && count == 2;
         EXPECT_EQ(robot.has("mop_dirty"), washes) << wash_mop_mode << ' ' << count;
         if (washes) {
@@ -224,36 +215,27 @@ TEST_F(RoomsToClean, ABarredWayHomeIsToldByWhatBarsIt)
 {
     const std::string trapped = "KQD: 不切回充，直接返回，由模式树决定被困类型";
     const std::string untried = "KQD: 不切回充，报清扫路径被阻挡";
-    struct Row
-    {
-        bool untried_floor;
-        bool by_polygon_wall;
-        NodeStatus result;
-    };
-    for (const Row& row : {Row{false, false, SUCCESS}, Row{true, false, FAILURE}, Row{true, true, FAILURE}}) {
-        const std::string what = std::to_string(row.untried_floor) + std::to_string(row.by_polygon_wall);
+    for (const auto& [untried_floor, by_polygon_wall, result] :
+         {std::tuple{false, false, SUCCESS}, {true, false, FAILURE}, {true, true, FAILURE}}) {
+        const std::string what = std::to_string(untried_floor) + std::to_string(by_polygon_wall);
         rooms(1, 1);
         robot.set("-clean_vw_blocked -have_trapped_type");
-        barTheWayBack(row.by_polygon_wall);
-        robot.leaf("SearchUntriedArea").decides([row](const Moment&) {
-            return row.untried_floor ? SUCCESS : FAILURE;
-        });
-        EXPECT_EQ(clean(), row.result) << what;
-        EXPECT_EQ(bool{robot.said(untried)}, row.untried_floor) << what;
-        EXPECT_EQ(bool{robot.said(trapped)}, row.untried_floor && !row.by_polygon_wall) << what;
-        EXPECT_EQ(robot.has("clean_vw_blocked"), row.untried_floor && row.by_polygon_wall) << what;
+        barTheWayBack(by_polygon_wall);
+        robot.leaf("SearchUntriedArea").gives(untried_floor);
+        EXPECT_EQ(clean(), result) << what;
+        EXPECT_EQ(bool{robot.said(untried)}, untried_floor) << what;
+        EXPECT_EQ(bool{robot.said(trapped)}, untried_floor && !by_polygon_wall) << what;
+        EXPECT_EQ(robot.has("clean_vw_blocked"), untried_floor && by_polygon_wall) << what;
         EXPECT_FALSE(robot.has("OnElave")) << what;
     }
 }
 
 // --- back onto the map ------------------------------------------------------------------------------
 
-class OffTheMap : public testing::Test
+struct OffTheMap : RobotOnALine
 {
-protected:
     OffTheMap()
     {
-        robot.pointsOnALine();
         robot.set("current_pose=0 bump_dir=middle");
         robot.succeed("NotTrapped | Bumped");
         robot.leaf("FindLastInTrajectory").fills("out_point_grid", "clear");
@@ -264,20 +246,17 @@ protected:
         });
         robot.tree("FollowWallProc").runs();
     }
-    ScriptedRobot robot;
     std::vector<std::string> goals;
 };
 
 TEST_F(OffTheMap, DrivesToTheLastClearSpotAndThenToTheOrigin)
 {
-    robot.start("BackToMapLimit");
-    EXPECT_EQ(robot.tick(5), RUNNING);
+    EXPECT_EQ(robot.run("BackToMapLimit", 5), RUNNING);
     EXPECT_EQ(goals.at(0), "0;0") << "there is no track";
     EXPECT_EQ(goals.at(1), "origin");
     goals.clear();
     robot.set("robot_trajectory", "track");
-    robot.start("BackToMapLimit");
-    EXPECT_EQ(robot.tick(5), RUNNING);
+    EXPECT_EQ(robot.run("BackToMapLimit", 5), RUNNING);
     EXPECT_EQ(goals.at(0), "clear");
     EXPECT_EQ(goals.at(1), "origin");
 }
@@ -314,8 +293,7 @@ TEST_F(OffTheMap, GivesUpAfterThreeMinutes)
 {
     robot.tree("NaviOnePointProc").failsAfter(3);
     robot.leaf("Bumped").fails();
-    robot.start("BackToMapLimit");
-    EXPECT_EQ(robot.finish(9100), FAILURE);
+    EXPECT_EQ(robot.finish("BackToMapLimit", 9100), FAILURE);
     EXPECT_NEAR(robot.frame(), 9000, 5);
     EXPECT_TRUE(robot.keysAre("-prefer_direction -first_contact_point"));
 }

@@ -7,21 +7,15 @@ namespace vemra::test {
 namespace {
 
 /// A part of the floor with nothing to do in it: no chain, no block, no line. Points are numbers.
-class PartOfTheFloor : public testing::Test
+struct PartOfTheFloor : RobotOnALine
 {
-protected:
     PartOfTheFloor()
     {
-        robot.pointsOnALine();
         robot.set("current_pose=0 current_coord=0 navi_target_point=0 current_subregion=part");
         robot.set("chain_layer_id=0 map_mask=0");
         robot.succeed("InCurrentSubregion | FarFromVirtualBound | MarkChainCheckOverlap | NotTrapped");
         robot.fail("AwesomeSearch | PlanNextLine");
-        robot.leaf("Bumped").decides(
-            [](const Moment& now) { return now.port("bump_dir") == "None" ? FAILURE : SUCCESS; });
-        robot.leaf("BumpdirMatch").decides([](const Moment& now) {
-            return now.port("para_a") == now.port("para_b") ? SUCCESS : FAILURE;
-        });
+        robot.textsAsTheyStand();
         robot.succeed(
             "Back2cm | Escape | FixOrientation | NaviOnePointProc | NavigateFollowWall | FollowWallProc");
         robot.tree("NavigateProc").decides([this](const Moment&) {
@@ -53,13 +47,8 @@ protected:
         });
     }
 
-    NodeStatus clean()
-    {
-        robot.start("PlanInSubregion_FollowGong");
-        return robot.finish(500);
-    }
+    NodeStatus clean() { return robot.finish("PlanInSubregion_FollowGong", 500); }
 
-    ScriptedRobot robot;
     std::vector<std::string> drives_for;  ///< what the track was told at each drive
 };
 
@@ -79,13 +68,11 @@ TEST_F(PartOfTheFloor, AHaltKeepsThePhaseAndNotTheSearchForBlocks)
 {
     lines(5);
     robot.tree("FixOrientation").runs();
-    robot.start("PlanInSubregion_FollowGong");
-    robot.tickUntil("FixOrientation");
+    robot.runUntil("PlanInSubregion_FollowGong", "FixOrientation");
     robot.set("need_search_block", "");
     robot.halt();
     EXPECT_FALSE(robot.has("need_search_block"));
-    robot.start("PlanInSubregion_FollowGong");
-    robot.tickUntil("FixOrientation");
+    robot.runUntil("PlanInSubregion_FollowGong", "FixOrientation");
     EXPECT_TRUE(robot.notAsked("AwesomeSearch search_mode=Chain")) << "on with the lines at once";
 }
 
@@ -123,50 +110,39 @@ TEST_F(PartOfTheFloor, TheFieldOfTheDockIsNeitherTracedNorPassed)
         robot.leaf("GongNeedFollowWall").succeeds();
         EXPECT_EQ(clean(), SUCCESS) << side;
         EXPECT_TRUE(robot.started(2, "FixOrientation")) << side;
-        EXPECT_TRUE(robot.notAsked("GongNeedFollowWall")) << side;
-        EXPECT_TRUE(robot.notAsked("FollowWallProc")) << side;
-        EXPECT_TRUE(robot.notAsked("NavigateFollowWall")) << side;
+        EXPECT_TRUE(robot.notAsked("GongNeedFollowWall | FollowWallProc | NavigateFollowWall")) << side;
     }
 }
 
 TEST_F(PartOfTheFloor, OnlyAHalfTurnBesideTheStartOfTheLineIsMadeAsAnArc)
 {
-    struct Row
-    {
-        double turn_angle;
-        int foot_mm_from_start;
-        std::string drive;  // "arc", or what the track is told of the drive
-    };
-    const std::vector<Row> rows = {
-        {180, 0, "arc"},
-        {176, 0, "arc"},
-        {-176, 0, "arc"},
-        {184, 0, "arc"},
-        {180, 99, "arc"},
-        {180, -99, "arc"},
-        {175, 0, "AfterFootNavi"},
-        {-175, 0, "AfterFootNavi"},
-        {185, 0, "AfterFootNavi"},
-        {90, 0, "AfterFootNavi"},
-        {180, 101, "AfterFootNavi"},
-        {180, -499, "AfterFootNavi"},
-        {180, 501, ""},
-    };
+    // The turn, the foot in millimetres from the start, and the drive: an arc, or what the track is told of
+    // it.
+    const std::tuple<double, int, const char*> rows[] = {{180, 0, "arc"},
+                                                         {176, 0, "arc"},
+                                                         {-176, 0, "arc"},
+                                                         {184, 0, "arc"},
+                                                         {180, 99, "arc"},
+                                                         {180, -99, "arc"},
+                                                         {175, 0, "AfterFootNavi"},
+                                                         {-175, 0, "AfterFootNavi"},
+                                                         {90, 0, "AfterFootNavi"},
+                                                         {185, 0, "AfterFootNavi"},
+                                                         {180, 101, "AfterFootNavi"},
+                                                         {180, -499, "AfterFootNavi"},
+                                                         {180, 501, ""}};
     robot.leaf("IsPointCloseToLine threshold_grid=3").succeeds();
-    for (const Row& row : rows) {
-        const std::string what =
-            std::to_string(row.turn_angle) + " degrees, foot at " + std::to_string(row.foot_mm_from_start);
+    for (const auto& [turn, foot, drive] : rows) {
+        const std::string what = std::to_string(turn) + " degrees, foot at " + std::to_string(foot);
         lines(1);
-        robot.leaf("CalcFootOfPerpendicularThroughPoint").fills("out_point", 1000 + row.foot_mm_from_start);
-        robot.leaf("CalcSwitchLineTurnParam").fills("out_angle", row.turn_angle).fills("out_radius", 75);
+        robot.leaf("CalcFootOfPerpendicularThroughPoint").fills("out_point", 1000 + foot);
+        robot.leaf("CalcSwitchLineTurnParam").fills("out_angle", turn).fills("out_radius", 75);
         robot.erase("trace_token");
         drives_for.clear();
         EXPECT_EQ(clean(), SUCCESS) << what;
-        EXPECT_TRUE(robot.started(row.drive == "arc" ? 1 : 0, "TurnAround")) << what;
-        if (row.drive != "arc")
-            EXPECT_EQ(drives_for, std::vector<std::string>{row.drive}) << what;
-        else
-            EXPECT_TRUE(drives_for.empty()) << what;
+        const bool arc = drive == std::string("arc");
+        EXPECT_TRUE(robot.started(arc ? 1 : 0, "TurnAround")) << what;
+        EXPECT_EQ(drives_for, arc ? std::vector<std::string>{} : std::vector<std::string>{drive}) << what;
         EXPECT_TRUE(robot.started(1, "FixOrientation")) << what;
     }
 }
@@ -251,12 +227,10 @@ TEST_F(PartOfTheFloor, TheWayBackIsTriedThriceAndGivenUpWithoutAGoal)
 
 // --- the pass along the walls ---------------------------------------------------------------------
 
-class WallPass : public testing::Test
+struct WallPass : RobotOnALine
 {
-protected:
     WallPass()
     {
-        robot.pointsOnALine();
         robot.set("current_pose=0 current_coord=0 navi_target_point=0");
         robot.succeed("GridmapLimitCheck | NotTrapped | IsPointOutOfAllChainRegion | Bumped");
         robot.succeed("MarkChainCheckOverlap");
@@ -265,7 +239,6 @@ protected:
         robot.succeed(
             "EscapeCoat | Back2cm | NavigateProc | NaviOnePointProc | NavigateFollowWall | FollowWallProc");
     }
-    ScriptedRobot robot;
 };
 
 TEST_F(WallPass, GoesRoundNoBlockAfterFortyMinutesUnlessWithinARoom)
@@ -276,8 +249,7 @@ TEST_F(WallPass, GoesRoundNoBlockAfterFortyMinutesUnlessWithinARoom)
             robot.set("clean_time_for_app", seconds);
             if (in_room)
                 robot.set("skip_followwall_timeout_check", "true");
-            robot.start(pass);
-            EXPECT_EQ(robot.finish(50), SUCCESS) << pass;
+            EXPECT_EQ(robot.finish(pass, 50), SUCCESS) << pass;
             EXPECT_TRUE(robot.started(inner ? 1 : 0, "AwesomeSearch search_mode=Block"))
                 << pass << ' ' << seconds;
             EXPECT_EQ(bool{robot.said("清扫时间大于40分钟，不做内沿边")}, !inner) << pass;
@@ -291,10 +263,9 @@ TEST_F(WallPass, ASpentBudgetEndsThePieceAndTheStage)
     robot.leaf("CalcFollowWallFrameOut").fills("out_key", 40);
     robot.leaf("AwesomeSearch search_mode=Chain").succeeds();
     robot.tree("FollowWallProc").runs();
-    robot.start("IncreaseCoverage_mod");
-    EXPECT_EQ(robot.finish(100), SUCCESS) << robot.transcript().print();
+    EXPECT_EQ(robot.finish("IncreaseCoverage_mod", 100), SUCCESS) << robot.transcript().print();
     EXPECT_TRUE(robot.halted("FollowWallProc"));
-    EXPECT_THAT(robot.framesOf("FollowWallProc"), testing::AllOf(testing::Gt(30), testing::Le(41)));
+    EXPECT_THAT(robot.framesOf("FollowWallProc"), AllOf(Gt(30), Le(41)));
     EXPECT_TRUE(robot.started(1, "AwesomeSearch search_mode=Chain"));
     EXPECT_TRUE(robot.said("总时间超时（外沿边）"));
 }
@@ -304,8 +275,7 @@ TEST_F(WallPass, ABlockFollowedBeforeIsPassed)
     for (const bool followed : {true, false}) {
         robot.leaf("AwesomeSearch search_mode=Block").inTurn({SUCCESS, FAILURE});
         robot.leaf("InFollowWallMarkMap").gives(followed);
-        robot.start("IncreaseCoverage_mod");
-        EXPECT_EQ(robot.finish(100), SUCCESS);
+        EXPECT_EQ(robot.finish("IncreaseCoverage_mod", 100), SUCCESS);
         EXPECT_TRUE(robot.started(followed ? 1 : 0, "NavigateFollowWall"));
         EXPECT_TRUE(robot.started(followed ? 0 : 1, "FollowWallProc"));
     }

@@ -6,15 +6,13 @@ namespace vemra::test {
 namespace {
 
 /// The search of the live dock.
-class DockSearch : public SearchingRobot
+struct DockSearch : SearchingRobot
 {
-protected:
     /// As hearing it stands, till the final approach or the first move.
     void search(int frames)
     {
         robot.forget();
-        robot.start("SearchForCharger_lds");
-        robot.tick(frames);
+        robot.run("SearchForCharger_lds", frames);
     }
 };
 
@@ -79,8 +77,7 @@ TEST_F(DockSearch, GivesUpAfterFiveMarkingTurns)
         heard.clear();
         return FAILURE;
     });
-    robot.start("SearchForCharger_lds");
-    EXPECT_EQ(robot.finish(200), FAILURE);
+    EXPECT_EQ(robot.finish("SearchForCharger_lds", 200), FAILURE);
     EXPECT_TRUE(robot.started(5, "GoChargingFullRoundTurn"));
     EXPECT_TRUE(robot.started(5, "SearchForChargerRandomWalk")) << "it hears nothing at the sector";
 }
@@ -93,8 +90,7 @@ TEST_F(DockSearch, BacksOutFiveTimesAndThriceWhereItLeavesTheField)
         bump = now.tick_of_run == 3 ? "middle" : "";
         return RUNNING;
     });
-    robot.start("SearchForCharger_lds");
-    robot.tickUntil("SearchForChargerRandomWalk", 3000);
+    robot.runUntil("SearchForCharger_lds", "SearchForChargerRandomWalk", 3000);
     EXPECT_TRUE(robot.started(5, "WeighDockSignalFirstStep | WeighDockSignalSecondStep"));
     EXPECT_EQ(robot.key("docking_try_times"), "0");
     EXPECT_EQ(robot.key("final_dock_times"), "0") << "set back with each approach: it ends nothing";
@@ -106,8 +102,7 @@ TEST_F(DockSearch, BacksOutFiveTimesAndThriceWhereItLeavesTheField)
     });
     robot.forget();
     in_field = true;
-    robot.start("SearchForCharger_lds");
-    robot.tickUntil("SearchForChargerRandomWalk", 3000);
+    robot.runUntil("SearchForCharger_lds", "SearchForChargerRandomWalk", 3000);
     EXPECT_TRUE(robot.started(3, "WeighDockSignalFirstStep"));
     EXPECT_TRUE(robot.notAsked("WeighDockSignalSecondStep"));
 }
@@ -119,8 +114,7 @@ TEST_F(DockSearch, ATrappedCycleCostsNoMarkingTurnAndTheFifthIsWalkedOutOf)
     bool turned = false;
     robot.tree("GoChargingFullRoundTurn").decides([&](const Moment& now) {
         turned = true;
-        now.set("marker_signal_type", "Middle");
-        now.set("marker_dir", 0.0);
+        now.set("marker_signal_type=Middle marker_dir=0.0");
         return SUCCESS;
     });
     robot.tree("Escape").decides([&](const Moment&) { return turned ? FAILURE : SUCCESS; });
@@ -132,8 +126,7 @@ TEST_F(DockSearch, ATrappedCycleCostsNoMarkingTurnAndTheFifthIsWalkedOutOf)
     for (int walks = 1; walks <= 2; ++walks) {
         robot.tickUntil("SearchForChargerRandomWalk", 200);
         EXPECT_TRUE(robot.started(5 * walks, "GoChargingFullRoundTurn"));
-        EXPECT_EQ(robot.key("full_round_turn_times"), "0");
-        EXPECT_EQ(robot.key("charging_escape_times"), "0");
+        EXPECT_TRUE(robot.keysAre("full_round_turn_times=0 charging_escape_times=0"));
         robot.tick();
     }
 }
@@ -141,17 +134,15 @@ TEST_F(DockSearch, ATrappedCycleCostsNoMarkingTurnAndTheFifthIsWalkedOutOf)
 TEST_F(DockSearch, ASectorIsArcedThroughFiveTimes)
 {
     hearAtTurn({{"MiddleLeft", "Left"}, {"MiddleRight", "CentralLeft"}});
-    robot.start("SearchForCharger_lds");
-    robot.tickUntil("GoChargingFullRoundTurn", 200);
+    robot.runUntil("SearchForCharger_lds", "GoChargingFullRoundTurn", 200);
     robot.tickUntil("OpenCloseMove", 200);
     robot.tickUntil("GoChargingFullRoundTurn", 4000);
     EXPECT_TRUE(robot.started(6, "Rotate angle_deg=-95")) << "the sixth is the next cycle's first";
 }
 
 /// The whole way home with the search replaced.
-class WayHome : public SearchingRobot
+struct WayHome : SearchingRobot
 {
-protected:
     WayHome()
     {
         robot.leaf("GridmapLimitCheck").succeeds();
@@ -167,8 +158,7 @@ protected:
 TEST_F(WayHome, AContactThatBreaksWithinTheDelayLetsTheSearchGoOn)
 {
     robot.tree("SearchForCharger_lds").runs();
-    robot.start("GoCharging_lds");
-    robot.tick(20);
+    robot.run("GoCharging_lds", 20);
     contact = true;
     EXPECT_EQ(robot.tick(30), RUNNING);
     contact = false;
@@ -185,8 +175,7 @@ TEST_F(WayHome, ASecondPlaceOfHistoryStaysEligibleAfterItFailed)
         robot.set("first_potential_charger=100 second_potential_charger=200 -first_potential_charger_failed");
         robot.succeed("ChargerReceiverPickedUpSignal | ReadyToSearchForCharger");
         robot.fail("SearchForCharger_lds | SearchForCharger_vslam");
-        robot.start(camera.empty() ? "GoCharging_lds" : "GoCharging_vslam");
-        EXPECT_EQ(robot.finish(300), FAILURE);
+        EXPECT_EQ(robot.finish(camera.empty() ? "GoCharging_lds" : "GoCharging_vslam", 300), FAILURE);
         EXPECT_TRUE(robot.has("first_potential_charger_failed"));
         EXPECT_EQ(robot.has("second_potential_charger_failed"), !camera.empty()) << camera;
     }
@@ -197,8 +186,7 @@ TEST_F(WayHome, ARobotThatWasKnockedOffItsDockDoesNotTrustTheStoredOne)
     robot.leaf("GetChargerFromReuseInfo").succeeds().fills("out_point_mm", 5000);
     robot.tree("BackToMarkedCharger_WithoutSearch").runs();
     robot.set("only_charger_in_map=0 kicked_dock");
-    robot.start("GoCharging_lds");
-    robot.tick(10);
+    robot.run("GoCharging_lds", 10);
     EXPECT_TRUE(robot.asked("BackToMarkedCharger_WithoutSearch"));
     EXPECT_TRUE(robot.notAsked("GetChargerFromReuseInfo"));
 }

@@ -5,17 +5,15 @@ namespace {
 
 // --- the search that circles the dock -----------------------------------------------------------
 
-class CirclingSearch : public SearchingRobot
+struct CirclingSearch : SearchingRobot
 {
-protected:
     CirclingSearch() { robot.leaf("SurroundCharger").runs(); }
 
     void search(const std::map<std::string, std::string>& signals, int frames)
     {
         hearAtTurn(signals);
         robot.forget();
-        robot.start("SearchForCharger_vslam");
-        robot.tick(frames);
+        robot.run("SearchForCharger_vslam", frames);
     }
 };
 
@@ -57,9 +55,8 @@ TEST_F(CirclingSearch, CirclesUntilTheLineIsAtItsSideAndTurnsToIt)
 
 // --- the dock that is entered backwards ---------------------------------------------------------
 
-class BackwardsSearch : public SearchingRobot
+struct BackwardsSearch : SearchingRobot
 {
-protected:
     BackwardsSearch()
     {
         hearAtTurn({{"MiddleLeft", "Middle"}, {"MiddleRight", "Middle"}});
@@ -72,8 +69,7 @@ protected:
 TEST_F(BackwardsSearch, BacksInAsItStandsWhenItMeasuredNothingAndGoesOffWithoutContact)
 {
     robot.leaf("FindChargerIcp").runs();
-    robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("DockFinal7001", 200);
+    robot.runUntil("SearchForCharger_CleanDock", "DockFinal7001", 200);
     EXPECT_NEAR(robot.framesOf("FindChargerIcp"), 50, 1);
     EXPECT_TRUE(robot.notAsked("Rotate angular_velocity_deg_s=30"));
     // Without contact the time is over in 17 s, and the robot goes 40 cm off.
@@ -100,8 +96,7 @@ TEST_F(BackwardsSearch, ThreeBumpsDuringTheTurnAtTheDockEndTheApproach)
         now.set("bump_dir", "None");
         return SUCCESS;
     });
-    robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("OpenCloseMove left_mm_s=50", 200);
+    robot.runUntil("SearchForCharger_CleanDock", "OpenCloseMove left_mm_s=50", 200);
     EXPECT_EQ(backs, 3);
     EXPECT_TRUE(robot.said("tq bumped too much"));
     EXPECT_TRUE(robot.notAsked("DockFinal7001"));
@@ -113,13 +108,10 @@ TEST_F(BackwardsSearch, ThreeBumpsDuringTheTurnAtTheDockEndTheApproach)
 TEST_F(BackwardsSearch, CorrectsByWhatItMeasured)
 {
     robot.leaf("FindChargerIcp").decides([](const Moment& now) {
-        now.set("dock_fix_mid_dis", "12");
-        now.set("dock_fix_mid_yaw", "35");
-        now.set("dock_fix_dir", "true");
+        now.set("dock_fix_mid_dis=12 dock_fix_mid_yaw=35 dock_fix_dir=true");
         return SUCCESS;
     });
-    robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("DockFinal7001", 200);
+    robot.runUntil("SearchForCharger_CleanDock", "DockFinal7001", 200);
     EXPECT_TRUE(
         robot.inOrder("Rotate angle_deg=35 | OpenCloseMove left_mm_s=50 right_mm_s=50 | Rotate angle_deg=-90 "
                       "| DockFinal7001"));
@@ -139,8 +131,7 @@ TEST_F(BackwardsSearch, AReflectionIsLookedBehindAndTakenBackWhereNothingIsHeard
         return SUCCESS;
     });
     robot.tree("ThroughObstacleNavigation").runs();
-    robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("Rotate angular_velocity_deg_s=80", 200);
+    robot.runUntil("SearchForCharger_CleanDock", "Rotate angular_velocity_deg_s=80", 200);
     EXPECT_EQ(robot.framesOf("GoBackwards"), 25);
     EXPECT_TRUE(
         robot.inOrder("Rotate angle_deg=40 angular_velocity_deg_s=60 | Rotate angle_deg=40 "
@@ -156,8 +147,7 @@ TEST_F(BackwardsSearch, AReflectionIsLookedBehindAndTakenBackWhereNothingIsHeard
     });
     robot.forget();
     bump.clear();
-    robot.start("SearchForCharger_CleanDock");
-    robot.tickUntil("OpenCloseMove left_mm_s=50", 200);
+    robot.runUntil("SearchForCharger_CleanDock", "OpenCloseMove left_mm_s=50", 200);
     EXPECT_TRUE(robot.halted("Rotate angular_velocity_deg_s=35"));
     EXPECT_TRUE(robot.notAsked("Rotate angular_velocity_deg_s=80"));
 }
@@ -198,8 +188,7 @@ TEST_F(BlindSearch, FiveBumpsAtTheDockInARowEndIt)
         bump.clear();
         return RUNNING;
     });
-    robot.start("SearchForChargerWithoutMap");
-    EXPECT_EQ(robot.finish(2000), FAILURE);
+    EXPECT_EQ(robot.finish("SearchForChargerWithoutMap", 2000), FAILURE);
     EXPECT_TRUE(robot.started(5, "OpenCloseMove left_mm_s=-70"));
 }
 

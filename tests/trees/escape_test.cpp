@@ -92,8 +92,7 @@ TEST(EscapeFromATrap, IsRefusedAtTheFifthCountOfABridge)
     robot.set("current_tick_cnt", 7);
     robot.succeed("IsEscapeCheckWarning | IsBumpWarning");
     robot.set("cross_bridge_trap_times", 4);
-    robot.start("EscapeCoat");
-    EXPECT_EQ(robot.finish(5), FAILURE);
+    EXPECT_EQ(robot.finish("EscapeCoat", 5), FAILURE);
     EXPECT_TRUE(robot.started(1, "EscapeBumpDeal"));
     EXPECT_FALSE(robot.has("traped_when_crossing"));
 
@@ -134,8 +133,7 @@ TEST(Trap, IsReportedOnceATask)
     robot.pointsOnALine();
     robot.leaf("PromptInVirtualWall").succeeds();
     robot.set("task_state=auto_cleaning clean_start_vw_check");
-    robot.start("CheckInVirtualWall");
-    EXPECT_EQ(robot.tick(500), RUNNING) << "whoever tells the user has time for it";
+    EXPECT_EQ(robot.run("CheckInVirtualWall", 500), RUNNING) << "whoever tells the user has time for it";
     EXPECT_EQ(robot.finish(10), SUCCESS);
     EXPECT_TRUE(robot.keysAre("start_vw_trapped=true have_trapped_type SFC_trapped -clean_start_vw_check"));
 
@@ -157,8 +155,7 @@ TEST(Trap, IsNoneWhereTheRobotWalksOutOrCleansASpot)
         return true;
     });
     robot.leaf("NaviOnePoint").succeedsAfter(5);
-    robot.start("CheckInVirtualWall");
-    EXPECT_EQ(robot.finish(20), SUCCESS);
+    EXPECT_EQ(robot.finish("CheckInVirtualWall", 20), SUCCESS);
     EXPECT_TRUE(robot.asked("NaviOnePoint target_point=400"));
     EXPECT_TRUE(robot.halted("TemporarilyDisableSensor sensor=PolygonVirtualWall"));
     EXPECT_FALSE(robot.has("out_vw_point"));

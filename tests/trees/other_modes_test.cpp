@@ -3,11 +3,8 @@
 namespace vemra::test {
 namespace {
 
-using testing::IsEmpty;
-
-class OtherMode : public testing::Test
+struct OtherMode : testing::Test
 {
-protected:
     OtherMode() : robot({"ErrorReportIndex", "FactoryRunModeIndex"})
     {
         robot.obeys_requests = false;
@@ -15,14 +12,6 @@ protected:
         robot.leaf("ErrorReportModeDeal").runs();
         robot.leaf("FollowWallModeDeal").runs();
         robot.succeed("RestartCleaning | auto_cleanmode_set | AdvPreAutoOnCharger");
-    }
-
-    void enter(const std::string& mode, const std::string& tree, int frames)
-    {
-        robot.mode = mode;
-        robot.forgetRequests();
-        robot.start(tree);
-        robot.tick(frames);
     }
 
     SupervisedRobot robot;
@@ -33,14 +22,14 @@ TEST_F(OtherMode, AnErrorHoldsEmptyingAndDrying)
     robot.errors = {"I_FAN_SPEED"};
     robot.on_charger = true;
     robot.set("dust_handle dust_left_time=300 dry_procssing");
-    enter("ErrRepotMode", "ErrorReportIndex", 3);
+    robot.enter("ErrRepotMode", "ErrorReportIndex", 3);
     EXPECT_TRUE(robot.asked("DustContrlSet dust_status=DUST_PAUSE time_set=300"));
     EXPECT_TRUE(robot.asked("SetDustLight StaLedMode=STATTON_LED_OrangeTwinkleFast"));
     EXPECT_TRUE(robot.keysAre("-dust_handle wash_dry_pause_falg=true"));
 
     robot.on_charger = false;
     robot.set("dust_handle", "");
-    enter("ErrRepotMode", "ErrorReportIndex", 3);
+    robot.enter("ErrRepotMode", "ErrorReportIndex", 3);
     EXPECT_TRUE(robot.notAsked("DustContrlSet")) << "off the dock there is nothing to hold";
     EXPECT_TRUE(robot.has("dust_handle"));
 }
@@ -51,9 +40,9 @@ TEST(Laser, SpinsInTheMovingModesAlone)
     robot.powerOn();
     for (const ModeNames& names : modes()) {
         const std::string mode = names.mode;
-        const bool rests = testing::Value(
-            mode, testing::AnyOf("StandbyMode", "ErrRepotMode", "PauseAndStopMode", "ChargingMode",
-                                 "OtaModeMode", "SleepMode", "WIFISetMode", "PowerOffMode"));
+        const bool rests =
+            testing::Value(mode, AnyOf("StandbyMode", "ErrRepotMode", "PauseAndStopMode", "ChargingMode",
+                                       "OtaModeMode", "SleepMode", "WIFISetMode", "PowerOffMode"));
         robot.enterMode(mode);
         robot.forget();
         robot.tick(5);
@@ -75,13 +64,13 @@ TEST_F(OtherMode, TheFactoryRunShowsWhatFailedForEver)
             now.set("TestResId", part);
             return FAILURE;
         });
-        enter("FactoryFuncTest", "FactoryRunModeIndex", 500);
+        robot.enter("FactoryFuncTest", "FactoryRunModeIndex", 500);
         EXPECT_TRUE(robot.askedNow("Led_Mode_Set LedMode=" + light)) << part;
         EXPECT_THAT(robot.requests(), IsEmpty());
     }
     robot.leaf("AutorunTestResReturn").succeeds();
-    enter("FactoryFuncTest", "FactoryRunModeIndex", 150);
-    EXPECT_THAT(robot.requests(), testing::Contains("StandbyMode"));
+    robot.enter("FactoryFuncTest", "FactoryRunModeIndex", 150);
+    EXPECT_THAT(robot.requests(), Contains("StandbyMode"));
 }
 
 TEST(Gyro, ACalibrationAsksForAStopAndIMUCalibStandsForIt)
@@ -89,19 +78,16 @@ TEST(Gyro, ACalibrationAsksForAStopAndIMUCalibStandsForIt)
     ScriptedRobot robot;
     robot.leaf("Does_NeedToCalibrate_IMU_Diff").inTurn({FAILURE, SUCCESS, FAILURE});
     robot.leaf("Does_FinishCalibrate_IMU").succeeds();
-    robot.start("IMUCalibrateDrift");
-    EXPECT_EQ(robot.tick(2), RUNNING);
+    EXPECT_EQ(robot.run("IMUCalibrateDrift", 2), RUNNING);
     EXPECT_TRUE(robot.keysAre("IMUCaliEn=true IMUCaliStopTicks=200"));
 
-    robot.start("IMUCalib");
-    EXPECT_EQ(robot.finish(199), RUNNING);
+    EXPECT_EQ(robot.finish("IMUCalib", 199), RUNNING);
     EXPECT_TRUE(robot.asked("Stop"));
     EXPECT_EQ(robot.finish(5), SUCCESS);
     EXPECT_FALSE(robot.has("IMUCaliEn"));
     EXPECT_EQ(robot.finish(1), SUCCESS) << "nobody asks: no stop";
 
-    robot.start("IMUCalibrateDrift");
-    EXPECT_EQ(robot.tick(2), RUNNING);
+    EXPECT_EQ(robot.run("IMUCalibrateDrift", 2), RUNNING);
     EXPECT_EQ(robot.key("IMUCaliStopTicks"), "0");
 }
 

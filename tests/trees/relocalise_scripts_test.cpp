@@ -1,4 +1,5 @@
 #include <array>
+#include <functional>
 #include <random>
 
 #include "trees/relocalising_robot.h"
@@ -29,42 +30,24 @@ private:
                                                  "reloc_back_pose"};
         static constexpr NodeStatus kDrives[] = {SUCCESS, FAILURE, RUNNING};
         const auto any = [this](const auto& list) { return list[random_() % std::size(list)]; };
-        switch (random_() % 12) {
-            case 0:
-            case 1:
-                robot.sayEnough();
-                break;
-            case 2:
+        const std::function<void()> acts[] = {
+            [&] { robot.sayEnough(); },
+            [&] {
                 robot.set("exp_reloc_result", any(std::array{"true", "false", "perhaps", ""}));
-                break;
-            case 3:
-                robot.set("ready_exp_again", "");
-                break;
-            case 4:
-            case 5:
-                robot.sendTo(static_cast<int>(random_() % 4) * 1000);
-                break;
-            case 6:
-                robot.set("static_exp", "");
-                break;
-            case 7:
-                robot.erase(any(kWords));
-                break;
-            case 8:
-                robot.has_way = !robot.has_way;
-                break;
-            case 9:
-                robot.drives = any(kDrives);
-                break;
-            case 10:
-                robot.trapped = random_() % 3 == 0;
-                break;
-            default:
+            },
+            [&] { robot.set("ready_exp_again"); },
+            [&] { robot.sendTo(static_cast<int>(random_() % 4) * 1000); },
+            [&] { robot.set("static_exp"); },
+            [&] { robot.erase(any(kWords)); },
+            [&] { robot.has_way = !robot.has_way; },
+            [&] { robot.drives = any(kDrives); },
+            [&] { robot.trapped = random_() % 3 == 0; },
+            [&] {
                 robot.halt();
-                EXPECT_EQ(robot.map, "end");
-                EXPECT_EQ(robot.key("robot_trajectory"), "of the task");
+                EXPECT_TRUE(robot.map == "end" && robot.key("robot_trajectory") == "of the task");
                 robot.begin();
-        }
+            }};
+        any(acts)();
     }
 
     std::mt19937 random_;

@@ -3,9 +3,8 @@
 namespace vemra::test {
 namespace {
 
-class Relocalising : public testing::Test
+struct Relocalising : testing::Test
 {
-protected:
     Relocalising() { robot.begin(); }
 
     // The first turn is over, and the robot has gone to look from a place.
@@ -226,19 +225,16 @@ TEST(OlderRelocalising, LooksBesideItsWalkAndFailsWithTheWalksEnd)
         RelocalisingRobot robot;
         robot.tree("BlindAdvance").succeedsAfter(3);
         robot.leaf("Rotate").succeedsAfter(3);
-        robot.start(tree);
-        EXPECT_EQ(robot.finish(400), FAILURE) << tree;
+        EXPECT_EQ(robot.finish(tree, 400), FAILURE) << tree;
         EXPECT_TRUE(robot.keysAre("-relocalize_failed -relocalize_first_yaw"));
 
-        robot.start(tree);
-        robot.tick(20);
+        robot.run(tree, 20);
         robot.slam = SUCCESS;
         EXPECT_EQ(robot.finish(5), SUCCESS) << tree;
         EXPECT_FALSE(robot.has("relocalize_failed"));
 
         robot.slam = FAILURE;
-        robot.start(tree);
-        EXPECT_EQ(robot.finish(5), FAILURE) << tree;
+        EXPECT_EQ(robot.finish(tree, 5), FAILURE) << tree;
     }
 }
 
@@ -246,8 +242,7 @@ TEST(OlderRelocalising, OnTheSpotStandsUntilSlamIsDone)
 {
     for (const NodeStatus slam : {SUCCESS, FAILURE}) {
         RelocalisingRobot robot;
-        robot.start("ActiveRelocalize_InPlace");
-        EXPECT_EQ(robot.finish(1000), RUNNING);
+        EXPECT_EQ(robot.finish("ActiveRelocalize_InPlace", 1000), RUNNING);
         EXPECT_TRUE(robot.notAsked("Rotate"));
         robot.slam = slam;
         EXPECT_EQ(robot.finish(5), slam);

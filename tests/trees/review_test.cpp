@@ -4,12 +4,10 @@ namespace vemra::test {
 namespace {
 
 /// A step of a follow with the review before it; the robot drives on a line at the speeds that it is told.
-class Review : public testing::Test
+struct Review : RobotOnALine
 {
-protected:
     Review()
     {
-        robot.pointsOnALine();
         robot.set("Enable_Laser Enable_AI current_draw_mode=Default current_pose=0.0 current_yaw_deg=0.0");
         robot.set("follow_wall_dir=true");
         robot.leaf("OpenCloseMove").decides([](const Moment& now) {
@@ -29,14 +27,11 @@ protected:
     {
         return robot.framesOf("OpenCloseMove left_mm_s=" + mm_s + " right_mm_s=" + mm_s);
     }
-
-    ScriptedRobot robot;
 };
 
 TEST_F(Review, NeedsItsKeyAndRestoresTheDrawMode)
 {
-    robot.start("LaserReviewAction");
-    EXPECT_EQ(robot.finish(5), SUCCESS);
+    EXPECT_EQ(robot.finish("LaserReviewAction", 5), SUCCESS);
     EXPECT_TRUE(robot.notAsked("OpenCloseMove")) << "nothing suspected";
     EXPECT_TRUE(robot.asked("SetMapDrawMode draw_mode=Default"));
     EXPECT_FALSE(robot.has("review_halt_token"));
@@ -48,8 +43,7 @@ TEST_F(Review, NeedsItsKeyAndRestoresTheDrawMode)
 TEST_F(Review, OfASuspectedWireBacksSwingsAndComesBack)
 {
     robot.leaf("SuspectWireDetect").succeeds();
-    robot.start("LaserReviewAction");
-    EXPECT_EQ(robot.finish(400), SUCCESS);
+    EXPECT_EQ(robot.finish("LaserReviewAction", 400), SUCCESS);
     EXPECT_NEAR(back(), 50 / 1.8, 1.5) << "just over 50 mm";
     EXPECT_EQ(back("90"), back()) << "as many frames forward as back";
     EXPECT_TRUE(robot.inOrder("Rotate angle_deg=360 | Rotate angle_deg=-360 | Rotate angle_deg=360"));
@@ -69,8 +63,7 @@ TEST_F(Review, ThatMovedTheRobotEndsWithAStepBackAndARest)
             now.set("current_yaw_deg", degrees);
             return FAILURE;
         });
-        robot.start("LaserReviewAction");
-        EXPECT_EQ(robot.finish(20), SUCCESS);
+        EXPECT_EQ(robot.finish("LaserReviewAction", 20), SUCCESS);
         EXPECT_EQ(robot.has("review_halt_token"), robot.framesOf("Back2cm") > 0);
         return robot.has("review_halt_token");
     };
@@ -96,8 +89,7 @@ TEST_P(BlindZone, IsLookedIntoTheFurtherTheShorterTheArcWas)
     robot.leaf("BumpdirMatch para_b=BackWardsBump").decides([=, this, arc = arc](const Moment&) {
         return robot.framesOf("OpenCloseMove" + fast + "-200") >= arc ? SUCCESS : FAILURE;
     });
-    robot.start("LaserReviewAction");
-    EXPECT_EQ(robot.finish(400), SUCCESS);
+    EXPECT_EQ(robot.finish("LaserReviewAction", 400), SUCCESS);
     EXPECT_EQ(robot.framesOf("OpenCloseMove" + slow + "-55" + fast + "-200"), arc);
     EXPECT_EQ(robot.framesOf("OpenCloseMove" + slow + "55" + fast + "200"), arc);
     EXPECT_TRUE(robot.started(turn == 0 ? 0 : 2, "Rotate")) << "there and back";
@@ -119,8 +111,7 @@ TEST_F(Review, WithTheCameraScansAtTheSpeedsThatItAsksFor)
     robot.leaf("ScanConditionFinish")
         .provided([this](const Moment&) { return robot.framesOf("OpenCloseMove left_mm_s=-100") >= 25; })
         .succeeds();
-    robot.start("AiReviewAction");
-    EXPECT_EQ(robot.finish(400), SUCCESS);
+    EXPECT_EQ(robot.finish("AiReviewAction", 400), SUCCESS);
     EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=-100 right_mm_s=-20"), 25);
     EXPECT_EQ(robot.framesOf("OpenCloseMove left_mm_s=100 right_mm_s=20"), 25)
         << "and drives the same arc back";

@@ -14,8 +14,7 @@ TEST(ScriptedRobotTool, RefusesNamesThatCannotBeAskedFor)
     EXPECT_THROW((void)robot.asked("Escape"), std::invalid_argument) << "not replaced";
     EXPECT_THROW(robot.start("Somersault"), BT::BehaviorTreeException);
     robot.leaf("CheckClifBump").runs();
-    robot.start("NaviOnePointProc");
-    EXPECT_THROW(robot.tick(), std::logic_error) << "a condition answers at once";
+    EXPECT_THROW(robot.run("NaviOnePointProc"), std::logic_error) << "a condition answers at once";
 }
 
 TEST(ScriptedRobotTool, TellsRunsHaltsAndPortsApart)
@@ -24,8 +23,7 @@ TEST(ScriptedRobotTool, TellsRunsHaltsAndPortsApart)
     robot.tree("Escape").succeeds();
     robot.set("navi_target_point", 10);
     robot.leaf("NaviOnePoint").succeedsAfter(3);
-    robot.start("NaviOnePointProc");
-    EXPECT_EQ(robot.tick(3), RUNNING);
+    EXPECT_EQ(robot.run("NaviOnePointProc", 3), RUNNING);
     EXPECT_EQ(robot.tick(), SUCCESS);
     EXPECT_TRUE(robot.started(1, "NaviOnePoint target_point=10"));
     EXPECT_FALSE(robot.halted("NaviOnePoint"));
@@ -46,9 +44,9 @@ TEST(ScriptedRobotTool, TellsRunsHaltsAndPortsApart)
 
     const auto failure = robot.started(5, "NaviOnePoint target_point=20");
     EXPECT_FALSE(failure);
-    EXPECT_THAT(failure.message(), testing::HasSubstr("was started 0 times, not 5"));
-    EXPECT_THAT(failure.message(), testing::HasSubstr("  1-4: NaviOnePoint target_point=\"10\" -> SUCCESS"));
-    EXPECT_THAT(failure.message(), testing::HasSubstr("target_point=\"20\" -> RUNNING, halted in 7"));
+    EXPECT_THAT(failure.message(), HasSubstr("was started 0 times, not 5"));
+    EXPECT_THAT(failure.message(), HasSubstr("  1-4: NaviOnePoint target_point=\"10\" -> SUCCESS"));
+    EXPECT_THAT(failure.message(), HasSubstr("target_point=\"20\" -> RUNNING, halted in 7"));
 }
 
 }  // namespace

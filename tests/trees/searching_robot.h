@@ -7,27 +7,22 @@
 namespace vemra::test {
 
 /// A scripted robot near its dock: a test says what its receivers hear and whether it touches something.
-class SearchingRobot : public testing::Test
+struct SearchingRobot : RobotOnALine
 {
-protected:
     SearchingRobot()
     {
-        robot.pointsOnALine();
         robot.set("current_pose=0 current_coord=0 current_yaw_deg=0.0 current_odom_yaw_deg=0.0");
         robot.succeed("Escape | EscapeCoat | Back2cm");
         robot.tree("GoChargingFullRoundTurn").decides([this](const Moment& now) {
             heard = at_turn;
-            now.set("marker_signal_type", "Middle");
-            now.set("marker_dir", 0.0);
+            now.set("marker_signal_type=Middle marker_dir=0.0");
             return SUCCESS;
         });
         robot.tree("SearchForChargerRandomWalk").succeeds();
         robot.leaf("InDockField").follows(in_field);
         robot.succeed("NotTrapped | InMiddleDockOnceInAWhile");
         robot.leaf("FollowDockSignalFinal").runs();
-        robot.leaf("SignalTypeMatch").decides([](const Moment& now) {
-            return now.port("a_type") == now.port("b_type") ? SUCCESS : FAILURE;
-        });
+        robot.textsAsTheyStand();
         robot.leaf("ChargerReceiverPickedUpSignal").decides([this](const Moment& now) {
             return hears(now.port("receiver"), now.port("signal")) ? SUCCESS : FAILURE;
         });
@@ -35,13 +30,6 @@ protected:
             if (const std::string key = now.port("out_bump_dir"); !key.empty())
                 now.set(key, bump.empty() ? "None" : bump);
             return bump.empty() ? FAILURE : SUCCESS;
-        });
-        robot.leaf("Bumped").decides([](const Moment& now) {
-            const std::string side = now.port("bump_dir");
-            return side.empty() || side == "None" ? FAILURE : SUCCESS;
-        });
-        robot.leaf("BumpdirMatch").decides([](const Moment& now) {
-            return now.port("para_a") == now.port("para_b") ? SUCCESS : FAILURE;
         });
         // Backing off frees the bumper.
         robot.leaf("GoBackwards").decides([this](const Moment& now) {
@@ -70,7 +58,6 @@ protected:
     std::map<std::string, std::string> at_turn;
     std::string bump;
     bool in_field = true;
-    ScriptedRobot robot;
 };
 
 }  // namespace vemra::test

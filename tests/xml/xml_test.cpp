@@ -16,9 +16,8 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class Xml : public testing::Test
+struct Xml : testing::Test
 {
-protected:
     Xml()
     {
         factory.registerSimpleAction("Note", [this](BT::TreeNode& node) {

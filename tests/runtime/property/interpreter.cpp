@@ -1,5 +1,8 @@
 #include "runtime/property/interpreter.h"
 
+#include <functional>
+#include <map>
+
 namespace vemra::test {
 
 Interpreter::Model Interpreter::grow(const Sketch& sketch)
@@ -37,28 +40,26 @@ Interpreter::Result Interpreter::step(Model& m)
     }
 
     m.status = Result::RUNNING;
-    if (id == "Sequence")
-        return reactive(m, Result::SUCCESS);
-    if (id == "Fallback")
-        return reactive(m, Result::FAILURE);
-    if (id == "SequenceStar")
-        return star(m, Result::SUCCESS);
-    if (id == "FallbackStar")
-        return star(m, Result::FAILURE);
-    if (id == "IfThenElse")
-        return choice(m);
-    if (id == "IfThenElseStar")
-        return rememberingChoice(m);
-    if (id == "DoWhile")
-        return doWhile(m);
-    if (id == "ParallelNode")
-        return parallel(m);
-    if (id == "PostProcess")
-        return postProcess(m);
-    if (id == "RetryUntilSuccesful" || id == "Repeat" || id == "Loop")
-        return counted(m);
-    if (id == "Frameout" || id == "Timeout")
-        return limited(m);
+    const auto pass = [](Result go_on, Result (Interpreter::*row)(Model&, Result)) {
+        return [go_on, row](Interpreter& self, Model& row_model) { return (self.*row)(row_model, go_on); };
+    };
+    static const std::map<std::string, std::function<Result(Interpreter&, Model&)>> kSteps{
+        {"Sequence", pass(Result::SUCCESS, &Interpreter::reactive)},
+        {"Fallback", pass(Result::FAILURE, &Interpreter::reactive)},
+        {"SequenceStar", pass(Result::SUCCESS, &Interpreter::star)},
+        {"FallbackStar", pass(Result::FAILURE, &Interpreter::star)},
+        {"IfThenElse", &Interpreter::choice},
+        {"IfThenElseStar", &Interpreter::rememberingChoice},
+        {"DoWhile", &Interpreter::doWhile},
+        {"ParallelNode", &Interpreter::parallel},
+        {"PostProcess", &Interpreter::postProcess},
+        {"RetryUntilSuccesful", &Interpreter::counted},
+        {"Repeat", &Interpreter::counted},
+        {"Loop", &Interpreter::counted},
+        {"Frameout", &Interpreter::limited},
+        {"Timeout", &Interpreter::limited}};
+    if (const auto step = kSteps.find(id); step != kSteps.end())
+        return step->second(*this, m);
 
     Model& child = m.children.front();
     if (id == "BB_Precondition") {

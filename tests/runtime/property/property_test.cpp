@@ -54,9 +54,8 @@ Command anyCommand()
     return number < 9 ? Command::Tick : static_cast<Command>(number - 8);
 }
 
-class Properties : public testing::Test
+struct Properties : testing::Test
 {
-protected:
     static void SetUpTestSuite() { setenv("RC_PARAMS", "max_success=1500", 0); }
 };
 

@@ -5,14 +5,85 @@
 namespace vemra::test {
 namespace {
 
-using nlohmann::json;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-class TreeSearch : public testing::Test
+TEST(Outline, HasANodeALineIndentedByItsLevel)
 {
-protected:
+    EXPECT_THAT(
+        linesOf(vemraOutput({"trees", "show", "Back2cm"})),
+        ElementsAre("SequenceStar reset_on_failure=\"true\"",  //
+                    "  Sequence",                              //
+                    "    SubtreeCondition subtree_file_path=\"Escape\" expand_in_logger=\"false\"",
+                    "    SubtreeCondition subtree_file_path=\"BTBack2cm.xml\" expand_in_logger=\"false\"",
+                    "  SubtreeCondition subtree_file_path=\"AlwaysSuccess.xml\" expand_in_logger=\"false\""));
+    EXPECT_THAT(vemraOutput({"trees", "show", "OwnLeaf", "--plugin", foreignTrees()}),
+                Eq("Whistle \"a \\\\ label\" tune=\"a \\\"quoted\\\"\\n<tune> & </script>\"\n"));
+    for (const auto& [name, nodes] : exportedNodes({"Escape", "RobotNode", "NavigateProc"}))
+        EXPECT_EQ(linesOf(vemraOutput({"trees", "show", name})).size(), nodes.size()) << name;
+}
+
+TEST(Outline, DepthCutsAndSaysWhatIsBelow)
+{
+    EXPECT_THAT(linesOf(vemraOutput({"trees", "show", "Back2cm", "--depth", "2"})),
+                ElementsAre(Not(HasSubstr("...")), "  Sequence  ... 2 children", Not(HasSubstr("..."))));
+    EXPECT_THAT(linesOf(vemraOutput({"trees", "show", "Back2cm", "--depth=1"})),
+                ElementsAre("SequenceStar reset_on_failure=\"true\"  ... 2 children"));
+}
+
+TEST(Outline, ExpandGoesIntoEachEnteredTreeOnce)
+{
+    const auto lines = linesOf(vemraOutput({"trees", "show", "Back2cm", "--expand"}));
+    const std::vector<std::string> escape = linesOf(vemraOutput({"trees", "show", "Escape", "--expand"}));
+    // The gate stands below the node that enters it, three levels down.
+    ASSERT_GT(lines.size(), 3 + escape.size());
+    EXPECT_EQ(lines[3], "      " + escape[0]);
+    EXPECT_EQ(lines.back(), "    AlwaysSuccess");
+
+    EXPECT_THAT(
+        linesOf(vemraOutput({"trees", "show", "EntersItself", "--expand", "--plugin", foreignTrees()})),
+        ElementsAre("Fallback",
+                    "  SubtreeCondition subtree_file_path=\"reuse/EntersItself.xml\"  (as from line 1)",
+                    "  SubtreeCondition subtree_file_path=\"Nowhere\"  (no such tree)"));
+}
+
+TEST(Outline, ColoursOnlyWhereWanted)
+{
+    // Standard output is no terminal here.
+    const std::string plain = vemraOutput({"trees", "show", "Back2cm"});
+    EXPECT_THAT(plain, Not(HasSubstr("\033")));
+    std::string colored = vemraOutput({"trees", "show", "Back2cm", "--color", "always"});
+    EXPECT_THAT(colored, HasSubstr("\033[1;36mSubtreeCondition\033[0m"));
+    // Without its colours it is the same.
+    for (std::size_t at = 0; (at = colored.find('\033')) != std::string::npos;)
+        colored.erase(at, colored.find('m', at) - at + 1);
+    EXPECT_EQ(colored, plain);
+}
+
+TEST(TreesList, GivesTheSizesAsTheTreesAreBuilt)
+{
+    const auto nodes = exportedNodes();
+    const auto list = nlohmann::json::parse(vemraOutput({"trees", "list", "--json"}));
+    ASSERT_EQ(list.size(), nodes.size());
+    std::size_t not_written = 0;
+    for (const auto& tree : list) {
+        EXPECT_EQ(tree["nodes"], nodes.at(tree["name"]).size());
+        if (tree["name"] == "Back2cm") {
+            EXPECT_EQ(tree["levels"], 3);
+        }
+        // A lone AlwaysFailure is a stand-in unless that is the tree.
+        const bool stand_in = tree["nodes"] == 1 && nodes.at(tree["name"])[0]["id"] == "AlwaysFailure";
+        EXPECT_EQ(tree["written"], !stand_in || tree["name"] == "AlwaysFailure") << tree["name"];
+        not_written += tree["written"] == false;
+    }
+    const auto lines = linesOf(vemraOutput({"trees", "list"}));
+    EXPECT_EQ(lines.size(), list.size());
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const std::string& line) { return line.ends_with(" not written"); }),
+              static_cast<long>(not_written));
+}
+
+using nlohmann::json;
+
+struct TreeSearch : testing::Test
+{
     // What `matches` finds in the exported trees, as places.
     template <class Match>
     static std::vector<std::string> places(Match matches)
@@ -37,11 +108,11 @@ protected:
 
 TEST_F(TreeSearch, WhereFindsEachNodeOfATypeOnTheLineOfItsOutline)
 {
-    EXPECT_THAT(printed({"trees", "where", "BumpdirMerge"}),
-                testing::UnorderedElementsAreArray(
-                    places([](const json& node) { return node["id"] == "BumpdirMerge"; })));
+    EXPECT_THAT(
+        printed({"trees", "where", "BumpdirMerge"}),
+        UnorderedElementsAreArray(places([](const json& node) { return node["id"] == "BumpdirMerge"; })));
     EXPECT_THAT(printed({"trees", "where", "EraseBlackboard", "--port", "key=finish_escape"}),
-                testing::UnorderedElementsAreArray(places([](const json& node) {
+                UnorderedElementsAreArray(places([](const json& node) {
                     return node["id"] == "EraseBlackboard" && node["ports"]["key"] == "finish_escape";
                 })));
 
@@ -53,14 +124,14 @@ TEST_F(TreeSearch, WhereFindsEachNodeOfATypeOnTheLineOfItsOutline)
     const std::size_t colon = in_back->find(':');
     const auto outline = linesOf(vemraOutput({"trees", "show", "BTBack2cm"}));
     EXPECT_THAT(outline.at(std::stoul(in_back->substr(colon + 1)) - 1),
-                testing::EndsWith(in_back->substr(in_back->find(": ") + 2)));
+                EndsWith(in_back->substr(in_back->find(": ") + 2)));
 }
 
 TEST_F(TreeSearch, CallersFindsATreeInAllFormsOfItsPath)
 {
     // Bare, with ".xml", behind a folder, and with both.
     EXPECT_THAT(printed({"trees", "callers", "Escape"}),
-                testing::UnorderedElementsAreArray(places([](const json& node) {
+                UnorderedElementsAreArray(places([](const json& node) {
                     if (node["id"] != "SubtreeCondition")
                         return false;
                     const std::string path = node["ports"]["subtree_file_path"];
@@ -78,8 +149,7 @@ TEST_F(TreeSearch, KeysTellsWhatNodesDoWithAKey)
     EXPECT_THAT(bump, Contains("Escape:10: writes  SensorCheckBumped out_bump_dir=\"bump_dir\""));
     // Reads one way in and writes the same key: two uses at one place.
     const auto merges = [](const char* use) {
-        return testing::AllOf(testing::StartsWith("BTBack2cm:"),
-                              HasSubstr(std::string(use) + "  BumpdirMerge"));
+        return AllOf(StartsWith("BTBack2cm:"), HasSubstr(std::string(use) + "  BumpdirMerge"));
     };
     EXPECT_THAT(bump, Contains(merges("reads")));
     EXPECT_THAT(bump, Contains(merges("writes")));

@@ -1,6 +1,0 @@
-#include "description/tree.h"
-
-TREE(Snippet)
-{
-    return IfThenElse(BlackboardContains{"kicked"}, GoBackwards{});
-}

@@ -1,6 +1,0 @@
-#include "description/tree.h"
-
-TREE(Snippet)
-{
-    return Rotate{.angle_deg = 22.5};
-}

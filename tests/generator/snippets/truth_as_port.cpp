@@ -1,6 +1,0 @@
-#include "description/tree.h"
-
-TREE(Snippet)
-{
-    return BoolMatch{.bool_a = true, .bool_b = "true"};
-}
