@@ -17,7 +17,13 @@ constexpr std::array kTurns = {-1.0, -0.75, -0.55, -0.4, -0.27, -0.16, -0.08, 0.
                                0.08, 0.16,  0.27,  0.4,  0.55,  0.75,  1.0};
 constexpr std::array kSpeeds = {1.0, 0.6, 0.3};
 // Along a wall: into a corner it goes slowly and as far as it gets, since only a turn on the spot sweeps it.
-constexpr std::array kFollowSpeeds = {1.0, 0.6, 0.35, 0.2};
+struct FollowSpeed
+{
+    double share;
+    double look_s;
+};
+// Slower, it comes to rest sooner: it need not look so far.
+constexpr std::array<FollowSpeed, 4> kFollowSpeeds{{{1, 0.5}, {0.6, 0.4}, {0.3, 0.3}, {0.16, 0.3}}};
 // Beyond this the robot turns on the spot first.
 constexpr double kNotAheadDeg = 55;
 constexpr double kNearestLooksMm = 400;
@@ -126,7 +132,6 @@ std::optional<Motion> towards(PointMm carrot, double left_mm, const PoseMm& pose
 
 Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const FollowManner& manner)
 {
-    constexpr double kLookS = 0.5;
     constexpr double kMostAway = 90;
     constexpr double kStep = 6;
     constexpr double kOnTheSpot = 150;
@@ -138,11 +143,11 @@ Motion alongWall(const PoseMm& pose, std::span<const PointMm> obstacles, const F
     const double least = std::min(manner.gap_mm, now - 1);
     const double last = std::min(manner.gap_mm, now + 1);
     const int steps = static_cast<int>((manner.most_towards_deg_s + kMostAway) / kStep);
-    for (const double share : kFollowSpeeds) {
+    for (const auto& [share, look_s] : kFollowSpeeds) {
         for (int i = 0; i <= steps; ++i) {
             const double turn = manner.most_towards_deg_s - i * kStep;
             const Motion motion{share * manner.forward_mm_s, to_wall * turn};
-            const Outlook seen = outlook(pose, motion, kLookS, near);
+            const Outlook seen = outlook(pose, motion, look_s, near);
             if (seen.least >= least && seen.last >= last && seen.least > 1) {
                 return motion;
             }

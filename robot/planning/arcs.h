@@ -55,7 +55,7 @@ struct FollowManner
 {
     Side wall = Side::Right;
     double gap_mm = 15;  ///< between the robot's edge and the wall
-    double forward_mm_s = 220;
+    double forward_mm_s = 250;
     double most_towards_deg_s = 78;  ///< turn towards the wall's side; 0 while it is still to be found
 };
 
