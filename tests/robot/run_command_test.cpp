@@ -239,13 +239,12 @@ TEST(RunCommand, KeepsWhatHappenedUntilItIsInterrupted)
     const std::string scenario = folder.write("long.yaml", "name: l\nframes: 9\n").string();
     const std::filesystem::path out = folder / "out";
     // However busy the machine is, it is interrupted after it has begun to listen.
+    constexpr const char* kInterrupt = R"("$@" &
+for i in $(seq 300); do grep -q '^SigCgt.*[4-7c-f]...$' /proc/$!/status && break; sleep 0.1; done
+sleep 1; kill -TERM $!; wait $!)";
     const ProgramResult result =
-        test::runProgram({"sh", "-c",
-                          "\"$@\" & for i in $(seq 300); do grep -q '^SigCgt.*[4-7c-f]...$' /proc/$!/status "
-                          "&& break; sleep 0.1; done; "
-                          "sleep 1; kill -TERM $!; wait $!",
-                          "sh", std::string(VEMRA_BIN_DIR) + "/vemra", "run", "--scenario", scenario,
-                          "--frames", "1000000000", "--out", out.string()});
+        test::runProgram({"sh", "-c", kInterrupt, "sh", std::string(VEMRA_BIN_DIR) + "/vemra", "run",
+                          "--scenario", scenario, "--frames", "1000000000", "--out", out.string()});
     EXPECT_NE(result.exit_code, 0);
     EXPECT_THAT(result.err, AllOf(HasSubstr("vemra: stopped after "), HasSubstr("of 1000000000 frames")));
     EXPECT_THAT(bytesOf(out / "timeline.txt"), AllOf(HasSubstr("ChargingMode"), testing::StrEq(result.out)));
