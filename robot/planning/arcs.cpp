@@ -17,12 +17,12 @@ constexpr std::array kTurns = {-1.0, -0.75, -0.55, -0.4, -0.27, -0.16, -0.08, 0.
                                0.08, 0.16,  0.27,  0.4,  0.55,  0.75,  1.0};
 constexpr std::array kSpeeds = {1.0, 0.6, 0.3};
 // Along a wall: into a corner it goes slowly and as far as it gets, since only a turn on the spot sweeps it.
+// Slower, it comes to rest sooner: it need not look so far.
 struct FollowSpeed
 {
     double share;
     double look_s;
 };
-// Slower, it comes to rest sooner: it need not look so far.
 constexpr std::array<FollowSpeed, 4> kFollowSpeeds{{{1, 0.5}, {0.6, 0.4}, {0.3, 0.3}, {0.16, 0.3}}};
 // Beyond this the robot turns on the spot first.
 constexpr double kNotAheadDeg = 55;

@@ -158,31 +158,29 @@ std::vector<bool> SweptFloor::reachable(PointMm from) const
     return open;
 }
 
+template <class Done>
+SweptFloor::Share SweptFloor::shareOfFloor(const std::vector<bool>& floor, const Done& done) const
+{
+    std::uint64_t all = 0;
+    std::uint64_t cleaned = 0;
+    for (std::size_t i = 0; i < floor.size(); ++i) {
+        all += floor[i] ? 1U : 0U;
+        cleaned += floor[i] && done(i) ? 1U : 0U;
+    }
+    return {areaOf(all), areaOf(cleaned)};
+}
+
 SweptFloor::Share SweptFloor::shareOf(PointMm from, const std::optional<BoxMm>& box) const
 {
-    const std::vector<bool> floor = reachable(from);
-    std::uint64_t all = 0;
-    std::uint64_t done = 0;
-    for (std::size_t i = 0; i < floor.size(); ++i) {
-        if (!floor[i] || (box && !contains(*box, centreOf(i)))) {
-            continue;
-        }
-        ++all;
-        done += isSwept(i) ? 1U : 0U;
-    }
-    return {areaOf(all), areaOf(done)};
+    std::vector<bool> floor = reachable(from);
+    for (std::size_t i = 0; box && i < floor.size(); ++i)
+        floor[i] = floor[i] && contains(*box, centreOf(i));
+    return shareOfFloor(floor, [this](std::size_t i) { return isSwept(i); });
 }
 
 SweptFloor::Share SweptFloor::passShareOf(PointMm from) const
 {
-    const std::vector<bool> floor = reachable(from);
-    std::uint64_t all = 0;
-    std::uint64_t done = 0;
-    for (std::size_t i = 0; i < floor.size(); ++i) {
-        all += floor[i] ? 1U : 0U;
-        done += floor[i] && swept_at_[i] != 0 ? 1U : 0U;
-    }
-    return {areaOf(all), areaOf(done)};
+    return shareOfFloor(reachable(from), [this](std::size_t i) { return swept_at_[i] != 0; });
 }
 
 std::vector<std::optional<std::uint64_t>> SweptFloor::sweptBy(PointMm from,

@@ -39,10 +39,10 @@ public:
         [[nodiscard]] double part() const { return reachable_m2 > 0 ? cleaned_m2 / reachable_m2 : 0; }
     };
     [[nodiscard]] Share shareOf(PointMm from) const { return shareOf(from, std::nullopt); }
-    /// What the pass at hand has cleaned.
-    [[nodiscard]] Share passShareOf(PointMm from) const;
     /// The same of the floor in a box.
     [[nodiscard]] Share shareOf(PointMm from, const std::optional<BoxMm>& box) const;
+    /// The same of the pass at hand.
+    [[nodiscard]] Share passShareOf(PointMm from) const;
     /// For each share, 0 to 1, the frame in which so much of the reachable floor was swept for the first
     /// time.
     [[nodiscard]] std::vector<std::optional<std::uint64_t>> sweptBy(PointMm from,
@@ -62,6 +62,9 @@ private:
     [[nodiscard]] PointMm centreOf(std::size_t index) const;
     void sweepAt(std::uint32_t frame, const PoseMm& pose);
     [[nodiscard]] std::vector<bool> reachable(PointMm from) const;
+    /// Of that floor, what `done` holds for.
+    template <class Done>
+    [[nodiscard]] Share shareOfFloor(const std::vector<bool>& floor, const Done& done) const;
 
     const Home& home_;
     double cell_mm_;
