@@ -68,7 +68,7 @@ std::string toText(const Event& event)
         Cases{[](const ModeChange& e) { return std::string(toText(e.to)); },
               [](const KeyChange& e) { return e.to; }, [](const Light& e) { return e.shown; },
               [](const StationLight& e) { return e.shown; },
-              [](const Music& e) { return std::to_string(e.number); },
+              [](const Music& e) { return std::to_string(e.number) + (e.interrupt ? "" : " queued"); },
               [](const DockContact& e) { return std::string(e.on ? "on the dock" : "off the dock"); },
               [](const Approach&) { return std::string("final approach to the dock"); },
               [](const BatteryLevel& e) { return percent("battery ", e.percent); },
