@@ -7,46 +7,12 @@
 #include <fstream>
 #include <thread>
 
-#include "support/hang.h"
-
-namespace {
-
-using BT::NodeStatus;
-using Factory = BT::BehaviorTreeFactory;
-using Board = BT::Blackboard::Ptr;
-
-struct Node
-{
-    std::string id;
-    BT::NodeParameters ports;
-    std::string label;
-    std::vector<Node> below;
-};
-
-BT::TreeNode& grow(BT::Tree& tree, const Node& node, const Factory& factory, const Board& board)
-{
-    tree.nodes.push_back(
-        factory.instantiateTreeNode(node.id, node.label.empty() ? node.id : node.label, node.ports, board));
-    BT::TreeNode& made = *tree.nodes.back();
-    for (const Node& child : node.below)
-        vemra::test::hang(made, grow(tree, child, factory, board));
-    return made;
-}
-
-Node enter(const std::string& tree)
-{
-    return {"SubtreeCondition", {{"subtree_file_path", tree}}, {}, {}};
-}
-
-Node twin(const std::string& body)
-{
-    return {"SubTree", {{"name", "Twin"}}, "Twin", {{body, {}, {}, {}}}};
-}
-
-}  // namespace
+#include "support/sketched_tree.h"
 
 BT_REGISTER_NODES(factory)
 {
+    using namespace vemra::test;
+    using BT::NodeStatus;
     factory.registerSimpleAction("Whistle", [](BT::TreeNode&) { return NodeStatus::SUCCESS; });
     // Leaves a file, so that whoever waits knows that it has come so far.
     factory.registerSimpleAction("Hang", [](BT::TreeNode&) -> NodeStatus {
@@ -55,23 +21,21 @@ BT_REGISTER_NODES(factory)
         while (true)
             std::this_thread::sleep_for(std::chrono::seconds(1));
     });
-    const auto tree = [&factory](const char* name, const Node& root) {
-        factory.registerTreeBuilder(name, [root](const Factory& made_by, const Board& board) {
-            BT::Tree built;
-            built.root_node = &grow(built, root, made_by, board);
-            return built;
-        });
+    const auto twin = [](const char* body) {
+        return Sketch{"SubTree", {{"name", "Twin"}}, {leaf(body)}, "Twin"};
     };
-    tree("InnerTwins",
-         {"Sequence", {}, {}, {twin("AlwaysSuccess"), twin("AlwaysFailure"), twin("AlwaysSuccess")}});
-    tree("OwnLeaf", {"Whistle", {{"tune", "a \"quoted\"\n<tune> & </script>"}}, "a \\ label", {}});
-    tree("EntersItself", {"Fallback", {}, {}, {enter("reuse/EntersItself.xml"), enter("Nowhere")}});
+    registerTree(factory, "InnerTwins",
+                 node("Sequence", {twin("AlwaysSuccess"), twin("AlwaysFailure"), twin("AlwaysSuccess")}));
+    registerTree(factory, "OwnLeaf",
+                 {"Whistle", {{"tune", "a \"quoted\"\n<tune> & </script>"}}, {}, "a \\ label"});
+    registerTree(factory, "EntersItself",
+                 node("Fallback", {enter("reuse/EntersItself.xml"), enter("Nowhere")}));
 #ifndef FOR_THE_ROBOT
     // Also in the contract: whoever brings an own one is left it.
     factory.registerSimpleAction("Rotate", [](BT::TreeNode&) { return NodeStatus::SUCCESS; });
-    tree("UnknownLeaf", {"NobodyKnowsThis", {}, {}, {}});
+    registerTree(factory, "UnknownLeaf", leaf("NobodyKnowsThis"));
 #endif
-    tree("Unwritten", {"AlwaysFailure", {}, "not written", {}});
-    tree("EntersUnwritten", enter("Unwritten"));
-    tree("Hangs", {"Hang", {}, {}, {}});
+    registerTree(factory, "Unwritten", {"AlwaysFailure", {}, {}, "not written"});
+    registerTree(factory, "EntersUnwritten", enter("Unwritten"));
+    registerTree(factory, "Hangs", leaf("Hang"));
 }

@@ -96,18 +96,6 @@ TEST_F(HostStore, HasWhatANodeWritesBeforeTheNextIsTicked)
     EXPECT_EQ(stored("sum"), "10");
 }
 
-TEST_F(HostStore, GetsBackWhatAScopeKept)
-{
-    store("mode", "outside");
-    t.plant(node("DoWhile",
-                 {leaf("StackBlackboard", {{"key", "mode"}}),
-                  leaf("SetBlackboard", {{"key", "mode"}, {"value", "inside"}}), action("body", "R")}));
-    t.tick();
-    EXPECT_EQ(stored("mode"), "inside");
-    t.halt();
-    EXPECT_EQ(stored("mode"), "outside");
-}
-
 TEST_F(HostStore, IsReadOnceForAnActionOnAThread)
 {
     class Read : public BT::AsyncActionNode

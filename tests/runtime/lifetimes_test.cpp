@@ -13,20 +13,6 @@ namespace {
 
 using BT::NodeStatus;
 
-Sketch enter(const std::string& tree)
-{
-    return leaf("SubtreeCondition", {{"subtree_file_path", tree}, {"expand_in_logger", "false"}});
-}
-
-BT::Tree treeOf(const BT::BehaviorTreeFactory& factory, const std::string& id,
-                const BT::NodeParameters& ports, const BT::Blackboard::Ptr& board)
-{
-    BT::Tree tree;
-    tree.nodes.push_back(factory.instantiateTreeNode(id, id, ports, board));
-    tree.root_node = tree.nodes.front().get();
-    return tree;
-}
-
 TEST(Lifetimes, ValuesAndTreesOfAPlugInOutliveItsFactory)
 {
     const auto board = BT::Blackboard::create<BT::BlackboardLocal>();
@@ -34,7 +20,7 @@ TEST(Lifetimes, ValuesAndTreesOfAPlugInOutliveItsFactory)
     {
         BT::BehaviorTreeFactory factory;
         factory.registerFromPlugin(VEMRA_LIB_DIR "/libuser_plugin.so");
-        tree = treeOf(factory, "DriveTo", {{"goal", "3;4"}}, board);
+        tree = grown(leaf("DriveTo", {{"goal", "3;4"}}), factory, board);
     }
     EXPECT_EQ(tree.root_node->executeTick(), NodeStatus::SUCCESS);
     EXPECT_EQ(board->get<Waypoint>("at").x, 3);
@@ -49,11 +35,8 @@ TEST(Lifetimes, ATreeThatEntersOthersOutlivesItsFactory)
     BT::Tree tree;
     {
         BT::BehaviorTreeFactory factory;
-        factory.registerTreeBuilder(
-            "Inner", [](const BT::BehaviorTreeFactory& made_by, const BT::Blackboard::Ptr& on) {
-                return treeOf(made_by, "Delay", {{"ticks", "1"}}, on);
-            });
-        tree = treeOf(factory, "SubtreeCondition", {{"subtree_file_path", "Inner"}}, board);
+        registerTree(factory, "Inner", leaf("Delay", {{"ticks", "1"}}));
+        tree = grown(enter("Inner"), factory, board);
         EXPECT_EQ(tree.root_node->executeTick(), NodeStatus::RUNNING);
     }
     EXPECT_EQ(tree.root_node->executeTick(), NodeStatus::SUCCESS);  // what runs is run to its end
@@ -95,18 +78,14 @@ TEST(Lifetimes, ABlackboardGoesWithItsLastTree)
 TEST(Lifetimes, TwoThreadsUseOneFactoryEachOnItsBlackboard)
 {
     BT::BehaviorTreeFactory factory;
-    factory.registerTreeBuilder(
-        "Inner", [](const BT::BehaviorTreeFactory& by, const BT::Blackboard::Ptr& on) {
-            return treeOf(by, "IntAdd", {{"int_a", "${n}"}, {"int_b", "1"}, {"out_sum", "n"}}, on);
-        });
+    registerTree(factory, "Inner", leaf("IntAdd", {{"int_a", "${n}"}, {"int_b", "1"}, {"out_sum", "n"}}));
     const auto count = [&factory](int& counted) {
         for (int i = 0; i < 200; ++i) {
             const auto board = BT::Blackboard::create();
             board->set("n", 0);
-            const auto entry = factory.instantiateTreeNode("SubtreeCondition", "enter",
-                                                           {{"subtree_file_path", "Inner"}}, board);
+            const BT::Tree entry = grown(enter("Inner"), factory, board);
             for (int tick = 0; tick < 10; ++tick)
-                entry->executeTick();
+                entry.root_node->executeTick();
             counted += board->get<int>("n");
         }
     };
@@ -154,11 +133,16 @@ TEST(Lifetimes, ABuilderMayRegisterTreesItsOwnIncluded)
             for (int i = 0; i < 100; ++i)
                 t.registerTree(long_name + std::to_string(i), action("a", "S"));
             t.registerTree("Growing", action("second", "S"));
-            return treeOf(by, "AlwaysSuccess", {}, on);
+            return grown(leaf("AlwaysSuccess"), by, on);
         });
     t.plant(node("Sequence", {enter("Growing"), enter(long_name + "99")}));
     EXPECT_EQ(t.tick(), "S a");
     EXPECT_EQ(t.tick(), "S second a");
+}
+
+NodeStatus outOfOrder(BT::TreeNode&)
+{
+    throw std::runtime_error("out of order");
 }
 
 TEST(Lifetimes, AfterAThrowAHaltReachesWhatRuns)
@@ -173,8 +157,7 @@ TEST(Lifetimes, AfterAThrowAHaltReachesWhatRuns)
     };
     for (const char* id : {"Inverter", "SubTree", "ActionDecorator", "ForceSuccess", "Simple", "Bare"}) {
         ScriptedTree t;
-        t.factory.registerSimpleAction(
-            "Throw", [](BT::TreeNode&) -> NodeStatus { throw std::runtime_error("out of order"); });
+        t.factory.registerSimpleAction("Throw", outOfOrder);
         t.factory.registerSimpleDecorator("Simple", [](NodeStatus child, BT::TreeNode&) { return child; });
         t.factory.registerNodeType<Bare>("Bare");
         t.registerTree("Inner", node("DoWhile", {action("motor", "R"), leaf("Throw")}));
@@ -188,8 +171,7 @@ TEST(Lifetimes, AfterAThrowAHaltReachesWhatRuns)
 TEST(Lifetimes, AClearUpThatThrowsDoesNotKeepAHaltFromEnding)
 {
     ScriptedTree t;
-    t.factory.registerSimpleAction(
-        "Throw", [](BT::TreeNode&) -> NodeStatus { throw std::runtime_error("out of order"); });
+    t.factory.registerSimpleAction("Throw", outOfOrder);
     t.plant(
         node("DoWhile", {node("PostProcess", {action("scope", "R"), leaf("Throw")}), action("motor", "R")}));
     t.tick();

@@ -6,7 +6,7 @@ namespace vemra::test {
 namespace {
 
 // One example of each; "R a b!" is the root's result, a tick of leaf a and a halt of leaf b.
-TEST(Composites, DoWhatTheirContractsSay)
+TEST(ControlNodes, DoWhatTheirContractsSay)
 {
     const BT::NodeParameters reset{{"reset_on_failure", "true"}};
     const std::pair<Sketch, const char*> examples[] = {
@@ -41,6 +41,14 @@ TEST(Composites, DoWhatTheirContractsSay)
               {action("a", "S"), action("b", "S"), action("step", "RS"), action("c", "S")}),
          "R a b step c, S a b step c"},
         {node("ParallelNode", {{"threshold", "${none}"}}, {action("a", "S")}), "F"},
+        // IDLE is no end.
+        {node("ForceSuccess", {action("a", "RFSI")}), "R a, S a, S a, R a"},
+        {node("ForceFailure", {action("a", "RFSI")}), "R a, F a, F a, R a"},
+        // One round a tick; the third failure is one too many.
+        {node("RetryUntilSuccesful", {{"num_attempts", "3"}}, {action("a", "FRF")}), "R a, R a, R a, F a"},
+        {node("Loop", {{"num_cycles", "3"}}, {action("a", "SFRS")}), "R a, R a, R a, S a"},
+        // A watchdog over a condition.
+        {node("Repeat", {{"num_cycles", "3"}}, {condition("g", "SSFS")}), "R g, R g, F g, R g, R g, S g"},
         // The final child runs on every way out; the third tick gives the main child's result.
         {node("PostProcess", {{"tick_on_halt", "true"}}, {action("main", "RF"), action("final", "RS")}),
          "R main, R main final, F final, R main, halt I main! final final!, halt I, F main final, halt I"},
@@ -90,7 +98,7 @@ TEST(SimpleAction, MayTakeManyTicks)
     EXPECT_TRUE(t.at("Twice").isHalted());
 }
 
-TEST(Composites, WithoutTheirChildrenEndAtOnce)
+TEST(ControlNodes, WithoutTheirChildrenEndAtOnce)
 {
     for (const auto& [id, result] : {std::pair{"Sequence", "S"},
                                      {"SequenceStar", "S"},
@@ -103,51 +111,13 @@ TEST(Composites, WithoutTheirChildrenEndAtOnce)
         EXPECT_EQ(ScriptedTree(leaf(id)).tick(), result) << id;
 }
 
-TEST(ForceSuccessAndFailure, TurnTheEndAndLeaveTheChildsOwnStatus)
-{
-    ScriptedTree success(node("ForceSuccess", {action("a", "RFSI")}));
-    EXPECT_EQ(success.ticks(2), "R a, S a");
-    EXPECT_EQ(success.at("a").status(), BT::NodeStatus::FAILURE);
-    EXPECT_EQ(success.ticks(2), "S a, R a");  // IDLE is no end
-    ScriptedTree failure(node("ForceFailure", {action("a", "RFSI")}));
-    EXPECT_EQ(failure.ticks(3), "R a, F a, F a");
-    EXPECT_EQ(failure.at("a").status(), BT::NodeStatus::SUCCESS);
-    EXPECT_EQ(failure.tick(), "R a");
-}
-
-TEST(CountingDecorators, MakeOneRoundATick)
-{
-    ScriptedTree three(node("RetryUntilSuccesful", {{"num_attempts", "3"}}, {action("a", "FRF")}));
-    EXPECT_EQ(three.ticks(4), "R a, R a, R a, F a");  // the fourth tick fails for the third time
-    ScriptedTree loop(node("Loop", {{"num_cycles", "3"}}, {action("a", "SFRS")}));
-    EXPECT_EQ(loop.ticks(4), "R a, R a, R a, S a");
-}
-
-TEST(Repeat, IsAWatchdogOverACondition)
-{
-    ScriptedTree t(node("Repeat", {{"num_cycles", "100"}}, {leaf("BlackboardContains", {{"key", "lock"}})}));
-    t.blackboard->set("lock", "");
-    for (int i = 0; i < 99; ++i)
-        ASSERT_EQ(t.tick(), "R");
-    t.blackboard->erase("lock");
-    EXPECT_EQ(t.tick(), "F");
-    t.blackboard->set("lock", "");
-    for (int i = 0; i < 99; ++i)
-        ASSERT_EQ(t.tick(), "R");
-    EXPECT_EQ(t.tick(), "S");
-}
-
 TEST(Frameout, HaltsTheChildWhenItsTicksAreSpent)
 {
-    ScriptedTree t(node("Frameout", {{"frames", "${limit}"}}, {action("a", "RRRRRRRS")}));
-    t.blackboard->set("limit", 4);
-    for (int i = 0; i < 4; ++i)
-        ASSERT_EQ(t.tick(), "R a");
-    EXPECT_EQ(t.tick(), "F a!");
+    ScriptedTree t(node("Frameout", {{"frames", "${limit}"}}, {action("a", "RRRRRS")}));
+    t.blackboard->set("limit", 2);
+    EXPECT_EQ(t.ticks(3), "R a, R a, F a!");
     t.blackboard->set("limit", 9);  // read as the next run begins
-    for (int i = 0; i < 3; ++i)
-        ASSERT_EQ(t.tick(), "R a");
-    EXPECT_EQ(t.tick(), "S a");
+    EXPECT_EQ(t.ticks(4), "R a, R a, R a, S a");
     t.blackboard->erase("limit");
     EXPECT_EQ(t.tick(), "F");  // a motion must not start without its limit
 }
@@ -155,13 +125,12 @@ TEST(Frameout, HaltsTheChildWhenItsTicksAreSpent)
 TEST(Timeout, GoesByTheInjectedClock)
 {
     ScriptedTree t(node("Timeout", {{"msec", "1000"}}, {action("a", "R")}));
-    t.clock->now = 5000;
-    EXPECT_EQ(t.tick(), "R a");
-    t.clock->now = 5999;
-    EXPECT_EQ(t.tick(), "R a");
-    t.clock->now = 6000;
     // The run after it has its own second.
-    EXPECT_EQ(t.ticks(2), "F a a!, R a");
+    for (const auto& [now, result] :
+         {std::pair{5000, "R a"}, {5999, "R a"}, {6000, "F a a!"}, {6001, "R a"}}) {
+        t.clock->now = now;
+        EXPECT_EQ(t.tick(), result) << now;
+    }
 }
 
 TEST(CountingDecorators, FailOnANumberThatCannotBeReadAndNeverThrow)
@@ -181,19 +150,18 @@ TEST(BBPrecondition, HaltsFromAboveWhenTheBreakFlagTurns)
     ScriptedTree t(node("BB_Precondition", {{"key", "break"}, {"expected", "false"}},
                         {node("Loop", {{"num_cycles", "-1"}}, {action("a", "R")})}));
     EXPECT_EQ(t.tick(), "F");  // no such key
-    t.blackboard->set("break", "false");
-    EXPECT_EQ(t.tick(), "R a");
-    t.blackboard->set("break", "true");
-    EXPECT_EQ(t.tick(), "F a!");
-    EXPECT_EQ(t.at("Loop").status(), BT::NodeStatus::IDLE);
+    // A key that goes is like one that is not there, and what cannot be read is not what is expected.
+    for (const char* other : {"true", "", "no truth value"}) {
+        t.blackboard->set("break", "false");
+        EXPECT_EQ(t.tick(), "R a");
+        t.blackboard->set("break", other);
+        if (*other == '\0')
+            t.blackboard->erase("break");
+        EXPECT_EQ(t.tick(), "F a!") << other;
+        EXPECT_EQ(t.at("Loop").status(), BT::NodeStatus::IDLE);
+    }
     t.blackboard->set("break", false);  // as a truth value it reads the same
     EXPECT_EQ(t.tick(), "R a");
-    t.blackboard->erase("break");
-    EXPECT_EQ(t.tick(), "F a!") << "a key that goes is like one that is not there";
-    t.blackboard->set("break", "false");
-    EXPECT_EQ(t.tick(), "R a");
-    t.blackboard->set("break", "no truth value");
-    EXPECT_EQ(t.tick(), "F a!") << "what cannot be read is not what is expected";
 }
 
 }  // namespace

@@ -57,8 +57,7 @@ TEST(Observation, AnObserverSeesEnteredTreesToo)
 {
     ScriptedTree t;
     t.registerTree("Inner", action("a", "RF"));
-    t.plant(node("Inverter", {leaf("SubtreeCondition",
-                                   {{"subtree_file_path", "Inner"}, {"expand_in_logger", "false"}})}));
+    t.plant(node("Inverter", {enter("Inner")}));
     Recorder recorder;
     t.blackboard->setStatusObserver(&recorder);
     t.ticks(2);

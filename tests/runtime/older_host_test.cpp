@@ -50,6 +50,7 @@ public:
     explicit Carry(const std::string& name) : ActionNode(name) {}
     ~Carry() override { stopAndJoinThread(); }
 
+    void onInit() override { blackboard()->set("ready to carry", true); }
     NodeStatus tick() override
     {
         halt_asked_ = false;
@@ -142,6 +143,7 @@ TEST_F(OlderHost, RunsItsTreeWithAllLoggers)
         printTreeRecursively(tree.root_node);
         EXPECT_EQ(tickToTheEnd(tree), NodeStatus::SUCCESS);
         EXPECT_EQ(tree.root_node->blackboard()->get<Waypoint>("at").y, 1.5);
+        EXPECT_TRUE(tree.root_node->blackboard()->get<bool>("ready to carry"));
         for (const auto& node : tree.nodes)
             EXPECT_EQ(node->blackboard(), tree.root_node->blackboard());
         const SerializedTreeStatus statuses = buildSerializedStatusSnapshot(tree.root_node);

@@ -2,44 +2,13 @@
 
 #include <map>
 #include <memory>
-#include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
-#include "behaviortree_cpp/bt_factory.h"
-#include "support/hang.h"
+#include "support/sketched_tree.h"
 
 namespace vemra::test {
 
-/// A tree in a few words. A leaf that is `action` or `condition` answers by its script, a letter a tick,
-/// again and again: R, S or F. Below a `SubtreeCondition` stands the tree that it enters.
-struct Sketch
-{
-    std::string id;
-    BT::NodeParameters ports;
-    std::vector<Sketch> children;
-    std::string name;
-
-    [[nodiscard]] std::string port(const std::string& key) const
-    {
-        const auto found = ports.find(key);
-        return found == ports.end() ? "" : found->second;
-    }
-};
-
-inline Sketch node(const std::string& id, std::vector<Sketch> children)
-{
-    return {id, {}, std::move(children), id};
-}
-inline Sketch node(const std::string& id, BT::NodeParameters ports, std::vector<Sketch> children)
-{
-    return {id, std::move(ports), std::move(children), id};
-}
-inline Sketch leaf(const std::string& id, BT::NodeParameters ports = {})
-{
-    return {id, std::move(ports), {}, id};
-}
+/// A leaf that answers by its script, a letter a tick, again and again: R, S or F.
 inline Sketch action(std::string name, std::string script)
 {
     return {"ScriptedAction", {{"script", std::move(script)}}, {}, std::move(name)};
@@ -125,7 +94,7 @@ public:
     void plant(const Sketch& sketch)
     {
         registerTrees(sketch);
-        tree = build(sketch);
+        tree = grown(sketch, factory, blackboard);
     }
 
     /// Registers `sketch` as a tree of its own.
@@ -134,7 +103,7 @@ public:
         factory.registerTreeBuilder(
             name, [this, sketch](const BT::BehaviorTreeFactory&, const BT::Blackboard::Ptr&) {
                 ++built[sketch.name];
-                return build(sketch);
+                return grown(sketch, factory, blackboard);
             });
     }
 
@@ -208,25 +177,6 @@ private:
             registerTree(sketch.port("subtree_file_path"), sketch.children.front());
         for (const Sketch& child : sketch.children)
             registerTrees(child);
-    }
-
-    BT::Tree build(const Sketch& sketch)
-    {
-        BT::Tree grown;
-        grown.root_node = grow(sketch, grown);
-        return grown;
-    }
-
-    BT::TreeNode* grow(const Sketch& sketch, BT::Tree& into)
-    {
-        BT::TreeNode::Ptr made =
-            factory.instantiateTreeNode(sketch.id, sketch.name, sketch.ports, blackboard);
-        into.nodes.push_back(made);
-        if (sketch.id == "SubtreeCondition")
-            return made.get();
-        for (const Sketch& child : sketch.children)
-            hang(*made, *grow(child, into));
-        return made.get();
     }
 };
 

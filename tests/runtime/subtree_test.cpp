@@ -5,11 +5,6 @@
 namespace vemra::test {
 namespace {
 
-Sketch enter(const std::string& path)
-{
-    return {"SubtreeCondition", {{"subtree_file_path", path}, {"expand_in_logger", "false"}}, {}, path};
-}
-
 struct Subtree : testing::Test
 {
     Subtree() { t.registerTree("Inner", action("a", "RS")); }
@@ -35,7 +30,7 @@ TEST_F(Subtree, AnUnknownTreeIsAFailureAndNothingElse)
     for (const char* path : {"reuse/CrossLineSearch", "", "/", ".xml", "${none}", "Empty"}) {
         t.plant(node("ForceSuccess", {enter(path)}));
         EXPECT_EQ(t.tick(), "S") << path;
-        EXPECT_EQ(t.at(path).status(), BT::NodeStatus::FAILURE) << path;
+        EXPECT_EQ(t.at("SubtreeCondition").status(), BT::NodeStatus::FAILURE) << path;
         EXPECT_EQ(t.tick(), "S") << path;
         EXPECT_EQ(t.halt(), "I") << path;
     }

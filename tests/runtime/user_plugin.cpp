@@ -7,7 +7,6 @@
 
 #include "behaviortree_cpp/action_node.h"
 #include "behaviortree_cpp/bt_factory.h"
-#include "behaviortree_cpp/condition_node.h"
 #include "behaviortree_cpp/control_node.h"
 #include "behaviortree_cpp/decorator_node.h"
 
@@ -34,18 +33,6 @@ public:
             return NodeStatus::FAILURE;
         blackboard()->set("at", goal);
         return NodeStatus::SUCCESS;
-    }
-};
-
-class BatteryOK : public BT::ConditionNode
-{
-public:
-    BatteryOK(const std::string& name) : BT::ConditionNode(name) {}
-
-    NodeStatus tick() override
-    {
-        const auto level = blackboard()->get<int>("battery");
-        return level > 20 ? NodeStatus::SUCCESS : NodeStatus::FAILURE;
     }
 };
 
@@ -98,23 +85,6 @@ public:
     }
 };
 
-/// Counts how often it was set up.
-class Ready : public BT::ActionNodeBase
-{
-public:
-    Ready(const std::string& name) : BT::ActionNodeBase(name) {}
-    NodeStatus tick() override { return NodeStatus::RUNNING; }
-    void halt() override { setStatus(NodeStatus::IDLE); }
-
-private:
-    void onInit() override
-    {
-        int times = 0;
-        blackboard()->get("inits", times);
-        blackboard()->set("inits", times + 1);
-    }
-};
-
 class Last : public BT::ControlNode
 {
 public:
@@ -146,18 +116,9 @@ public:
 BT_REGISTER_NODES(factory)
 {
     factory.registerNodeType<DriveTo>("DriveTo");
-    factory.registerNodeType<BatteryOK>("BatteryOK");
     factory.registerNodeType<Brew>("Brew");
     factory.registerNodeType<Greet>("Greet");
-    factory.registerNodeType<Ready>("Ready");
     factory.registerNodeType<Last>("Last");
     factory.registerNodeType<Twice>("Twice");
-    factory.registerSimpleCondition("HasGoal", [](BT::TreeNode& self) {
-        return self.blackboard()->contains(self.name()) ? NodeStatus::SUCCESS : NodeStatus::FAILURE;
-    });
-    factory.registerSimpleAction("Say", [](BT::TreeNode& self) {
-        self.blackboard()->set("said", self.getParam<std::string>("text").value_or("nothing"));
-        return NodeStatus::SUCCESS;
-    });
     factory.registerSimpleDecorator("Keep", [](NodeStatus child, BT::TreeNode&) { return child; });
 }

@@ -54,34 +54,14 @@ TEST_F(UserPlugin, ReadsAPortOfATypeOfItsOwn)
     EXPECT_EQ(make("DriveTo")->executeTick(), NodeStatus::FAILURE);
 }
 
-TEST_F(UserPlugin, SimpleLeavesAndDecorators)
-{
-    board.set("battery", 80);
-    t.plant(node("Sequence", {leaf("BatteryOK"), node("Keep", {leaf("Say", {{"text", "level ${battery}"}})}),
-                              node("Inverter", {leaf("HasGoal")})}));
-    EXPECT_EQ(t.tick(), "S");
-    EXPECT_EQ(board.get<std::string>("said"), "level 80");
-    board.set("battery", 20);
-    EXPECT_EQ(t.tick(), "F");
-}
-
 TEST_F(UserPlugin, ControlsAndDecoratorsOfItsOwn)
 {
-    t.plant(node("Last", {action("a", "R"), node("Twice", {action("b", "SSRF")})}));
+    t.plant(node("Last", {action("a", "R"), node("Keep", {node("Twice", {action("b", "SSRF")})})}));
     EXPECT_EQ(t.ticks(2), "S a b b a!, F a b b a!");
     t.plant(node("Last", {node("Twice", {action("c", "R")})}));
     EXPECT_EQ(t.tick(), "R c c");
     EXPECT_EQ(t.halt(), "I c!");
     EXPECT_EQ(t.at("Twice").status(), NodeStatus::IDLE);
-}
-
-TEST_F(UserPlugin, IsSetUpOnceWithTheBlackboardInPlace)
-{
-    const auto node = make("Ready");
-    node->executeTick();
-    node->halt();
-    node->executeTick();
-    EXPECT_EQ(board.get<int>("inits"), 1);
 }
 
 TEST_F(UserPlugin, AnAsyncActionWorksOnAThreadOfItsOwn)
