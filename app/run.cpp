@@ -18,7 +18,6 @@
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
 #include "app/visits/tree_watch.h"
-#include "app/visits/visit_file.h"
 #include "app/whole_number.h"
 #include "robot/base/input_error.h"
 #include "robot/base/number_list.h"
@@ -27,6 +26,7 @@
 #include "robot/events/timeline_printer.h"
 #include "robot/host/robot.h"
 #include "robot/host/sample_files.h"
+#include "robot/host/visit_counter.h"
 #include "robot/world/map_file.h"
 
 namespace vemra::app {
@@ -218,7 +218,7 @@ int run(const RunOptions& options)
         records->write(robot, title, options.field,
                        std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count());
     if (options.visits)
-        robot::writeFile(*options.visits, visitFileText(counter, title, robot.frame()));
+        robot::writeFile(*options.visits, robot::visitFileText(counter, title, robot.frame()));
     if (interrupt.waits())
         std::cerr << "vemra: stopped after " << robot.frame() << " of " << frames << " frames\n";
     std::cout.flush();

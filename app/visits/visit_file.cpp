@@ -46,25 +46,6 @@ void addRow(std::vector<robot::Visits>& into, const TreeModel& tree, const json&
 
 }  // namespace
 
-std::string visitFileText(const robot::VisitCounter& counter, const std::string& scenario,
-                          std::uint64_t frames)
-{
-    nlohmann::ordered_json trees = nlohmann::ordered_json::object();
-    for (const auto& [name, rows] : counter.trees()) {
-        // Nodes that the host put above the tree have no place in any.
-        if (name.empty())
-            continue;
-        nlohmann::ordered_json& tree = trees[name] = nlohmann::ordered_json::array();
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            const robot::Visits& v = rows[i].visits;
-            if (v.ticks > 0)
-                tree.push_back({i, rows[i].id, v.ticks, v.success, v.failure, v.running, v.halts});
-        }
-    }
-    const nlohmann::ordered_json file{{"scenario", scenario}, {"frames", frames}, {"trees", trees}};
-    return file.dump() + "\n";
-}
-
 void VisitTable::add(const std::filesystem::path& file, const std::vector<TreeModel>& trees)
 {
     for (const TreeModel& tree : trees)

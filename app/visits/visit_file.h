@@ -10,12 +10,7 @@
 
 namespace vemra::app {
 
-/// What a run visited, as a file keeps it: JSON with a row [index, type, ticks, success, failure, running,
-/// halts] for each node that was ticked, by tree.
-[[nodiscard]] std::string visitFileText(const robot::VisitCounter& counter, const std::string& scenario,
-                                        std::uint64_t frames);
-
-/// The visits of many runs, added up.
+/// The visits of many runs, added up; robot/host/visit_counter.h tells the form of their files.
 class VisitTable
 {
 public:

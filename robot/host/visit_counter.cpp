@@ -1,5 +1,7 @@
 #include "robot/host/visit_counter.h"
 
+#include <nlohmann/json.hpp>
+
 namespace vemra::robot {
 
 VisitCounter::Row& VisitCounter::rowOf(const BT::TreeNode& node)
@@ -35,6 +37,24 @@ void VisitCounter::onStatusChange(const BT::TreeNode& node, BT::NodeStatus befor
 {
     if (before == BT::NodeStatus::RUNNING && now == BT::NodeStatus::IDLE)
         ++rowOf(node).visits.halts;
+}
+
+std::string visitFileText(const VisitCounter& counter, const std::string& scenario, std::uint64_t frames)
+{
+    nlohmann::ordered_json trees = nlohmann::ordered_json::object();
+    for (const auto& [name, rows] : counter.trees()) {
+        // Nodes that the host put above the tree have no place in any.
+        if (name.empty())
+            continue;
+        nlohmann::ordered_json& tree = trees[name] = nlohmann::ordered_json::array();
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const Visits& v = rows[i].visits;
+            if (v.ticks > 0)
+                tree.push_back({i, rows[i].id, v.ticks, v.success, v.failure, v.running, v.halts});
+        }
+    }
+    const nlohmann::ordered_json file{{"scenario", scenario}, {"frames", frames}, {"trees", trees}};
+    return file.dump() + "\n";
 }
 
 }  // namespace vemra::robot

@@ -56,4 +56,9 @@ private:
     std::vector<Row>* last_rows_ = nullptr;
 };
 
+/// What a run visited, as a file keeps it: JSON with a row [index, type, ticks, success, failure, running,
+/// halts] for each node that was ticked, by tree.
+[[nodiscard]] std::string visitFileText(const VisitCounter& counter, const std::string& scenario,
+                                        std::uint64_t frames);
+
 }  // namespace vemra::robot

@@ -4,7 +4,6 @@
 #include "robot/services/cleaning/cleaning_system.h"
 #include "robot/services/cleaning/fittings.h"
 #include "robot/services/maps/maps.h"
-#include "robot/services/panel/commands.h"
 #include "robot/services/panel/notices.h"
 #include "robot/services/power/power.h"
 #include "robot/services/sensing/attitude.h"
@@ -18,7 +17,7 @@ class CleaningRig : public RobotRig
 public:
     CleaningRig() : RobotRig(sketch(room(80, 40)), {{1000, 1000}, {0}})
     {
-        install({&fittings, &system, &log_of_clean, &attitude, &notices, &commands, &maps, &power});
+        install({&fittings, &system, &log_of_clean, &attitude, &notices, &maps, &power});
     }
     ~CleaningRig() override { dropTrees(); }
 
@@ -72,7 +71,6 @@ public:
     CleaningLogService log_of_clean{parts, map};
     AttitudeService attitude{parts};
     NoticeService notices{parts};
-    CommandService commands{parts, ScenarioStart{}};
     MapService maps{parts, map, store, stored()};
     PowerService power{parts, ScenarioStart{}};
 
@@ -211,39 +209,6 @@ TEST(Notices, AreToldOnceAndTakenAway)
     rig.blackboard->set("infrared_calibration_finished", "");
     rig.frames(3);
     EXPECT_TRUE(rig.log.empty()) << "not calibrated, nothing to tell";
-}
-
-TEST(TimedOrder, BeginsTheModeItNamesOnceAndNotOneThatRuns)
-{
-    CleaningRig rig;
-    const auto order = [&rig](Mode mode, bool timed) {
-        AppCommand command;
-        command.mode = mode;
-        command.timed_order = timed;
-        rig.commands.take(command);
-        rig.frame();
-        rig.enterLeaf("DoesReceiveWIFICMD");
-        rig.tree.root_node->executeTick();
-        rig.tree = {};
-    };
-    const auto began = [&rig] { return rig.passes("DoesExcuteOrderAutoMode"); };
-    rig.state.modes.request(Mode::Charging);
-    order(Mode::AutoClean, true);
-    EXPECT_FALSE(began()) << "not entered yet";
-    rig.state.modes.request(Mode::AutoClean);
-    rig.state.modes.update(false);
-    EXPECT_TRUE(began());
-    EXPECT_FALSE(began());
-    order(Mode::AutoClean, true);
-    EXPECT_FALSE(began()) << "it ran already";
-
-    rig.state.modes.request(Mode::Standby);
-    rig.state.modes.update(false);
-    order(Mode::AutoClean, true);
-    order(Mode::AutoClean, false);
-    rig.state.modes.request(Mode::AutoClean);
-    rig.state.modes.update(false);
-    EXPECT_FALSE(began()) << "a person was last to ask";
 }
 
 TEST(StoredMap, KeepsWhatTheUserForbade)

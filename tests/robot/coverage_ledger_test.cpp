@@ -1,30 +1,18 @@
-// The books of the floor against plain geometry, and the search for floor against the planner of lines.
-#include <gmock/gmock.h>
-
+// The books of the floor, of walls and of steps against plain geometry, and the search for floor against the
+// planner of lines.
 #include <algorithm>
 #include <cmath>
 #include <optional>
 #include <set>
 #include <utility>
 
-#include "robot/base/chance.h"
-#include "robot/belief/cleaned_floor.h"
-#include "robot/coverage_rig.h"
-#include "robot/grid_sketch.h"
+#include "robot/belief/steps.h"
+#include "robot/navigation_rig.h"
+#include "robot/planning/contour.h"
 #include "robot/world/swept_floor.h"
 
 namespace vemra::robot {
 namespace {
-
-using testing::AllOf;
-using testing::Ge;
-using testing::Gt;
-using testing::Le;
-
-int upTo(Chance& chance, int end)
-{
-    return static_cast<int>(chance.uniform() * end);
-}
 
 // --- what was swept ---------------------------------------------------------------------------------
 
@@ -127,7 +115,7 @@ TEST(Ledgers, HoldWhatBrushAndSideBrushTouchedOnAnyDrive)
                     << centreOf(cell).x << ' ' << centreOf(cell).y << ", " << cell_away << " mm away";
             }
         }
-        EXPECT_THAT(touched, AllOf(Gt(50), testing::Lt(3500)));
+        EXPECT_THAT(touched, AllOf(Gt(50), Lt(3500)));
         EXPECT_THAT(swept.againM2(), Le(swept.areaM2()));
     }
 }
@@ -148,7 +136,7 @@ TEST(UnsweptFloor, IsFoundExactlyWhenThePlannerHasALine)
             const int row = 4 + upTo(chance, 30);
             fill(lines, {column, row}, {column + upTo(chance, 10), row + upTo(chance, 8)}, '#');
         }
-        CoverageRig robot(sketch(lines), {{450, 450}, {0}});
+        NavigationRig robot(sketch(lines), {{450, 450}, {0}});
         robot.knowHome();
         // One round in four leaves nothing; the others leave a stretch here and there.
         const double left_share = round % 4 == 0 ? 0 : 0.15 * (round % 4);
@@ -176,7 +164,7 @@ TEST(UnsweptFloor, BehindAWallHasNoLine)
 {
     std::vector<std::string> lines = room(64, 46);
     fill(lines, {32, 1}, {32, 44}, '#');
-    CoverageRig robot(sketch(lines), {{450, 450}, {0}});
+    NavigationRig robot(sketch(lines), {{450, 450}, {0}});
     robot.knowHome();
     robot.blackboard->set("part", BoxMm{{1700, 0}, {3200, 2300}});
     const auto hasLineFrom = [&robot](PointMm place) {
@@ -191,7 +179,7 @@ TEST(UnsweptFloor, BehindAWallHasNoLine)
 
 TEST(Parts, StayAsTheyWereMadeAndLieOnTheMap)
 {
-    CoverageRig robot(sketch(room(64, 46)), {{450, 450}, {0}});
+    NavigationRig robot(sketch(room(64, 46)), {{450, 450}, {0}});
     robot.knowHome();
     const auto partAt = [&robot](PointMm place) {
         robot.blackboard->set("there", place);
@@ -210,7 +198,7 @@ TEST(Parts, StayAsTheyWereMadeAndLieOnTheMap)
 
 TEST(Parts, OfDrawnRoomsAreNumberedAndAPointHasANumberOfItsOwn)
 {
-    CoverageRig robot(sketch(room(64, 46)), {{450, 450}, {0}});
+    NavigationRig robot(sketch(room(64, 46)), {{450, 450}, {0}});
     robot.knowHome();
     const auto roomAt = [&robot](PointMm goal) {
         robot.blackboard->set("navi_target_point", goal);
@@ -228,7 +216,7 @@ TEST(Parts, OfDrawnRoomsAreNumberedAndAPointHasANumberOfItsOwn)
 
 TEST(Chains, AreClosedWhereTheyRunOntoATracedWall)
 {
-    CoverageRig robot(sketch(room(64, 46)), {{1000, 235}, {0}});
+    NavigationRig robot(sketch(room(64, 46)), {{1000, 235}, {0}});
     robot.knowHome();
     TracedWalls& walls = robot.map.tracedWalls();
     for (const double begin : {600.0, 850.0}) {
@@ -247,7 +235,7 @@ TEST(Searches, EndWhenNothingComesOfWhatTheyOffer)
     std::vector<std::string> lines = room(64, 46);
     fill(lines, {30, 20}, {33, 23}, '#');
     fill(lines, {50, 38}, {60, 45}, '?');
-    CoverageRig robot(sketch(lines), {{450, 450}, {0}});
+    NavigationRig robot(sketch(lines), {{450, 450}, {0}});
     robot.knowHome();
     // A wall was followed for half a metre, and somebody drew a room.
     TracedWalls& walls = robot.map.tracedWalls();
@@ -265,7 +253,7 @@ TEST(Searches, EndWhenNothingComesOfWhatTheyOffer)
         return given;
     };
     for (const char* mode : {"Chain", "Block", "SlamRetry", "Segment", "SegmentRetry"})
-        EXPECT_THAT(countOf([&] { return robot.search(mode); }), AllOf(Gt(0), testing::Lt(kMany))) << mode;
+        EXPECT_THAT(countOf([&] { return robot.search(mode); }), AllOf(Gt(0), Lt(kMany))) << mode;
     const auto hasLine = [&](const std::string& from) {
         return robot.passes("PlanNextLine is_rotate=false region=${gridmap_limit} source_point=" + from);
     };
@@ -273,7 +261,125 @@ TEST(Searches, EndWhenNothingComesOfWhatTheyOffer)
                     return hasLine("${current_coord}") ||
                            (robot.search("Normal") && hasLine("${navi_target_point}"));
                 }),
-                AllOf(Gt(0), testing::Lt(kMany)));
+                AllOf(Gt(0), Lt(kMany)));
+}
+
+// --- walls traced from any start, on either side ----------------------------------------------------
+
+struct Traced
+{
+    int times_closed = 0;
+    double driven_mm = 0;  ///< until it closed
+};
+
+// Along the middles of the cells, once and a half round.
+Traced trace(TracedWalls& walls, const std::vector<CellIndex>& cells, bool wall_right)
+{
+    Traced traced;
+    const int chain = walls.begin(wall_right);
+    for (std::size_t i = 0; i < cells.size() * 3 / 2 && traced.times_closed == 0; ++i) {
+        const PointMm from = centreOf(cells[i % cells.size()]);
+        const PointMm to = centreOf(cells[(i + 1) % cells.size()]);
+        const Degrees heading = degreesOfRadians(std::atan2(to.y - from.y, to.x - from.x));
+        for (int step = 0; step < 6 && traced.times_closed == 0; ++step) {
+            traced.times_closed += walls.draw(chain, {from + (step / 6.0) * (to - from), heading}) ? 1 : 0;
+            traced.driven_mm += distance(from, to) / 6;
+        }
+    }
+    return traced;
+}
+
+TEST(TracedWalls, AnyOutlineClosesOnceRoundFromAnyStartAndOnEitherSide)
+{
+    Chance chance(17);
+    for (int round = 0; round < 20; ++round) {
+        SCOPED_TRACE(round);
+        std::vector<std::string> lines = room(80, 70);
+        // Pillars and bays.
+        const CellIndex pillar{20 + upTo(chance, 30), 20 + upTo(chance, 20)};
+        const CellIndex far{pillar.column + upTo(chance, 8), pillar.row + upTo(chance, 8)};
+        fill(lines, pillar, far, '#');
+        fill(lines, {1, 1}, {upTo(chance, 10), upTo(chance, 10)}, '#');
+        fill(lines, {70 - upTo(chance, 8), 58 - upTo(chance, 8)}, {78, 68}, '#');
+        const PlanningMap plan = makePlanningMap(gridOf(sketch(lines)), {});
+        for (const bool island : {false, true}) {
+            // Straight to the right of the pillar's upper edge: its own edge, or the room's.
+            CellIndex at{far.column, far.row};
+            const CellIndex towards{island ? -1 : 1, 0};
+            while (plan.at(at) != Ground::Open ||
+                   (!island && plan.at({at.column + towards.column, at.row}) == Ground::Open))
+                ++at.column;
+            auto cells = contourWithEdgeOnLeft(plan, at, towards, [](CellIndex) { return true; });
+            double length = 0;
+            for (std::size_t i = 0; i < cells.size(); ++i)
+                length += distance(centreOf(cells[i]), centreOf(cells[(i + 1) % cells.size()]));
+            std::rotate(cells.begin(), cells.begin() + upTo(chance, static_cast<int>(cells.size())),
+                        cells.end());
+            const bool wall_right = chance.uniform() < 0.5;
+            if (wall_right)
+                std::reverse(cells.begin(), cells.end());
+            TracedWalls walls;
+            const Traced traced = trace(walls, cells, wall_right);
+            ASSERT_EQ(traced.times_closed, 1);
+            EXPECT_THAT(traced.driven_mm, AllOf(Gt(length - 50), Lt(length + 350)));
+            const Grid<unsigned char> outside = walls.outside();
+            const CellIndex within_pillar = pillar;
+            const CellIndex floor_beside{pillar.column - 8, pillar.row};
+            EXPECT_EQ(outside.at(within_pillar), 0) << "the pillar is shut in by both";
+            EXPECT_EQ(outside.at(floor_beside), island ? 1 : 0);
+            EXPECT_EQ(outside.at({-3, -3}), 1);
+            EXPECT_EQ(walls.isTraced(pillar) || walls.isTraced(far), island);
+        }
+    }
+}
+
+// --- steps in the floor -----------------------------------------------------------------------------
+
+TEST(StepBook, OpensTheNearestStepWholeAndNoOther)
+{
+    for (std::uint64_t seed = 1; seed <= 30; ++seed) {
+        SCOPED_TRACE(seed);
+        Chance chance(seed);
+        // Sills a metre apart and more, felt here and there along their length, in any order.
+        struct Felt
+        {
+            PointMm at;
+            int sill;
+        };
+        std::vector<Felt> felt;
+        const int sills = 1 + upTo(chance, 4);
+        for (int sill = 0; sill < sills; ++sill)
+            for (double x = 0; x < 1500; x += 150 + chance.uniform() * 240)
+                felt.push_back({{x, 1000.0 * sill + chance.uniform() * 50}, sill});
+        for (std::size_t i = felt.size(); i > 1; --i)
+            std::swap(felt[i - 1], felt[static_cast<std::size_t>(upTo(chance, static_cast<int>(i)))]);
+        StepBook book;
+        for (const Felt& one : felt)
+            book.meet(one.at, false);
+        std::set<int> open;
+        while (true) {
+            const PointMm from{chance.uniform() * 3000 - 700, chance.uniform() * 1000 * sills};
+            const Felt* nearest = nullptr;
+            for (const Felt& one : felt)
+                if (!open.contains(one.sill) &&
+                    (nearest == nullptr || distance(one.at, from) < distance(nearest->at, from)))
+                    nearest = &one;
+            const std::uint64_t before = book.version();
+            ASSERT_EQ(book.openNearest(from), nearest != nullptr);
+            if (nearest == nullptr)
+                break;
+            ASSERT_NE(book.version(), before);
+            open.insert(nearest->sill);
+            for (const Felt& one : felt) {
+                ASSERT_EQ(book.isOpen(one.at), open.contains(one.sill)) << one.at.x << ' ' << one.at.y;
+                book.meet(one.at, false);
+            }
+            for (const PointMm closed : book.closed())
+                ASSERT_FALSE(book.isOpen(closed));
+        }
+        EXPECT_EQ(static_cast<int>(open.size()), sills);
+        EXPECT_TRUE(book.closed().empty());
+    }
 }
 
 }  // namespace

@@ -1,11 +1,7 @@
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 
-#include "robot/base/chance.h"
 #include "robot/belief/cleaned_floor.h"
 #include "robot/belief/traced_walls.h"
 #include "robot/grid_sketch.h"
@@ -14,16 +10,12 @@
 #include "robot/services/coverage/charge_need.h"
 #include "robot/services/coverage/offers.h"
 #include "robot/world/distances.h"
-#include "robot/world/dock.h"
 #include "robot/world/sweeping.h"
 #include "robot/world/swept_floor.h"
+#include "support/matchers.h"
 
 namespace vemra::robot {
 namespace {
-
-using testing::DoubleNear;
-using testing::Gt;
-using testing::Lt;
 
 // A drive in small steps along a line.
 template <class Floor>
@@ -92,14 +84,13 @@ TEST(SweptFloor, ReachesWhatTheSideBrushGetsTo)
 TEST(SquaredDistances, AgreeWithALookAtEachPair)
 {
     Chance source(5);
-    const auto upTo = [&source](int end) { return static_cast<int>(source.uniform() * end); };
     for (int round = 0; round < 20; ++round) {
-        const int columns = 1 + upTo(20);
-        const int rows = 1 + upTo(20);
+        const int columns = 1 + upTo(source, 20);
+        const int rows = 1 + upTo(source, 20);
         std::vector<bool> marked(static_cast<std::size_t>(columns * rows));
-        marked[static_cast<std::size_t>(upTo(columns * rows))] = true;
+        marked[static_cast<std::size_t>(upTo(source, columns * rows))] = true;
         for (std::size_t i = 0; i < marked.size(); ++i)
-            marked[i] = marked[i] || upTo(9) == 0;
+            marked[i] = marked[i] || upTo(source, 9) == 0;
         const std::vector<float> found = squaredDistancesTo(marked, columns, rows);
         for (int at = 0; at < columns * rows; ++at) {
             int least = columns * columns + rows * rows;
@@ -238,13 +229,12 @@ TEST(CleaningRuns, ReachEachRowOfACorridor)
 TEST(CleaningRuns, SweepAllLineFloorOfAnyRoomOnce)
 {
     Chance source(11);
-    const auto upTo = [&source](int end) { return static_cast<int>(source.uniform() * end); };
     for (int round = 0; round < 12; ++round) {
         std::vector<std::string> lines = room(70, 50);
         for (int thing = 0; thing < 4; ++thing) {
-            const int column = 5 + upTo(50);
-            const int row = 5 + upTo(35);
-            fill(lines, {column, row}, {column + upTo(12), row + upTo(8)}, '#');
+            const int column = 5 + upTo(source, 50);
+            const int row = 5 + upTo(source, 35);
+            fill(lines, {column, row}, {column + upTo(source, 12), row + upTo(source, 8)}, '#');
         }
         const Home home = sketch(lines);
         const PlanningMap plan = makePlanningMap(gridOf(home), {});

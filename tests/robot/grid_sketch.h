@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "robot/base/chance.h"
 #include "robot/belief/grid.h"
 #include "robot/sketch.h"
 
@@ -24,6 +25,12 @@ inline Grid<CellState> gridOf(const Home& home)
 inline Grid<CellState> gridOf(const std::vector<std::string>& lines)
 {
     return gridOf(sketch(lines));
+}
+
+// At least 0, below the end.
+inline int upTo(Chance& chance, int end)
+{
+    return static_cast<int>(chance.uniform() * end);
 }
 
 // Puts a thing of one kind into a drawing: columns and rows from the lower left corner, `to` included.

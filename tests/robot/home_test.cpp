@@ -82,13 +82,15 @@ TEST(Plan, FaultsNameTheLine)
 
 TEST(RandomHome, IsALawfulHomeAndTheSameForASeed)
 {
+    const RandomHome one = randomHome(7);
+    const RandomHome same = randomHome(7);
+    EXPECT_EQ(toText(*one.plan.dock), toText(*same.plan.dock));
+    EXPECT_EQ(one.plan.furniture, same.plan.furniture);
     int several_rooms = 0;
     int low_things = 0;
     for (std::uint64_t seed = 1; seed <= 12; ++seed) {
         const RandomHome made = randomHome(seed);
         ASSERT_TRUE(made.plan.dock) << seed;
-        EXPECT_EQ(toText(*randomHome(seed).plan.dock), toText(*made.plan.dock)) << seed;
-        EXPECT_EQ(randomHome(seed).plan.furniture, made.plan.furniture) << seed;
         const Home home = homeOfPlan(made.plan);
         EXPECT_NO_THROW(checkDock(home, *made.plan.dock, "a home", 0)) << seed;
         // All rooms hang together, with the dock in them.
@@ -200,18 +202,13 @@ TEST(Dock, AnyRoomGetsADockThatPassesTheCheck)
         EXPECT_LT(std::abs(askew), 4) << angle;
         EXPECT_EQ(placeDock(home), dock) << "the same again";
     }
-    EXPECT_EQ(placeDock(sketch({"....", "...."})), std::nullopt) << "no room for a robot";
-}
-
-TEST(Dock, AColumnIsNoWallForADock)
-{
     for (double angle = 10; angle < 90; angle += 10) {
         const Home home = turnedRoom(angle, true);
         const auto dock = placeDock(home);
         ASSERT_TRUE(dock) << angle;
-        EXPECT_EQ(check(home, *dock), "nothing thrown") << angle;
-        EXPECT_GT(distance(dock->face.at, {3000, 3000}), 1300) << angle;
+        EXPECT_GT(distance(dock->face.at, {3000, 3000}), 1300) << angle << ": the column is no wall for it";
     }
+    EXPECT_EQ(placeDock(sketch({"....", "...."})), std::nullopt) << "no room for a robot";
 }
 
 TEST(Dock, AnOptionOverrulesTheMapAndTheMapTheSearch)

@@ -1,6 +1,12 @@
+#include <set>
+
 #include "robot/belief/localisation.h"
 #include "robot/belief/robot_map.h"
 #include "robot/grid_sketch.h"
+#include "robot/planning/place_match.h"
+#include "robot/planning/rooms.h"
+#include "robot/world/map_file.h"
+#include "robot/world/random_home.h"
 #include "support/matchers.h"
 
 namespace vemra::robot {
@@ -63,27 +69,6 @@ TEST(OccupancyMap, GrowsToItsLimitAndNoFurther)
     EXPECT_EQ(map.window().columns(), OccupancyMap::kMostCells);
     EXPECT_EQ(map.at(cellAt({2000, 10})), CellState::Free);
     EXPECT_EQ(map.at(cellAt({95000, 10})), CellState::Unknown);
-}
-
-TEST(RobotMap, ADriveThroughARoomGivesItsWalls)
-{
-    MapRig rig(room(60, 40), {{600, 1000}, {0}});
-    rig.drive({200, 200}, 300);
-    int free = 0;
-    int wrong = 0;
-    for (int row = 1; row < 39; ++row) {
-        for (int column = 1; column < 59; ++column) {
-            free += rig.map.occupancy().at({column, row}) == CellState::Free ? 1 : 0;
-            // The pose may be a cell off, no more.
-            const bool inside = row > 1 && row < 38 && column > 1 && column < 58;
-            wrong += inside && rig.map.occupancy().at({column, row}) == CellState::Occupied ? 1 : 0;
-        }
-    }
-    EXPECT_GT(free, 38 * 58 * 9 / 10);
-    EXPECT_EQ(wrong, 0);
-    for (int column = 2; column < 58; ++column)
-        EXPECT_THAT(CellState::Occupied,
-                    AnyOf(Eq(rig.map.occupancy().at({column, 0})), Eq(rig.map.occupancy().at({column, 1}))));
 }
 
 TEST(RobotMap, ALowThingIsFoundByTheBumperAndForgottenUnlessDrawn)
@@ -175,6 +160,154 @@ TEST(Localisation, ErrsLittleWhileItKnowsAndDriftsWhenLost)
     rig.frames(50);
     EXPECT_GT(pose.pose().at.y - lost.at.y, 150);
     EXPECT_LT(std::abs(pose.pose().at.x - lost.at.x), 20);
+}
+
+// --- rooms on a map ------------------------------------------------------------------------------
+
+TEST(Rooms, TheFlatIsCutInItsDoorsAndNotBetweenItsFurniture)
+{
+    const RoomGrid rooms = divideIntoRooms(gridOf(readHome(VEMRA_SOURCE_DIR "/homes/flat/flat.yaml").home));
+    const auto at = [&](double x, double y) { return rooms.at(cellAt({1e3 * x, 1e3 * y})); };
+    const std::set<std::uint8_t> five{at(2.5, 3.0), at(7.5, 3.3), at(3.0, 5.3), at(5.2, 5.0), at(8.0, 5.5)};
+    EXPECT_EQ(five.size(), 5U) << "living room, kitchen, bedroom, hall and bathroom";
+    EXPECT_THAT(five, Each(Ne(kNoRoom)));
+    EXPECT_EQ(roomsOf(rooms).size(), 5U);
+    EXPECT_EQ(at(1.8, 1.9), at(2.5, 3.0)) << "between the legs of the coffee table";
+    EXPECT_EQ(at(6.7, 2.0), at(7.5, 3.3)) << "under the dining table";
+    EXPECT_EQ(at(1.0, 5.5), at(3.0, 5.3)) << "under the bed";
+}
+
+TEST(Rooms, EachMadeHomeIsDividedIntoAboutItsRooms)
+{
+    int off = 0;
+    constexpr int kHomes = 10;
+    for (std::uint64_t seed = 1; seed <= kHomes; ++seed) {
+        SCOPED_TRACE(seed);
+        const RandomHome made = randomHome(seed);
+        const Grid<CellState> floor = gridOf(homeOfPlan(made.plan));
+        const RoomGrid rooms = divideIntoRooms(floor);
+        double free = 0;
+        double covered = 0;
+        for (std::size_t i = 0; i < floor.cells().size(); ++i)
+            if (floor.cells()[i] == CellState::Free) {
+                ++free;
+                covered += rooms.at(floor.window().cellOf(i)) != kNoRoom ? 1 : 0;
+            }
+        EXPECT_THAT(covered / free, Gt(0.95));
+        const int wrong = std::abs(static_cast<int>(roomsOf(rooms).size()) - made.rooms);
+        EXPECT_LE(wrong, 3);
+        off += wrong;
+    }
+    EXPECT_THAT(off, Lt(kHomes * 3 / 2)) << "rooms too many or too few in all homes";
+}
+
+TEST(Rooms, AThingInAWideOpeningMakesNoDoorsOfIt)
+{
+    std::vector<std::string> lines = room(124, 62);
+    fill(lines, {61, 1}, {62, 60}, '#');
+    fill(lines, {61, 17}, {62, 44}, '.');
+    ASSERT_EQ(roomsOf(divideIntoRooms(gridOf(lines))).size(), 1U);
+    fill(lines, {61, 27}, {62, 33}, '#');
+    EXPECT_EQ(roomsOf(divideIntoRooms(gridOf(lines))).size(), 1U) << "1.4 m, and a post in it";
+    fill(lines, {61, 17}, {62, 30}, '#');
+    EXPECT_EQ(roomsOf(divideIntoRooms(gridOf(lines))).size(), 2U) << "a door";
+}
+
+TEST(Rooms, AFenceLetsTheMiddleCrossTheBorderALittleAndTheBodyTouchNothing)
+{
+    const RoomGrid rooms = drawnRooms({{1, {{0, 0}, {2000, 2000}}}, {2, {{2000, 0}, {4000, 2000}}}});
+    const auto closed = [](const RoomFence& fence, double x, double y) {
+        return fence.closed.at(cellAt({x, y})) != 0;
+    };
+    const RoomFence within = fenceOf(rooms, 1, true);
+    EXPECT_FALSE(closed(within, 1990, 1000));
+    EXPECT_FALSE(closed(within, 2080, 1000)) << "the border may be crossed by a little";
+    EXPECT_TRUE(closed(within, 2160, 1000));
+    EXPECT_TRUE(closed(within, 1000, 2500)) << "floor of no room";
+    EXPECT_TRUE(closed(within, 1000, 9000));
+    for (const PointMm p : within.edge) {
+        const PointMm nearest{std::clamp(p.x, 0.0, 2000.0), std::clamp(p.y, 0.0, 2000.0)};
+        EXPECT_THAT(distance(p, nearest), AllOf(Gt(180), Lt(310))) << p.x << ' ' << p.y;
+    }
+    EXPECT_THAT(within.edge.size(), Gt(100U));
+
+    const RoomFence beside = fenceOf(rooms, 1, false);
+    EXPECT_TRUE(closed(beside, 2500, 1000)) << "the other room";
+    EXPECT_FALSE(closed(beside, 1000, 2500)) << "floor of no room";
+    EXPECT_FALSE(closed(beside, 1000, 9000));
+    EXPECT_THAT(beside.edge.size(), Lt(within.edge.size()));
+}
+
+// --- a place on a map, known again ---------------------------------------------------------------
+
+View viewFrom(const Home& home, const PoseMm& at, const PoseMm& odometry)
+{
+    Chance chance(5);
+    const LaserScan scan = takeScan(home, at, {}, chance);
+    View view{odometry, {}};
+    for (std::size_t beam = 0; beam < scan.ranges_mm.size(); beam += 4) {
+        if (scan.ranges_mm[beam])
+            view.points.push_back(*scan.ranges_mm[beam] * direction(scan.bearing(beam)));
+    }
+    return view;
+}
+
+// 5 m by 3 m, a quarter of it built over: no place in it is like another.
+std::vector<std::string> oddRoom()
+{
+    std::vector<std::string> lines = room(102, 62);
+    fill(lines, {1, 1}, {50, 30}, '#');
+    return lines;
+}
+
+TEST(PlaceMatcher, KnowsAPlaceFromOneLook)
+{
+    const Home home = sketch(oddRoom());
+    const PlaceMatcher matcher(gridOf(home));
+    for (const PoseMm at :
+         {PoseMm{{2000, 2000}, {30}}, PoseMm{{4300, 700}, {-160}}, PoseMm{{700, 2300}, {95}}}) {
+        const std::vector<View> views{viewFrom(home, at, {{17, 4}, {200}})};
+        const auto guesses = matcher.search(views);
+        const PlaceGuess* sure = PlaceMatcher::sureOf(guesses);
+        ASSERT_NE(sure, nullptr) << at.at.x;
+        EXPECT_THAT(distance(sure->pose.at, at.at), Lt(40)) << at.at.x;
+        EXPECT_THAT(std::abs(wrapped({sure->pose.yaw.value - at.yaw.value}).value), Lt(2)) << at.at.x;
+    }
+}
+
+// An oblong room, and through a wide opening at its end another one that is built over but for a lane.
+TEST(PlaceMatcher, IsNotSureOfOneOfTwoLikePlacesBeforeItHasSeenWhatTellsThem)
+{
+    std::vector<std::string> lines = room(122, 42);
+    fill(lines, {60, 1}, {61, 40}, '#');
+    fill(lines, {60, 11}, {61, 30}, '.');
+    fill(lines, {1, 1}, {45, 12}, '#');
+    fill(lines, {1, 29}, {45, 40}, '#');
+    const Home home = sketch(lines);
+    const PlaceMatcher matcher(gridOf(home));
+    // From beside the opening, where nothing but the room is seen.
+    const PoseMm first{{3200, 250}, {0}};
+    std::vector<View> views{viewFrom(home, first, {{}, {0}})};
+    const PlaceGuess best = matcher.search(views).front();
+    EXPECT_THAT(best.score, Gt(0.6)) << "it fits, and so do others";
+    EXPECT_EQ(PlaceMatcher::sureOf(matcher.search(views)), nullptr);
+    const PoseMm second{{3500, 1050}, {90}};
+    views.push_back(viewFrom(home, second, {{300, 800}, {90}}));
+    const auto guesses = matcher.search(views);
+    const PlaceGuess* sure = PlaceMatcher::sureOf(guesses);
+    ASSERT_NE(sure, nullptr) << guesses[0].score << ' ' << guesses[1].score;
+    EXPECT_THAT(distance(sure->pose.at, second.at), Lt(60));
+}
+
+TEST(PlaceMatcher, DoesNotKnowWhatIsNotOnTheMap)
+{
+    const Home home = sketch(oddRoom());
+    const PlaceMatcher matcher(gridOf(home));
+    const Home elsewhere = sketch(room(42, 42));
+    const std::vector<View> views{viewFrom(elsewhere, {{1000, 600}, {10}}, {})};
+    const auto guesses = matcher.search(views);
+    EXPECT_EQ(PlaceMatcher::sureOf(guesses), nullptr);
+    EXPECT_TRUE(matcher.search(std::vector<View>{}).empty());
 }
 
 }  // namespace

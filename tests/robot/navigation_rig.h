@@ -1,9 +1,11 @@
 #pragma once
 
 #include "robot/belief/localisation.h"
+#include "robot/belief/map_store.h"
 #include "robot/grid_sketch.h"
 #include "robot/robot_rig.h"
 #include "robot/services/blackboard/blackboard_types.h"
+#include "robot/services/coverage/coverage.h"
 #include "robot/services/escape/escape.h"
 #include "robot/services/motion/motion.h"
 #include "robot/services/navigation/navigation.h"
@@ -13,13 +15,13 @@
 
 namespace vemra::robot {
 
-// A robot in a home with the services that move it, feel and find its way.
+// A robot in a home with the services that move it, feel, find its way and decide which floor comes next.
 class NavigationRig : public RobotRig
 {
 public:
     NavigationRig(Home home, const PoseMm& at) : RobotRig(std::move(home), at)
     {
-        install({&motion, &sensing, &escape, &navigation, &wall_following});
+        install({&motion, &sensing, &escape, &navigation, &wall_following, &coverage});
         navigation.borders().feltBy(sensing);
         update();
     }
@@ -62,12 +64,12 @@ public:
             "BridgeDestructor bridge=${navigation_bridge} out_from_point=from out_to_point=to "
             "out_follow_wall_dist=follow");
     }
-    // A place at the edge of what is known.
-    bool frontier()
+    // A place that the robot is to look for itself.
+    bool search(const std::string& mode)
     {
-        return passes(
-            "AwesomeSearch search_mode=Explore source_point=${current_coord} target=default "
-            "region=${gridmap_limit} output_point=navi_target_point");
+        return passes("AwesomeSearch search_mode=" + mode +
+                      " source_point=${current_coord} target=default region=${gridmap_limit} "
+                      "output_point=navi_target_point failure_tolerance=0");
     }
     void drawWalls(const std::string& notes)
     {
@@ -82,6 +84,8 @@ public:
     EscapeService escape{parts, sensing};
     NavigationService navigation{parts, map, switches};
     WallFollowing wall_following{parts, navigation.view(), navigation.search()};
+    MapStore store;
+    CoverageService coverage{parts, map, store, switches, navigation.search()};
 };
 
 }  // namespace vemra::robot

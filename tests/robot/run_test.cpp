@@ -61,14 +61,6 @@ TEST(Run, AScenarioChangesTheHome)
 
 TEST(Run, TellsWhichLeavesHaveNobodyBehindThem)
 {
-    RobotRun run(RobotRun::scenario("on_dock: false", {"at: 5s, app: back_home"}));
-    run.play();
-    const nlohmann::ordered_json report = run.robot->report();
-    EXPECT_EQ(report["frames"], 3000);
-    EXPECT_EQ(report["mode"], "ChargingMode");  // it came home from half a metre away
-    EXPECT_FALSE(report["leaves_without_service"].contains("ChangeRobotModeTo"));
-    EXPECT_THAT(run.bytes(), HasSubstr("\n{\"report\":{"));
-
     RobotRun turning(RobotRun::scenario("on_dock: false", {}, "1s"),
                      [](RobotSetup& setup) { setup.tree = "SwitchLineTurn"; });
     turning.play();

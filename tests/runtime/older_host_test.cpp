@@ -50,7 +50,7 @@ public:
     explicit Carry(const std::string& name) : ActionNode(name) {}
     ~Carry() override { stopAndJoinThread(); }
 
-    void onInit() override { blackboard()->set("ready to carry", true); }
+    void onInit() override { blackboard()->set("set up", ++set_up_); }
     NodeStatus tick() override
     {
         halt_asked_ = false;
@@ -63,6 +63,7 @@ public:
 
 private:
     std::atomic_bool halt_asked_ = false;
+    int set_up_ = 0;
 };
 
 /// Sets itself up before its first tick.
@@ -143,7 +144,7 @@ TEST_F(OlderHost, RunsItsTreeWithAllLoggers)
         printTreeRecursively(tree.root_node);
         EXPECT_EQ(tickToTheEnd(tree), NodeStatus::SUCCESS);
         EXPECT_EQ(tree.root_node->blackboard()->get<Waypoint>("at").y, 1.5);
-        EXPECT_TRUE(tree.root_node->blackboard()->get<bool>("ready to carry"));
+        EXPECT_EQ(tree.root_node->blackboard()->get<int>("set up"), 1);
         for (const auto& node : tree.nodes)
             EXPECT_EQ(node->blackboard(), tree.root_node->blackboard());
         const SerializedTreeStatus statuses = buildSerializedStatusSnapshot(tree.root_node);

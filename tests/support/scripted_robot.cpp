@@ -8,6 +8,7 @@
 #include "behaviortree_cpp/actions/always_success_node.h"
 #include "leaves/host/host.h"
 #include "robot/base/clock.h"
+#include "support/sketched_tree.h"
 #include "support/tree_library.h"
 #include "support/visited_board.h"
 
@@ -243,19 +244,13 @@ void ScriptedRobot::start(const std::string& tree)
 
 void ScriptedRobot::startGuarded(const std::vector<std::string>& trees)
 {
-    BT::Tree tree;
-    const auto add = [&](const std::string& id, const std::string& name, const BT::NodeParameters& ports) {
-        tree.nodes.push_back(factory_.instantiateTreeNode(id, name, ports, keys_));
-        return tree.nodes.back().get();
-    };
-    tree.root_node = add("Sequence", "task", {});
+    Sketch task = node("Sequence", {});
     for (const std::string& name : trees) {
         if (!factory_.hasTree(name))
             throw std::invalid_argument("no tree '" + name + "'");
-        dynamic_cast<BT::ControlNode&>(*tree.root_node)
-            .addChild(add("SubtreeCondition", name, {{"subtree_file_path", name}}));
+        task.children.push_back(enter(name));
     }
-    begin(std::move(tree));
+    begin(grown(task, factory_, keys_));
 }
 
 NodeStatus ScriptedRobot::tick(int frames)
@@ -318,65 +313,18 @@ Step ScriptedRobot::knownStep(std::string_view text) const
     return stepOf(text);
 }
 
-template <class Check>
-testing::AssertionResult ScriptedRobot::each(std::string_view steps, Check check) const
-{
-    testing::AssertionResult result = testing::AssertionSuccess();
-    for (const auto& [who, values] : known(steps))
-        if (result = check(who, values); !result)
-            break;
-    return result;
-}
-
-testing::AssertionResult ScriptedRobot::asked(std::string_view steps) const
-{
-    return each(steps, [this](auto& who, auto& values) { return transcript_.asked(who, values); });
-}
-
-testing::AssertionResult ScriptedRobot::notAsked(std::string_view steps) const
-{
-    return each(steps, [this](auto& who, auto& values) { return transcript_.notAsked(who, values); });
-}
-
-testing::AssertionResult ScriptedRobot::started(int times, std::string_view steps) const
-{
-    return each(steps, [&](auto& who, auto& values) { return transcript_.started(times, who, values); });
-}
-
-testing::AssertionResult ScriptedRobot::halted(std::string_view steps) const
-{
-    return each(steps, [this](auto& who, auto& values) { return transcript_.halted(who, values); });
-}
-
-testing::AssertionResult ScriptedRobot::inOrder(std::string_view steps) const
-{
-    return transcript_.inOrder(known(steps));
-}
-
 testing::AssertionResult ScriptedRobot::said(const std::string& message) const
 {
-    if (transcript_.asked("Log", {{"message", message}}))
-        return testing::AssertionSuccess();
-    return transcript_.asked("SaySomething", {{"message", message}});
+    const Step log{"Log", {{"message", message}}};
+    return transcript_.firstFrame(log) ? transcript_.asked(log)
+                                       : transcript_.asked({"SaySomething", log.values});
 }
 
 testing::AssertionResult ScriptedRobot::notSaid(const std::string& message) const
 {
-    if (auto log = transcript_.notAsked("Log", {{"message", message}}); !log)
-        return log;
-    return transcript_.notAsked("SaySomething", {{"message", message}});
-}
-
-bool ScriptedRobot::askedNow(std::string_view text) const
-{
-    const auto [who, values] = knownStep(text);
-    return transcript_.askedIn(frame_, who, values);
-}
-
-int ScriptedRobot::framesOf(std::string_view text) const
-{
-    const auto [who, values] = knownStep(text);
-    return transcript_.frames(who, values);
+    const Step log{"Log", {{"message", message}}};
+    return transcript_.firstFrame(log) ? transcript_.notAsked(log)
+                                       : transcript_.notAsked({"SaySomething", log.values});
 }
 
 std::string ScriptedRobot::letters(std::initializer_list<std::pair<const char*, char>> names) const
@@ -387,12 +335,6 @@ std::string ScriptedRobot::letters(std::initializer_list<std::pair<const char*, 
             if (asking.who == who)
                 all += letter;
     return all;
-}
-
-std::optional<int> ScriptedRobot::firstFrameOf(std::string_view text) const
-{
-    const auto [who, values] = knownStep(text);
-    return transcript_.firstFrame(who, values);
 }
 
 }  // namespace vemra::test

@@ -109,19 +109,34 @@ public:
     // --- what was asked (since the start or forget()) ---
 
     /// Each of these, or none of them.
-    testing::AssertionResult asked(std::string_view steps) const;
-    testing::AssertionResult notAsked(std::string_view steps) const;
-    testing::AssertionResult started(int times, std::string_view steps) const;
-    testing::AssertionResult halted(std::string_view steps) const;
+    testing::AssertionResult asked(std::string_view steps) const { return each(steps, &Transcript::asked); }
+    testing::AssertionResult notAsked(std::string_view steps) const
+    {
+        return each(steps, &Transcript::notAsked);
+    }
+    testing::AssertionResult started(int times, std::string_view steps) const
+    {
+        return each(steps, &Transcript::started, times);
+    }
+    testing::AssertionResult halted(std::string_view steps) const { return each(steps, &Transcript::halted); }
     /// Started one after the other, whatever else came between.
-    testing::AssertionResult inOrder(std::string_view steps) const;
+    testing::AssertionResult inOrder(std::string_view steps) const
+    {
+        return transcript_.inOrder(known(steps));
+    }
     /// Said or logged; the message as it read then.
     testing::AssertionResult said(const std::string& message) const;
     testing::AssertionResult notSaid(const std::string& message) const;
     /// In the frame just ticked.
-    [[nodiscard]] bool askedNow(std::string_view step) const;
-    [[nodiscard]] int framesOf(std::string_view step) const;
-    [[nodiscard]] std::optional<int> firstFrameOf(std::string_view step) const;
+    [[nodiscard]] bool askedNow(std::string_view step) const
+    {
+        return transcript_.askedIn(frame_, knownStep(step));
+    }
+    [[nodiscard]] int framesOf(std::string_view step) const { return transcript_.frames(knownStep(step)); }
+    [[nodiscard]] std::optional<int> firstFrameOf(std::string_view step) const
+    {
+        return transcript_.firstFrame(knownStep(step));
+    }
     /// A letter for each asking of these, in order.
     [[nodiscard]] std::string letters(std::initializer_list<std::pair<const char*, char>> names) const;
     void forget() { transcript_.clear(); }
@@ -140,8 +155,15 @@ private:
     std::vector<Step> known(std::string_view steps) const;
     Step knownStep(std::string_view step) const;
     /// The first of the results that is a failure.
-    template <class Check>
-    testing::AssertionResult each(std::string_view steps, Check check) const;
+    template <class Check, class... More>
+    testing::AssertionResult each(std::string_view steps, Check check, More... more) const
+    {
+        testing::AssertionResult result = testing::AssertionSuccess();
+        for (const Step& step : known(steps))
+            if (result = (transcript_.*check)(step, more...); !result)
+                break;
+        return result;
+    }
 
     int frame_ = 0;
     std::shared_ptr<FrameClock> clock_;

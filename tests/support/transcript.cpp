@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::size_t kMostLines = 40;
 
-std::string describe(const std::string& who, const PortValues& values)
+std::string describe(const Step& step)
 {
-    std::string text = who;
-    for (const auto& [port, value] : values)
+    std::string text = step.who;
+    for (const auto& [port, value] : step.values)
         text.append(" ").append(port).append("=\"").append(value).append("\"");
     return text;
 }
@@ -34,9 +34,10 @@ void printLine(std::ostream& out, const Asking& asking)
 
 }  // namespace
 
-bool Asking::fits(std::string_view name, const PortValues& values) const
+bool Asking::fits(const Step& step) const
 {
-    return who == name && std::all_of(values.begin(), values.end(), [this](const auto& expected) {
+    return who == step.who &&
+           std::all_of(step.values.begin(), step.values.end(), [this](const auto& expected) {
                const auto found = ports.find(expected.first);
                return found != ports.end() && found->second == expected.second;
            });
@@ -98,83 +99,82 @@ void Transcript::clear()
     last_of_node_ = std::move(places);
 }
 
-std::optional<int> Transcript::firstFrame(std::string_view who, const PortValues& values) const
+std::optional<int> Transcript::firstFrame(const Step& step) const
 {
     std::optional<int> first;
     for (const Asking& asking : askings_)
-        if (asking.fits(who, values) && asking.last_frame >= asking.first_frame)
+        if (asking.fits(step) && asking.last_frame >= asking.first_frame)
             first = std::min(first.value_or(asking.first_frame), asking.first_frame);
     return first;
 }
 
-int Transcript::frames(std::string_view who, const PortValues& values) const
+int Transcript::frames(const Step& step) const
 {
     int count = 0;
     for (const Asking& asking : askings_)
-        if (asking.fits(who, values))
+        if (asking.fits(step))
             count += asking.last_frame - asking.first_frame + 1;
     return count;
 }
 
-int Transcript::starts(std::string_view who, const PortValues& values) const
+int Transcript::starts(const Step& step) const
 {
     int count = 0;
     for (const Asking& asking : askings_)
-        if (asking.fits(who, values))
+        if (asking.fits(step))
             count += asking.starts;
     return count;
 }
 
-bool Transcript::askedIn(int frame, std::string_view who, const PortValues& values) const
+bool Transcript::askedIn(int frame, const Step& step) const
 {
     return std::any_of(askings_.begin(), askings_.end(), [&](const Asking& asking) {
-        return asking.first_frame <= frame && frame <= asking.last_frame && asking.fits(who, values);
+        return asking.first_frame <= frame && frame <= asking.last_frame && asking.fits(step);
     });
 }
 
-testing::AssertionResult Transcript::asked(const std::string& who, const PortValues& values) const
+testing::AssertionResult Transcript::asked(const Step& step) const
 {
-    if (firstFrame(who, values))
-        return testing::AssertionSuccess() << describe(who, values) << " was asked";
-    return testing::AssertionFailure() << describe(who, values) << " was never asked, but:\n" << print(who);
+    if (firstFrame(step))
+        return testing::AssertionSuccess() << describe(step) << " was asked";
+    return testing::AssertionFailure() << describe(step) << " was never asked, but:\n" << print(step.who);
 }
 
-testing::AssertionResult Transcript::notAsked(const std::string& who, const PortValues& values) const
+testing::AssertionResult Transcript::notAsked(const Step& step) const
 {
-    if (!firstFrame(who, values))
+    if (!firstFrame(step))
         return testing::AssertionSuccess();
-    return testing::AssertionFailure() << describe(who, values) << " was asked:\n" << print(who);
+    return testing::AssertionFailure() << describe(step) << " was asked:\n" << print(step.who);
 }
 
-testing::AssertionResult Transcript::started(int times, const std::string& who,
-                                             const PortValues& values) const
+testing::AssertionResult Transcript::started(const Step& step, int times) const
 {
-    const int count = starts(who, values);
+    const int count = starts(step);
     if (count == times)
         return testing::AssertionSuccess();
     return testing::AssertionFailure()
-           << describe(who, values) << " was started " << count << " times, not " << times << ":\n"
-           << print(who);
+           << describe(step) << " was started " << count << " times, not " << times << ":\n"
+           << print(step.who);
 }
 
-testing::AssertionResult Transcript::halted(const std::string& who, const PortValues& values) const
+testing::AssertionResult Transcript::halted(const Step& step) const
 {
     for (const Asking& asking : askings_)
-        if (asking.halted_in && asking.fits(who, values))
-            return testing::AssertionSuccess() << who << " was halted in frame " << *asking.halted_in;
-    return testing::AssertionFailure() << describe(who, values) << " was not halted:\n" << print(who);
+        if (asking.halted_in && asking.fits(step))
+            return testing::AssertionSuccess() << step.who << " was halted in frame " << *asking.halted_in;
+    return testing::AssertionFailure() << describe(step) << " was not halted:\n" << print(step.who);
 }
 
 testing::AssertionResult Transcript::inOrder(const std::vector<Step>& steps) const
 {
     int frame = 0;
     std::optional<std::size_t> at;
-    for (const auto& [who, values] : steps) {
+    for (const Step& step : steps) {
         // The earliest start behind the one before, be it a later round of the same line.
         std::optional<std::pair<int, std::size_t>> next;
         for (std::size_t i = 0; i < askings_.size(); ++i) {
             const Asking& asking = askings_[i];
-            if (asking.starts == 0 || !asking.fits(who, values))
+            if (asking.starts == 0 || !asking.fits(step))
                 continue;
             int begins = asking.first_frame;
             if (at && (begins < frame || (begins == frame && i <= *at)))
@@ -186,7 +186,7 @@ testing::AssertionResult Transcript::inOrder(const std::vector<Step>& steps) con
         }
         if (!next)
             return testing::AssertionFailure()
-                   << describe(who, values) << " was not started after frame " << frame << ":\n"
+                   << describe(step) << " was not started after frame " << frame << ":\n"
                    << print();
         frame = next->first;
         at = next->second;

@@ -27,7 +27,7 @@ struct Asking
     BT::NodeStatus answer = BT::NodeStatus::IDLE;
     std::optional<int> halted_in;  ///< frame in which it was stopped while RUNNING
 
-    [[nodiscard]] bool fits(std::string_view name, const PortValues& values) const;
+    [[nodiscard]] bool fits(const Step& step) const;
 };
 
 /// All that the leaves were asked, with checks whose failures tell what was asked instead.
@@ -42,15 +42,15 @@ public:
     void clear();
 
     [[nodiscard]] const std::vector<Asking>& askings() const { return askings_; }
-    [[nodiscard]] std::optional<int> firstFrame(std::string_view who, const PortValues& values) const;
-    [[nodiscard]] int frames(std::string_view who, const PortValues& values) const;
-    [[nodiscard]] int starts(std::string_view who, const PortValues& values) const;
-    [[nodiscard]] bool askedIn(int frame, std::string_view who, const PortValues& values) const;
+    [[nodiscard]] std::optional<int> firstFrame(const Step& step) const;
+    [[nodiscard]] int frames(const Step& step) const;
+    [[nodiscard]] int starts(const Step& step) const;
+    [[nodiscard]] bool askedIn(int frame, const Step& step) const;
 
-    testing::AssertionResult asked(const std::string& who, const PortValues& values) const;
-    testing::AssertionResult notAsked(const std::string& who, const PortValues& values) const;
-    testing::AssertionResult started(int times, const std::string& who, const PortValues& values) const;
-    testing::AssertionResult halted(const std::string& who, const PortValues& values) const;
+    testing::AssertionResult asked(const Step& step) const;
+    testing::AssertionResult notAsked(const Step& step) const;
+    testing::AssertionResult started(const Step& step, int times) const;
+    testing::AssertionResult halted(const Step& step) const;
     testing::AssertionResult inOrder(const std::vector<Step>& steps) const;
 
     /// One line an asking: those of `who` when it is given and was asked at all, else of all actions.

@@ -33,31 +33,10 @@ VisitedBoard::VisitedBoard()
     }
 }
 
-// Trees that a test replaces, and what it puts above a tree, are none of the plug-in's.
 VisitedBoard::~VisitedBoard()
 {
-    if (folder_.empty())
-        return;
-    std::ofstream out(freeFile(folder_));
-    out << R"({"trees":{)";
-    const char* before_tree = "";
-    for (const auto& [name, rows] : counter_.trees()) {
-        if (name.empty())
-            continue;
-        out << before_tree << '"' << name << "\":[";
-        const char* before_row = "";
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            const robot::Visits& v = rows[i].visits;
-            if (v.ticks == 0 || rows[i].id.empty())
-                continue;
-            out << before_row << '[' << i << ",\"" << rows[i].id << "\"," << v.ticks << ',' << v.success
-                << ',' << v.failure << ',' << v.running << ',' << v.halts << ']';
-            before_row = ",";
-        }
-        out << ']';
-        before_tree = ",";
-    }
-    out << "}}\n";
+    if (!folder_.empty())
+        std::ofstream(freeFile(folder_)) << robot::visitFileText(counter_, "a test", 0);
 }
 
 }  // namespace vemra::test

@@ -29,7 +29,7 @@ struct PlanWalk : RobotOnALine
     {
         planOf({SUCCESS, FAILURE});
         EXPECT_EQ(robot.finish("GotoPoint", 100), FAILURE);
-        return robot.transcript().starts("CheckPathSegment", {});
+        return robot.transcript().starts({"CheckPathSegment", {}});
     }
     /// When the planner gave up at `pose` and the segment ended at 500.
     int segmentsAfterGivingUpAt(int pose)

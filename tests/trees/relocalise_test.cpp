@@ -1,7 +1,97 @@
-#include "trees/relocalising_robot.h"
+#include <array>
+#include <random>
+
+#include "support/scripted_robot.h"
 
 namespace vemra::test {
 namespace {
+
+/// A robot that has lost its place, on a line of floor. SLAM is the test: it writes the keys of the dialogue
+/// and says in `slam` how its search stands.
+class RelocalisingRobot : public ScriptedRobot
+{
+public:
+    RelocalisingRobot()
+    {
+        pointsOnALine();
+        for (const char* key : {"current_pose", "current_coord", "current_odom"})
+            set(key, 0);
+        set("current_yaw_deg=0.0 current_odom_yaw_deg=0.0 robot_trajectory='of the task'");
+        leaf("SlamActiveRelocalize").decides([this](const Moment& now) {
+            first_turn = first_turn || now.tick_of_run == 0;
+            return slam;
+        });
+        leaf("Rotate").runs();
+        leaf("AwesomeSearch").follows(has_way);
+        leaf("NotTrapped").succeeds();
+        leaf("RelocMap").decides([this](const Moment& now) {
+            map = now.port("reloc_state");
+            first_turn = false;
+            return SUCCESS;
+        });
+        leaf("SlamReachReloc").decides([this](const Moment& now) {
+            answer = now.port("send_cmd");
+            return SUCCESS;
+        });
+        leaf("CoordOffset").fills("out_point", -1000);
+        tree("EscapeCoat").decides([this](const Moment&) { return trapped ? RUNNING : FAILURE; });
+        tree("Escape").succeeds();
+        tree("NavigateFollowWall").fails();
+        for (const char* drive : {"NavigateProc", "NaviOnePointProc"})
+            tree(drive).decides([this](const Moment& now) {
+                if (drives != SUCCESS || now.tick_of_run < 3)
+                    return drives == FAILURE ? FAILURE : RUNNING;
+                int goal = 0;
+                now.keys.get("navi_target_point", goal);
+                now.set("current_pose", goal);
+                return SUCCESS;
+            });
+    }
+
+    /// In the first turn, with nothing said yet.
+    void begin()
+    {
+        halt();
+        slam = RUNNING;
+        map.clear();
+        answer.clear();
+        set("current_pose", 0);
+        for (const char* word : {"rotate_reloc_finish", "exp_reloc_result", "ready_exp_again",
+                                 "slam_exp_pose", "relocalize_start_move", "static_exp", "cant_reach_exp"})
+            erase(word);
+        start("ActiveRelocalize_LdsInteractive");
+        tick();
+    }
+
+    /// Number 5.
+    void sayEnough() { set("rotate_reloc_finish", ""); }
+    /// Number 6 or 7.
+    void sayVerdict(bool known) { set("exp_reloc_result", known ? "true" : "false"); }
+    void sendTo(int place)
+    {
+        set("slam_exp_pose", place);
+        set("reloc_back_pose=0 relocalize_start_move");
+    }
+    /// Ticks until the tree tells SLAM this, for so many frames at most.
+    bool tells(const std::string& what, int at_most = 50)
+    {
+        for (int i = 0; i < at_most; ++i) {
+            answer.clear();
+            tick();
+            if (answer == what)
+                return true;
+        }
+        return false;
+    }
+
+    NodeStatus slam = RUNNING;
+    NodeStatus drives = SUCCESS;
+    bool has_way = true;
+    bool trapped = false;
+    bool first_turn = true;  ///< SLAM has begun, and the turn is not over yet
+    std::string map;         ///< state of the map of the surroundings, as last told
+    std::string answer;      ///< what was last told to SLAM
+};
 
 struct Relocalising : testing::Test
 {
@@ -247,6 +337,98 @@ TEST(OlderRelocalising, OnTheSpotStandsUntilSlamIsDone)
         robot.slam = slam;
         EXPECT_EQ(robot.finish(5), slam);
         EXPECT_TRUE(robot.asked("Stop"));
+    }
+}
+
+// --- SLAM as it never should be -------------------------------------------------------------------
+
+/// SLAM as it never should be: it says anything at any time, the floor and the body do what they like, and
+/// the mode changes in between.
+class WildScript
+{
+public:
+    explicit WildScript(unsigned seed) : random_(seed) {}
+
+    void frame(RelocalisingRobot& robot)
+    {
+        constexpr unsigned kOften = 6;
+        if (random_() % kOften == 0)
+            happen(robot);
+        robot.tick();
+    }
+
+private:
+    void happen(RelocalisingRobot& robot)
+    {
+        static constexpr const char* kWords[] = {"rotate_reloc_finish",   "ready_exp_again",  "static_exp",
+                                                 "relocalize_start_move", "exp_reloc_result", "slam_exp_pose",
+                                                 "reloc_back_pose"};
+        static constexpr NodeStatus kDrives[] = {SUCCESS, FAILURE, RUNNING};
+        const auto any = [this](const auto& list) { return list[random_() % std::size(list)]; };
+        const std::function<void()> acts[] = {
+            [&] { robot.sayEnough(); },
+            [&] {
+                robot.set("exp_reloc_result", any(std::array{"true", "false", "perhaps", ""}));
+            },
+            [&] { robot.set("ready_exp_again"); },
+            [&] { robot.sendTo(static_cast<int>(random_() % 4) * 1000); },
+            [&] { robot.set("static_exp"); },
+            [&] { robot.erase(any(kWords)); },
+            [&] { robot.has_way = !robot.has_way; },
+            [&] { robot.drives = any(kDrives); },
+            [&] { robot.trapped = random_() % 3 == 0; },
+            [&] {
+                robot.halt();
+                EXPECT_TRUE(robot.map == "end" && robot.key("robot_trajectory") == "of the task");
+                robot.begin();
+            }};
+        any(acts)();
+    }
+
+    std::mt19937 random_;
+};
+
+/// SLAM as it should be, from wherever the talk stands: its words are levels. True: the tree came back from a
+/// place with a verdict within so many frames.
+bool bringToAnEnd(RelocalisingRobot& robot, int at_most)
+{
+    robot.has_way = true;
+    robot.drives = SUCCESS;
+    robot.trapped = false;
+    robot.set("-exp_reloc_result -ready_exp_again -rotate_reloc_finish reloc_back_pose=0");
+    bool asked = false;
+    for (int i = 0; i < at_most; ++i) {
+        robot.answer.clear();
+        robot.tick();
+        if (robot.answer == "back_origin" || robot.answer == "cant_back_origin")
+            return true;
+        asked = !robot.first_turn && (asked || robot.answer == "reach_reloc");
+        // Where it waits for a verdict on what was asked before, it gets one at last.
+        const bool offered = robot.has("relocalize_start_move") || robot.has("static_exp");
+        if (asked || (!robot.first_turn && offered && i % 100 == 99))
+            robot.sayVerdict(true);
+        else if (robot.first_turn)
+            robot.sayEnough();
+        else if (!offered)
+            robot.sendTo(2000);
+    }
+    return false;
+}
+
+TEST(RelocalisingScripts, NoneOf500LeavesTheTreeStandingForEver)
+{
+    RelocalisingRobot robot;
+    for (unsigned seed = 1; seed <= 500; ++seed) {
+        SCOPED_TRACE(seed);
+        WildScript script(seed);
+        robot.begin();
+        for (int i = 0; i < 120; ++i)
+            script.frame(robot);
+        ASSERT_TRUE(bringToAnEnd(robot, 1000));
+        robot.slam = SUCCESS;
+        ASSERT_EQ(robot.finish(150), SUCCESS);
+        ASSERT_EQ(robot.map, "end");
+        ASSERT_EQ(robot.key("robot_trajectory"), "of the task");
     }
 }
 

@@ -1,20 +1,12 @@
 #include "behaviortree_cpp/xml_parsing.h"
 
-#include <gmock/gmock.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <map>
-
 #include "behaviortree_cpp/loggers/bt_file_logger.h"
 #include "leaves/host/host.h"
 #include "support/folder.h"
+#include "support/matchers.h"
 
+namespace vemra::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 struct Xml : testing::Test
 {
@@ -92,7 +84,7 @@ TEST_F(Xml, SaysWhereAndWhatIsWrong)
 TEST_F(Xml, WhatIsWrittenIsReadBackAsTheSameNodes)
 {
     BT::BehaviorTreeFactory robot;
-    vemra::leaf::LeafHost host(robot);
+    leaf::LeafHost host(robot);
     host.use_runtime_builtin();
     host.register_defaults();
     robot.registerFromPlugin(VEMRA_LIB_DIR "/libvemra_tree.so");
@@ -114,7 +106,7 @@ TEST_F(Xml, WhatIsWrittenIsReadBackAsTheSameNodes)
 
 TEST_F(Xml, AFileLoggerTellsTheTreeAndItsChanges)
 {
-    const vemra::test::Folder folder;
+    const Folder folder;
     const auto file = folder / "log.jsonl";
     const BT::Tree tree = build(
         "<root><BehaviorTree ID='A'><Sequence><Delay ticks='1'/><Note name='a \"b\"' text='x'/></Sequence>"
@@ -124,14 +116,12 @@ TEST_F(Xml, AFileLoggerTellsTheTreeAndItsChanges)
         tree.root_node->executeTick();
         tree.root_node->executeTick();
     }
-    std::ifstream in(file);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
+    const std::vector<std::string> lines = linesOf(bytesOf(file));
     ASSERT_GE(lines.size(), 4U);
     EXPECT_THAT(lines[0], HasSubstr(R"({"index":2,"parent":0,"id":"Note","name":"a \"b\""})"));
-    EXPECT_THAT(lines, testing::Contains(HasSubstr(R"("index":2,"from":"IDLE","to":"SUCCESS")")));
+    EXPECT_THAT(lines, Contains(HasSubstr(R"("index":2,"from":"IDLE","to":"SUCCESS")")));
     EXPECT_THROW(BT::FileLogger(tree.root_node, "/no/such/folder/log"), BT::BehaviorTreeException);
 }
 
 }  // namespace
+}  // namespace vemra::test
