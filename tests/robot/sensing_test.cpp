@@ -236,7 +236,51 @@ struct EscapeTrees : testing::Test
             </Sequence></BehaviorTree></root>)",
                                          rig.blackboard);
     }
+
+    // Ticks the task over and over, as its mode would; how often it failed.
+    int failuresIn(int frames)
+    {
+        int failures = 0;
+        for (int i = 0; i < frames; ++i)
+            failures += rig.frame() == NodeStatus::FAILURE ? 1 : 0;
+        return failures;
+    }
 };
+
+TEST_F(EscapeTrees, AnEscapeHaltsTheDriveAndTheDriveStartsAnew)
+{
+    enterTask(150);
+    rig.frames(50);
+    const double before = rig.at().x;
+    rig.body.holdFast(500);
+    ASSERT_EQ(failuresIn(74), 0);
+    EXPECT_EQ(rig.body.commanded(), (WheelSpeeds{150, 150})) << "not yet";
+    EXPECT_EQ(failuresIn(10), 0);
+    EXPECT_NE(rig.body.commanded(), (WheelSpeeds{150, 150}));
+    EXPECT_FALSE(rig.passes("NotTrapped"));
+
+    EXPECT_EQ(failuresIn(400), 1) << "the drive is told once";
+    EXPECT_FALSE(rig.body.heldFast());
+    EXPECT_TRUE(rig.passes("NotTrapped"));
+    EXPECT_EQ(rig.body.commanded(), (WheelSpeeds{150, 150}));
+    EXPECT_GT(rig.at().x, before + 100);
+}
+
+TEST_F(EscapeTrees, ARobotAtAnEdgeComesBack)
+{
+    rig.world.addCliff({{1750, 0}, {3000, 3000}});
+    enterTask(60);
+    double furthest = 0;
+    for (int i = 0; i < 400 && !rig.happened("free: at an edge"); ++i) {
+        rig.frame();
+        furthest = std::max(furthest, rig.at().x);
+    }
+    ASSERT_TRUE(rig.happened("free: at an edge"));
+    EXPECT_FALSE(rig.body.cliffs().any());
+    EXPECT_GT(furthest, 1600);
+    EXPECT_LT(rig.at().x, 1600);
+    EXPECT_FALSE(rig.happened("a wheel hangs"));
+}
 
 TEST_F(EscapeTrees, AnEscapeThatDoesNotWorkComesBackAndIsCutOffByAHalt)
 {
