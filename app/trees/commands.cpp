@@ -17,6 +17,7 @@
 #include "app/trees/tree_library.h"
 #include "app/user_error.h"
 #include "app/visits/commands.h"
+#include "app/walks/commands.h"
 #include "app/whole_number.h"
 #include "robot/base/output_file.h"
 
@@ -260,6 +261,7 @@ void addTreesCommand(CLI::App& program, int& exit_code)
 
     addSearchCommands(trees, exit_code);
     addVisitsCommand(trees);
+    addWalkCommands(trees, exit_code);
 }
 
 }  // namespace vemra::app

@@ -65,6 +65,8 @@ BT::NodeStatus LineLeaves::planNext(const BT::TreeNode& node, std::optional<BoxM
     if (!source) {
         return BT::NodeStatus::FAILURE;
     }
+    // Where there is none, the trees are not to go back to the line before.
+    parts_.blackboard.erase(kNextLine);
     const PlanningMap plan = ground_.plan();
     const auto runs = ground_.runsLeft(plan, region, node.getParam<bool>("is_rotate"));
     if (runs.empty()) {
