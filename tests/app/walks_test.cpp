@@ -82,7 +82,7 @@ TEST(Walks, SayWhatIsWrongWithWhatTheyAreGiven)
         EXPECT_THAT(result.err, AllOf(HasSubstr(file), HasSubstr(fault)));
     }
     EXPECT_THAT(walks({"Escape"}).err, HasSubstr("expected --record, --check or --against"));
-    EXPECT_THAT(walks({"Escpae", "--check", file}).err, HasSubstr("did you mean"));
+    EXPECT_THAT(walks({"Escpae", "--record", file}).err, HasSubstr("did you mean"));
     EXPECT_EQ(walks({"--check", folder / "none.json"}).exit_code, 2);
 }
 
