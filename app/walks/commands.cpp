@@ -77,6 +77,7 @@ std::vector<TreeModel> chosen(const TreeLibrary& library, const std::vector<std:
         return trees;
     }
     std::vector<TreeModel> trees;
+    trees.reserve(names.size());
     for (const std::string& name : names)
         trees.push_back(library.build(name));
     return trees;

@@ -24,7 +24,7 @@ std::vector<RecordedWalk> walksOf(const std::string& text, const std::string& wh
         const char* const colon = std::from_chars(word.data(), end, walk.number).ptr;
         if (end - colon != kDigits + 1 || *colon != ':' ||
             std::from_chars(colon + 1, end, walk.digest, 16).ptr != end)
-            throw UserError(where + ": '" + word + "', expected NUMBER:8 hexadecimal digits");
+            throw UserError(fmt::format("{}: '{}', expected NUMBER:8 hexadecimal digits", where, word));
         walks.push_back(walk);
     }
     if (walks.empty())
