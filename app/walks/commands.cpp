@@ -27,13 +27,16 @@
 namespace vemra::app {
 namespace {
 
+constexpr std::uint64_t kToRecord = 6000;
+constexpr std::uint64_t kToCompare = 100;
+
 struct WalkOptions
 {
     std::string plugin;
     std::string tree;
     std::vector<std::string> trees;
     std::uint64_t number = 0;
-    std::uint64_t count = 6000;
+    std::uint64_t count = 0;  ///< 0: as many as usual
     bool deeds = false;
     std::string record;
     std::string check;
@@ -107,7 +110,7 @@ int record(const WalkOptions& options)
         record = readWalkRecord(options.record);
     for (const TreeModel& tree : trees) {
         progress.next(tree.name);
-        record[tree.name] = tellingWalks(walker, tree, options.count);
+        record[tree.name] = tellingWalks(walker, tree, options.count > 0 ? options.count : kToRecord);
     }
     robot::writeFile(options.record, textOf(record));
     return kDone;
@@ -167,6 +170,7 @@ int against(const WalkOptions& options)
     Walker old_walker(options.against, pool);
     const std::vector<TreeModel> trees = chosen(library, options.trees);
     TreeProgress progress(trees.size());
+    const std::uint64_t count = options.count > 0 ? options.count : kToCompare;
     std::size_t others = 0;
     for (const TreeModel& tree : trees) {
         progress.next(tree.name);
@@ -175,7 +179,7 @@ int against(const WalkOptions& options)
         // Both are given the keys of both.
         const TreeModel old_tree = old_library.build(tree.name);
         const std::vector<TreeModel> both{tree, old_tree};
-        for (std::uint64_t number = 0; number < options.count; ++number) {
+        for (std::uint64_t number = 0; number < count; ++number) {
             const auto before = old_walker.walk(old_tree, number, nullptr, both);
             const auto after = walker.walk(tree, number, nullptr, both);
             if (digestOf(before) == digestOf(after))
@@ -188,8 +192,7 @@ int against(const WalkOptions& options)
         }
     }
     TreeProgress::wipe();
-    std::cout << fmt::format("{} of {} trees do something else in {} walks\n", others, trees.size(),
-                             options.count);
+    std::cout << fmt::format("{} of {} trees do something else in {} walks\n", others, trees.size(), count);
     return others == 0 ? kDone : kNotAsExpected;
 }
 
@@ -233,11 +236,14 @@ void addWalkCommands(CLI::App& trees, int& exit_code)
         *trees.add_subcommand("walks", "Whether trees still do what they did, in many walks by chance");
     walks_command.add_option("tree", options->trees, "Names of trees; none: all trees")->type_name("TREE");
     walks_command
-        .add_option("--count", options->count,
-                    "Walks of each tree to look at; fewer where nothing new comes of them")
+        .add_option(
+            "--count", options->count,
+            fmt::format(
+                "Walks of each tree to look at: {} with --against, {} at most with --record, which ends "
+                "where nothing new comes of them",
+                kToCompare, kToRecord))
         ->type_name("N")
-        ->check(wholeNumber(1, 100000))
-        ->capture_default_str();
+        ->check(wholeNumber(1, 100000));
     auto* record =
         walks_command
             .add_option(

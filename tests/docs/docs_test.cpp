@@ -91,6 +91,8 @@ TEST(Docs, CommandsDoWhatIsSaid)
 {
     const Folder folder;
     fs::create_symlink(kSource / "scenarios", folder / "scenarios");
+    for (const char* library : {"before.so", "shipped.so"})
+        fs::create_symlink(kExampleTrees, folder / library);
     ASSERT_EQ(
         runProgram({kVemra, "trees", "export", "--plugin", kExampleTrees, "--out", folder / "before.json"})
             .exit_code,
