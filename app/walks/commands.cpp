@@ -248,7 +248,7 @@ void addWalkCommands(CLI::App& trees, int& exit_code)
         walks_command
             .add_option(
                 "--record", options->record,
-                "Write what they do to this file, in those walks that come to what none before came to")
+                "Write what they do to this file, in those walks that come to what hardly one before came to")
             ->type_name("FILE");
     auto* check_option = walks_command
                              .add_option("--check", options->check,

@@ -15,26 +15,34 @@ constexpr std::uint64_t kMostInVain = 400;
 class Reach
 {
 public:
-    /// Whether the walk came to something new.
+    /// Whether the walk came to something that not two before came to: one may come there and show nothing of
+    /// it.
     bool add(const robot::VisitCounter& walk)
     {
         bool is_new = false;
         for (const auto& [tree, rows] : walk.trees()) {
-            std::vector<unsigned>& seen = seen_[tree];
-            seen.resize(std::max(seen.size(), rows.size()));
+            std::vector<Seen>& nodes = nodes_[tree];
+            nodes.resize(std::max(nodes.size(), rows.size()));
             for (std::size_t i = 0; i < rows.size(); ++i) {
                 const robot::Visits& visits = rows[i].visits;
                 const unsigned bits = (visits.success > 0 ? 1U : 0U) | (visits.failure > 0 ? 2U : 0U) |
                                       (visits.running > 0 ? 4U : 0U) | (visits.halts > 0 ? 8U : 0U);
-                is_new = is_new || (bits & ~seen[i]) != 0;
-                seen[i] |= bits;
+                Seen& seen = nodes[i];
+                is_new = is_new || (bits & ~seen.twice) != 0;
+                seen.twice |= seen.once & bits;
+                seen.once |= bits;
             }
         }
         return is_new;
     }
 
 private:
-    std::map<std::string, std::vector<unsigned>, std::less<>> seen_;
+    struct Seen
+    {
+        unsigned once = 0;
+        unsigned twice = 0;
+    };
+    std::map<std::string, std::vector<Seen>, std::less<>> nodes_;
 };
 
 }  // namespace

@@ -9,8 +9,8 @@
 
 namespace vemra::app {
 
-/// Of the walks 0 to `count` - 1 of a tree those in which a node comes to a result, or is halted, as in none
-/// before. Ends early once many in a row bring nothing new.
+/// Of the walks 0 to `count` - 1 of a tree those in which a node comes to a result, or is halted, as in fewer
+/// than two before. Ends early once many in a row bring nothing new.
 [[nodiscard]] std::vector<RecordedWalk> tellingWalks(Walker& walker, const TreeModel& tree,
                                                      std::uint64_t count);
 
