@@ -45,7 +45,7 @@ struct WalkOptions
     std::string color;
 };
 
-/// Tells on a terminal which tree is walked, once that has taken a while.
+/// Tells on a terminal which tree is walked.
 class TreeProgress
 {
 public:
