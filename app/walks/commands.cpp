@@ -9,6 +9,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/trees/shared_options.h"
@@ -71,18 +72,17 @@ private:
     std::size_t at_ = 0;
 };
 
-/// The trees asked for; all where none was. Throws UserError for a name that is none.
-std::vector<TreeModel> chosen(const TreeLibrary& library, const std::vector<std::string>& names)
+/// Those of a library's trees that were asked for; all that are written where none was. Throws UserError for
+/// a name that is none.
+std::vector<TreeModel> chosen(const TreeLibrary& library, std::vector<TreeModel> trees,
+                              const std::vector<std::string>& names)
 {
-    if (names.empty()) {
-        std::vector<TreeModel> trees = buildAll(library);
-        std::erase_if(trees, [](const TreeModel& tree) { return !tree.written(); });
-        return trees;
-    }
-    std::vector<TreeModel> trees;
-    trees.reserve(names.size());
     for (const std::string& name : names)
-        trees.push_back(library.build(name));
+        library.expect(name);
+    std::erase_if(trees, [&names](const TreeModel& tree) {
+        return names.empty() ? !tree.written()
+                             : std::find(names.begin(), names.end(), tree.name) == names.end();
+    });
     return trees;
 }
 
@@ -100,9 +100,10 @@ void walk(const WalkOptions& options)
 int record(const WalkOptions& options)
 {
     const TreeLibrary library(options.plugin);
-    const KeyPool pool(buildAll(library));
+    std::vector<TreeModel> all = buildAll(library);
+    const KeyPool pool(all);
     Walker walker(options.plugin, pool);
-    const std::vector<TreeModel> trees = chosen(library, options.trees);
+    const std::vector<TreeModel> trees = chosen(library, std::move(all), options.trees);
     TreeProgress progress(trees.size());
     // Where trees are named, what the file says of others stays.
     WalkRecord record;
@@ -120,9 +121,10 @@ int check(const WalkOptions& options)
 {
     const WalkRecord before = readWalkRecord(options.check);
     const TreeLibrary library(options.plugin);
-    const KeyPool pool(buildAll(library));
+    std::vector<TreeModel> all = buildAll(library);
+    const KeyPool pool(all);
     Walker walker(options.plugin, pool);
-    const std::vector<TreeModel> trees = chosen(library, options.trees);
+    const std::vector<TreeModel> trees = chosen(library, std::move(all), options.trees);
     TreeProgress progress(trees.size());
     robot::VisitCounter visits;
     std::size_t others = 0;
@@ -162,25 +164,30 @@ int against(const WalkOptions& options)
 {
     const TreeLibrary library(options.plugin);
     const TreeLibrary old_library(options.against);
-    std::vector<TreeModel> all = buildAll(library);
     const std::vector<TreeModel> old_trees = buildAll(old_library);
+    std::vector<TreeModel> all = buildAll(library);
+    const std::vector<TreeModel> trees = chosen(library, all, options.trees);
     all.insert(all.end(), old_trees.begin(), old_trees.end());
     const KeyPool pool(all);
     Walker walker(options.plugin, pool);
     Walker old_walker(options.against, pool);
-    const std::vector<TreeModel> trees = chosen(library, options.trees);
     TreeProgress progress(trees.size());
     const std::uint64_t count = options.count > 0 ? options.count : kToCompare;
     std::size_t others = 0;
     for (const TreeModel& tree : trees) {
         progress.next(tree.name);
-        if (!old_library.has(tree.name))
+        const auto old_tree = std::find_if(old_trees.begin(), old_trees.end(),
+                                           [&tree](const TreeModel& old) { return old.name == tree.name; });
+        if (old_tree == old_trees.end()) {
+            TreeProgress::wipe();
+            std::cout << tree.name << ": not in " << options.against << '\n';
+            ++others;
             continue;
+        }
         // Both are given the keys of both.
-        const TreeModel old_tree = old_library.build(tree.name);
-        const std::vector<TreeModel> both{tree, old_tree};
+        const std::vector<TreeModel> both{tree, *old_tree};
         for (std::uint64_t number = 0; number < count; ++number) {
-            const auto before = old_walker.walk(old_tree, number, nullptr, both);
+            const auto before = old_walker.walk(*old_tree, number, nullptr, both);
             const auto after = walker.walk(tree, number, nullptr, both);
             if (digestOf(before) == digestOf(after))
                 continue;

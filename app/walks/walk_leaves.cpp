@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "app/walks/walk_field.h"
+#include "leaves/host/holding.h"
 #include "leaves/host/host.h"
 
 namespace vemra::app {
@@ -17,9 +18,6 @@ namespace {
 using BT::NodeStatus;
 using Names = std::span<const std::string_view>;
 
-/// Leaves that go on until they are halted: they hold something for the time, or drive without an end.
-constexpr std::array<std::string_view, 5> kHolding{"TemporarilyDisableSensor", "TemporarilyEnableSensor",
-                                                   "TraceLogger", "OpenCloseMove", "GoBackwards"};
 /// What only a log or a picture tells is no deed.
 constexpr std::array<std::string_view, 2> kSilent{"SaySomething", "Log"};
 constexpr std::array<std::string_view, 3> kSilentPorts{"name", "expand_in_logger", "display_name"};
@@ -90,7 +88,7 @@ private:
             question_ = questionOf(*this, id_);
             field_.tell(WalkEventKind::Begun, question_);
             count_ = field_.countOf(question_);
-            ticks_left_ = field_.duration(question_, count_, isOneOf(kHolding, id_));
+            ticks_left_ = field_.duration(question_, count_, leaf::isHolding(id_));
         }
         if (ticks_left_ != 0) {
             if (ticks_left_ > 0)

@@ -59,6 +59,8 @@ TEST(Walks, AreHeldAgainstARecordTreeByTree)
 TEST(Walks, ShowWhereTwoLibrariesPart)
 {
     EXPECT_EQ(walks({"--plugin", kLiveTrees, "--against", kLiveTrees, "--count", "5"}).exit_code, 0);
+    EXPECT_THAT(walks({"Living", "--plugin", kLiveTrees, "--against", kShippedTrees}).out,
+                StartsWith("Living: not in "));
     const ProgramResult other =
         walks({"RobotNode", "--plugin", kLiveTrees, "--against", kShippedTrees, "--count", "5"});
     EXPECT_EQ(other.exit_code, 1);

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "behaviortree_cpp/actions/always_success_node.h"
+#include "leaves/host/holding.h"
 #include "leaves/host/host.h"
 #include "robot/base/clock.h"
 #include "support/sketched_tree.h"
@@ -13,17 +14,6 @@
 #include "support/visited_board.h"
 
 namespace vemra::test {
-namespace {
-
-/// Leaves that go on until they are halted: they hold something for the time, or drive without an end.
-bool runsUntilHalted(std::string_view id)
-{
-    return id == "TemporarilyDisableSensor" || id == "TemporarilyEnableSensor" || id == "TraceLogger" ||
-           id == "OpenCloseMove" || id == "GoBackwards";
-}
-
-}  // namespace
-
 class ScriptedRobot::FrameClock final : public BT::Clock
 {
 public:
@@ -124,7 +114,7 @@ void ScriptedRobot::registerLeaves()
             continue;
         const bool condition = contract.kind == leaf::LeafKind::Condition;
         const NodeStatus otherwise = condition             ? NodeStatus::FAILURE
-                                     : runsUntilHalted(id) ? NodeStatus::RUNNING
+                                     : leaf::isHolding(id) ? NodeStatus::RUNNING
                                                            : NodeStatus::SUCCESS;
         const auto& script =
             scripts_.emplace(id, std::make_unique<LeafScript>(id, condition, otherwise, &contract))
